@@ -1,0 +1,56 @@
+// The values of a run that every higher layer reads.
+//
+// Each is filled at the one place named with it, once, and only read afterwards. An install run takes them from the
+// command line and the configuration stream, an uninstall run from what the installation recorded.
+#pragma once
+
+#include <cstdint>
+
+#include "archive/Format.h"
+#include "core/Array.h"
+#include "core/String.h"
+
+namespace korb {
+
+/// The archive's option word, IF_... bits. Filled by DecodeConfig, or from the registry by the uninstall run. Only
+/// IF_REBOOT_NEEDED is ever set afterwards, and no bit is ever cleared.
+extern uint64_t InstallFlags;
+
+/// True when any bit of `flags` is set in InstallFlags.
+inline bool HasInstallFlag(uint64_t flags) {
+  return (InstallFlags & flags) != 0;
+}
+
+/// The product as the user knows it. Filled by /n:, else by the configuration stream.
+extern String ProductName;
+/// Where the product goes. Filled by /d:; the run sequence settles it in its directory phase.
+extern String InstallDir;
+/// Directory for files that products share; empty without IF_UNINSTALL. Filled by the configuration stream.
+extern String CommonDir;
+/// Dotted product version, may be empty. Filled by the configuration stream.
+extern String Version;
+/// Directory of the uninstaller, relative to InstallDir, may be empty. Filled by the configuration stream.
+extern String UninstallSubdir;
+
+// Colours of the background window, 0x00BBGGRR. The entry point fills TitleColor and TopColor with the system's window
+// colours; the configuration stream, or the registry in an uninstall run, replaces them.
+extern uint32_t TitleColor;
+extern uint32_t TopColor;
+extern uint32_t BottomColor;
+/// One plain colour, TopColor, instead of a gradient. Kept apart from the colours, since BottomColor may never be read.
+extern bool MonoColor;
+/// Distance of the title's shadow in pixels.
+extern uint8_t TitleShadow;
+
+/// Every text by number (outer) and language (inner). Filled by the configuration stream, or from Uninstall.DAT with
+/// language 0 alone. Look texts up through TextLookup, which puts in the names.
+extern Array<Array<String>> TextTable;
+/// Names of the archive's languages in its order; empty in an uninstall run.
+extern Array<String> LanguageNames;
+/// The language in force. Filled by the configuration stream; the language dialog changes it.
+extern int32_t LanguageIndex;
+
+/// The executable without its archive, which is written as the product's uninstaller. Filled by BuildUninstallerImage.
+extern String UninstallerImage;
+
+} // namespace korb
