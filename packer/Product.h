@@ -1,0 +1,145 @@
+// A product as an author describes it: everything that an installer can say, ready to be written.
+//
+// Texts are single-byte, in the code page of the systems that the installer is for. Numbers are written as they are:
+// ProductCheck.h tells what a reader of the archive would refuse.
+#pragma once
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "archive/Format.h"
+#include "packer/Bytes.h"
+
+namespace korb::packer {
+
+/// What can't be written at all, with the reason.
+struct PackError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+/// Where something was said; line 0 means nowhere in particular. Lines and columns count from 1.
+struct Place {
+  uint32_t line = 0;
+  uint32_t column = 0;
+};
+
+/// A last-write time as files carry it, local time. Month 0 means none.
+struct FileTime {
+  int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+};
+
+/// A day of the calendar. Month 0 means none.
+struct Day {
+  int32_t year = 0, month = 0, day = 0;
+};
+
+struct FileEntry {
+  std::string name;              ///< may hold a relative path
+  uint32_t kind = KindProgram;   ///< DestKind
+  uint32_t flags = 0;            ///< FF_... bits
+  uint32_t attributes = 0x20;    ///< Win32 file attributes
+  Bytes contents;
+  FileTime date;
+  std::string label;             ///< shortcut title, font face name or version, by `kind`
+  std::string icon;              ///< written with FF_SHORTCUTS only
+  std::string arguments;
+  std::string target;
+  Place place;
+};
+
+struct Deletion {
+  std::string name;
+  int8_t kind = kDeleteAlways;   ///< DeletionKind
+  std::string value;
+  uint32_t options = 0;
+  Place place;
+};
+
+struct Association {
+  uint32_t options = 0;
+  std::string extension;
+  std::string file_class;
+  std::string description;
+  std::string verb;
+  std::string verb_label;
+  std::string command;
+  std::string language;
+  std::string icon;
+  Place place;
+};
+
+struct UninstallValue {
+  std::string name;
+  uint8_t kind = kUninstallText; ///< UninstallDataKind
+  std::string value;
+  Place place;
+};
+
+struct Language {
+  std::string name;
+  std::vector<std::string> texts; ///< by number; a language that has fewer than another gets empty ones
+  Place place;
+};
+
+enum class PayloadLayout {
+  kInSection, ///< inside the mapped section: files are placed without a copy of the payload being made
+  kInFile,    ///< from the configuration to the end of the file: less of the address space is used
+};
+
+/// Where the payload goes. Volumes arise when it doesn't fit into the first part.
+struct PayloadPlan {
+  PayloadLayout layout = PayloadLayout::kInSection;
+  int32_t volume_size = 0;                ///< bytes of a whole volume file, its serial included; 0 means no volumes
+  std::optional<int32_t> first_part_size; ///< payload bytes in the executable; without it, as many as keep the
+                                          ///< executable within volume_size
+};
+
+/// The fields stand in the order of the configuration stream.
+struct Product {
+  uint64_t flags = IF_UNINSTALL | IF_ASK_DIRECTORY | IF_PACKED_PAYLOAD; ///< IF_... bits
+  uint16_t min_phase_ms = 0;
+  uint8_t shortcut_mode = 0;
+  FileTime uninstaller_date;
+  std::string publisher;
+  std::string name;
+  std::string common_dir;
+  std::string start_menu;
+  std::string install_dir;
+  std::string version;
+  std::string registry_key;
+  std::vector<std::string> license_pages;
+  std::vector<std::string> readme_pages;
+  std::string uninstall_subdir;
+  std::string volume_base_name = "Setup";
+  std::string uninstaller_name = "Uninstall.exe";
+  std::string uninstall_name;
+  uint32_t title_color = 0; ///< 0x00BBGGRR
+  uint32_t top_color = 0;
+  uint32_t bottom_color = 0;
+  uint8_t title_shadow = 1;
+  Bytes background; ///< a bitmap without its 14 bytes of file header
+  std::string master_product;
+  std::string desktop_group;
+  std::string pre_install_batch;
+  std::string post_install_batch;
+  std::string final_batch;
+  std::string uninstall_batch1;
+  std::string uninstall_batch2;
+  Day expiry;
+  uint32_t excluded_platforms = 0;
+  uint32_t volume_serial = 1;
+  int32_t stub_patch_offset = 0; ///< 0 means no patch
+  Bytes stub_patch;              ///< kStubPatchSize bytes when there is one
+  std::vector<Deletion> deletions;
+  std::vector<Association> associations;
+  std::vector<UninstallValue> uninstall_values;
+  std::vector<Language> languages;
+
+  std::vector<FileEntry> files; ///< in the order of placement
+  PayloadPlan payload;
+
+  bool Has(uint64_t flag) const { return (flags & flag) != 0; }
+};
+
+} // namespace korb::packer

@@ -1,0 +1,46 @@
+// The program that an installer starts from: a PE file that gets one more section.
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "packer/Product.h"
+
+namespace korb::packer {
+
+/// The stub's bytes and the places in it that a new section changes.
+class StubImage {
+public:
+  /// Reads the headers of `stub`. Throws PackError when it is no 32-bit PE file that can carry an archive and be the
+  /// uninstaller without it: fewer sections than the program insists on, no room for another section, a signature,
+  /// an archive already.
+  explicit StubImage(Bytes stub);
+
+  /// Where the archive's section will begin in the file: behind everything, at a page, since a loader then maps the
+  /// file itself in place of reading it.
+  uint32_t SectionFilePos() const;
+
+  /// What the section's raw size is a multiple of. The uninstaller subtracts that size from the image's size, so the
+  /// section has to take as much of the file as of the image.
+  uint32_t SectionAlignment() const { return section_alignment_; }
+
+  /// The stub with its headers telling of a section of `used` bytes, `raw` of them in the file, padded to where the
+  /// section begins. The section itself is the caller's to append.
+  Bytes WithSection(uint32_t used, uint32_t raw) const;
+
+  /// Where in the file the first icon image of exactly `size` bytes lies, by the stub's resources.
+  std::optional<uint32_t> FindIconImage(uint32_t size) const;
+
+private:
+  uint32_t OptionalField(uint32_t offset) const { return GetU32(bytes_, pe_ + pe::kOptionalHeaderAt + offset); }
+  std::optional<uint32_t> FileOffset(uint32_t address) const;
+
+  Bytes bytes_;
+  uint32_t pe_ = 0;            // place of the PE header
+  uint32_t table_ = 0;         // place of the section table
+  uint32_t sections_ = 0;
+  uint32_t section_alignment_ = 0;
+  uint32_t file_alignment_ = 0;
+};
+
+} // namespace korb::packer
