@@ -1,0 +1,120 @@
+// Collections whose elements have a position.
+#pragma once
+
+#include "core/Collection.h"
+
+namespace korb {
+
+/// Keeps the elements in one block of cells. The cells in use stand together, from `start` on. A cell is an element or,
+/// boxed, a pointer to an element that lives on the heap; a null pointer is tolerated.
+class IndexedForm : public CollectionForm {
+public:
+  /// `exact`: the block is never larger than its contents.
+  constexpr IndexedForm(bool boxed, bool exact) : boxed_(boxed), exact_(exact) {}
+
+  void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override;
+  void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const override;
+  void *look(const CollectionBase &all, intptr_t place) const override;
+  void *add(CollectionBase &all, const void *value, bool in_front) const override;
+  void clear(CollectionBase &all) const override;
+  bool remove_current(CollectionBase &all, CollectionIterator &it) const override;
+  void remove_ends(CollectionBase &all, int32_t n, bool in_front) const override;
+  void rotate_left(CollectionBase &all, int32_t n) const override;
+  int32_t index(const CollectionBase &all, const CollectionIterator &it) const override;
+
+  /// Element `i`, which must be in range.
+  void *element(const CollectionBase &all, int32_t i) const;
+  void *element_or_null(const CollectionBase &all, int32_t i) const;
+  void check_index(const CollectionBase &all, int32_t i) const;
+  void reserve(CollectionBase &all, int32_t n) const;
+  void set_count(CollectionBase &all, int32_t n) const;
+  void *insert(CollectionBase &all, int32_t i, const void *value) const;
+  void *append_slot(CollectionBase &all) const;
+  void remove_range(CollectionBase &all, int32_t first, int32_t last) const;
+  void move_down(CollectionBase &all, int32_t from, int32_t to) const;
+  void move_up(CollectionBase &all, int32_t from, int32_t to) const;
+  void swap(CollectionBase &all, int32_t i, int32_t j) const;
+  void sort(CollectionBase &all, int (*compare)(const void *, const void *)) const;
+
+private:
+  int32_t cell_size(const CollectionBase &all) const;
+  uint8_t *cell(const CollectionBase &all, int32_t i) const;
+  void shift(const CollectionBase &all, int32_t from, int32_t to, int32_t n) const;
+  void *construct(CollectionBase &all, int32_t i, const void *from) const;
+  void destroy(CollectionBase &all, int32_t i) const;
+  void rebuild(CollectionBase &all, int32_t capacity, int32_t start, int32_t rotation) const;
+  void open(CollectionBase &all, int32_t i) const;
+
+  bool boxed_;
+  bool exact_;
+};
+
+/// What Array and Vector have in common. Positions count from 0.
+template <class T>
+class IndexedCollection : public Collection<T> {
+public:
+  /// Element `i`. Out of range is a fatal report.
+  T &at(int32_t i) {
+    check_index(i);
+    return *this->typed(form().element(*this, i));
+  }
+  const T &at(int32_t i) const { return const_cast<IndexedCollection *>(this)->at(i); }
+  T &checked_at(int32_t i) { return at(i); }
+  const T &checked_at(int32_t i) const { return at(i); }
+  /// Fatal report, with the element's type name, when `i` is out of range.
+  void check_index(int32_t i) const { form().check_index(*this, i); }
+  /// Element `i`, or null when out of range.
+  T *element_or_null(int32_t i) { return this->typed(form().element_or_null(*this, i)); }
+  const T *element_or_null(int32_t i) const { return this->typed(form().element_or_null(*this, i)); }
+
+  /// Removes the elements from `first` to `last`, both included, as far as they exist.
+  void remove_range(int32_t first, int32_t last) { form().remove_range(*this, first, last); }
+  void remove_at(int32_t i) { remove_range(i, i); }
+  /// A new default-constructed element at the end.
+  T &append_slot() { return *this->typed(form().append_slot(*this)); }
+  /// A new element in front of element `i`, which is limited to 0..count: default-constructed, or a copy.
+  T &insert_slot(int32_t i) { return *this->typed(form().insert(*this, i, nullptr)); }
+  /// A null `value` leaves the new element default-constructed.
+  T *insert_copy(int32_t i, const T *value) { return this->typed(form().insert(*this, i, value)); }
+  T *insert(int32_t i, const T &value) { return insert_copy(i, &value); }
+  /// Removes element `i` and returns a copy of it; out of range a default value, and nothing changes.
+  T take_at(int32_t i) {
+    const T *element = element_or_null(i);
+    if (element == nullptr)
+      return T();
+    T taken(*element);
+    remove_at(i);
+    return taken;
+  }
+
+  /// Adds default-constructed elements or removes elements at the end until there are `n`; below 1 clears.
+  void set_count(int32_t n) { form().set_count(*this, n); }
+  /// `n` default-constructed elements and nothing of before.
+  void reset_count(int32_t n) {
+    this->clear();
+    set_count(n);
+  }
+  /// Takes element `from` out and puts it back at `to`, behind it. Both are limited to valid positions; `from` not below
+  /// `to` does nothing.
+  void move_down(int32_t from, int32_t to) { form().move_down(*this, from, to); }
+  /// Takes element `to` out and puts it back at `from`, in front of it. Limits as with move_down.
+  void move_up(int32_t from, int32_t to) { form().move_up(*this, from, to); }
+  /// Does nothing when either is out of range.
+  void swap(int32_t i, int32_t j) { form().swap(*this, i, j); }
+  /// Sorts; equal elements end in any order. `compare` gets pointers to cells: to elements in an Array and in a Vector
+  /// of scalars, to pointers to elements in any other Vector.
+  void sort(int (*compare)(const void *, const void *)) { form().sort(*this, compare); }
+  /// Forgets the contents without freeing them, for an owner that has given them away.
+  void reset_fields() {
+    this->count = 0;
+    this->cells_ = {};
+  }
+
+protected:
+  constexpr explicit IndexedCollection(const IndexedForm &form) : Collection<T>(form) {}
+  ~IndexedCollection() = default;
+
+  const IndexedForm &form() const { return static_cast<const IndexedForm &>(*this->form_); }
+};
+
+} // namespace korb
