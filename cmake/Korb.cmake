@@ -1,0 +1,90 @@
+# How the folders are built.
+#
+# Natively only the portable sources exist, with exceptions, so that a test's failure trap can unwind through them. For
+# Windows each folder is built twice: as `<folder>`, with the flags of the small program that ships, and as
+# `<folder>_test`, for the test programs.
+
+set(KORB_WARNINGS -Wall -Wextra -Wconversion -Wno-sign-conversion -Werror)
+# No path of the build machine goes into a binary.
+set(KORB_COMMON ${KORB_WARNINGS} "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
+set(KORB_SANITIZERS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+set(KORB_STUB_FLAGS -Os -fno-exceptions -fno-rtti -ffunction-sections -fdata-sections -fno-asynchronous-unwind-tables
+  -fno-unwind-tables -fno-threadsafe-statics -fno-ident -fno-stack-protector -march=i486 -mtune=i686)
+
+if(KORB_FUZZ)
+  set(KORB_TEST_FLAGS -O1 -g ${KORB_SANITIZERS} -fsanitize=fuzzer-no-link)
+elseif(KORB_SANITIZE)
+  set(KORB_TEST_FLAGS -O1 -g ${KORB_SANITIZERS})
+elseif(WIN32)
+  set(KORB_TEST_FLAGS -O1)
+else()
+  set(KORB_TEST_FLAGS -O2)
+endif()
+
+# korb_flags(<target>): what every target outside the small program is built with.
+function(korb_flags target)
+  target_compile_options(${target} PRIVATE ${KORB_COMMON} ${KORB_TEST_FLAGS})
+  target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR})
+  if(KORB_SANITIZE OR KORB_FUZZ)
+    target_link_options(${target} PUBLIC ${KORB_SANITIZERS})
+  elseif(WIN32)
+    target_link_options(${target} PUBLIC -static -Wl,--no-insert-timestamp)
+  endif()
+endfunction()
+
+# korb_library(<folder> [PORTABLE <source>...] [WINDOWS <source>...] [USES <folder>...])
+function(korb_library folder)
+  cmake_parse_arguments(arg "" "" "PORTABLE;WINDOWS;USES" ${ARGN})
+  if(WIN32)
+    set(sources ${arg_PORTABLE} ${arg_WINDOWS})
+    add_library(${folder} STATIC ${sources})
+    target_compile_options(${folder} PRIVATE ${KORB_COMMON} ${KORB_STUB_FLAGS})
+    target_include_directories(${folder} PUBLIC ${CMAKE_SOURCE_DIR})
+    add_library(${folder}_test STATIC ${sources})
+    korb_flags(${folder}_test)
+    foreach(used ${arg_USES})
+      target_link_libraries(${folder} PUBLIC ${used})
+      target_link_libraries(${folder}_test PUBLIC ${used}_test)
+    endforeach()
+  elseif(arg_PORTABLE)
+    add_library(${folder} STATIC ${arg_PORTABLE})
+    korb_flags(${folder})
+    add_library(${folder}_test ALIAS ${folder})
+    foreach(used ${arg_USES})
+      target_link_libraries(${folder} PUBLIC ${used})
+    endforeach()
+  endif()
+endfunction()
+
+# Test programs. A Windows one runs through Wine in a prefix of its own (tests/support/run-wine).
+function(korb_test_program name)
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+  korb_flags(${name})
+  target_link_libraries(${name} PRIVATE ${arg_USES})
+  if(WIN32)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-wine ${CMAKE_BINARY_DIR} $<TARGET_FILE:${name}>)
+  else()
+    add_test(NAME ${name} COMMAND ${name})
+  endif()
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()
+
+# korb_unit_test(<folder> <source>... [USES <library>...]): one doctest program for each folder's portable tests.
+function(korb_unit_test folder)
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  korb_test_program(unit_${folder} ${CMAKE_SOURCE_DIR}/tests/support/Main.cpp ${arg_UNPARSED_ARGUMENTS}
+    USES test_support ${arg_USES})
+endfunction()
+
+# korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program; its corpus lies in tests/fuzz/corpus/<name>.
+function(korb_fuzzer name)
+  if(NOT KORB_FUZZ)
+    return()
+  endif()
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
+  korb_flags(${name})
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${name} PRIVATE test_support ${arg_USES})
+endfunction()
