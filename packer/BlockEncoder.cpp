@@ -1,7 +1,7 @@
-// Every token has a fixed price in bits, so the cheapest row of tokens is a shortest path: positions are the nodes, tokens
-// the edges. The path is worked out for one stretch of the input after the other, forwards: by the time that a position
-// is reached, the price of getting there is final. A literal run's price isn't a sum over its bytes, since its head grows with the
-// count; of all runs that could end at a position, the cheapest one is carried on.
+// Every token has a fixed price in bits, so the cheapest row of tokens is a shortest path: positions are the nodes,
+// tokens the edges. The path is worked out for one stretch of the input after the other, forwards: by the time that a
+// position is reached, the price of getting there is final. A literal run's price isn't a sum over its bytes, since its
+// head grows with the count; of all runs that could end at a position, the cheapest one is carried on.
 #include "packer/BlockEncoder.h"
 
 #include <algorithm>
@@ -16,7 +16,8 @@ namespace korb::packer {
 
 namespace {
 
-constexpr uint32_t kStretch = 1u << 18; // positions whose path is worked out at once; no token but a literal run crosses
+constexpr uint32_t kStretch =
+    1u << 18; // positions whose path is worked out at once; no token but a literal run crosses
 constexpr uint32_t kUnreached = UINT32_MAX;
 constexpr uint32_t kLongFill = 512; // so long a fill is taken without looking for anything better
 
@@ -25,9 +26,7 @@ constexpr uint32_t kLongFill = 512; // so long a fill is taken without looking f
 constexpr uint32_t kPriceOfBit = 8;
 constexpr uint32_t kPriceOfToken = 2;
 
-constexpr uint32_t Price(uint32_t bits) {
-  return bits * kPriceOfBit + kPriceOfToken;
-}
+constexpr uint32_t Price(uint32_t bits) { return bits * kPriceOfBit + kPriceOfToken; }
 
 // The cheapest known way to a position.
 struct Step {
@@ -137,9 +136,8 @@ private:
       return position + 1;
     const Match longest = matches_.back();
     if (longest.length >= MatchFinder::kNiceLength) {
-      Reach(position + longest.length,
-            price + Price(2 + DistanceBits(longest.distance)) + LengthPrice(longest.length), longest.length,
-            longest.distance);
+      Reach(position + longest.length, price + Price(2 + DistanceBits(longest.distance)) + LengthPrice(longest.length),
+            longest.length, longest.distance);
       return Jump(position + 1, position + longest.length);
     }
     uint32_t length = kMinMatch;

@@ -115,8 +115,9 @@ Bytes WriteConfig(const Product &product) {
   if (product.Has(IF_MASTER_PRODUCT))
     PutText(out, product.master_product, "the master product");
   PutText(out, product.desktop_group, "the desktop group");
-  for (const std::string Product::*batch : {&Product::pre_install_batch, &Product::post_install_batch, &Product::final_batch,
-                                            &Product::uninstall_batch1, &Product::uninstall_batch2})
+  for (const std::string Product::*batch :
+       {&Product::pre_install_batch, &Product::post_install_batch, &Product::final_batch, &Product::uninstall_batch1,
+        &Product::uninstall_batch2})
     PutText(out, product.*batch, "a batch");
   PutDayRecord(out, product.expiry);
   PutU32(out, product.excluded_platforms);

@@ -15,8 +15,8 @@ struct StoredConfig {
   uint32_t key; ///< for the header: scrambles, and verifies what comes out
 };
 
-/// Packs and scrambles `plain`. At least `size` bytes come out, the rest being filled up behind the last token, where no
-/// reader looks. Throws PackError when the block passes the format's limit.
+/// Packs and scrambles `plain`. At least `size` bytes come out, the rest being filled up behind the last token, where
+/// no reader looks. Throws PackError when the block passes the format's limit.
 StoredConfig StoreConfig(const Bytes &plain, size_t size = 0);
 
 /// Julian day record of a calendar day, in the five values that the archive holds; all 0 for no day.

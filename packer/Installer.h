@@ -8,14 +8,14 @@ namespace korb::packer {
 
 struct Installer {
   Bytes executable;
-  std::vector<Bytes> volumes;  ///< the first is volume number 2
-  size_t config_size = 0;      ///< bytes of the stored configuration
-  size_t payload_size = 0;     ///< bytes of the stored payload, volumes included
-  size_t plain_size = 0;       ///< bytes of the payload before packing
+  std::vector<Bytes> volumes; ///< the first is volume number 2
+  size_t config_size = 0;     ///< bytes of the stored configuration
+  size_t payload_size = 0;    ///< bytes of the stored payload, volumes included
+  size_t plain_size = 0;      ///< bytes of the payload before packing
 };
 
-/// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and stub
-/// give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
+/// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and
+/// stub give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
 /// ProductCheck.h); throws PackError when it can't, or when the stub is unfit.
 Installer BuildInstaller(const Product &product, const Bytes &stub);
 

@@ -136,8 +136,9 @@ void MatchFinder::Find(uint32_t position, uint32_t end, std::vector<Match> &matc
   const uint32_t limit = std::min(left, kNiceLength);
   Descend(position, limit, &raw_);
   for (Match match : raw_) {
-    match.length = match.length == limit ? ExtendMatch(position, match.distance, limit, static_cast<uint32_t>(data_.size()))
-                                         : match.length;
+    match.length = match.length == limit
+                       ? ExtendMatch(position, match.distance, limit, static_cast<uint32_t>(data_.size()))
+                       : match.length;
     match.length = std::min(match.length, end - position);
     if (match.length < kMinMatch)
       continue;

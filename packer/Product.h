@@ -4,6 +4,7 @@
 // ProductCheck.h tells what a reader of the archive would refuse.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -35,14 +36,14 @@ struct Day {
 };
 
 struct FileEntry {
-  std::string name;              ///< may hold a relative path
-  uint32_t kind = KindProgram;   ///< DestKind
-  uint32_t flags = 0;            ///< FF_... bits
-  uint32_t attributes = 0x20;    ///< Win32 file attributes
+  std::string name;            ///< may hold a relative path
+  uint32_t kind = KindProgram; ///< DestKind
+  uint32_t flags = 0;          ///< FF_... bits
+  uint32_t attributes = 0x20;  ///< Win32 file attributes
   Bytes contents;
   FileTime date;
-  std::string label;             ///< shortcut title, font face name or version, by `kind`
-  std::string icon;              ///< written with FF_SHORTCUTS only
+  std::string label; ///< shortcut title, font face name or version, by `kind`
+  std::string icon;  ///< written with FF_SHORTCUTS only
   std::string arguments;
   std::string target;
   Place place;
@@ -50,7 +51,7 @@ struct FileEntry {
 
 struct Deletion {
   std::string name;
-  int8_t kind = kDeleteAlways;   ///< DeletionKind
+  int8_t kind = kDeleteAlways; ///< DeletionKind
   std::string value;
   uint32_t options = 0;
   Place place;
@@ -139,7 +140,14 @@ struct Product {
   std::vector<FileEntry> files; ///< in the order of placement
   PayloadPlan payload;
 
+  /// Where the author set a value, by its key in the manifest ("product.name"); empty for a product made in code.
+  std::map<std::string, Place, std::less<>> places;
+
   bool Has(uint64_t flag) const { return (flags & flag) != 0; }
+  Place PlaceOf(std::string_view key) const {
+    const auto found = places.find(key);
+    return found == places.end() ? Place{} : found->second;
+  }
 };
 
 } // namespace korb::packer

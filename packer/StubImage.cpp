@@ -8,8 +8,8 @@ namespace korb::packer {
 namespace {
 
 // Offsets from the optional header.
-constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36, kImageSizeAt = 56, kHeadersSizeAt = 60,
-                   kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
+constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36, kImageSizeAt = 56,
+                   kHeadersSizeAt = 60, kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
 constexpr uint32_t kPlainOptionalHeader = 96; // bytes in front of the data directories
 constexpr uint16_t kPe32 = 0x10B;
 constexpr uint32_t kResourceDirectory = 2, kCertificateDirectory = 4;
@@ -20,17 +20,11 @@ constexpr uint32_t kReadableData = 0x40000040;
 constexpr uint32_t kPage = 4096;
 constexpr uint32_t kIconResource = 3;
 
-uint32_t RoundUp(uint32_t value, uint32_t multiple) {
-  return (value + multiple - 1) / multiple * multiple;
-}
+uint32_t RoundUp(uint32_t value, uint32_t multiple) { return (value + multiple - 1) / multiple * multiple; }
 
-bool IsPowerOfTwo(uint32_t value) {
-  return value != 0 && (value & (value - 1)) == 0;
-}
+bool IsPowerOfTwo(uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
 
-[[noreturn]] void Refuse(const char *reason) {
-  throw PackError(std::string("the stub ") + reason);
-}
+[[noreturn]] void Refuse(const char *reason) { throw PackError(std::string("the stub ") + reason); }
 
 } // namespace
 
@@ -75,7 +69,8 @@ StubImage::StubImage(Bytes stub) : bytes_(std::move(stub)) {
   if (free_end > headers_end ||
       std::any_of(bytes_.begin() + free_begin, bytes_.begin() + free_end, [](uint8_t byte) { return byte != 0; }))
     Refuse("has no room for another section header");
-  if (OptionalField(kDirectoryCountAt) > kCertificateDirectory && table_ >= pe_ + pe::kOptionalHeaderAt + kDirectoriesAt + 40 &&
+  if (OptionalField(kDirectoryCountAt) > kCertificateDirectory &&
+      table_ >= pe_ + pe::kOptionalHeaderAt + kDirectoriesAt + 40 &&
       OptionalField(kDirectoriesAt + 8 * kCertificateDirectory) != 0)
     Refuse("is signed: sign the finished installer instead");
 }

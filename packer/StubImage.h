@@ -36,8 +36,8 @@ private:
   std::optional<uint32_t> FileOffset(uint32_t address) const;
 
   Bytes bytes_;
-  uint32_t pe_ = 0;            // place of the PE header
-  uint32_t table_ = 0;         // place of the section table
+  uint32_t pe_ = 0;    // place of the PE header
+  uint32_t table_ = 0; // place of the section table
   uint32_t sections_ = 0;
   uint32_t section_alignment_ = 0;
   uint32_t file_alignment_ = 0;

@@ -1,0 +1,94 @@
+#include "packer/Build.h"
+
+#include <cstdio>
+
+#include "packer/Installer.h"
+#include "packer/ManifestReader.h"
+#include "packer/OutputFiles.h"
+#include "packer/ProductCheck.h"
+#include "packer/StubImage.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// An icon without a place goes over the one of the stub's own that has the same form.
+void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
+  const bool wanted = product.Has(IF_UNINSTALL) && !product.stub_patch.empty();
+  if (wanted && product.stub_patch_offset == 0) {
+    const auto place = stub.FindIconImage(kStubPatchSize);
+    product.stub_patch_offset = static_cast<int32_t>(place.value_or(0));
+    if (!place)
+      findings.Error(product.PlaceOf("uninstall.icon"),
+                     "the stub has no icon of that form to replace: give 'uninstall.patch_offset'");
+  }
+  if (wanted && static_cast<uint32_t>(product.stub_patch_offset) + kStubPatchSize > stub.SectionFilePos())
+    findings.Error(product.PlaceOf("uninstall.patch_offset"), "the patch would pass the end of the uninstaller");
+}
+
+std::vector<OutputFile> OutputsOf(const Installer &installer, const Product &product, const fs::path &output) {
+  std::vector<OutputFile> files;
+  for (size_t i = 0; i < installer.volumes.size(); ++i)
+    files.push_back({output.parent_path() / VolumeFileName(product, kFirstVolumeNumber + i), &installer.volumes[i]});
+  files.push_back({output, &installer.executable});
+  return files;
+}
+
+void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector<fs::path> &inputs) {
+  for (size_t i = 0; i < outputs.size(); ++i) {
+    for (const fs::path &input : inputs)
+      if (IsSameFile(outputs[i].path, input))
+        throw PackError("'" + outputs[i].path.string() + "' would overwrite a file that it is made from");
+    for (size_t j = 0; j < i; ++j)
+      if (IsSameFile(outputs[i].path, outputs[j].path))
+        throw PackError("'" + outputs[i].path.string() + "' would be the installer and a volume at once");
+  }
+}
+
+void Summarise(const Installer &installer, const Product &product, const std::vector<OutputFile> &outputs,
+               std::ostream &summary) {
+  char line[160];
+  summary << product.name << (product.version.empty() ? "" : " ") << product.version << ", " << product.files.size()
+          << " files\n";
+  const double ratio = installer.plain_size == 0 ? 100.0
+                                                 : 100.0 * static_cast<double>(installer.payload_size) /
+                                                       static_cast<double>(installer.plain_size);
+  std::snprintf(line, sizeof line, "payload %zu bytes, stored as %zu (%.1f %%); configuration %zu bytes\n",
+                installer.plain_size, installer.payload_size, ratio, installer.config_size);
+  summary << line;
+  for (const OutputFile &file : outputs)
+    summary << file.path.string() << ": " << file.bytes->size() << " bytes\n";
+}
+
+} // namespace
+
+bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems) {
+  Findings findings;
+  Manifest manifest = ReadManifest(request.manifest, request.newest, findings);
+  Product &product = manifest.product;
+  CheckProduct(product, findings);
+  try {
+    auto stub = ReadWholeFile(request.stub);
+    if (!stub)
+      findings.Error({}, "can't read the stub '" + request.stub.string() + "'");
+    else if (!findings.HasErrors())
+      LocatePatch(product, StubImage(*stub), findings);
+    problems << findings.Report(request.manifest.string());
+    if (findings.HasErrors())
+      return false;
+    const Installer installer = BuildInstaller(product, *stub);
+    const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
+    manifest.inputs.push_back(request.stub);
+    RefuseToOverwrite(outputs, manifest.inputs);
+    WriteOutputFiles(outputs);
+    Summarise(installer, product, outputs, summary);
+    return true;
+  } catch (const PackError &error) {
+    problems << request.manifest.string() << ": error: " << error.what() << "\n";
+    return false;
+  }
+}
+
+} // namespace korb::packer

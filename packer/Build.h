@@ -1,0 +1,21 @@
+// The road from a manifest to an installer on the disk.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <ostream>
+
+namespace korb::packer {
+
+struct BuildRequest {
+  std::filesystem::path manifest;
+  std::filesystem::path output;  ///< of the installer; its volumes go beside it
+  std::filesystem::path stub;    ///< the program without an archive
+  std::optional<int64_t> newest; ///< see ReadManifest
+};
+
+/// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was
+/// an error: then nothing was written.
+bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems);
+
+} // namespace korb::packer

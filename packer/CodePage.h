@@ -1,0 +1,23 @@
+// Manifests are UTF-8; the systems that an installer runs on show its texts in a single-byte code page.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace korb::packer {
+
+inline constexpr int kDefaultCodePage = 1252;
+
+/// Whether `page` is one of the pages known here, 1250 to 1258.
+bool IsCodePage(int page);
+
+/// Whether `text` is well-formed UTF-8.
+bool IsUtf8(std::string_view text);
+
+/// `utf8` in code page `page`, which must be known. Nothing when a character doesn't exist there: `missing` is then
+/// that character in UTF-8, or empty when the text is no UTF-8.
+std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::string &missing);
+
+} // namespace korb::packer

@@ -1,0 +1,135 @@
+#include <map>
+
+#include "packer/ProductCheck.h"
+#include "packer/TextTests.h"
+
+namespace korb::packer {
+
+namespace {
+
+constexpr uint32_t kSettableAttributes = 0x1127;
+
+class FileChecker {
+public:
+  FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {}
+
+  void Check(const FileEntry &file) {
+    file_ = &file;
+    has_path_ = file.target.find('\\') != file.target.npos;
+    name_ = file.target.empty() || has_path_ ? file.name : file.target;
+    CheckName();
+    CheckKind();
+    CheckShortcut();
+    CheckDate();
+    if (file.attributes & ~kSettableAttributes)
+      Warn("only the attributes 0x1127 are given to a file");
+    CheckTwice();
+  }
+
+private:
+  void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
+  void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
+
+  bool Is(uint32_t kind) const { return file_->kind == kind; }
+  bool GoesToSystem() const { return Is(KindSystem) || Is(KindSystemCom); }
+  bool WantsShortcut() const { return Is(KindStartup) || (Is(KindProgram) && (file_->flags & FF_SHORTCUTS)); }
+
+  void CheckName() {
+    if (file_->name.empty())
+      return Error("it has no name");
+    if (HoldsIllegalCharacter(name_) || name_.front() == '\\' || name_.back() == '\\')
+      Error("'" + name_ + "' is no relative path that Windows could have");
+    if (("\\" + name_ + "\\").find("\\..\\") != std::string::npos)
+      Error("'..' in a name leads out of the product's directory: use 'target'");
+    for (const std::string *text : {&file_->name, &file_->target})
+      if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
+        Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
+    const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
+    if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
+      Warn("the folder in its name is not created there: the file fails unless the folder exists");
+  }
+
+  void CheckKind() {
+    switch (file_->kind) {
+    case KindProgram:
+    case KindStartup:
+      return;
+    case KindShared:
+      if (!product_.Has(IF_UNINSTALL))
+        Error("a shared file needs an uninstaller: without one there is no directory for shared files");
+      return;
+    case KindFont:
+      return CheckFont();
+    case KindSystem:
+    case KindSystemCom:
+      if (file_->date.month == 0)
+        Warn("without a date it never replaces a file that is there");
+      if (HoldsHugeNumber(file_->label))
+        Error("a number of its version doesn't fit into 32 bits");
+      return;
+    default:
+      if (!has_path_ && !(file_->flags & FF_UNINSTALL_DIR))
+        Error("kind " + std::to_string(file_->kind) + " has no folder of its own: give a 'target' with a folder");
+    }
+  }
+
+  // The uninstaller finds a font by what was recorded of it: its face name and a file in the fonts folder, in quotes.
+  void CheckFont() {
+    if (file_->label.empty())
+      Error("a font needs its face name as 'label': without one, no font of the product is removed any more");
+    if (file_->label.find('"') != file_->label.npos || name_.find('"') != name_.npos)
+      Error("neither the face name nor the name of a font may hold a quote");
+    if (name_.find('\\') != name_.npos || has_path_ || (file_->flags & FF_UNINSTALL_DIR))
+      Error("a font can only go to the fonts folder itself");
+  }
+
+  void CheckShortcut() {
+    if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
+      Warn("its icon is left out, since only desktop and start menu shortcuts have one");
+    if (!WantsShortcut())
+      return;
+    if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
+      Error("'" + file_->label + "' can't be the file name of a shortcut");
+    for (const Language &language : product_.languages)
+      if (file_->label.empty() && (language.texts.size() <= 38 || IsBlank(language.texts[38])))
+        Error("its shortcut has no title, and text 38 (shortcut_title) of '" + language.name + "' is blank");
+  }
+
+  void CheckDate() {
+    const FileTime &date = file_->date;
+    if (date.month != 0 && (!IsCalendarDay(date.year, date.month, date.day) || date.hour < 0 || date.hour > 23 ||
+                            date.minute < 0 || date.minute > 59 || date.second < 0 || date.second > 59))
+      Error("its date doesn't exist");
+  }
+
+  void CheckTwice() {
+    const std::string target = has_path_ ? file_->target : std::string();
+    const bool whole = has_path_ && target.back() != '\\';
+    const std::string folder = has_path_ ? LowerCase(target) : Is(KindStartup) ? "0" : std::to_string(file_->kind);
+    const std::string key =
+        folder + (file_->flags & FF_UNINSTALL_DIR ? "*" : "|") + (whole ? std::string() : LowerCase(name_));
+    const auto [before, is_new] = seen_.emplace(key, file_->place);
+    if (!is_new && !(file_->flags & FF_CONDITION))
+      Warn("it goes to the same place as " +
+           (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
+  }
+
+  const Product &product_;
+  Findings &findings_;
+  const FileEntry *file_ = nullptr;
+  bool has_path_ = false; // an explicit destination, not only a new name
+  std::string name_;      // under which it is installed
+  std::map<std::string, Place> seen_;
+};
+
+} // namespace
+
+void CheckFiles(const Product &product, Findings &findings) {
+  FileChecker checker(product, findings);
+  for (const FileEntry &file : product.files)
+    checker.Check(file);
+  if (product.files.empty())
+    findings.Warn({}, "the product has no files");
+}
+
+} // namespace korb::packer

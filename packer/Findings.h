@@ -1,0 +1,37 @@
+// What the packer has to say about a manifest, gathered so that one run tells all of it.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "packer/Product.h"
+
+namespace korb::packer {
+
+enum class Severity { kError, kWarning };
+
+struct Finding {
+  Severity severity;
+  Place place;
+  std::string message;
+};
+
+class Findings {
+public:
+  void Error(Place place, std::string message) { list_.push_back({Severity::kError, place, std::move(message)}); }
+  void Warn(Place place, std::string message) { list_.push_back({Severity::kWarning, place, std::move(message)}); }
+
+  bool HasErrors() const {
+    return std::any_of(list_.begin(), list_.end(), [](const Finding &f) { return f.severity == Severity::kError; });
+  }
+  const std::vector<Finding> &List() const { return list_; }
+
+  /// One line for each finding, in the order of the file: "file:line:column: error: message".
+  std::string Report(const std::string &file) const;
+
+private:
+  std::vector<Finding> list_;
+};
+
+} // namespace korb::packer

@@ -1,0 +1,17 @@
+// Pictures as authors have them, brought into the forms that an archive holds.
+#pragma once
+
+#include <optional>
+
+#include "packer/Bytes.h"
+
+namespace korb::packer {
+
+/// The bitmap of a BMP file without its file header. Nothing when `file` is no BMP file whose header the installer
+/// understands, or when its pixels are cut off.
+std::optional<Bytes> BitmapOf(const Bytes &file);
+
+/// The image of `size` bytes out of an icon file. Nothing when there is none, or when `file` is no icon file.
+std::optional<Bytes> IconImageOf(const Bytes &file, uint32_t size);
+
+} // namespace korb::packer

@@ -1,0 +1,113 @@
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+#include "packer/ProductCheck.h"
+#include "packer/TextTests.h"
+
+namespace korb::packer {
+
+namespace {
+
+// Values that the installer writes into the Uninstall key itself, before those of the product.
+constexpr const char *kOwnValues[] = {
+    "UninstallString", "QuietUninstallString", "DisplayName",      "InstallSource", "DisplayVersion", "Publisher",
+    "VersionMajor",    "VersionMinor",         "ProductRegistry",  "SharedPath",    "ProductFonts",   "ProductFlags",
+    "UninstallBatch1", "UninstallBatch2",      "ProductStartMenu", "SharedFiles",   "ShortcutMode",   "UninstallSubdir",
+    "DisplayTitle",    "TitleColor",           "TopColor",         "BottomColor",   "MonoColor",      "TitleShadow"};
+
+constexpr size_t kUndoneAssociations = 499;
+
+// Whether a condition's text is a date: month, day, year, and perhaps a time. Names of months are a matter of the
+// installer's own parser, so a text with letters in front of the time passes.
+bool IsDateText(const std::string &text) {
+  int month = 0, day = 0, year = 0;
+  if (std::sscanf(text.c_str(), " %d / %d / %d", &month, &day, &year) == 3 ||
+      std::sscanf(text.c_str(), " %d . %d . %d", &month, &day, &year) == 3)
+    return IsCalendarDay(year < 101 ? year + 2000 : year, month, day);
+  return std::any_of(text.begin(), text.end(), [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }) &&
+         text.find_first_of("0123456789") != text.npos;
+}
+
+void CheckDeletion(const Deletion &deletion, Findings &findings) {
+  const auto error = [&](const char *message) {
+    findings.Error(deletion.place, "old file '" + deletion.name + "': " + message);
+  };
+  if (IsBlank(deletion.name))
+    error("it has no name");
+  if (deletion.name == kDeletionsEnd)
+    error("this name ends the list");
+  if (deletion.kind >= kDeleteDateEqual && deletion.kind <= kDeleteDateUpTo && !IsDateText(deletion.value))
+    error("its condition needs a date");
+  if (deletion.kind >= kDeleteSizeEqual && deletion.kind <= kDeleteSizeUpTo) {
+    std::string digits = deletion.value;
+    std::erase(digits, ',');
+    if (digits.empty() || digits.find_first_not_of("0123456789") != digits.npos)
+      error("its condition needs a size in bytes");
+    else if (HoldsHugeNumber(digits))
+      error("its size doesn't fit into 32 bits");
+  }
+}
+
+void CheckAssociation(const Association &association, const Product &product, Findings &findings) {
+  const auto error = [&](const char *message) {
+    findings.Error(association.place, "association of '" + association.extension + "': " + message);
+  };
+  if (association.extension.empty())
+    error("without an extension it is passed over");
+  if (IsBlank(association.verb))
+    error("it has no verb, so the uninstaller can't take it back");
+  for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
+    if (text->find("~!~") != text->npos || text->find_first_of("\r\n") != text->npos || HoldsRecordMarker(*text))
+      error("extension, class and verb must not hold \"~!~\", a line end, \"[Strings]\" or \"[Associations]\"");
+  for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
+    if (text->find('\\') != text->npos)
+      error("extension, class and verb are names of keys and can't hold a backslash");
+  if (!association.language.empty() &&
+      std::none_of(product.languages.begin(), product.languages.end(),
+                   [&](const Language &language) { return language.name == association.language; }))
+    findings.Warn(association.place, "association of '" + association.extension + "': no language is called '" +
+                                         association.language + "', so it never applies");
+}
+
+void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
+  const bool own = std::any_of(std::begin(kOwnValues), std::end(kOwnValues),
+                               [&](const char *name) { return LowerCase(name) == LowerCase(value.name); });
+  const std::string what = "uninstall value '" + value.name + "': ";
+  if (own)
+    findings.Warn(value.place, what + "it overwrites a value that the uninstaller reads" +
+                                   (LowerCase(value.name) == "displayname"
+                                        ? ", and saved associations are then looked for under another name"
+                                        : ""));
+  if (LowerCase(value.name) == "installlocation" || LowerCase(value.name) == "installdate")
+    findings.Warn(value.place, what + "the installer writes its own value over it");
+  if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value))
+    findings.Error(value.place, what + "the number doesn't fit into 32 bits");
+}
+
+void CheckCount(size_t count, size_t most, const char *what, Findings &findings) {
+  if (count > most)
+    findings.Error({}, "there are " + std::to_string(count) + " " + what + ", but " + std::to_string(most) +
+                           " at most can be packed");
+}
+
+} // namespace
+
+void CheckLists(const Product &product, Findings &findings) {
+  CheckCount(product.deletions.size(), kMaxDeletions, "old files", findings);
+  CheckCount(product.associations.size(), kMaxAssociations, "associations", findings);
+  CheckCount(product.uninstall_values.size(), kMaxUninstallData, "uninstall values", findings);
+  for (const Deletion &deletion : product.deletions)
+    CheckDeletion(deletion, findings);
+  for (const Association &association : product.associations)
+    CheckAssociation(association, product, findings);
+  for (const UninstallValue &value : product.uninstall_values)
+    CheckUninstallValue(value, findings);
+  if (product.associations.size() > kUndoneAssociations)
+    findings.Warn(product.associations[kUndoneAssociations].place,
+                  "the uninstaller takes back no more than 499 associations");
+  if (!product.uninstall_values.empty() && !product.Has(IF_UNINSTALL))
+    findings.Warn(product.uninstall_values[0].place, "without an uninstaller there is no key for uninstall values");
+}
+
+} // namespace korb::packer

@@ -1,0 +1,185 @@
+#include <algorithm>
+#include <set>
+
+#include "packer/FileTree.h"
+#include "packer/ManifestContext.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr NamedValue kKinds[] = {{"program", KindProgram}, {"shared", KindShared}, {"font", KindFont},
+                                 {"startup", KindStartup}, {"system", KindSystem}, {"system-com", KindSystemCom}};
+constexpr NamedValue kConditions[] = {
+    {"always", FF_PLACE_ALWAYS}, {"never", FF_PLACE_NEVER}, {"over", FF_PLACE_OVER}, {"new", FF_PLACE_NEW}};
+constexpr NamedValue kAttributes[] = {{"read-only", 0x1}, {"hidden", 0x2},      {"system", 0x4},
+                                      {"archive", 0x20},  {"temporary", 0x100}, {"offline", 0x1000}};
+
+constexpr int64_t kMaxU32 = 0xFFFFFFFF;
+
+std::string WithBackslashes(std::string path) {
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return path;
+}
+
+// What [[file]] and [[tree]] have in common, and the date as said there.
+struct Settings {
+  FileEntry entry;
+  std::optional<FileTime> date; // nothing: the file's own
+};
+
+Settings ReadSettings(ManifestContext &context, ManifestTable &table, const Settings &fallback) {
+  Settings settings = fallback;
+  FileEntry &entry = settings.entry;
+  entry.place = table.PlaceOfTable();
+  entry.kind = static_cast<uint32_t>(table.Named("kind", kKinds, 0, kMaxU32).value_or(entry.kind));
+  entry.flags = static_cast<uint32_t>(table.Integer("flags", 0, kMaxU32).value_or(entry.flags));
+  if (const auto condition = table.Named("condition", kConditions, 0, 0))
+    entry.flags = (entry.flags & ~FF_CONDITION) | static_cast<uint32_t>(*condition);
+  const std::pair<const char *, uint32_t> switches[] = {
+      {"desktop", FF_DESKTOP}, {"start_menu", FF_START_MENU}, {"keep", FF_KEEP}, {"uninstall_dir", FF_UNINSTALL_DIR}};
+  for (const auto &[key, bit] : switches)
+    if (const auto on = table.Boolean(key))
+      entry.flags = *on ? entry.flags | bit : entry.flags & ~bit;
+  entry.attributes = static_cast<uint32_t>(table.NamedBits("attributes", kAttributes).value_or(entry.attributes));
+  bool from_disk = false;
+  if (const auto date = context.Time(table, "date", &from_disk))
+    settings.date = date;
+  if (from_disk)
+    settings.date.reset();
+  return settings;
+}
+
+class FileReader {
+public:
+  FileReader(ManifestContext &context, const Settings &defaults) : context_(context), defaults_(defaults) {}
+
+  // Files with an entry of their own are left out of trees.
+  void Claim(const toml::table &file) {
+    if (const auto source = file["source"].value<std::string>())
+      claimed_.insert(Canonical(context_.InputPath(*source)));
+  }
+
+  void ReadFile(const toml::table &node) {
+    ManifestTable table(&node, "file", context_.findings);
+    Settings settings = ReadSettings(context_, table, defaults_);
+    FileEntry &entry = settings.entry;
+    const auto source = table.Text("source");
+    const auto inline_text = table.Text("contents");
+    if (source.has_value() == inline_text.has_value())
+      context_.findings.Error(table.PlaceOfTable(), "a [[file]] needs either 'source' or 'contents'");
+    std::string name = source ? *source : std::string();
+    name.erase(0, name.find_last_of('/') + 1);
+    entry.name = WithBackslashes(table.Raw()->contains("name") ? context_.Text(table, "name")
+                                                               : context_.Convert(name, entry.place));
+    table.Find("name");
+    entry.label = context_.Text(table, "label");
+    entry.icon = context_.Text(table, "icon");
+    entry.arguments = context_.Text(table, "arguments");
+    entry.target = context_.Text(table, "target");
+    table.RefuseUnknown();
+    if (inline_text)
+      entry.contents.assign(inline_text->begin(), inline_text->end());
+    if (source)
+      Take(*source, table.PlaceOfKey("source"), settings);
+    else
+      Add(entry, settings.date.value_or(FileTime{}));
+  }
+
+  void ReadTree(const toml::table &node) {
+    ManifestTable table(&node, "tree", context_.findings);
+    Settings settings = ReadSettings(context_, table, defaults_);
+    const auto source = table.Text("source");
+    std::string into = WithBackslashes(context_.Text(table, "into"));
+    std::string target = WithBackslashes(context_.Text(table, "target"));
+    const auto include = table.Texts("include"), exclude = table.Texts("exclude");
+    table.RefuseUnknown();
+    if (!source) {
+      context_.findings.Error(table.PlaceOfTable(), "a [[tree]] needs a 'source', the folder whose files it brings");
+      return;
+    }
+    for (std::string *folder : {&into, &target})
+      if (!folder->empty() && folder->back() != '\\')
+        *folder += '\\';
+    const Place place = table.PlaceOfKey("source");
+    std::vector<std::string> files;
+    try {
+      files = ListFiles(context_.InputPath(*source), include, exclude);
+    } catch (const fs::filesystem_error &) {
+      context_.findings.Error(place, "can't list the folder '" + *source + "'");
+      return;
+    }
+    if (files.empty())
+      context_.findings.Error(place, "no file of '" + *source + "' fits");
+    for (const std::string &file : files) {
+      const std::string path = *source + "/" + file;
+      if (claimed_.contains(Canonical(context_.InputPath(path))))
+        continue;
+      Settings one = settings;
+      const std::string name = WithBackslashes(context_.Convert(file, place));
+      one.entry.name = into + name;
+      if (!target.empty())
+        one.entry.target = target + name;
+      Take(path, place, one);
+    }
+  }
+
+private:
+  static std::string Canonical(const fs::path &path) {
+    std::error_code error;
+    return fs::weakly_canonical(path, error).generic_string();
+  }
+
+  void Take(const std::string &source, Place place, Settings &settings) {
+    auto contents = context_.ReadInput(source, place);
+    if (!contents)
+      return;
+    settings.entry.contents = std::move(*contents);
+    Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
+  }
+
+  void Add(FileEntry &entry, FileTime date) {
+    entry.date = date;
+    context_.product().files.push_back(std::move(entry));
+  }
+
+  ManifestContext &context_;
+  Settings defaults_;
+  std::set<std::string> claimed_;
+};
+
+} // namespace
+
+void ReadFiles(ManifestContext &context, ManifestTable &root) {
+  ManifestTable table = root.Table("file_defaults");
+  const Settings defaults = ReadSettings(context, table, {});
+  table.RefuseUnknown();
+
+  // Files and trees are two arrays for the parser but one list for the author.
+  struct Entry {
+    const toml::table *table;
+    bool is_tree;
+  };
+  std::vector<Entry> entries;
+  for (const toml::table *file : root.Tables("file"))
+    entries.push_back({file, false});
+  for (const toml::table *tree : root.Tables("tree"))
+    entries.push_back({tree, true});
+  std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
+    return a.table->source().begin.line < b.table->source().begin.line;
+  });
+
+  FileReader reader(context, defaults);
+  for (const Entry &entry : entries)
+    if (!entry.is_tree)
+      reader.Claim(*entry.table);
+  for (const Entry &entry : entries)
+    if (entry.is_tree)
+      reader.ReadTree(*entry.table);
+    else
+      reader.ReadFile(*entry.table);
+}
+
+} // namespace korb::packer

@@ -1,0 +1,25 @@
+// Reads a manifest, the TOML file in which an author describes a product. docs/manifest.md tells its keys.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+#include "packer/Findings.h"
+#include "packer/Product.h"
+
+namespace korb::packer {
+
+struct Manifest {
+  Product product;
+  std::vector<std::filesystem::path> inputs; ///< every file that was read, the manifest first
+};
+
+/// Reads the manifest at `path` and the files that it names, which are relative to its folder. `newest` is the newest
+/// date that a file may keep from the disk, in seconds since 1970; a later one becomes it. What is wrong is told in
+/// `findings`, all in one run as far as possible; the product is of use only when there is no error among them.
+Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings);
+
+/// The whole of a file; nothing when it can't be read.
+std::optional<Bytes> ReadWholeFile(const std::filesystem::path &path);
+
+} // namespace korb::packer

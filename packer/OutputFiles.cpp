@@ -1,0 +1,62 @@
+#include "packer/OutputFiles.h"
+
+#include <fstream>
+
+#include "packer/Product.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Files that were written but have not taken their names; whatever is left at the end is removed.
+class PendingFiles {
+public:
+  ~PendingFiles() {
+    std::error_code error;
+    for (const fs::path &path : paths_)
+      fs::remove(path, error);
+  }
+
+  void Write(const OutputFile &file) {
+    paths_.push_back(PendingName(file.path));
+    std::ofstream stream(paths_.back(), std::ios::binary | std::ios::trunc);
+    stream.write(reinterpret_cast<const char *>(file.bytes->data()), static_cast<std::streamsize>(file.bytes->size()));
+    stream.close();
+    if (!stream)
+      throw PackError("can't write '" + file.path.string() + "'");
+  }
+
+  static fs::path PendingName(fs::path path) {
+    path += ".unfinished";
+    return path;
+  }
+
+private:
+  std::vector<fs::path> paths_;
+};
+
+} // namespace
+
+void WriteOutputFiles(const std::vector<OutputFile> &files) {
+  PendingFiles pending;
+  for (const OutputFile &file : files) {
+    if (fs::is_directory(file.path))
+      throw PackError("'" + file.path.string() + "' is a directory");
+    pending.Write(file);
+  }
+  for (const OutputFile &file : files) {
+    std::error_code error;
+    fs::rename(PendingFiles::PendingName(file.path), file.path, error);
+    if (error)
+      throw PackError("can't write '" + file.path.string() + "': " + error.message());
+  }
+}
+
+bool IsSameFile(const fs::path &a, const fs::path &b) {
+  std::error_code error;
+  return fs::equivalent(a, b, error) || fs::weakly_canonical(a, error) == fs::weakly_canonical(b, error);
+}
+
+} // namespace korb::packer

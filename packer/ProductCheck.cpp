@@ -1,0 +1,113 @@
+#include "packer/ProductCheck.h"
+
+#include "packer/TextTests.h"
+
+namespace korb::packer {
+
+namespace {
+
+void CheckNames(const Product &product, Findings &findings) {
+  const auto error = [&](const char *key, const char *message) {
+    findings.Error(product.PlaceOf(key), "'" + std::string(key) + "' " + message);
+  };
+  if (IsBlank(product.name))
+    error("product.name", "is missing");
+  if (product.name.find_first_of("\"\r\n") != product.name.npos)
+    error("product.name", "must hold neither quotes nor line ends");
+  if (ContainsNoCase(product.name, "<product>"))
+    error("product.name", "can't hold <product>, which stands for the name itself");
+  if (IsBlank(product.uninstall_name) && product.name.find('\\') != product.name.npos)
+    error("product.name", "holds a backslash: give an 'uninstall.name' that can be the name of a registry key");
+  if (product.uninstall_name.find_first_of("\"\\\r\n") != product.uninstall_name.npos)
+    error("uninstall.name", "must hold neither quotes nor backslashes: it is the name of a registry key");
+  if (HoldsHugeNumber(product.version))
+    error("product.version", "holds a number that doesn't fit into 32 bits");
+  if (IsBlank(product.volume_base_name) || HoldsIllegalCharacter(product.volume_base_name))
+    error("payload.volume_name", "has to be the beginning of a file name, even without volumes");
+  const Day &expiry = product.expiry;
+  if (expiry.month != 0 && (!IsCalendarDay(expiry.year, expiry.month, expiry.day) || expiry.year < 1600))
+    error("product.expires", "is a day that doesn't exist");
+}
+
+void CheckDirectories(const Product &product, Findings &findings) {
+  const std::pair<const char *, const std::string &> texts[] = {
+      {"install.directory", product.install_dir},        {"install.common_directory", product.common_dir},
+      {"install.desktop_group", product.desktop_group},  {"install.start_menu", product.start_menu},
+      {"uninstall.directory", product.uninstall_subdir}, {"uninstall.program", product.uninstaller_name}};
+  for (const auto &[key, text] : texts)
+    if (HoldsRecordMarker(text))
+      findings.Error(product.PlaceOf(key), "'" + std::string(key) +
+                                               "' must not hold \"[Strings]\" or \"[Associations]\", which divide the "
+                                               "uninstaller's record");
+  if (LowerCase(product.install_dir) == "<master>" && !product.Has(IF_MASTER_PRODUCT))
+    findings.Error(product.PlaceOf("install.directory"), "\"<master>\" needs a 'product.master_product'");
+  const std::string &subdir = product.uninstall_subdir;
+  if (HoldsIllegalCharacter(subdir) || subdir.starts_with('\\'))
+    findings.Error(product.PlaceOf("uninstall.directory"), "'uninstall.directory' has to be relative");
+  if (subdir.find('\\') < subdir.size() - 1 && !subdir.empty())
+    findings.Warn(product.PlaceOf("uninstall.directory"),
+                  "of several levels, the uninstaller removes the last one only");
+  const std::string &uninstaller = product.uninstaller_name;
+  if (product.Has(IF_UNINSTALL) &&
+      (IsBlank(uninstaller) || HoldsIllegalCharacter(uninstaller) || uninstaller.find('\\') != uninstaller.npos))
+    findings.Error(product.PlaceOf("uninstall.program"), "'uninstall.program' has to be a file name");
+}
+
+void CheckPages(const Product &product, Findings &findings) {
+  if (product.license_pages.size() > kMaxPages)
+    findings.Error(product.PlaceOf("pages.license"), "there are at most 20 licence pages");
+  if (product.readme_pages.size() > kMaxPages)
+    findings.Error(product.PlaceOf("pages.readme"), "there are at most 20 readme pages");
+}
+
+struct FlagRule {
+  uint64_t flag;
+  bool without; // what makes it idle
+  const char *key;
+  const char *message;
+};
+
+void CheckOptions(const Product &product, Findings &findings) {
+  if (product.min_phase_ms > kMaxPhaseMs)
+    findings.Error(product.PlaceOf("install.min_phase_ms"), "'install.min_phase_ms' is 9,999 at most");
+  const bool no_uninstaller = !product.Has(IF_UNINSTALL);
+  const char *const idle = "has no effect without 'options.uninstall'";
+  const FlagRule rules[] = {
+      {IF_REFUSE_REINSTALL, no_uninstaller, "options.refuse_reinstall", idle},
+      {IF_UNINSTALL_START_MENU, no_uninstaller, "options.uninstall_start_menu", idle},
+      {IF_UNINSTALL_DESKTOP, no_uninstaller, "options.uninstall_desktop", idle},
+      {IF_UNINSTALL_IN_FOLDER, no_uninstaller, "options.uninstall_in_folder", idle},
+      {IF_NO_UNINSTALL_RECORDS, !no_uninstaller, "options.no_uninstall_records",
+       "makes the uninstaller delete the whole installation directory, the user's own files in it too"},
+      {IF_BACKGROUND_BITMAP, product.background.empty(), "options.background_bitmap",
+       "has no effect without 'appearance.background'"},
+      {IF_REBOOT_NEEDED, true, "options.reboot_needed", "makes every installation ask for a restart"},
+      {IF_CONFIRM_DIRECTORY, !product.Has(IF_ASK_DIRECTORY), "options.confirm_directory",
+       "has no effect without 'options.ask_directory'"},
+  };
+  for (const FlagRule &rule : rules)
+    if (product.Has(rule.flag) && rule.without)
+      findings.Warn(product.PlaceOf(rule.key), "'" + std::string(rule.key) + "' " + rule.message);
+  if (!product.master_product.empty() && !product.Has(IF_MASTER_PRODUCT))
+    findings.Warn(product.PlaceOf("product.master_product"), "without its option, the master product is not asked for");
+  if (product.PlaceOf("appearance.title_color").line != 0 && product.title_color != 0 &&
+      !product.Has(IF_CUSTOM_COLORS) && product.background.empty())
+    findings.Warn(product.PlaceOf("appearance.title_color"),
+                  "'appearance.title_color' has no effect without colours or a picture for the background");
+  if (product.stub_patch_offset > 0 && no_uninstaller)
+    findings.Warn(product.PlaceOf("uninstall.patch_offset"), "without an uninstaller there is nothing to patch");
+}
+
+} // namespace
+
+void CheckProduct(const Product &product, Findings &findings) {
+  CheckNames(product, findings);
+  CheckDirectories(product, findings);
+  CheckPages(product, findings);
+  CheckOptions(product, findings);
+  CheckLists(product, findings);
+  CheckTexts(product, findings);
+  CheckFiles(product, findings);
+}
+
+} // namespace korb::packer

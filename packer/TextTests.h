@@ -1,0 +1,30 @@
+// Questions about texts that the checks of a product share.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "packer/Product.h"
+
+namespace korb::packer {
+
+/// Nothing but spaces, line ends and tabs: what the installer takes for absent.
+bool IsBlank(std::string_view text);
+
+std::string LowerCase(std::string_view text);
+
+bool ContainsNoCase(std::string_view text, std::string_view part);
+
+/// Whether the text holds a marker that divides the uninstaller's record.
+bool HoldsRecordMarker(std::string_view text);
+
+/// Characters that Windows has in no file name, and control characters.
+bool HoldsIllegalCharacter(std::string_view name);
+
+/// Whether one of the runs of digits in `text` is above 2,147,483,647.
+bool HoldsHugeNumber(std::string_view text);
+
+/// Whether the calendar has that day. `month` 0 is no day.
+bool IsCalendarDay(int32_t year, int32_t month, int32_t day);
+
+} // namespace korb::packer
