@@ -32,9 +32,12 @@ inline void PutU64(Bytes &out, uint64_t value) {
 inline void PutBytes(Bytes &out, const Bytes &bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
 
 /// The value at `at`; the caller has made sure that `bytes` holds it.
-inline uint16_t GetU16(const Bytes &bytes, size_t at) { return static_cast<uint16_t>(bytes[at] | bytes[at + 1] << 8); }
+inline uint16_t GetU16(const Bytes &bytes, uint64_t at) {
+  const uint8_t *from = bytes.data() + static_cast<size_t>(at);
+  return static_cast<uint16_t>(from[0] | from[1] << 8);
+}
 
-inline uint32_t GetU32(const Bytes &bytes, size_t at) {
+inline uint32_t GetU32(const Bytes &bytes, uint64_t at) {
   return GetU16(bytes, at) | static_cast<uint32_t>(GetU16(bytes, at + 2)) << 16;
 }
 
