@@ -1,0 +1,78 @@
+// Calendar dates and times of day.
+#pragma once
+
+#include <cstdint>
+
+#include "core/FileDate.h"
+#include "core/String.h"
+
+namespace korb {
+
+/// A day. 20 bytes that archives hold as they stand, so any field may hold anything: ask is_invalid before use. All
+/// zeros is no date.
+struct Date {
+  int32_t julian = 0;  ///< Julian day number less one; 0 means no date
+  int32_t month = 0;   ///< 1 to 12
+  int32_t day = 0;     ///< of the month, from 1
+  int32_t year = 0;    ///< all digits
+  int32_t weekday = 0; ///< 1 Sunday to 7 Saturday
+
+  /// Stores the three and works out the others; a month below 1 leaves those as they are.
+  void set(int32_t month_value, int32_t day_value, int32_t year_value);
+  /// As `set`; a year of 100 or below goes to the century that brings it nearest to `current_year`.
+  void set_expanded(int32_t month_value, int32_t day_value, int32_t year_value, int32_t current_year);
+  void set_julian(int32_t n);
+  void clear() { *this = Date(); }
+
+  /// Reads a date from the front of `text` and moves `text` behind it. Forms: "1/5/2001", "1.5.2001", "5-Jan-2001",
+  /// "5 Jan 2001", "Jan 5, 2001", "Friday, Jan 5th, 2001", "January 2001", "1/2001". False, and cleared, on anything
+  /// else; an impossible day is read all the same and is_invalid.
+  bool parse(const char *&text, bool day_first, int32_t current_year);
+
+  /// `d dd D DD m mm M MM w ww W WW y yy Y YY`; null or empty takes "m/d/y". There is no escape: every such letter is
+  /// replaced, all else is copied.
+  String format(const char *format_text) const;
+
+  /// False only for a day that the calendar has.
+  bool is_invalid() const;
+  /// -1, 0 or 1 by the day; an invalid date is below every valid one and equal to another invalid one.
+  int32_t compare(const Date &other) const;
+
+  static bool is_leap(int32_t year);
+  /// 0 for a month that does not exist.
+  static int32_t days_in_month(int32_t month, int32_t year);
+};
+
+/// A time of day. A cleared one is invalid, so that midnight can be told from no time.
+struct Time {
+  int32_t hour = -1; ///< 0 to 23
+  int32_t minute = -1;
+  int32_t second = -1;
+
+  bool is_invalid() const;
+  bool is_am() const { return hour < 12; }
+  /// 12 for midnight, 1 to 12 else.
+  int32_t hour12() const;
+  void clear() { *this = Time(); }
+  /// "15:05", "3:05:09 pm", "3:05p". False, and cleared, on anything else. Moves `text` behind what it read.
+  bool parse(const char *&text);
+  /// `h hh H HH i ii s ss ap AP`; null or empty takes "h:ii:ssap".
+  String format(const char *format_text) const;
+};
+
+/// A date and perhaps a time.
+struct DateTime {
+  Date date;
+  Time time;
+
+  /// A date, one optional comma, and a time. True when there is a date; the time stays cleared when there is none.
+  bool parse(const char *text, bool day_first, int32_t current_year);
+  /// The letters of both; null or empty takes "m/d/y h:ii:ssap".
+  String format(const char *format_text) const;
+  int32_t compare(const DateTime &other) const;
+
+  static DateTime from(const FileDate &file_date);
+  FileDate to_file_date() const;
+};
+
+} // namespace korb

@@ -1,0 +1,226 @@
+// Searching and replacing in a String.
+
+#include <cstring>
+
+#include "core/String.h"
+#include "core/Vector.h"
+
+namespace korb {
+
+namespace {
+
+/// Compares a pattern with the bytes at one place.
+struct Matcher {
+  const char *pattern;
+  int32_t length; ///< of the pattern
+  uint32_t flags;
+
+  /// Bytes that one match takes.
+  int32_t unit() const { return flags & FIND_ANY_OF ? 1 : length; }
+
+  bool at(const char *text) const {
+    if (flags & FIND_ANY_OF)
+      return InSet(*text);
+    for (int32_t i = 0; i < length; ++i)
+      if (!Same(pattern[i], text[i]))
+        return false;
+    return true;
+  }
+
+private:
+  bool Same(char wanted, char found) const {
+    if (wanted == found || (wanted == '?' && (flags & FIND_WILDCARD)))
+      return true;
+    return (flags & FIND_IGNORE_CASE) && to_lower_char(wanted) == to_lower_char(found);
+  }
+  bool InSet(char c) const {
+    for (int32_t i = 0; i < length; ++i)
+      if (pattern[i] == c || ((flags & FIND_IGNORE_CASE) && is_alpha(c) && to_lower_char(pattern[i]) == to_lower_char(c)))
+        return true;
+    return false;
+  }
+};
+
+/// Writes `with` to `dest`, which holds what `old` matched. Each `?` of `with` keeps the byte that the next `?` of `old`
+/// stood for.
+void WildcardMerge(char *dest, const char *matched, const char *old, int32_t old_length, const char *with,
+                   int32_t with_length) {
+  int32_t place = 0;
+  for (int32_t i = 0; i < with_length; ++i) {
+    char c = with[i];
+    if (c == '?') {
+      while (place < old_length && old[place] != '?')
+        ++place;
+      if (place < old_length)
+        c = matched[place++];
+    }
+    dest[i] = c;
+  }
+}
+
+} // namespace
+
+int32_t String::find(const char *pattern, int32_t start, uint32_t flags, int32_t pattern_length) const {
+  if (!pattern || is_empty())
+    return -1;
+  if (pattern_length == STRING_ALL)
+    pattern_length = text_length(pattern);
+  if (pattern_length < 1)
+    return -1;
+  const Matcher matcher{pattern, pattern_length, flags};
+  const int32_t last = length_ - matcher.unit();
+  const int32_t step = flags & FIND_REVERSE ? -1 : 1;
+  if (step < 0)
+    start = start - 1 < last ? start - 1 : last;
+  else if (start < 0)
+    start = 0;
+
+  for (int32_t pos = start; pos >= 0 && pos <= last; pos += step) {
+    if ((flags & FIND_SKIP_QUOTED) && data_[pos] == '"') {
+      do
+        pos += step;
+      while (pos >= 0 && pos < length_ && data_[pos] != '"');
+      continue;
+    }
+    if (!matcher.at(data_ + pos))
+      continue;
+    if ((flags & FIND_WHOLE_WORD) && ((pos > 0 && is_word_char(data_[pos - 1])) ||
+                                      (pos < last && is_word_char(data_[pos + matcher.unit()]))))
+      continue;
+    return flags & FIND_RETURN_END ? pos + matcher.unit() : pos;
+  }
+  return -1;
+}
+
+int32_t String::find_char(char c, int32_t start, uint32_t flags) const {
+  for (int32_t pos = start < 0 ? 0 : start; pos < length_; ++pos) {
+    if ((flags & FIND_SKIP_QUOTED) && data_[pos] == '"') {
+      do
+        ++pos;
+      while (pos < length_ && data_[pos] != '"');
+      continue;
+    }
+    if (data_[pos] == c || ((flags & FIND_IGNORE_CASE) && to_upper_char(data_[pos]) == to_upper_char(c)))
+      return pos;
+  }
+  return -1;
+}
+
+int32_t String::rfind_char(char c, int32_t start, uint32_t flags) const {
+  bool quoted = false;
+  for (int32_t pos = start < length_ - 1 ? start : length_ - 1; pos >= 0; --pos) {
+    if ((flags & FIND_SKIP_QUOTED) && data_[pos] == '"')
+      quoted = !quoted;
+    if (!quoted && data_[pos] == c)
+      return pos;
+  }
+  return -1;
+}
+
+int32_t String::find_any(const char *set, int32_t start) const {
+  if (!set || !*set)
+    return -1;
+  for (int32_t pos = start < 0 ? 0 : start; pos < length_; ++pos)
+    if (data_[pos] && strchr(set, data_[pos]))
+      return pos;
+  return -1;
+}
+
+int32_t String::find_not_in(const char *set, int32_t start) const {
+  if (!set)
+    return -1;
+  for (int32_t pos = start < 0 ? 0 : start; pos < length_; ++pos)
+    if (!data_[pos] || !strchr(set, data_[pos]))
+      return pos;
+  return -1;
+}
+
+int32_t String::find_number_start(int32_t start) const {
+  return find_any("0123456789+-.", start);
+}
+
+int32_t String::find_line_end(int32_t start, uint32_t flags) const {
+  const int32_t none = flags & LINE_LENGTH_IF_NONE ? length_ : -1;
+  if (is_out_of_range(start))
+    return none;
+  for (int32_t pos = start; pos < length_; ++pos) {
+    const char c = data_[pos];
+    if ((flags & LINE_SKIP_QUOTED) && c == '"') {
+      do
+        ++pos;
+      while (pos < length_ && data_[pos] != '"');
+    } else if (is_line_break(c)) {
+      if (flags & LINE_AT_BREAK)
+        return pos;
+      const char next = char_at(pos + 1);
+      return is_line_break(next) && next != c ? pos + 2 : pos + 1;
+    }
+  }
+  return none;
+}
+
+int32_t String::replace(const char *old, const char *with, uint32_t flags, int32_t start, int32_t max, int32_t skip) {
+  const bool first_only = (flags & FIND_FIRST_ONLY) != 0;
+  const int32_t nothing = first_only ? -1 : 0;
+  const int32_t old_length = text_length(old);
+  if (max < 1 || old_length == 0)
+    return nothing;
+  flags &= ~(FIND_REVERSE | FIND_RETURN_END);
+  const int32_t new_length = text_length(with);
+  const Matcher matcher{old, old_length, flags};
+  const int32_t span = matcher.unit();
+  const bool in_place = new_length == span;
+
+  Vector<int32_t> places;
+  int32_t found = 0;
+  for (int32_t pos = start; places.count < max; pos += span) {
+    pos = find(old, pos, flags, old_length);
+    if (pos < 0)
+      break;
+    ++found;
+    if (skip > 0) {
+      --skip;
+      // A single replacement that has another length gives up at the first match, though that fell to the skip; one of
+      // the same length goes on to the next.
+      if (first_only && !in_place)
+        break;
+      continue;
+    }
+    places.append(pos);
+    if (first_only)
+      break;
+  }
+  if (places.count == 0)
+    return first_only && in_place ? -1 : (found ? found : nothing);
+  const int32_t first = places.at(0);
+
+  String result;
+  const int64_t whole = length_ + int64_t{new_length - span} * places.count;
+  result.set_length(whole > STRING_ALL ? STRING_ALL : static_cast<int32_t>(whole)); // too long is refused by the heap
+  int32_t from = 0;
+  int32_t to = 0;
+  for (int32_t i = 0; i < places.count; ++i) {
+    const int32_t place = places.at(i);
+    if (place > from) {
+      memcpy(result.data_ + to, data_ + from, static_cast<size_t>(place - from));
+      to += place - from;
+    }
+    if (flags & FIND_WILDCARD)
+      WildcardMerge(result.data_ + to, data_ + place, old, old_length, with, new_length);
+    else if (new_length > 0)
+      memcpy(result.data_ + to, with, static_cast<size_t>(new_length));
+    to += new_length;
+    from = place + span;
+  }
+  if (length_ > from)
+    memcpy(result.data_ + to, data_ + from, static_cast<size_t>(length_ - from));
+  *this = static_cast<String &&>(result);
+  return first_only ? first : found;
+}
+
+int32_t String::replace_with_char(const char *old, char c, uint32_t flags, int32_t start) {
+  const char text[2] = {c, '\0'};
+  return replace(old, text, flags, start);
+}
+
+} // namespace korb
