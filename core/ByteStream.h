@@ -31,7 +31,7 @@ public:
   }
 
   /// Appends `count` bytes to `text`. On failure `text` is as before, though the bytes that were there are consumed.
-  /// A count not above 0 is true and reads nothing. A count beyond what is left in a MemoryStream allocates nothing.
+  /// A count not above 0 is true and reads nothing.
   bool ReadBytes(String &text, int32_t count);
   /// Replaces `text` by the bytes up to a 0 byte, which is consumed. False only when not even one byte could be read:
   /// a text that the end of the data cuts off is good.

@@ -54,6 +54,9 @@ struct ElementType {
   void (*destroy)(void *at);
 };
 
+/// Makes an element of `type` at `at`: a copy of `*from`, or a default one.
+void MakeElement(const ElementType &type, void *at, const void *from);
+
 template <class T>
 void ConstructElement(void *at, const void *from) {
   if (from != nullptr)
@@ -95,8 +98,8 @@ public:
   virtual void rotate_left(CollectionBase &all, int32_t n) const = 0;
   /// Position of `it`, or -1 where elements have none.
   virtual int32_t index(const CollectionBase &, const CollectionIterator &) const { return -1; }
-  /// True where the end that "first" means for trimming is the tail.
-  virtual bool trims_from_tail() const { return false; }
+  /// True where keep_first takes what is too much from the front, and so keeps the newest.
+  virtual bool trims_front() const { return false; }
 
 protected:
   constexpr CollectionForm() = default;
@@ -120,15 +123,15 @@ public:
   /// Removes the element under `it`; false when there is none. `next` then goes to the one that followed it.
   bool remove_current(CollectionIterator &it) { return form_->remove_current(*this, it); }
   /// `n` below 1 does nothing, `n` from count up removes all.
-  void remove_first_n(int32_t n);
-  void remove_last_n(int32_t n);
+  void remove_first_n(int32_t n) { remove_ends(n, true); }
+  void remove_last_n(int32_t n) { remove_ends(n, false); }
   /// False when empty.
-  bool remove_first();
-  bool remove_last();
+  bool remove_first() { return remove_ends(1, true); }
+  bool remove_last() { return remove_ends(1, false); }
   /// Cut down to the first or last `n` elements; below 0 acts as 0, from count up nothing happens. A Stack keeps its
   /// newest elements with either.
-  void keep_first(int32_t n);
-  void keep_last(int32_t n);
+  void keep_first(int32_t n) { remove_ends(n < 0 ? count : count - n, form_->trims_front()); }
+  void keep_last(int32_t n) { remove_ends(n < 0 ? count : count - n, true); }
   /// By `n` places modulo count; a negative `n` goes the other way.
   void rotate_left(int32_t n) { rotate(n, CollectionOp::kRotateLeft); }
   void rotate_right(int32_t n) { rotate(n, CollectionOp::kRotateRight); }
@@ -142,10 +145,10 @@ protected:
   CollectionBase &operator=(const CollectionBase &) = delete;
   ~CollectionBase() = default;
 
-  void *first_raw(CollectionIterator &it) const;
-  void *last_raw(CollectionIterator &it) const;
+  void *end_raw(CollectionIterator &it, bool at_end) const;
   void *end_value_raw(bool at_end) const;
   void *random_raw() const;
+  bool remove_ends(int32_t n, bool in_front);
   void *add_raw(const void *value, CollectionOp op);
   void add_all(const CollectionBase &other, CollectionOp op);
   void rotate(int32_t n, CollectionOp op);
@@ -181,14 +184,14 @@ template <class T>
 class Collection : public CollectionBase {
 public:
   /// Moves to the first element. An empty collection leaves `it` alone.
-  T *first(CollectionIterator &it) { return typed(first_raw(it)); }
-  const T *first(CollectionIterator &it) const { return typed(first_raw(it)); }
+  T *first(CollectionIterator &it) { return typed(end_raw(it, false)); }
+  const T *first(CollectionIterator &it) const { return typed(end_raw(it, false)); }
   /// Moves forward; null at the end, where `it` then stands as `end` sets it.
   T *next(CollectionIterator &it) { return typed(form_->step(*this, it, true)); }
   const T *next(CollectionIterator &it) const { return typed(form_->step(*this, it, true)); }
   /// Moves to the last element. An empty collection leaves `it` alone.
-  T *last(CollectionIterator &it) { return typed(last_raw(it)); }
-  const T *last(CollectionIterator &it) const { return typed(last_raw(it)); }
+  T *last(CollectionIterator &it) { return typed(end_raw(it, true)); }
+  const T *last(CollectionIterator &it) const { return typed(end_raw(it, true)); }
   /// Moves backward; null at the front, where `it` then stands as `begin` sets it.
   T *prev(CollectionIterator &it) { return typed(form_->step(*this, it, false)); }
   const T *prev(CollectionIterator &it) const { return typed(form_->step(*this, it, false)); }

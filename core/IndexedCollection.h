@@ -29,7 +29,6 @@ public:
   void reserve(CollectionBase &all, int32_t n) const;
   void set_count(CollectionBase &all, int32_t n) const;
   void *insert(CollectionBase &all, int32_t i, const void *value) const;
-  void *append_slot(CollectionBase &all) const;
   void remove_range(CollectionBase &all, int32_t first, int32_t last) const;
   void move_down(CollectionBase &all, int32_t from, int32_t to) const;
   void move_up(CollectionBase &all, int32_t from, int32_t to) const;
@@ -37,13 +36,17 @@ public:
   void sort(CollectionBase &all, int (*compare)(const void *, const void *)) const;
 
 private:
-  int32_t cell_size(const CollectionBase &all) const;
+  size_t cell_size(const CollectionBase &all) const;
   uint8_t *cell(const CollectionBase &all, int32_t i) const;
+  /// Moves the bytes of `n` cells; what is left behind means nothing.
   void shift(const CollectionBase &all, int32_t from, int32_t to, int32_t n) const;
-  void *construct(CollectionBase &all, int32_t i, const void *from) const;
-  void destroy(CollectionBase &all, int32_t i) const;
+  void swap_cells(const CollectionBase &all, int32_t i, int32_t j) const;
+  void sink(const CollectionBase &all, int32_t i, int32_t n, int (*compare)(const void *, const void *)) const;
+  void construct(CollectionBase &all, int32_t i, const void *from) const;
+  void destroy(CollectionBase &all, int32_t first, int32_t n) const;
   void rebuild(CollectionBase &all, int32_t capacity, int32_t start, int32_t rotation) const;
-  void open(CollectionBase &all, int32_t i) const;
+  void open(CollectionBase &all, int32_t i, bool at_tail) const;
+  void *put(CollectionBase &all, int32_t i, bool at_tail, const void *value) const;
 
   bool boxed_;
   bool exact_;
@@ -71,7 +74,7 @@ public:
   void remove_range(int32_t first, int32_t last) { form().remove_range(*this, first, last); }
   void remove_at(int32_t i) { remove_range(i, i); }
   /// A new default-constructed element at the end.
-  T &append_slot() { return *this->typed(form().append_slot(*this)); }
+  T &append_slot() { return *this->typed(form().add(*this, nullptr, false)); }
   /// A new element in front of element `i`, which is limited to 0..count: default-constructed, or a copy.
   T &insert_slot(int32_t i) { return *this->typed(form().insert(*this, i, nullptr)); }
   /// A null `value` leaves the new element default-constructed.

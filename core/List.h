@@ -18,12 +18,16 @@ public:
   bool remove_current(CollectionBase &all, CollectionIterator &it) const override;
   void remove_ends(CollectionBase &all, int32_t n, bool in_front) const override;
   void rotate_left(CollectionBase &all, int32_t n) const override;
-  bool trims_from_tail() const override { return is_stack_; }
+  bool trims_front() const override { return is_stack_; }
 
 private:
-  static void link(CollectionBase &all, CollectionBase::Node *node, bool in_front);
-  static void unlink(CollectionBase &all, CollectionBase::Node *node);
-  static void drop(CollectionBase &all, CollectionBase::Node *node);
+  using Node = CollectionBase::Node;
+
+  static Node *node_at(intptr_t place) { return reinterpret_cast<Node *>(place); }
+  static intptr_t number(const Node *node) { return reinterpret_cast<intptr_t>(node); }
+  static void link(CollectionBase &all, Node *node, bool in_front);
+  static void unlink(CollectionBase &all, Node *node);
+  static void drop(CollectionBase &all, Node *node);
 
   bool is_stack_;
 };

@@ -18,6 +18,8 @@ public:
 
   /// A count of 0 is true even with a null destination; otherwise null is false.
   bool Read(void *destination, int32_t count) override;
+  /// As in ByteSource. A count beyond what is left is false at once: it moves on and takes no memory.
+  bool ReadBytes(String &text, int32_t count);
   /// True while a byte can be read.
   virtual bool HasMore() const;
   /// Overwrites, and grows the stream behind its end; never shortens it. `source` may lie in the stream. False for a
@@ -37,8 +39,8 @@ public:
   void Truncate();
   /// Empties the stream and frees its block.
   void Clear();
-  /// Moves the place on by `count` bytes, not below 0, which then exist, and gives where the first of them stands until
-  /// the stream next grows. New bytes are zeros. Null when the place is negative.
+  /// Moves the place on by `count` bytes, which then exist, and gives where the first of them stands until
+  /// the stream next grows. New bytes are zeros. Null when the place or the count is negative.
   uint8_t *Reserve(int32_t count);
   /// Copies `count` bytes from place `from` to the present one and moves on. False, and nothing changes, unless the
   /// source is at least one byte and ends at or before the place, and the place is not beyond the end: a copy never
