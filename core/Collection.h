@@ -15,6 +15,7 @@
 // an ElementType, one constant for each type. An operation that nobody calls is not linked.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <new>
 #include <type_traits>
