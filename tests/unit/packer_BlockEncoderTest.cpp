@@ -1,0 +1,126 @@
+#include <doctest/doctest.h>
+
+#include <random>
+#include <string>
+
+#include "packer/BlockEncoder.h"
+#include "packer/Checksum.h"
+#include "packer/TokenCode.h"
+#include "tests/support/PlainUnpack.h"
+
+using korb::packer::Bytes;
+using korb::packer::PackBlock;
+using korb::test::PlainUnpacker;
+
+namespace {
+
+Bytes Repeat(const std::string &part, size_t size) {
+  Bytes bytes(size);
+  for (size_t i = 0; i < size; ++i)
+    bytes[i] = static_cast<uint8_t>(part[i % part.size()]);
+  return bytes;
+}
+
+Bytes Random(size_t size, unsigned values, unsigned seed) {
+  std::mt19937 generator(seed);
+  Bytes bytes(size);
+  for (uint8_t &byte : bytes)
+    byte = static_cast<uint8_t>(generator() % values);
+  return bytes;
+}
+
+Bytes Words(size_t size) {
+  const char *words[] = {"install ", "the ",        "product ", "in a ",     "directory, ",
+                         "\r\n",     "and remove ", "it 0x",    "\0\0\0\0\0"};
+  std::mt19937 generator(7);
+  std::string text;
+  while (text.size() < size)
+    text += words[generator() % 9] + std::to_string(generator() % 50);
+  return Bytes(text.begin(), text.begin() + static_cast<ptrdiff_t>(size));
+}
+
+void RoundTrip(const Bytes &plain) {
+  const Bytes packed = PackBlock(plain);
+  CHECK(PlainUnpacker(packed).Unpack() == plain);
+  CHECK(packed.size() <= plain.size() + 8 + 8);
+  CHECK(PackBlock(plain) == packed);
+}
+
+} // namespace
+
+TEST_CASE("whatever is packed unpacks to itself") {
+  for (size_t size = 0; size < 40; ++size) {
+    CAPTURE(size);
+    RoundTrip(Random(size, 256, 1));
+    RoundTrip(Random(size, 2, 2));
+    RoundTrip(Repeat("a", size));
+    RoundTrip(Repeat("abcde", size));
+  }
+  for (unsigned values : {1u, 2u, 3u, 5u, 20u, 256u})
+    RoundTrip(Random(30000, values, values));
+  RoundTrip(Words(200000));
+}
+
+TEST_CASE("periods of every length are copied in doubling steps") {
+  std::string part;
+  for (int period = 1; period <= 40; ++period) {
+    CAPTURE(period);
+    part += static_cast<char>('!' + period);
+    const Bytes plain = Repeat(part, 20000);
+    const Bytes packed = PackBlock(plain);
+    CHECK(PlainUnpacker(packed).Unpack() == plain);
+    CHECK(packed.size() < 160);
+  }
+}
+
+TEST_CASE("a repeat is found however far back and across the stretches that are worked at") {
+  Bytes plain = Random(300000, 256, 3);
+  const Bytes copy = plain;
+  plain.insert(plain.end(), 1000, 0);
+  plain.insert(plain.end(), copy.begin(), copy.end());
+  const Bytes packed = PackBlock(plain);
+  PlainUnpacker unpacker(packed);
+  CHECK(unpacker.Unpack() == plain);
+  CHECK(packed.size() < copy.size() + 200);
+  CHECK(unpacker.counts.copies < 40);
+}
+
+TEST_CASE("small blocks have exactly these bytes") {
+  // magic, size, then bits from the lowest of the first byte on
+  CHECK(PackBlock(Bytes{}) == Bytes{0xA1, 0x2B, 0xC7, 0x9E, 0, 0, 0, 0});
+  // 0, count 0 in 2 bits behind a 0, 'A'
+  CHECK(PackBlock(Bytes{'A'}) == Bytes{0xA1, 0x2B, 0xC7, 0x9E, 1, 0, 0, 0, 0x10, 0x04});
+  // 1 1, 8 bits, 0, count 1 in 1 bit
+  CHECK(PackBlock(Bytes(4, 0)) == Bytes{0xA1, 0x2B, 0xC7, 0x9E, 4, 0, 0, 0, 0x03, 0x08});
+}
+
+TEST_CASE("every machine packs the same bytes") {
+  // These change with the encoder's choices; what matters is that the native and the Windows packer agree.
+  const Bytes packed = PackBlock(Words(200000));
+  CHECK(packed.size() == 51560);
+  CHECK(korb::packer::Checksum32(packed) == 1406674456);
+}
+
+TEST_CASE("numbers take the shortest form that holds them") {
+  using namespace korb::packer;
+  CHECK(NumberBits(kLiteralCode, 3) == 3);
+  CHECK(NumberBits(kLiteralCode, 4) == 6);
+  CHECK(NumberBits(kLengthCode, 4) == 5);
+  CHECK(NumberBits(kDistanceCode, 4095) == 13);
+  CHECK(NumberBits(kDistanceCode, 4096) == 16);
+  CHECK(NumberBits(kFillCode, 0xFFFFFFFF) == 31 + 1 + 32);
+}
+
+TEST_CASE("the checksum sums dwords, then signed bytes, then the size; scrambling is its own inverse") {
+  using korb::packer::Checksum32;
+  const uint32_t start = 0x79E2BC9D;
+  CHECK(Checksum32({}) == start);
+  CHECK(Checksum32(Bytes{0xFF}) == start);
+  CHECK(Checksum32(Bytes{1, 2, 3, 4}) == start + 0x04030201 + 4);
+  CHECK(Checksum32(Bytes{1, 2, 3, 4, 0x80, 0x7F, 5}) == start + 0x04030201u - 0x80 + 0x7F + 5 + 7);
+  Bytes block{1, 2, 3, 4, 5, 6, 7};
+  korb::packer::ScrambleBlock(block, 0xD4C3B2A1);
+  CHECK(block == Bytes{0xA0, 0xB0, 0xC0, 0xD0, 0xA4, 0xB4, 0xC4});
+  korb::packer::ScrambleBlock(block, 0xD4C3B2A1);
+  CHECK(block == Bytes{1, 2, 3, 4, 5, 6, 7});
+}

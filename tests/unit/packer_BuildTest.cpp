@@ -1,0 +1,79 @@
+#include <doctest/doctest.h>
+
+#include <sstream>
+
+#include "packer/Build.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestInstaller.h"
+
+using namespace korb;
+
+namespace {
+
+class Workshop : public test::TempFolder {
+public:
+  Workshop() {
+    const packer::Bytes stub = test::TestStub();
+    Write("korb.exe", std::string(stub.begin(), stub.end()));
+    Write("a.txt", "contents");
+  }
+
+  bool Build(const std::string &manifest, const std::string &output) {
+    std::ostringstream summary, report;
+    const bool built = packer::BuildFromManifest(
+        {Write("m.toml", manifest), Path() / output, Path() / "korb.exe", std::nullopt}, summary, report);
+    problems = report.str();
+    return built;
+  }
+
+  std::string problems;
+};
+
+const std::string kManifest = "[product]\nname = 'Thing'\n[[file]]\nsource = 'a.txt'\n";
+
+} // namespace
+
+TEST_CASE("a good manifest gives an installer, its volumes beside it, and nothing else") {
+  Workshop shop;
+  CHECK(shop.Build(kManifest + "date = 'none'\n[payload]\nvolume_size = 20\nfirst_part_size = 3", "setup.exe"));
+  CHECK(shop.problems == "");
+  CHECK(shop.Count() == 3 + 3);
+  CHECK(shop.Read("Setup2.KRB").size() == 20);
+  const std::string first = shop.Read("setup.exe");
+  CHECK(shop.Build(kManifest + "date = 'none'\n[payload]\nvolume_size = 20\nfirst_part_size = 3", "again.exe"));
+  CHECK(shop.Read("again.exe") == first);
+}
+
+TEST_CASE("what fails leaves the folder as it was") {
+  Workshop shop;
+  shop.Write("setup.exe", "old");
+  const struct {
+    std::string manifest, output, problem;
+  } rows[] = {
+      {"[product]\nname = 5", "setup.exe", "m.toml:2:8: error: "},
+      {kManifest + "[texts]\nstep_unpack = '%s'", "setup.exe", "m.toml:6:1: error: text 29 (step_unpack)"},
+      {kManifest, "m.toml", "would overwrite a file that it is made from"},
+      {kManifest, "./a.txt", "would overwrite a file that it is made from"},
+      {kManifest, "korb.exe", "would overwrite a file that it is made from"},
+      {kManifest + "[payload]\nvolume_size = 20\nfirst_part_size = 3", "Setup2.KRB",
+       "would be the installer and a volume at once"},
+      {kManifest, "no/such/folder.exe", "can't write "},
+      {kManifest, ".", "is a directory"},
+  };
+  for (const auto &row : rows) {
+    CAPTURE(row.manifest);
+    CAPTURE(row.output);
+    CHECK(!shop.Build(row.manifest, row.output));
+    CHECK(shop.problems.find(row.problem) != std::string::npos);
+    CHECK(shop.Read("setup.exe") == "old");
+    CHECK(shop.Count() == 4);
+    CHECK(shop.Read("m.toml") == row.manifest);
+  }
+}
+
+TEST_CASE("a folder in the way of one volume keeps all files from appearing") {
+  Workshop shop;
+  std::filesystem::create_directory(shop.Path() / "Setup3.KRB");
+  CHECK(!shop.Build(kManifest + "[payload]\nvolume_size = 20\nfirst_part_size = 3", "setup.exe"));
+  CHECK(shop.Count() == 4);
+}

@@ -1,0 +1,191 @@
+#include <doctest/doctest.h>
+
+#include <functional>
+#include <random>
+
+#include "packer/Checksum.h"
+#include "packer/Installer.h"
+#include "packer/StubImage.h"
+#include "tests/support/PlainUnpack.h"
+#include "tests/support/TestInstaller.h"
+
+using namespace korb;
+using packer::Bytes;
+using packer::GetU16;
+using packer::GetU32;
+using test::kArchivePos;
+using test::kPeOffset;
+using test::kSectionEntry;
+
+namespace {
+
+constexpr uint32_t kAlignment = 0x1000;
+
+Bytes Noise(size_t size) {
+  std::mt19937 generator(11);
+  Bytes bytes(size);
+  for (uint8_t &byte : bytes)
+    byte = static_cast<uint8_t>(generator());
+  return bytes;
+}
+
+// What the fields of an installer say about where its payload is.
+struct Parts {
+  explicit Parts(const packer::Installer &installer, bool in_file) {
+    const Bytes &file = installer.executable;
+    raw = GetU32(file, kSectionEntry + pe::kRawSizeAt);
+    used = GetU32(file, kSectionEntry + 8);
+    const size_t files = GetU32(file, kArchivePos + header::kFileCountAt);
+    begin = kArchivePos + header::kSize + 4 * files + GetU32(file, kArchivePos + header::kConfigSizeAt);
+    const size_t end = in_file ? file.size() : kArchivePos + GetU32(file, kArchivePos + header::kArchiveLengthAt);
+    payload.assign(file.begin() + static_cast<ptrdiff_t>(begin), file.begin() + static_cast<ptrdiff_t>(end));
+    for (const Bytes &volume : installer.volumes)
+      payload.insert(payload.end(), volume.begin() + 4, volume.end());
+  }
+
+  uint32_t raw, used;
+  size_t begin;
+  Bytes payload;
+};
+
+struct Layout {
+  bool in_file;
+  int32_t volume_size;
+  int32_t first_part; // -1: as large as fits
+  size_t contents;
+  size_t volumes;
+};
+
+packer::Product ProductOf(const Layout &layout) {
+  packer::Product product = test::TestInstaller().product;
+  product.flags &= ~IF_PACKED_PAYLOAD;
+  product.payload.layout = layout.in_file ? packer::PayloadLayout::kInFile : packer::PayloadLayout::kInSection;
+  product.payload.volume_size = layout.volume_size;
+  if (layout.first_part >= 0)
+    product.payload.first_part_size = layout.first_part;
+  product.files[0].contents = Noise(layout.contents);
+  return product;
+}
+
+} // namespace
+
+TEST_CASE("in every layout the parts of the payload add up to it, and the section fills whole pages") {
+  const Layout rows[] = {
+      {false, 0, -1, 5, 0},        {false, 0, -1, 20000, 0},  {true, 0, -1, 5, 0},           {true, 0, -1, 20000, 0},
+      {false, 9000, 0, 20000, 3},  {true, 9000, 0, 20000, 3}, {false, 9000, 1, 20000, 3},    {true, 9000, 1, 20000, 3},
+      {false, 12288, -1, 9000, 1}, {true, 9000, -1, 9000, 1}, {false, 5, 20000, 19999, 152}, {true, 99000, -1, 50, 0},
+  };
+  for (const Layout &row : rows) {
+    CAPTURE(row.in_file);
+    CAPTURE(row.volume_size);
+    CAPTURE(row.contents);
+    const packer::Product product = ProductOf(row);
+    const Bytes payload = packer::WritePayload(product).stored;
+    const packer::Installer installer = packer::BuildInstaller(product, test::TestStub());
+    const Parts parts(installer, row.in_file);
+    CHECK(parts.payload == payload);
+    CHECK(installer.volumes.size() == row.volumes);
+    const Bytes &file = installer.executable;
+    CHECK(GetU32(file, kArchivePos + header::kPayloadSizeAt) == payload.size());
+    CHECK(GetU32(file, kArchivePos + header::kPayloadChecksumAt) == packer::Checksum32(payload));
+    CHECK(parts.raw % kAlignment == 0);
+    CHECK((parts.used + kAlignment - 1) / kAlignment * kAlignment == parts.raw);
+    CHECK(parts.used == GetU32(file, kArchivePos + header::kArchiveLengthAt));
+    if (!row.in_file)
+      CHECK(file.size() == kArchivePos + parts.raw);
+    if (row.first_part < 0 && row.volume_size > 0)
+      CHECK(file.size() <= static_cast<size_t>(row.volume_size));
+    for (size_t i = 0; i < installer.volumes.size(); ++i) {
+      CHECK(GetU32(installer.volumes[i], 0) == product.volume_serial + i);
+      CHECK(installer.volumes[i].size() <= static_cast<size_t>(row.volume_size));
+      CHECK(installer.volumes[i].size() > 4);
+    }
+  }
+}
+
+TEST_CASE("the section is the last one, at a page, and what it adds to the image is its raw size") {
+  const Bytes stub = test::TestStub();
+  const packer::Installer installer = packer::BuildInstaller(ProductOf({false, 0, -1, 7000, 0}), stub);
+  const Bytes &file = installer.executable;
+  const uint32_t raw = GetU32(file, kSectionEntry + pe::kRawSizeAt);
+  CHECK(GetU16(file, kPeOffset + pe::kSectionCountAt) == 5);
+  CHECK(std::string(reinterpret_cast<const char *>(&file[kSectionEntry]), 6) == std::string(".korb\0", 6));
+  CHECK(GetU32(file, kSectionEntry + pe::kVirtualAddressAt) == GetU32(stub, kPeOffset + pe::kImageSizeAt));
+  CHECK(GetU32(file, kSectionEntry + pe::kRawPointerAt) == kArchivePos);
+  CHECK(kArchivePos % 4096 == 0);
+  CHECK(GetU32(file, kSectionEntry + 36) == 0x40000040);
+  // The uninstaller is the file without the section, and these two less its raw size.
+  CHECK(GetU32(file, kPeOffset + pe::kImageSizeAt) - raw == GetU32(stub, kPeOffset + pe::kImageSizeAt));
+  CHECK(GetU32(file, kPeOffset + pe::kInitializedDataSizeAt) - raw ==
+        GetU32(stub, kPeOffset + pe::kInitializedDataSizeAt));
+  // Its own checksum is taken of finished headers.
+  const Bytes front(file.begin(), file.begin() + kArchivePos);
+  CHECK(GetU32(file, kArchivePos + header::kStubChecksumAt) == packer::Checksum32(front));
+  CHECK(GetU32(file, kPeOffset + pe::kOptionalHeaderAt + 64) == 0);
+}
+
+TEST_CASE("a stub that can't carry an archive is refused with the reason") {
+  const struct {
+    size_t at;
+    std::string bytes;
+    const char *reason;
+  } rows[] = {
+      {0, "XX", "the stub is no program"},
+      {pe::kHeaderOffsetAt, test::Raw(0x3F),
+       "the stub has its PE header at an unusual place, where the installer would "
+       "take it for damage"},
+      {kPeOffset, "NE", "the stub is no PE file"},
+      {kPeOffset + pe::kSectionCountAt, test::Raw<uint16_t>(3),
+       "the stub has fewer than 4 or more than 98 sections: its "
+       "uninstaller would take itself for damage"},
+      {kPeOffset + pe::kOptionalHeaderAt, test::Raw<uint16_t>(0x20B), "the stub is no 32-bit program"},
+      {kPeOffset + pe::kOptionalHeaderAt + 32, test::Raw(0x1001), "the stub has unusable alignments"},
+      {kSectionEntry + 79, "x", "the stub has no room for another section header"},
+      {kPeOffset + pe::kOptionalHeaderAt + 60, test::Raw(static_cast<uint32_t>(kSectionEntry + 79)),
+       "the stub has no room for another section header"},
+      {kSectionEntry - 40, std::string(".korb\0\0\0", 8), "the stub carries an archive already"},
+      {kPeOffset + pe::kOptionalHeaderAt + 92, test::Raw(16) + std::string(32, '\0') + test::Raw(0x3000),
+       "the stub is signed: sign the finished installer instead"},
+  };
+  for (const auto &row : rows) {
+    Bytes stub = test::TestStub();
+    test::Put(stub, row.at, row.bytes);
+    CHECK_THROWS_WITH_AS(packer::StubImage{stub}, row.reason, packer::PackError);
+  }
+  for (size_t size = 0; size < kArchivePos; size += 7) {
+    Bytes stub = test::TestStub();
+    stub.resize(size);
+    try {
+      packer::StubImage image(stub);
+      CHECK(size >= kSectionEntry + 80);
+    } catch (const packer::PackError &) {
+    }
+  }
+}
+
+TEST_CASE("the icon to replace is found through the stub's resources") {
+  Bytes stub = test::TestStub();
+  const size_t optional = kPeOffset + pe::kOptionalHeaderAt;
+  test::Put(stub, optional + 92, test::Raw(16));
+  test::Put(stub, optional + 96 + 16, test::Raw(0x1000)); // resources at the first section, file 0x400
+  const auto directory = [](uint32_t id, uint32_t below) {
+    return std::string(12, '\0') + test::Raw<uint16_t>(0) + test::Raw<uint16_t>(1) + test::Raw(id) + test::Raw(below);
+  };
+  test::Put(stub, 0x400,
+            directory(3, 0x80000018) + directory(1, 0x80000030) + directory(1033, 0x48) + test::Raw(0x2010) +
+                test::Raw(2216) + test::Raw(0) + test::Raw(0));
+  CHECK(packer::StubImage(stub).FindIconImage(2216) == 0x610);
+  CHECK(!packer::StubImage(stub).FindIconImage(744));
+  test::Put(stub, 0x410, test::Raw(14)); // a group of icons is no icon
+  CHECK(!packer::StubImage(stub).FindIconImage(2216));
+  CHECK(!packer::StubImage(test::TestStub()).FindIconImage(2216));
+}
+
+TEST_CASE("volumes that can't be cut are refused") {
+  const auto refuses = [](const Layout &layout, const char *reason) {
+    CHECK_THROWS_WITH_AS(packer::BuildInstaller(ProductOf(layout), test::TestStub()), reason, packer::PackError);
+  };
+  refuses({false, 4, -1, 100, 0}, "a volume needs a size of more than 4 bytes");
+  refuses({false, 4100, -1, 100, 0}, "the program and the configuration alone are larger than a volume");
+  refuses({true, 4100, -1, 100, 0}, "the program and the configuration alone are larger than a volume");
+}

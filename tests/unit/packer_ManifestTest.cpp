@@ -1,0 +1,327 @@
+#include <doctest/doctest.h>
+
+#include <chrono>
+
+#include "packer/FlagNames.h"
+#include "packer/ManifestReader.h"
+#include "packer/Texts.h"
+#include "tests/support/TempFolder.h"
+
+using namespace korb;
+using packer::Findings;
+using packer::Product;
+
+namespace {
+
+struct ReadResult {
+  Product product;
+  std::string report;
+};
+
+class ManifestFolder : public test::TempFolder {
+public:
+  ReadResult Read(const std::string &manifest, std::optional<int64_t> newest = std::nullopt) const {
+    Findings findings;
+    packer::Manifest read = packer::ReadManifest(Write("m.toml", manifest), newest, findings);
+    return {std::move(read.product), findings.Report("m")};
+  }
+};
+
+std::string TextOf(const packer::Bytes &bytes) { return std::string(bytes.begin(), bytes.end()); }
+
+std::string NamesOf(const Product &product) {
+  std::string names;
+  for (const packer::FileEntry &file : product.files)
+    names += file.name + (file.target.empty() ? "" : ">" + file.target) + " ";
+  return names;
+}
+
+std::string Bitmap() {
+  std::string file("BM\x3E\0\0\0\0\0\0\0\x36\0\0\0", 14);
+  file += std::string("\x28\0\0\0\x01\0\0\0\x01\0\0\0\x01\0\x18\0", 16) + std::string(24, '\0') + std::string(4, 'p');
+  return file;
+}
+
+} // namespace
+
+TEST_CASE("every key reaches its field") {
+  const ManifestFolder folder;
+  folder.Write("page.txt", "one\ntwo\r\n");
+  folder.Write("back.bmp", Bitmap());
+  folder.Write("patch.bin", std::string(kStubPatchSize, 'P'));
+  folder.Write("bin/App.exe", "MZ");
+  const ReadResult read = folder.Read(R"(
+[product]
+name = "Zürich"
+version = "1.2"
+publisher = "Maker"
+registry_key = 'Maker\Thing'
+master_product = "Office"
+expires = 2030-05-06
+excluded_platforms = ["95", "nt3"]
+[install]
+directory = '<os>\Thing'
+common_directory = "Common"
+start_menu = 'Maker\Menu'
+desktop_group = "Desk"
+shortcuts = "all-users"
+min_phase_ms = 750
+[uninstall]
+directory = "Undo"
+program = "undo.exe"
+name = "ThingKey"
+date = 2001-02-03T04:05:06
+patch = "patch.bin"
+patch_offset = 0x500
+[appearance]
+title_color = "#010203"
+top_color = "#102030"
+bottom_color = 0x445566
+title_shadow = 9
+background = "back.bmp"
+[pages]
+license = ["a\nb", { file = "page.txt" }]
+readme = "single"
+[batch]
+pre_install = "pre"
+post_install = "post"
+final = "final"
+uninstall_first = "first"
+uninstall_last = { file = "page.txt" }
+[payload]
+layout = "file"
+volume_size = 1_457_664
+first_part_size = 77
+volume_name = "DISK"
+volume_serial = 0xFFFFFFFE
+[options]
+raw = 0x4000000000000000
+ask_directory = false
+[[delete]]
+name = "old.dll"
+when = "date-up-to"
+value = 2001-12-31T10:20:30
+at_restart = true
+[[delete]]
+name = "big"
+when = 5
+value = 1000
+[[association]]
+extension = "thg"
+class = "Thing.Doc"
+description = "A thing"
+verb = "open"
+verb_label = "&Open"
+command = "cmd"
+language = "English"
+icon = "icon"
+default = true
+[[uninstall_value]]
+name = "HelpLink"
+kind = "number"
+value = 7
+[[file]]
+source = "bin/App.exe"
+name = "app/main.exe"
+kind = "startup"
+condition = "new"
+desktop = true
+start_menu = true
+keep = true
+uninstall_dir = true
+attributes = ["read-only", "hidden"]
+date = 1999-12-31T23:59:58
+label = "Label"
+icon = "app.ico"
+arguments = "-x"
+target = 'sub\'
+)");
+  CHECK(read.report == "");
+  const Product &p = read.product;
+  CHECK(p.flags == (IF_UNINSTALL | IF_PACKED_PAYLOAD | IF_MASTER_PRODUCT | IF_CUSTOM_COLORS | 1ull << 62));
+  CHECK(p.min_phase_ms == 750);
+  CHECK(p.shortcut_mode == 1);
+  CHECK((p.uninstaller_date.year == 2001 && p.uninstaller_date.second == 6));
+  CHECK((p.expiry.year == 2030 && p.expiry.month == 5 && p.expiry.day == 6));
+  CHECK(p.excluded_platforms == 0x24);
+  CHECK(p.volume_serial == 0xFFFFFFFE);
+  CHECK(p.stub_patch_offset == 0x500);
+  CHECK(p.stub_patch.size() == kStubPatchSize);
+  CHECK(p.title_color == 0x030201);
+  CHECK(p.top_color == 0x302010);
+  CHECK(p.bottom_color == 0x445566);
+  CHECK(p.title_shadow == 9);
+  CHECK(TextOf(p.background) == Bitmap().substr(14));
+  CHECK(p.payload.layout == packer::PayloadLayout::kInFile);
+  CHECK(p.payload.volume_size == 1457664);
+  CHECK(p.payload.first_part_size == 77);
+  CHECK(p.license_pages == std::vector<std::string>{"a\r\nb", "one\r\ntwo\r\n"});
+  const std::pair<std::string, std::string> texts[] = {{p.name, "Z\xFCrich"},
+                                                       {p.version, "1.2"},
+                                                       {p.publisher, "Maker"},
+                                                       {p.registry_key, "Maker\\Thing"},
+                                                       {p.master_product, "Office"},
+                                                       {p.install_dir, "<os>\\Thing"},
+                                                       {p.common_dir, "Common"},
+                                                       {p.start_menu, "Maker\\Menu"},
+                                                       {p.desktop_group, "Desk"},
+                                                       {p.uninstall_subdir, "Undo"},
+                                                       {p.uninstaller_name, "undo.exe"},
+                                                       {p.uninstall_name, "ThingKey"},
+                                                       {p.volume_base_name, "DISK"},
+                                                       {p.readme_pages.at(0), "single"},
+                                                       {p.pre_install_batch, "pre"},
+                                                       {p.post_install_batch, "post"},
+                                                       {p.final_batch, "final"},
+                                                       {p.uninstall_batch1, "first"},
+                                                       {p.uninstall_batch2, "one\r\ntwo\r\n"}};
+  for (const auto &[text, expected] : texts)
+    CHECK(text == expected);
+  REQUIRE(p.deletions.size() == 2);
+  CHECK((p.deletions[0].kind == kDeleteDateUpTo && p.deletions[0].options == kDeleteAtRestart));
+  CHECK(p.deletions[0].value == "12/31/2001 10:20:30");
+  CHECK((p.deletions[1].kind == kDeleteSizeFrom && p.deletions[1].value == "1000"));
+  const packer::Association &a = p.associations.at(0);
+  CHECK(a.options == kDefaultVerb);
+  CHECK(a.extension + a.file_class + a.description + a.verb + a.verb_label + a.command + a.language + a.icon ==
+        "thgThing.DocA thingopen&OpencmdEnglishicon");
+  CHECK((p.uninstall_values.at(0).kind == kUninstallNumber && p.uninstall_values[0].value == "7"));
+  const packer::FileEntry &file = p.files.at(0);
+  CHECK((file.name == "app\\main.exe" && file.label == "Label" && file.icon == "app.ico"));
+  CHECK((file.arguments == "-x" && file.target == "sub\\" && TextOf(file.contents) == "MZ"));
+  CHECK(file.kind == KindStartup);
+  CHECK(file.flags == (FF_SHORTCUTS | FF_PLACE_NEW | FF_KEEP | FF_UNINSTALL_DIR));
+  CHECK(file.attributes == 3);
+  CHECK((file.date.year == 1999 && file.date.month == 12 && file.date.hour == 23 && file.date.second == 58));
+}
+
+TEST_CASE("every option has its bit, and no two share one") {
+  const ManifestFolder folder;
+  uint64_t seen = 0;
+  for (const packer::FlagName &flag : packer::kFlagNames) {
+    CAPTURE(flag.name);
+    CHECK((seen & flag.bit) == 0);
+    seen |= flag.bit;
+    const std::string key = std::string("[options]\n") + flag.name;
+    CHECK(folder.Read(key + " = true").product.Has(flag.bit));
+    CHECK(!folder.Read(key + " = false").product.Has(flag.bit));
+  }
+  CHECK(seen == 0x7BBFFFFFFFull);
+}
+
+TEST_CASE("trees bring their files in one order, around the files that have an entry of their own") {
+  const ManifestFolder folder;
+  for (const char *name :
+       {"src/b.txt", "src/A.txt", "src/a/z.txt", "src/a/y.obj", "src/a-b/q.txt", "src/main.exe", "x"})
+    folder.Write(name, name);
+  const auto names = [&](const std::string &manifest) {
+    const ReadResult read = folder.Read(manifest);
+    CHECK(read.report == "");
+    return NamesOf(read.product);
+  };
+  CHECK(names("[[tree]]\nsource = 'src'") == "a\\y.obj a\\z.txt a-b\\q.txt A.txt b.txt main.exe ");
+  CHECK(names("[[file]]\nsource='x'\n[[tree]]\nsource='src'\ninto='d/e'\ninclude=['*.txt']\nexclude=['a/**']\n"
+              "[[file]]\nsource='src/b.txt'\nname='last'") == "x d\\e\\a-b\\q.txt d\\e\\A.txt last ");
+  CHECK(names("[[tree]]\nsource='src/a'\ntarget='%CommonDir%/t'\nexclude='*.obj'") == "z.txt>%CommonDir%\\t\\z.txt ");
+}
+
+TEST_CASE("a file keeps its date from the disk, up to the newest one that is allowed") {
+  const ManifestFolder folder;
+  using namespace std::chrono;
+  const auto stamp = sys_days{year{2003} / 4 / 5} + 6h + 7min + 8s;
+  std::filesystem::last_write_time(folder.Write("f", "x"), file_clock::from_sys(stamp));
+  const auto date = [&](const std::string &keys, std::optional<int64_t> newest) {
+    const packer::FileTime time = folder.Read("[[file]]\nsource='f'\n" + keys, newest).product.files.at(0).date;
+    return std::to_string(time.year) + "-" + std::to_string(time.month) + "-" + std::to_string(time.day) + " " +
+           std::to_string(time.hour) + ":" + std::to_string(time.minute) + ":" + std::to_string(time.second);
+  };
+  CHECK(date("", std::nullopt) == "2003-4-5 6:7:8");
+  CHECK(date("", 86400) == "1970-1-2 0:0:0");
+  CHECK(date("", 2000000000) == "2003-4-5 6:7:8");
+  CHECK(date("date = 2001-02-03", 86400) == "2001-2-3 0:0:0");
+  CHECK(date("date = 'none'", std::nullopt) == "0-0-0 0:0:0");
+  CHECK(date("[file_defaults]\ndate = 'none'", std::nullopt) == "0-0-0 0:0:0");
+  CHECK(date("date = 'mtime'\n[file_defaults]\ndate = 'none'", std::nullopt) == "2003-4-5 6:7:8");
+}
+
+TEST_CASE("texts start from the built-in English ones, in the code page of their language") {
+  const ManifestFolder folder;
+  const Product plain = folder.Read("").product;
+  REQUIRE(plain.languages.size() == 1);
+  CHECK(plain.languages[0].name == "English");
+  CHECK(plain.languages[0].texts == packer::EnglishTexts());
+
+  const Product own = folder.Read("[texts]\n0 = 'Zero'\ncorrupt = 'damaged %d'\n80 = 'mine'").product;
+  CHECK(own.languages[0].texts[0] == "Zero");
+  CHECK(own.languages[0].texts[13] == "damaged %d");
+  CHECK(own.languages[0].texts.size() == 81);
+
+  const ReadResult two = folder.Read("[[language]]\nname='English'\n[[language]]\nname='Russian'\ncodepage=1251\n"
+                                     "[language.texts]\nok_button='Да'");
+  REQUIRE(two.product.languages.size() == 2);
+  CHECK(two.product.languages[1].texts[48] == "\xC4\xE0");
+  CHECK(two.report.find("m:3:1: warning: these texts of 'Russian' stay English: main_title, ") == 0);
+  CHECK(two.report.find("ok_button") == std::string::npos);
+}
+
+TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
+  const struct {
+    const char *manifest;
+    const char *report;
+  } rows[] = {
+      {"[product\n", "m:1:9: error: Error while parsing table header: expected ']', saw '\\n'\n"},
+      {"[product]\nnmae = 'x'", "m:2:1: error: unknown key 'product.nmae'; did you mean 'name'?\n"},
+      {"[prodcut]\nname = 'x'", "m:1:2: error: unknown key 'prodcut'; did you mean 'product'?\n"},
+      {"[options]\nask_dir = true", "m:2:1: error: unknown key 'options.ask_dir'; did you mean 'ask_directory'?\n"},
+      {"[product]\nname = 5", "m:2:8: error: 'product.name' has to be a text, not an integer\n"},
+      {"product = 1", "m:1:11: error: 'product' has to be a table, not an integer\n"},
+      {"[options]\nuninstall = 'yes'", "m:2:13: error: 'options.uninstall' has to be true or false, not a text\n"},
+      {"[install]\nmin_phase_ms = 10000", "m:2:16: error: 'install.min_phase_ms' is out of range: 0 to 9999\n"},
+      {"[install]\nshortcuts = 'everyone'",
+       "m:2:13: error: 'install.shortcuts' doesn't know 'everyone' (user, all-users)\n"},
+      {"[product]\nexcluded_platforms = ['98', 'np4']", "m:2:29: error: 'product.excluded_platforms' doesn't know "
+                                                        "'np4'; did you mean 'nt4'? (other, win32s, 95, 98, me, "
+                                                        "nt3, nt4, 2000, xp)\n"},
+      {"[product]\nexpires = 'soon'",
+       "m:2:11: error: 'product.expires' has to be a date, a date and time, or \"none\"\n"},
+      {"[product]\nname = '日本'",
+       "m:2:8: error: '日' doesn't exist in code page 1252, in which the installer will show this text\n"},
+      {"[product]\ncodepage = 437", "m:2:12: error: the code page has to be one from 1250 to 1258\n"},
+      {"[product]\nname = \"a\\u0000b\"", "m:2:8: error: a text must not hold a character with the code 0\n"},
+      {"[appearance]\ntop_color = 'red'",
+       "m:2:13: error: 'appearance.top_color' has to be a colour like \"#1E90FF\"\n"},
+      {"[appearance]\nbackground = 'm.toml'", "m:2:14: error: 'm.toml' is no bitmap that can be shown\n"},
+      {"[uninstall]\nicon = 'm.toml'",
+       "m:2:8: error: 'm.toml' holds no icon of 32 by 32 pixels in 256 colours (2,216 bytes)\n"},
+      {"[uninstall]\npatch_offset = 9", "m:2:16: error: there is neither an icon nor a patch to put there\n"},
+      {"[pages]\nlicense = [1]", "m:2:12: error: 'pages.license' has to be a text or { file = \"...\" }\n"},
+      {"[pages]\nreadme = { file = 'gone.txt' }", "m:2:19: error: can't read the file 'gone.txt'\n"},
+      {"[payload]\nfirst_part_size = 5", "m:2:19: error: 'payload.first_part_size' needs 'payload.volume_size'\n"},
+      {"[texts]\ntitel = 'x'", "m:2:1: error: unknown text 'titel'; a text has a name, or a number from 0 to 9999\n"},
+      {"[texts]\nok_buton = 'x'", "m:2:1: error: unknown text 'ok_buton'; did you mean 'ok_button'?\n"},
+      {"[texts]\n10000 = 'x'", "m:2:1: error: unknown text '10000'; a text has a name, or a number from 0 to 9999\n"},
+      {"[texts]\n[[language]]\nname='English'",
+       "m:1:1: error: with [[language]], its texts stand in [language.texts]\n"},
+      {"[[language]]\ncodepage = 1252", "m:1:1: error: a [[language]] needs a 'name'\n"},
+      {"[[file]]\nname = 'x'", "m:1:1: error: a [[file]] needs either 'source' or 'contents'\n"},
+      {"[[file]]\nsource = 'no'", "m:2:10: error: can't read the file 'no'\n"},
+      {"[[tree]]\ninto = 'x'", "m:1:1: error: a [[tree]] needs a 'source', the folder whose files it brings\n"},
+      {"[[tree]]\nsource = 'no'", "m:2:10: error: can't list the folder 'no'\n"},
+      {"[[tree]]\nsource = '.'\ninclude = '*.c'", "m:2:10: error: no file of '.' fits\n"},
+      {"[[file]]\nsource = 'm.toml'\ndate = 2001-01-01T00:00:00Z",
+       "m:3:8: error: a date is taken as local time wherever the product is installed: leave out the offset\n"},
+      {"[[delete]]\nname='x'\nvalue = 1.5", "m:3:9: error: 'delete.value' has to be a text, an integer or a date\n"},
+      {"[[association]]\nverb=1\nextention='x'", "m:2:6: error: 'association.verb' has to be a text, not an integer\n"
+                                                 "m:3:1: error: unknown key 'association.extention'; did you mean "
+                                                 "'extension'?\n"},
+  };
+  const ManifestFolder folder;
+  for (const auto &row : rows) {
+    CAPTURE(row.manifest);
+    std::string report = folder.Read(row.manifest).report;
+    CHECK(report.substr(0, report.find("m:1:1: warning: these texts")) == row.report);
+  }
+  Findings findings;
+  packer::ReadManifest(folder.Path() / "absent.toml", std::nullopt, findings);
+  CHECK(findings.Report("m") == "m: error: can't read the manifest\n");
+}
