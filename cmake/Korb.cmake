@@ -77,6 +77,15 @@ function(korb_unit_test folder)
     USES test_support ${arg_USES})
 endfunction()
 
+# korb_win32_test(<name> <source>... [USES <library>...]): a doctest program on the real calls.
+function(korb_win32_test name)
+  if(WIN32)
+    cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+    korb_test_program(win32_${name} ${CMAKE_SOURCE_DIR}/tests/support/Main.cpp ${arg_UNPARSED_ARGUMENTS}
+      USES test_support ${arg_USES})
+  endif()
+endfunction()
+
 # korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program; its corpus lies in tests/fuzz/corpus/<name>.
 function(korb_fuzzer name)
   if(NOT KORB_FUZZ)
@@ -87,4 +96,22 @@ function(korb_fuzzer name)
   korb_flags(${name})
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   target_link_libraries(${name} PRIVATE test_support ${arg_USES})
+endfunction()
+
+# korb_stub(<name> <source>... USES <library>...): the program that ships. No start files and no C library: a first
+# Windows 95 has none, and the compiler's own use instructions that its machines lack. No relocations: it loads at its
+# base. Time stamps and paths stay out, so the same sources give the same bytes.
+function(korb_stub name)
+  cmake_parse_arguments(arg "" "" "USES;LIBRARIES" ${ARGN})
+  add_executable(${name} WIN32 ${arg_UNPARSED_ARGUMENTS})
+  target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${KORB_COMMON} ${KORB_STUB_FLAGS}>)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${arg_USES} gcc ${arg_LIBRARIES})
+  target_link_options(${name} PRIVATE -s -static -nostartfiles -nodefaultlibs -Wl,-e,_WinMainCRTStartup
+    -Wl,--gc-sections,--disable-dynamicbase,--disable-nxcompat,--disable-reloc-section,--no-insert-timestamp
+    -Wl,--major-subsystem-version,4,--minor-subsystem-version,0
+    -Wl,-Map,${CMAKE_BINARY_DIR}/${name}.map)
+  # CMake's own list of system libraries would bring the C library back.
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
+    LINK_LIBRARIES_STRATEGY PRESERVE_ORDER)
 endfunction()

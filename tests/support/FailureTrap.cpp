@@ -1,0 +1,71 @@
+#include "tests/support/FailureTrap.h"
+
+#include "core/Failure.h"
+#include "core/MessagePump.h"
+#include "core/String.h"
+
+namespace korb {
+
+namespace test {
+
+std::vector<std::string> ReportedErrors;
+int PumpCount = 0;
+
+void ClearTrap() {
+  ReportedErrors.clear();
+  PumpCount = 0;
+}
+
+namespace {
+
+std::string Text(const char *format, const FormatArgs &args) {
+  String text;
+  AppendFormat(text, format, args);
+  return text.c_str();
+}
+
+} // namespace
+} // namespace test
+
+void ExitInstaller() {
+  throw test::TrappedFailure{};
+}
+
+void CancelInstall() {
+  throw test::TrappedFailure{};
+}
+
+void FatalMessage(const char *text) {
+  throw test::TrappedFailure{text};
+}
+
+void FatalFormatArgs(const char *format, const FormatArgs &args) {
+  throw test::TrappedFailure{test::Text(format, args)};
+}
+
+void InternalError(const char *module, int32_t line) {
+  throw test::TrappedFailure{std::string("internal error ") + module + " " + std::to_string(line)};
+}
+
+void CorruptInstaller(int32_t code) {
+  throw test::TrappedFailure{"corrupt " + std::to_string(code), code};
+}
+
+void UsageError(const char *text) {
+  throw test::TrappedFailure{text};
+}
+
+bool ErrorsAreSilent() {
+  return false;
+}
+
+void ReportErrorArgs(const char *format, const FormatArgs &args) {
+  test::ReportedErrors.push_back(test::Text(format, args));
+}
+
+bool PumpMessages() {
+  ++test::PumpCount;
+  return false;
+}
+
+} // namespace korb
