@@ -79,6 +79,9 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     if (findings.HasErrors())
       return false;
     const Installer installer = BuildInstaller(product, *stub);
+    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0)
+      problems << request.manifest.string() << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
+               << " bytes of the payload stay in the uninstaller\n";
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
     manifest.inputs.push_back(request.stub);
     RefuseToOverwrite(outputs, manifest.inputs);

@@ -96,6 +96,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   installer.executable.insert(installer.executable.end(), payload.stored.begin(),
                               payload.stored.begin() + static_cast<ptrdiff_t>(first));
   installer.executable.resize(std::max(installer.executable.size(), section + raw));
+  installer.tail_size = installer.executable.size() - section - raw;
   installer.volumes = CutVolumes(product, payload.stored, first);
   installer.config_size = stored.block.size();
   installer.payload_size = payload.stored.size();
