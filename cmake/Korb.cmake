@@ -56,11 +56,23 @@ function(korb_library folder)
   endif()
 endfunction()
 
+# korb_native_headers(<target> <folder>...): header-only libraries of the native system. The cross compiler can use them
+# too, but nothing else that lies beside them.
+find_path(KORB_NATIVE_HEADERS doctest/doctest.h PATHS /usr/include /usr/local/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/native)
+function(korb_native_headers target)
+  foreach(library ${ARGN})
+    file(CREATE_LINK ${KORB_NATIVE_HEADERS}/${library} ${CMAKE_BINARY_DIR}/native/${library} SYMBOLIC)
+  endforeach()
+  target_include_directories(${target} SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/native)
+endfunction()
+
 # Test programs. A Windows one runs through Wine in a prefix of its own (tests/support/run-wine).
 function(korb_test_program name)
   cmake_parse_arguments(arg "" "" "USES" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   korb_flags(${name})
+  korb_native_headers(${name} doctest)
   target_link_libraries(${name} PRIVATE ${arg_USES})
   if(WIN32)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-wine ${CMAKE_BINARY_DIR} $<TARGET_FILE:${name}>)

@@ -42,11 +42,11 @@ private:
       if (distance > out_.size() || length > distance)
         throw std::runtime_error("a copy from what isn't there yet");
       for (uint64_t i = 0; i < length; ++i)
-        out_.push_back(out_[out_.size() - distance]);
+        out_.push_back(out_[out_.size() - static_cast<size_t>(distance)]);
     } else {
       ++counts.fills;
       const uint8_t byte = static_cast<uint8_t>(Bits(8));
-      out_.insert(out_.end(), Number(1, 1) + 3, byte);
+      out_.insert(out_.end(), static_cast<size_t>(Number(1, 1) + 3), byte);
     }
   }
 
