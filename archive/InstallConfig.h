@@ -42,6 +42,14 @@ struct UninstallData {
   String value;        ///< path variables allowed
 };
 
+template <>
+inline constexpr const char *TypeName<FileDeletion> = "FileDeletion";
+template <>
+inline constexpr const char *TypeName<FileAssociation> = "FileAssociation";
+template <>
+inline constexpr const char *TypeName<UninstallData> = "UninstallData";
+
+/// The configuration's fields in their order.
 struct InstallConfig {
   uint16_t min_phase_ms = 0;  ///< shortest time that a phase of the progress dialog stays readable, milliseconds
   uint8_t shortcut_mode = 0;  ///< kShortcutsForAllUsers, else the current user

@@ -1,0 +1,79 @@
+#include "archive/ArchiveLocation.h"
+
+#include <cstring>
+
+#include "archive/Format.h"
+#include "core/Failure.h"
+
+namespace korb {
+
+namespace {
+
+constexpr char kNoArchive[] = "This program performs installations and uninstallations.\r\n"
+                              "There is no installation archive present.\r\n"
+                              "No Uninstallation parameters were specified.\r\n\r\n"
+                              "You should not delete this program or execute it directly.";
+
+/// A little-endian field of `width` bytes, 0 when it can't be read.
+bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &value) {
+  uint8_t bytes[4] = {};
+  const bool read = file.ReadAt(position, bytes, width);
+  if (!read)
+    memset(bytes, 0, sizeof bytes);
+  memcpy(&value, bytes, sizeof value);
+  return read;
+}
+
+/// Sets the entry's offset and index; the index is the section count when there is no such section.
+void FindSection(ArchiveFile &file, ArchiveLocation &location) {
+  for (; location.section_index < location.section_count; ++location.section_index) {
+    char name[pe::kSectionNameSize + 1] = {};
+    if (file.ReadAt(location.section_entry, name, pe::kSectionNameSize) && strcmp(name, kArchiveSectionName) == 0)
+      return;
+    location.section_entry += pe::kSectionEntrySize;
+  }
+}
+
+} // namespace
+
+ArchiveLocation LocateArchive(ArchiveFile &file) {
+  ArchiveLocation location;
+  location.file_size = file.Size();
+
+  if (!ReadField(file, pe::kHeaderOffsetAt, 2, location.pe_offset) || location.pe_offset < pe::kMinHeaderOffset ||
+      location.pe_offset > pe::kMaxHeaderOffset)
+    CorruptInstaller(43);
+  if (!ReadField(file, location.pe_offset + pe::kSectionCountAt, 2, location.section_count) ||
+      location.section_count < pe::kMinSections || location.section_count > pe::kMaxSections)
+    CorruptInstaller(44);
+
+  // Unchecked: with a wrong size the names below don't match, and the run ends there.
+  int32_t optional_header_size;
+  ReadField(file, location.pe_offset + pe::kOptionalHeaderSizeAt, 2, optional_header_size);
+  location.section_entry = location.pe_offset + optional_header_size + pe::kOptionalHeaderAt;
+
+  FindSection(file, location);
+  if (location.section_index == location.section_count)
+    FatalMessage(kNoArchive);
+
+  int32_t address;
+  ReadField(file, location.section_entry + pe::kVirtualAddressAt, 4, address);
+  ReadField(file, location.section_entry + pe::kRawSizeAt, 4, location.section_raw_size);
+  ReadField(file, location.section_entry + pe::kRawPointerAt, 4, location.section_file_pos);
+  location.section_address = static_cast<uint32_t>(address);
+  if (location.section_file_pos == 0)
+    CorruptInstaller(9);
+  if (!file.Seek(location.section_file_pos))
+    CorruptInstaller(10);
+  return location;
+}
+
+ArchiveCursor SectionCursor(const ArchiveLocation &location, const LoadedImage &image) {
+  if (image.size < 0 || location.section_address >= static_cast<uint32_t>(image.size))
+    return ArchiveCursor();
+  const int32_t mapped = image.size - static_cast<int32_t>(location.section_address);
+  const int32_t length = location.section_raw_size < mapped ? location.section_raw_size : mapped;
+  return ArchiveCursor(image.base + location.section_address, length);
+}
+
+} // namespace korb

@@ -1,0 +1,153 @@
+#include "archive/Payload.h"
+
+#include <cstring>
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "archive/UnpackBlock.h"
+#include "core/Checksum.h"
+#include "core/Failure.h"
+#include "files/PathText.h"
+
+namespace korb {
+
+namespace {
+
+constexpr char kUnreadable[] = "Error code 2: failed to read archive data";
+
+// Percent of the whole run: what the volumes share, and where verifying and unpacking stand.
+constexpr int32_t kVolumesFrom = 5;
+constexpr int32_t kVolumesSpan = 30;
+constexpr int32_t kVerifyAt = 36;
+constexpr int32_t kUnpackAt = 40;
+
+/// Reads the volume files in their order and asks for those that are not there.
+class VolumeReader {
+public:
+  VolumeReader(const InstallConfig &config, const String &directory, PayloadHost &host)
+      : config_(config), directory_(directory), host_(host), serial_(config.volume_serial) {}
+
+  /// Fills the last `left` of the `size` bytes at `payload`.
+  void Fill(uint8_t *payload, int32_t size, int32_t left);
+
+private:
+  ByteSource &OpenNext(int32_t &count);
+  void AskFor(const String &path, bool wrong);
+
+  const InstallConfig &config_;
+  const String &directory_;
+  PayloadHost &host_;
+  uint32_t serial_;
+  int32_t number_ = kFirstVolumeNumber;
+};
+
+void VolumeReader::Fill(uint8_t *payload, int32_t size, int32_t left) {
+  while (left > 0) {
+    host_.SetProgress(kVolumesFrom + static_cast<int32_t>(int64_t{size - left} * kVolumesSpan / size));
+    int32_t count;
+    ByteSource &volume = OpenNext(count);
+    // A volume that brings more than is missing is left to the checksum; what passes the buffer is not read.
+    if (!volume.Read(payload + (size - left), count < left ? count : left))
+      CorruptInstaller(50);
+    left -= count;
+    host_.CloseVolume();
+    ++number_;
+  }
+}
+
+/// The next volume, its serial read and accepted, with `count` bytes of payload to come. The first try is made without
+/// a question, since the next file usually lies beside the program.
+ByteSource &VolumeReader::OpenNext(int32_t &count) {
+  String name;
+  name.format(kVolumeNameFormat, config_.volume_base_name, number_);
+  const String path = PathJoin(directory_, name);
+  for (int32_t tries = 0;;) {
+    if (tries > 0)
+      AskFor(path, tries > 1);
+    int32_t size;
+    ByteSource *volume = host_.OpenVolume(path, size);
+    if (volume == nullptr) {
+      ++tries;
+      continue;
+    }
+    uint32_t serial;
+    if (size > kVolumeHeaderSize && volume->ReadU32(serial) && serial == serial_) {
+      ++serial_;
+      count = size - kVolumeHeaderSize;
+      return *volume;
+    }
+    host_.CloseVolume();
+    tries = 2;
+  }
+}
+
+void VolumeReader::AskFor(const String &path, bool wrong) {
+  String message;
+  if (wrong) {
+    message = host_.Text(kTextWrongVolume);
+    message += "\r\n\r\n";
+  }
+  message.append_format(host_.Text(kTextInsertVolume), number_, DriveLetter(path));
+  if (!host_.AskForVolume(message))
+    host_.AskCancel();
+}
+
+/// Bytes of the payload that the executable itself holds.
+int64_t FirstPartSize(const ArchiveLocation &location, const ArchiveHeader &header, const InstallConfig &config,
+                      int32_t section_length) {
+  if (config.payload_in_file != 0)
+    return location.file_size - (location.section_file_pos + header.payload_offset());
+  const int32_t length = header.archive_length < section_length ? header.archive_length : section_length;
+  return length - header.payload_offset();
+}
+
+} // namespace
+
+void AssemblePayload(ArchiveFile &file, const ArchiveLocation &location, const ArchiveHeader &header,
+                     const InstallConfig &config, const String &volume_directory, PayloadHost &host, String &buffer,
+                     ArchiveCursor &cursor) {
+  const int32_t size = header.payload_size;
+  const int64_t in_executable = FirstPartSize(location, header, config, cursor.length());
+  if (in_executable < 0)
+    FatalMessage(kUnreadable);
+  // More than the payload may stand there: padding of the section, a signature behind the file.
+  const int32_t first = in_executable < size ? static_cast<int32_t>(in_executable) : size;
+
+  const uint8_t *payload;
+  if (config.payload_in_file != 0) {
+    buffer.set_length(size);
+    const int64_t place = location.section_file_pos + header.payload_offset();
+    if (first > 0 && !file.ReadAt(static_cast<int32_t>(place), buffer.data(), first))
+      FatalMessage(kUnreadable);
+    payload = reinterpret_cast<const uint8_t *>(buffer.data());
+  } else {
+    payload = cursor.base() + header.payload_offset();
+    if (first < size) {
+      buffer.set_length(size);
+      memcpy(buffer.data(), payload, static_cast<size_t>(first));
+      payload = reinterpret_cast<const uint8_t *>(buffer.data());
+    }
+  }
+  if (first < size)
+    VolumeReader(config, volume_directory, host).Fill(reinterpret_cast<uint8_t *>(buffer.data()), size, size - first);
+
+  const int32_t phase = config.min_phase_ms;
+  host.WaitPhase(phase);
+  host.SetStep(kTextStepVerify, kVerifyAt);
+  if (Checksum32(payload, size) != header.payload_checksum)
+    CorruptInstaller(55);
+  host.WaitPhase(phase);
+
+  int32_t block_size = size;
+  if (HasInstallFlag(IF_PACKED_PAYLOAD) && size != 0) {
+    host.SetStep(kTextStepUnpack, kUnpackAt);
+    uint8_t *block = const_cast<uint8_t *>(payload);
+    if (!UnpackBlock(&block, &block_size))
+      CorruptInstaller(60);
+    payload = block;
+    host.WaitPhase(phase);
+  }
+  cursor = ArchiveCursor(payload, block_size);
+}
+
+} // namespace korb

@@ -1,0 +1,23 @@
+#include "ui/TextLookup.h"
+
+#include "archive/RunValues.h"
+
+namespace korb {
+
+String OsNameInTexts;
+
+void SubstituteNames(String &text) {
+  text.replace("<product>", ProductName, FIND_IGNORE_CASE);
+  text.replace("<os>", OsNameInTexts, FIND_IGNORE_CASE);
+}
+
+const char *TextLookup(int32_t number) {
+  Array<String> *languages = TextTable.element_or_null(number);
+  String *text = languages != nullptr ? languages->element_or_null(LanguageIndex) : nullptr;
+  if (text == nullptr)
+    return "";
+  SubstituteNames(*text);
+  return text->c_str();
+}
+
+} // namespace korb
