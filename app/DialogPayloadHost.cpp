@@ -1,0 +1,47 @@
+#include "app/DialogPayloadHost.h"
+
+#include "archive/TextNumber.h"
+#include "ui/CancelQuestion.h"
+#include "ui/Progress.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+void DialogPayloadHost::SetProgress(int32_t percent) {
+  korb::SetProgress(percent);
+}
+
+void DialogPayloadHost::SetStep(int32_t number, int32_t percent) {
+  korb::SetStep(number, percent);
+}
+
+void DialogPayloadHost::WaitPhase(int32_t milliseconds) {
+  korb::WaitPhase(milliseconds);
+}
+
+const char *DialogPayloadHost::Text(int32_t number) {
+  return TextLookup(number);
+}
+
+bool DialogPayloadHost::AskForVolume(const String &message) {
+  return MessageBoxA(DialogOwner(), message.c_str(), TextLookup(kTextInsertVolumeCaption),
+                     MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+}
+
+void DialogPayloadHost::AskCancel() {
+  korb::AskCancel();
+}
+
+ByteSource *DialogPayloadHost::OpenVolume(const String &path, int32_t &size) {
+  if (volume_.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK)
+    return nullptr;
+  size = volume_.Size();
+  return &volume_;
+}
+
+void DialogPayloadHost::CloseVolume() {
+  volume_.Close();
+}
+
+} // namespace korb

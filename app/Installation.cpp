@@ -1,0 +1,171 @@
+#include "app/Installation.h"
+
+#include "app/DialogPayloadHost.h"
+#include "app/MachineConfigHost.h"
+#include "app/PhasesToCome.h"
+#include "archive/ArchiveHeader.h"
+#include "archive/ArchiveLocation.h"
+#include "archive/ConfigStream.h"
+#include "archive/DiskArchiveFile.h"
+#include "archive/LoadedImage.h"
+#include "archive/Payload.h"
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "archive/UninstallerImage.h"
+#include "core/Failure.h"
+#include "core/MemoryStream.h"
+#include "engine/PlaceFiles.h"
+#include "engine/RunLists.h"
+#include "files/Directories.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+#include "files/RunProcess.h"
+#include "ui/Progress.h"
+
+namespace korb {
+
+namespace {
+
+/// What passes between the phases and is nobody else's.
+class Installation {
+public:
+  explicit Installation(DiskFile &own_file) : file_(own_file) {}
+
+  void ReadArchive();
+  void DropPages();
+  void SettleDirectory();
+  void OpenProgress();
+  void GatherPayload();
+  void MakeUninstallDirectory();
+  void PlaceAllFiles();
+  void Wait() { WaitPhase(config_.min_phase_ms); }
+
+private:
+  DiskArchiveFile file_;
+  ArchiveCursor cursor_;
+  ArchiveHeader header_;
+  ArchiveLocation location_;
+  InstallConfig config_;
+  String payload_; // holds the payload when it does not stay in the loaded image
+};
+
+/// The uninstaller's image is made although most runs may never write it: a file that is cut off must end the run
+/// before the user has answered anything.
+void Installation::ReadArchive() {
+  location_ = LocateArchive(file_);
+  cursor_ = SectionCursor(location_, OwnImage());
+  ReadArchiveHeader(cursor_, header_);
+  MachineConfigHost host;
+  MemoryStream stream;
+  DecodeConfig(cursor_, header_, stream, host);
+  ReadConfigStream(stream, location_.file_size, host, config_);
+  BuildUninstallerImage(file_, location_, header_, config_, UninstallerImage);
+}
+
+void Installation::DropPages() {
+  config_.license_pages.clear();
+  config_.readme_pages.clear();
+}
+
+/// A silent run, and an archive that asks for no dialog, take the directory as it comes: whether it can be made shows
+/// in the first file.
+void Installation::SettleDirectory() {
+  if (InstallDir.is_empty())
+    InstallDir = config_.default_install_dir;
+  if (AutomaticMode || !HasInstallFlag(IF_ASK_DIRECTORY))
+    CreateDirectoryTree(InstallDir.c_str());
+  else
+    AskDirectory();
+}
+
+void Installation::OpenProgress() {
+  CreateProgressDialog();
+  SetStep(kTextStepStart, 2);
+  ErrorReport.clear();
+}
+
+void Installation::GatherPayload() {
+  DialogPayloadHost host;
+  AssemblePayload(file_, location_, header_, config_, ProgramDirectory, host, payload_, cursor_);
+  // Placing the files shows no step text of its own.
+  StartPhase();
+}
+
+void Installation::MakeUninstallDirectory() {
+  UninstallDir = PathJoin(InstallDir, UninstallSubdir);
+  if (!UninstallSubdir.is_empty())
+    CreateDirectoryTree(UninstallDir.c_str());
+}
+
+void Installation::PlaceAllFiles() {
+  PlaceFiles(cursor_, header_.sizes);
+}
+
+void RemoveEmptyDirectories() {
+  for (const String *directory : {&CommonDir, &UninstallDir, &InstallDir})
+    RemoveEmptyDirectory(*directory);
+}
+
+} // namespace
+
+/// The order of the phases is the contract of this system: archives, uninstallers and authors' batches rely on what is
+/// there at which moment.
+void RunInstallation(DiskFile &own_file, const String &run_after) {
+  Installation run(own_file);
+  run.ReadArchive();
+
+  ChooseLanguage();
+  ShowMainTitle();
+  RefuseExpired();
+  RefusePlatform();
+  RequireMasterProduct();
+  FindEarlierInstallation();
+  ShowNotice();
+  ShowPages();
+  run.DropPages();
+  DecideOnReinstall();
+  run.SettleDirectory();
+  RunPreInstallBatch();
+
+  // From here on the user is asked before a cancel, and nothing that is done is undone.
+  run.OpenProgress();
+  run.GatherPayload();
+  run.MakeUninstallDirectory();
+  DeleteOldFiles();
+  run.PlaceAllFiles();
+  CountSharedFiles();
+  RegisterComFiles();
+
+  run.Wait();
+  SetStep(kTextStepShortcuts, 90);
+  AddUninstallerShortcut();
+  MakeShortcuts();
+  MakeUninstallerShortcuts();
+  SetProgress(95);
+  run.Wait();
+
+  SaveBackground();
+  CreateProductKeys();
+  RegisterAssociations();
+  EditSearchPath();
+  WriteUninstaller();
+  run.Wait();
+  SetStep(kTextStepEnd, 100);
+  WriteUninstallData();
+  RunPostInstallBatch();
+  TellShellOfShortcuts();
+  run.Wait();
+  DestroyProgressDialog();
+
+  WriteInstallLog();
+  const bool restart = AskForRestart();
+  RunFinalBatch();
+  RemoveEmptyDirectories();
+  if (restart)
+    RestartSystem();
+  else if (ErrorReport.is_empty() && !run_after.is_empty())
+    RunProcess(run_after.c_str(), 0, nullptr);
+  ExitInstaller();
+}
+
+} // namespace korb

@@ -1,0 +1,39 @@
+#include "app/MachineConfigHost.h"
+
+#include "files/Directories.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+#include "system/PathVariables.h"
+#include "system/SystemFolders.h"
+
+namespace korb {
+
+void MachineConfigHost::CreateMainWindow() {} // The background window is not built yet.
+
+String MachineConfigHost::CommonFilesFolder() {
+  return korb::CommonFilesFolder();
+}
+
+String MachineConfigHost::ProgramFilesFolder() {
+  return korb::ProgramFilesFolder();
+}
+
+String MachineConfigHost::WindowsDirectory() {
+  return korb::WindowsDirectory;
+}
+
+void MachineConfigHost::ExpandPathVariables(String &text) {
+  korb::ExpandPathVariables(text);
+}
+
+void MachineConfigHost::NormalisePath(String &path, const String &base) {
+  korb::NormalisePath(path, base.c_str());
+}
+
+void MachineConfigHost::CreateDirectoryTree(const String &path) {
+  korb::CreateDirectoryTree(path.c_str());
+}
+
+void MachineConfigHost::LoadBackground(const String &) {} // The bitmap reader is not built yet.
+
+} // namespace korb

@@ -1,0 +1,110 @@
+#include "engine/PlaceFile.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Failure.h"
+#include "core/Windows.h"
+#include "engine/FileError.h"
+#include "engine/RunLists.h"
+#include "files/Attributes.h"
+#include "files/DeferredFiles.h"
+#include "files/DiskFile.h"
+#include "files/LastError.h"
+#include "files/WholeFile.h"
+#include "ui/TextLookup.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int32_t kAttempts = 3;
+constexpr uint32_t kProtection = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+constexpr uint32_t kGivenAttributes =
+    kProtection | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_TEMPORARY | FILE_ATTRIBUTE_OFFLINE;
+
+enum class WriteResult { Written, Damaged, Refused };
+
+/// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
+WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size) {
+  WriteResult result = WriteResult::Refused;
+  for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
+    if (file.Open(path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || !file.Write(data, size)) {
+      result = WriteResult::Refused;
+      if (attempt == 1 && HasInstallFlag(IF_CLEAR_ATTRIBUTES)) {
+        file.Close();
+        ClearAttributes(path, kProtection);
+      }
+      continue;
+    }
+    file.Close();
+    if (!HasInstallFlag(IF_VERIFY_WRITES) || FileMatches(data, size, path))
+      return WriteResult::Written;
+    result = WriteResult::Damaged;
+  }
+  return result;
+}
+
+/// Has the system put the bytes in place at its next start; tells in `message` what came of it. True when it will.
+bool ReplaceAtRestart(const char *path, const void *data, int32_t size, String &message) {
+  const String temporary = ShortPath(TempFileName(nullptr).c_str());
+  if (!WriteWholeFile(temporary.c_str(), data, size))
+    return false;
+  if (!MoveOrSchedule(temporary.c_str(), path, MV_AT_RESTART)) {
+    message.append_format("Failed to register '%s' for replacement: %s\r\n", path, LastErrorText());
+    DeleteOrSchedule(temporary.c_str(), 0);
+    return false;
+  }
+  InstallFlags |= IF_REBOOT_NEEDED;
+  message.append_format("%s has been successfully registered for replacement.\r\nTemporary file is %s\r\nReboot will "
+                        "be required.\r\n\r\n",
+                        path, temporary);
+  return true;
+}
+
+/// `file` may still be open, and its failure is the system's last error.
+void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t size, String &report,
+                   bool may_replace_later) {
+  const String reason = LastErrorText();
+  // Our own handle would keep the system from replacing the file.
+  file.Close();
+  String message(TextLookup(kTextFileFailed));
+  message += ' ';
+  message += path;
+  message += "\r\n";
+  if (!reason.is_empty()) {
+    message += reason;
+    message += "\r\n";
+  }
+  const bool waits =
+      (may_replace_later || HasInstallFlag(IF_REPLACE_IN_USE)) && ReplaceAtRestart(path, data, size, message);
+  (waits ? LogText : report) += message;
+}
+
+} // namespace
+
+bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, String &report,
+               uint32_t attributes, bool may_replace_later) {
+  if (size < 0)
+    CorruptInstaller(5);
+  DiskFile file;
+  switch (WriteBytes(file, path, data, size)) {
+  case WriteResult::Written:
+    break;
+  case WriteResult::Damaged:
+    // No call of the system failed, so there are no words of its own to show.
+    ClearLastError();
+    AppendFileError(report, path);
+    return false;
+  case WriteResult::Refused:
+    HandleRefusal(file, path, data, size, report, may_replace_later);
+    return false;
+  }
+  if (date.has_date() && file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL) == OPEN_OK) {
+    file.SetModified(date);
+    file.Close();
+  }
+  ChangeAttributes(path, attributes, kGivenAttributes);
+  return true;
+}
+
+} // namespace korb

@@ -1,0 +1,139 @@
+// How a file becomes a decision stands in Placement.cpp; what the machine does about it stands here.
+#include "engine/PlaceFiles.h"
+
+#include "archive/PayloadRecord.h"
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Windows.h"
+#include "engine/FileError.h"
+#include "engine/FileVersion.h"
+#include "engine/PlaceFile.h"
+#include "engine/Placement.h"
+#include "engine/RunLists.h"
+#include "engine/UninstallList.h"
+#include "files/Directories.h"
+#include "files/FileInfo.h"
+#include "files/LastError.h"
+#include "files/PathText.h"
+#include "system/PathVariables.h"
+#include "system/SystemFolders.h"
+#include "ui/Progress.h"
+#include "ui/TextLookup.h"
+
+namespace korb {
+
+namespace {
+
+class MachineHost final : public PlacementHost {
+public:
+  String FontFolder() override { return Once(font_folder_, korb::FontFolder); }
+  String SystemFolder() override { return Once(system_folder_, korb::SystemFolder); }
+  void ExpandPathVariables(String &text) override { korb::ExpandPathVariables(text); }
+  bool FileExists(const String &path) override { return korb::FileExists(path.c_str()); }
+  bool GetFileModified(const String &path, FileDate &date) override {
+    return korb::GetFileModified(path.c_str(), date);
+  }
+  String ReadFileVersion(const String &path) override { return korb::ReadFileVersion(path.c_str(), true); }
+
+private:
+  /// A folder is asked for at its first file: the answer stands in the registry and costs more than a file's record.
+  static const String &Once(String &folder, String (*find)()) {
+    if (folder.is_empty())
+      folder = find();
+    return folder;
+  }
+
+  String font_folder_;
+  String system_folder_;
+};
+
+class FilePlacer {
+public:
+  void Place(const PayloadRecord &record);
+  bool fonts_changed() const { return fonts_changed_; }
+
+private:
+  bool MakeDirectory(const PayloadRecord &record, const String &path);
+  bool AddFont(const PayloadRecord &record, const Destination &to);
+
+  MachineHost host_;
+  String last_directory_; // known to exist
+  bool fonts_changed_ = false;
+};
+
+/// Makes the directory of `path` and lists it for the uninstall. InstallDir itself is there already, and its end is the
+/// uninstaller's own business.
+bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) {
+  const String directory = DirectoryPart(path.c_str());
+  if (directory.compare(InstallDir.c_str(), false) == 0)
+    return true;
+  // Files of one directory come one behind the other, and asking for it costs more than a small file's write.
+  if (directory != last_directory_) {
+    if (!CreateDirectoryTree(directory.c_str())) {
+      const String reason = LastErrorText();
+      ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextCreateFailed), directory,
+                                reason, path);
+      return false;
+    }
+    last_directory_ = directory;
+  }
+  if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
+    AddUninstallEntry(directory.c_str(), kUninstallDirectory);
+  return true;
+}
+
+bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
+  if (AddFontResourceA(to.name.c_str()) == 0) {
+    AppendFileError(ErrorReport, to.path.c_str());
+    return false;
+  }
+  if ((record.file_flags & FF_KEEP) == 0) {
+    ProductFonts += '"';
+    ProductFonts += record.label;
+    ProductFonts += "\" \"";
+    ProductFonts += to.name;
+    ProductFonts += "\" ";
+  }
+  fonts_changed_ = true;
+  return true;
+}
+
+/// The order is the uninstaller's and the next run's: a reference is counted and a shortcut wanted for a file that is
+/// then not written, and a file is listed before its write, so that a failed one is undone too.
+void FilePlacer::Place(const PayloadRecord &record) {
+  const Destination to = ChooseDestination(record, host_);
+  NoteSharedFile(record, to.path);
+  bool replaces = false;
+  if (!IsWanted(record, to.path, host_, replaces))
+    return;
+  NoteShortcut(record, to.path);
+  if (to.in_install_tree && !MakeDirectory(record, to.path))
+    return;
+  if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
+    AddUninstallEntry(to.path.c_str(), kUninstallFile);
+  if (!PlaceFile(to.path.c_str(), record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
+    return;
+  if (record.dest_kind == KindFont && !AddFont(record, to))
+    return;
+  SetStepTextFormat("%s -> %s", to.name, to.path);
+  if (HasInstallFlag(IF_VERBOSE_LOG))
+    LogText.append_format("%s -> %s\r\n", to.name, to.path);
+}
+
+} // namespace
+
+void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes) {
+  ResetPlacementLists();
+  FilePlacer placer;
+  for (int32_t i = 0; i < sizes.count; ++i) {
+    SetProgress(45 + static_cast<int32_t>(int64_t{i} * 40 / sizes.count));
+    PayloadRecord record;
+    ReadPayloadRecord(cursor, sizes.at(i), record);
+    placer.Place(record);
+  }
+  if (placer.fonts_changed())
+    SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
+  SetProgress(87);
+}
+
+} // namespace korb

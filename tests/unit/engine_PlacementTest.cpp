@@ -1,0 +1,276 @@
+#include <doctest/doctest.h>
+
+#include <map>
+#include <string>
+
+#include "archive/RunValues.h"
+#include "core/RunMode.h"
+#include "engine/Placement.h"
+#include "engine/RunLists.h"
+#include "engine/UninstallList.h"
+#include "tests/support/FailureTrap.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+struct PresentFile {
+  FileDate date{};
+  std::string version;
+  bool dateless = false;
+};
+
+/// A machine with known folders, and with the files that a case puts there.
+class Machine final : public PlacementHost {
+public:
+  String FontFolder() override { return "W:\\Fonts"; }
+  String SystemFolder() override { return "W:\\System"; }
+  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:", 0); }
+  bool FileExists(const String &path) override { return files.count(path.c_str()) != 0; }
+  bool GetFileModified(const String &path, FileDate &date) override {
+    const PresentFile &file = files.at(path.c_str());
+    date = file.date;
+    return !file.dateless;
+  }
+  String ReadFileVersion(const String &path) override { return files.at(path.c_str()).version.c_str(); }
+
+  std::map<std::string, PresentFile> files;
+};
+
+constexpr FileDate kDate{2001, 5, 17, 10, 30, 2};
+constexpr FileDate kEarlier{2001, 5, 17, 10, 30, 0};
+
+struct Case {
+  Case() {
+    InstallFlags = 0;
+    InstallDir = "C:\\App";
+    CommonDir = "C:\\Shared";
+    UninstallDir = "C:\\App\\Un";
+    LogText.clear();
+    ResetPlacementLists();
+  }
+
+  std::string To(uint32_t kind, const char *name, const char *target, uint32_t flags = 0) {
+    record.dest_kind = kind;
+    record.name = name;
+    record.target = target;
+    record.file_flags = flags;
+    const Destination to = ChooseDestination(record, machine);
+    return std::string(to.path.c_str()) + (to.in_install_tree ? " +" : "") +
+           (to.name == name ? "" : std::string(" as ") + to.name.c_str());
+  }
+
+  /// "write", "replace" or "skip", and what was logged.
+  std::string Verdict() {
+    LogText.clear();
+    bool replaces = false;
+    const bool wanted = IsWanted(record, "f", machine, replaces);
+    CHECK((wanted || !replaces));
+    return (!wanted ? "skip" : replaces ? "replace" : "write") +
+           (LogText.is_empty() ? std::string() : std::string(": ") + LogText.c_str());
+  }
+
+  Machine machine;
+  PayloadRecord record{"n", 0, 0, 0, nullptr, 0, kDate, "", "", "", ""};
+};
+
+} // namespace
+
+TEST_CASE("a file goes where its target, its flags and its kind say, in this order") {
+  struct Row {
+    uint32_t kind;
+    const char *name, *target;
+    uint32_t flags;
+    const char *path;
+  };
+  const Row rows[] = {
+      {KindProgram, "a\\b.txt", "", 0, "C:\\App\\a\\b.txt +"},
+      {KindStartup, "b", "", 0, "C:\\App\\b +"},
+      {KindShared, "b", "", 0, "C:\\Shared\\b"},
+      {KindFont, "b.ttf", "", 0, "W:\\Fonts\\b.ttf"},
+      {KindSystem, "b", "", 0, "W:\\System\\b"},
+      {KindSystemCom, "b", "", 0, "W:\\System\\b"},
+      // A target without a folder is a new name; variables are not looked for in it.
+      {KindFont, "b.ttf", "%Win%.ttf", 0, "W:\\Fonts\\%Win%.ttf as %Win%.ttf"},
+      {KindProgram, "a\\b", "c", FF_UNINSTALL_DIR, "C:\\App\\Un\\c as c"},
+      // Any other is the path itself, or its folder.
+      {KindProgram, "b", "sub\\c.txt", 0, "C:\\App\\sub\\c.txt +"},
+      {KindProgram, "a\\b.dll", "sub\\", 0, "C:\\App\\sub\\b.dll +"},
+      {KindShared, "b", "sub\\c", 0, "C:\\Shared\\sub\\c +"},
+      {KindSystem, "b", "sub\\c", 0, "C:\\App\\sub\\c +"},
+      {KindFont, "b", "%Win%\\c", 0, "W:\\c +"},
+      {KindProgram, "b", "\\top\\", 0, "C:\\top\\b +"},
+      {KindProgram, "b", "\\\\server\\share\\c", FF_UNINSTALL_DIR, "\\\\server\\share\\c +"},
+      // The flag stands before the kind, so that a kind without meaning passes with it, and with a target.
+      {KindShared, "b", "", FF_UNINSTALL_DIR, "C:\\App\\Un\\b"},
+      {3, "b", "", FF_UNINSTALL_DIR, "C:\\App\\Un\\b"},
+      {8, "b", "sub\\c", 0, "C:\\App\\sub\\c +"},
+  };
+  Case c;
+  for (const Row &row : rows) {
+    CAPTURE(row.kind);
+    CAPTURE(row.target);
+    CHECK(c.To(row.kind, row.name, row.target, row.flags) == row.path);
+  }
+  for (const uint32_t kind : {2u, 3u, 8u, 0xFFFFFFFFu})
+    CHECK(TrappedCode([&] { c.To(kind, "b", ""); }) == 110);
+  CHECK(TrappedCode([&] { c.To(3, "b", "newname"); }) == 110);
+}
+
+TEST_CASE("references are listed with the mark that the uninstaller reads") {
+  struct Row {
+    uint32_t kind, flags;
+    const char *shared;
+    bool com;
+  };
+  const Row rows[] = {
+      {KindProgram, 0, nullptr, false}, {KindShared, 0, "f", false},         {KindShared, FF_KEEP, "f ", false},
+      {KindFont, 0, nullptr, false},    {KindSystem, 0, "f ", false},        {KindSystem, FF_KEEP, "f ", false},
+      {KindSystemCom, 0, "f^", true},   {KindSystemCom, FF_KEEP, "f ", true}, {3, 0, nullptr, false},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.kind);
+    CAPTURE(row.flags);
+    Case c;
+    c.record.dest_kind = row.kind;
+    c.record.file_flags = row.flags;
+    NoteSharedFile(c.record, "f");
+    REQUIRE(SharedFileList.count == (row.shared != nullptr ? 1 : 0));
+    if (row.shared != nullptr)
+      CHECK(SharedFileList.at(0) == row.shared);
+    CHECK(ComFileList.count == (row.com ? 1 : 0));
+  }
+}
+
+TEST_CASE("the placement condition looks at what is there") {
+  Case c;
+  c.machine.files["old"] = {};
+  const auto wanted = [&](uint32_t flags, const char *path) {
+    c.record.file_flags = flags;
+    bool replaces = false;
+    return IsWanted(c.record, path, c.machine, replaces);
+  };
+  CHECK(wanted(FF_PLACE_ALWAYS, "old"));
+  CHECK_FALSE(wanted(FF_PLACE_NEVER, "new"));
+  CHECK(wanted(FF_PLACE_OVER, "old"));
+  CHECK_FALSE(wanted(FF_PLACE_OVER, "new"));
+  CHECK(wanted(FF_PLACE_NEW, "new"));
+  CHECK(UninstallList.is_empty());
+  CHECK(LogText.is_empty());
+
+  // A file that was kept still goes with the product, whatever is recorded of the others.
+  c.machine.files["C:\\App\\old"] = {};
+  InstallFlags = IF_NO_UNINSTALL_RECORDS;
+  CHECK_FALSE(wanted(FF_PLACE_NEW | FF_KEEP, "C:\\App\\old"));
+  c.record.dest_kind = KindSystem;
+  CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
+  CHECK(UninstallList.is_empty());
+  c.record.dest_kind = KindStartup;
+  CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
+  CHECK(UninstallList == "C:\\App\\old\r\n");
+}
+
+TEST_CASE("shared files, fonts and system files are compared with what is there") {
+  const std::string replaced = "replace: f is out of date and will be replaced.\r\n";
+  const std::string current = "skip: f is up to date.\r\n";
+  const std::string same_version = "skip: f was not installed because its version is not newer.\r\n";
+  const std::string same_date = "skip: f was not installed because its date is not newer.\r\n";
+  const PresentFile older{kEarlier, "", false};
+  const PresentFile same{kDate, "", false};
+  const PresentFile unreadable{kDate, "", true};
+  const FileDate none{};
+
+  struct Row {
+    uint32_t kind;
+    FileDate date;
+    const char *label;
+    PresentFile present;
+    std::string verdict;
+  };
+  const Row rows[] = {
+      {KindProgram, kDate, "", same, "write"},
+      {3, kDate, "", same, "write"},
+      {KindShared, kDate, "", older, replaced},
+      {KindShared, kDate, "", same, current},
+      {KindShared, none, "", same, replaced},
+      {KindFont, kDate, "", unreadable, replaced},
+      {KindFont, kEarlier, "", same, current},
+      {KindSystem, kDate, "", older, replaced},
+      {KindSystem, kDate, "", same, same_date},
+      {KindSystem, none, "", older, same_date}, // no date is never newer
+      {KindSystem, kDate, "", unreadable, "skip"},
+      {KindSystem, kDate, " \t", {kEarlier, "9", false}, replaced},
+      {KindSystemCom, kDate, "9", older, replaced}, // no version there
+      {KindSystemCom, kDate, "1.10", {kEarlier, "0000000001.0000000009", false}, replaced},
+      {KindSystemCom, kDate, "1.9", {kEarlier, "0000000001.0000000009", false}, same_version},
+      {KindSystemCom, kDate, "1.10", {kDate, "0000000001.0000000009", false}, same_date}, // both must be newer
+  };
+  Case c;
+  for (const Row &row : rows) {
+    CAPTURE(row.kind);
+    CAPTURE(row.verdict);
+    c.machine.files["f"] = row.present;
+    c.record.dest_kind = row.kind;
+    c.record.date = row.date;
+    c.record.label = row.label;
+    CHECK(c.Verdict() == row.verdict);
+  }
+  c.machine.files.clear();
+  for (const uint32_t kind : {KindShared, KindFont, KindSystem, KindSystemCom}) {
+    c.record.dest_kind = kind;
+    CHECK(c.Verdict() == "write");
+  }
+}
+
+TEST_CASE("shortcuts are noted for programs that ask and for every startup file") {
+  Case c;
+  const auto note = [&](uint32_t kind, uint32_t flags) {
+    ShortcutList.clear();
+    c.record.dest_kind = kind;
+    c.record.file_flags = flags;
+    NoteShortcut(c.record, "C:\\App\\a.exe");
+    return ShortcutList.count;
+  };
+  CHECK(note(KindProgram, FF_KEEP) == 0);
+  CHECK(note(KindShared, FF_SHORTCUTS) == 0);
+  CHECK(note(KindStartup, 0) == 1);
+
+  TextTable.set_count(39);
+  TextTable.at(38).set_count(1);
+  TextTable.at(38).at(0) = "Run %s";
+  LanguageIndex = 0;
+  c.record.arguments = "-x";
+  c.record.icon = "a.ico";
+  CHECK(note(KindProgram, FF_DESKTOP) == 1);
+  ShortcutRecord shortcut = ShortcutList.at(0);
+  CHECK((shortcut.desktop && !shortcut.start_menu && !shortcut.startup && !shortcut.no_uninstall));
+  CHECK(shortcut.target == "C:\\App\\a.exe");
+  CHECK(shortcut.title == "Run a.exe");
+  CHECK(shortcut.icon == "C:\\App\\Un\\a.ico");
+  CHECK(shortcut.arguments == "-x");
+
+  c.record.label = " ";
+  c.record.icon = " ";
+  CHECK(note(KindStartup, FF_START_MENU | FF_KEEP) == 1);
+  shortcut = ShortcutList.at(0);
+  CHECK((!shortcut.desktop && shortcut.start_menu && shortcut.startup && shortcut.no_uninstall));
+  CHECK(shortcut.title == " ");
+  CHECK(shortcut.icon.is_empty());
+  TextTable.clear();
+}
+
+TEST_CASE("the uninstall list takes directories once and no drive's root") {
+  ClearUninstallList();
+  AddUninstallEntry("C:\\", kUninstallDirectory);
+  AddUninstallEntry(nullptr, kUninstallFile);
+  AddUninstallEntry("C:\\App", kUninstallDirectory);
+  AddUninstallEntry("c:\\aPP", kUninstallDirectory);
+  AddUninstallEntry("C:\\f", kUninstallFile);
+  AddUninstallEntry("C:\\f", kUninstallFile);
+  AddUninstallEntry("Software\\X", kUninstallKey);
+  CHECK(UninstallList == "~C:\\App\r\nC:\\f\r\nC:\\f\r\n!Software\\X\r\n");
+  ClearUninstallList();
+  AddUninstallEntry("C:\\App", kUninstallDirectory);
+  CHECK(UninstallList == "~C:\\App\r\n");
+}

@@ -1,0 +1,36 @@
+// What the user sees of a run's course: a step text and a bar, and time enough to read them.
+//
+// Every operation here keeps the windows alive by pumping messages, so a confirmed cancel may end the process in any of
+// them. Without a dialog nothing is shown, and the run goes on as with one.
+#pragma once
+
+#include <cstdint>
+
+#include "core/Format.h"
+
+namespace korb {
+
+void CreateProgressDialog();
+void DestroyProgressDialog();
+
+/// Shows a formatted line as the step text.
+void SetStepTextArgs(const char *format, const FormatArgs &args);
+template <class... T>
+void SetStepTextFormat(const char *format, const T &...values) {
+  SetStepTextArgs(format, PackedArgs<sizeof...(T)>(values...));
+}
+
+/// Starts a phase, whose time WaitPhase counts.
+void StartPhase();
+/// Starts a phase and shows text `number` of the archive, which is a format without arguments.
+void SetStepText(int32_t number);
+/// Moves the bar; 0 to 100.
+void SetProgress(int32_t percent);
+/// SetStepText, then SetProgress.
+void SetStep(int32_t number, int32_t percent);
+
+/// Waits until the phase has lasted `milliseconds`, so that a quick one stays readable. Returns at once in
+/// AutomaticMode, and early when a window closes.
+void WaitPhase(int32_t milliseconds);
+
+} // namespace korb
