@@ -1,0 +1,24 @@
+// Deleting and moving files, now or at the next start of the machine when somebody uses them.
+#pragma once
+
+#include <cstdint>
+
+namespace korb {
+
+inline constexpr uint32_t DEL_KEEP_READONLY = 0x1; ///< do not clear the read-only attribute first
+inline constexpr uint32_t DEL_AT_RESTART = 0x2;
+
+inline constexpr uint32_t MV_TARGET_MUST_EXIST = 0x1; ///< and is deleted first
+inline constexpr uint32_t MV_NO_OVERWRITE = 0x2;      ///< refuse when the target exists
+inline constexpr uint32_t MV_CREATE_DIRECTORY = 0x4;  ///< make the target's directories
+inline constexpr uint32_t MV_AT_RESTART = 0x8;
+
+/// True when the file is gone, or with DEL_AT_RESTART when its end is registered.
+bool DeleteOrSchedule(const char *path, uint32_t flags);
+/// Moves a file, over an existing target unless told otherwise. With MV_AT_RESTART the target goes at once if it can,
+/// and true means that the move is registered. False for equal names and a missing source too.
+bool MoveOrSchedule(const char *source, const char *target, uint32_t flags);
+/// Registers a move in wininit.ini; a left side of NUL deletes. False, with no error standing, when a side is blank.
+bool AddWininitRename(const char *left, const char *right);
+
+} // namespace korb

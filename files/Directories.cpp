@@ -1,0 +1,92 @@
+#include "files/Directories.h"
+
+#include "core/Windows.h"
+#include "files/DeferredFiles.h"
+#include "files/FileInfo.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int32_t kLongestRoot = 3;
+
+} // namespace
+
+String CurrentDirectory() {
+  String directory;
+  directory.set_length(98);
+  DWORD length = GetCurrentDirectoryA(99, directory.data());
+  if (length > 98) {
+    directory.set_length(static_cast<int32_t>(length));
+    GetCurrentDirectoryA(length + 1, directory.data());
+  }
+  directory.sync_length();
+  return directory;
+}
+
+bool DirectoryExists(const char *path) {
+  if (!path || !*path)
+    return false;
+  const String saved = CurrentDirectory();
+  if (!SetCurrentDirectoryA(path))
+    return false;
+  SetCurrentDirectoryA(saved.c_str());
+  return true;
+}
+
+bool CreateDirectoryTree(const char *path) {
+  if (!path || !*path)
+    return false;
+  if (DirectoryExists(path))
+    return true;
+  const String parent = DirectoryPart(path);
+  if (parent == path)
+    return true;
+  if (parent.length() > kLongestRoot && !DirectoryExists(parent.c_str()) && !CreateDirectoryTree(parent.c_str()))
+    return false;
+  CreateDirectoryA(path, nullptr);
+  const DWORD error = GetLastError();
+  const bool exists = DirectoryExists(path); // somebody else may have made it
+  if (!exists)
+    SetLastError(error); // why it could not be made says more than that it is missing
+  return exists;
+}
+
+bool RemoveEmptyDirectory(String path) {
+  if (path.length() <= kLongestRoot)
+    return false;
+  path.remove_last_if('\\');
+  return RemoveDirectoryA(path.c_str()) != 0;
+}
+
+bool DeleteDirectoryTree(const char *path) {
+  const String directory(path);
+  if (directory.length() <= kLongestRoot)
+    return false;
+  String guarded(directory);
+  if (!WindowsDirectory.is_empty() && guarded.remove_prefix(WindowsDirectory.c_str()))
+    return false;
+
+  FileFinder finder;
+  FileInfo entry;
+  if (!finder.FindFirst(PathJoin(path, "*.*").c_str(), &entry))
+    return false;
+  DWORD error = 0;
+  bool failed = false;
+  do {
+    const String name = PathJoin(path, entry.name.c_str());
+    if (entry.IsDirectory() && (entry.name == "." || entry.name == ".."))
+      continue;
+    if (entry.IsDirectory() ? DeleteDirectoryTree(name.c_str()) : DeleteOrSchedule(name.c_str(), 0))
+      continue;
+    error = GetLastError();
+    failed = true;
+  } while (finder.FindNext(&entry));
+  finder.FindClose();
+  SetLastError(error);
+  return RemoveEmptyDirectory(directory) && !failed;
+}
+
+} // namespace korb

@@ -1,0 +1,21 @@
+// Directories: asking for them, making and removing them.
+#pragma once
+
+#include "core/String.h"
+
+namespace korb {
+
+String CurrentDirectory();
+/// True when the directory can be entered; the current one is moved there and back.
+bool DirectoryExists(const char *path);
+
+/// Creates `path` and what is missing above it, other than a root. True when the directory exists at the end, and for a
+/// root, even of a missing drive.
+bool CreateDirectoryTree(const char *path);
+/// False for a path of fewer than 4 characters, and for a directory that is not empty.
+bool RemoveEmptyDirectory(String path);
+/// Removes the directory with all that is in it. Goes on after a failure, whose error stays behind; false then, and for
+/// a path of 3 characters or fewer, and for every path that begins as the Windows directory does.
+bool DeleteDirectoryTree(const char *path);
+
+} // namespace korb

@@ -1,0 +1,154 @@
+// A file's bytes.
+#pragma once
+
+#include <cstdint>
+
+#include "core/ByteStream.h"
+#include "core/FileDate.h"
+#include "core/MemoryStream.h"
+#include "core/Stack.h"
+#include "core/String.h"
+
+namespace korb {
+
+// How a file is opened. The two lowest bits are one field, and so are the three highest; other values of the latter are
+// as 0.
+inline constexpr uint32_t DF_OPEN_ALWAYS = 0x0; ///< created when missing
+inline constexpr uint32_t DF_OPEN_EXISTING = 0x1;
+inline constexpr uint32_t DF_CREATE_NEW = 0x2;
+inline constexpr uint32_t DF_CREATE_ALWAYS = 0x3; ///< an existing file is cut to nothing
+inline constexpr uint32_t DF_CREATION_MASK = 0x3;
+inline constexpr uint32_t DF_NO_READ = 0x8;
+inline constexpr uint32_t DF_NO_WRITE = 0x10;
+inline constexpr uint32_t DF_REQUIRED = 0x20;   ///< a failed open ends the process
+inline constexpr uint32_t DF_RETRY_ONCE = 0x40; ///< after the first failure of any kind, 150 ms later
+inline constexpr uint32_t DF_IN_MEMORY = 0x80;
+inline constexpr uint32_t DF_SHARE_READ = 0x100;
+inline constexpr uint32_t DF_SHARE_WRITE = 0x200;
+inline constexpr uint32_t DF_AT_END = 0x400;
+inline constexpr uint32_t DF_PROBE = 0x800;          ///< close at once: only the result counts
+inline constexpr uint32_t DF_NO_BUSY_RETRY = 0x1000; ///< do not wait for a file that another program holds
+inline constexpr uint32_t DF_TEMP_DEFAULT = 0x20000000;
+inline constexpr uint32_t DF_TEMP_IN_DIR = 0x40000000;
+inline constexpr uint32_t DF_TEMP_BESIDE = 0x80000000;
+inline constexpr uint32_t DF_IN_TEMP_DIR = 0xC0000000;
+inline constexpr uint32_t DF_PLACE_MASK = 0xE0000000;
+
+/// For reading an existing file that others may use.
+inline constexpr uint32_t DF_READ_SHARED = DF_OPEN_EXISTING | DF_NO_WRITE | DF_SHARE_READ;
+
+/// What an open comes to. The numbers travel through results, so they stay.
+enum OpenCode : int32_t {
+  OPEN_OK = 0,
+  OPEN_UNKNOWN = 1, ///< denied access too
+  OPEN_BAD_NAME = 2,
+  OPEN_NOT_FOUND = 3,
+  OPEN_NO_DIRECTORY = 4,
+  OPEN_LOCKED = 5,
+  OPEN_NOT_LOADED = 6, ///< the load into memory failed
+  OPEN_TOO_MANY = 7,
+  OPEN_BAD_PARAMETER = 8,
+  OPEN_EXISTS = 9,
+};
+
+/// The sentence for an open code.
+const char *OpenCodeText(int32_t code);
+
+/// A byte range that is released at close.
+struct FileLock {
+  uint32_t offset;
+  uint32_t length;
+};
+template <>
+inline constexpr const char *TypeName<FileLock> = "FileLock";
+
+/// Sizes and positions are signed 32 bits: a file of 2 GiB or more is out of reach, and says -1 for its size. Operations
+/// with a boolean result are true on success; a false one leaves a sentence in error_text unless told otherwise.
+class DiskFile final : public ByteStream {
+public:
+  DiskFile() = default;
+  ~DiskFile() { Close(); }
+  DiskFile(const DiskFile &) = delete;
+  DiskFile &operator=(const DiskFile &) = delete;
+
+  /// Closes what is open and opens `name` with DF_ flags; `attributes` are given to a file that is made. An OpenCode.
+  /// With DF_REQUIRED a failure ends the process.
+  int32_t Open(const char *name, uint32_t flags, uint32_t attributes);
+  /// The same without error_text and without the report.
+  int32_t OpenQuiet(const char *name, uint32_t flags, uint32_t attributes);
+  /// Writes a changed memory image back and closes the handle. An unchanged image stays and goes on answering.
+  void Close();
+  bool IsOpen() const { return handle_ != nullptr || in_memory_; }
+
+  /// False with fewer bytes than asked for; those that came are in the buffer.
+  bool Read(void *destination, int32_t count) override;
+  /// A negative count, and a file without write access, are true: only error_text tells of them.
+  bool Write(const void *source, int32_t count) override;
+  bool WriteString(const String &text) { return Write(text.data(), text.length()); }
+
+  /// -1 when nothing is open.
+  int32_t Tell();
+  bool HasMore();
+  /// Bytes; -1 when nothing is open or the file is too large.
+  int32_t Size();
+  bool Seek(int32_t offset);
+  /// 0 is the end itself.
+  bool SeekFromEnd(int32_t offset);
+  bool Rewind() { return Seek(0); }
+  /// Saves the position and gives it.
+  int32_t PushPosition();
+  int32_t PushPositionAndSeek(int32_t offset);
+  /// Goes back to the saved position and gives it; 0x80000000, and nothing moved, when none is saved.
+  int32_t PopPosition();
+
+  /// These leave the position where it was.
+  bool ReadAt(int32_t offset, void *destination, int32_t count);
+  bool ReadTail(void *destination, int32_t count);
+  /// False, and `text` as it was, when the span passes the end; a failed read empties it.
+  bool ReadSpan(String &text, int32_t offset, int32_t count);
+  bool ReadAll(String *text);
+  /// From the position up to a NUL, which is consumed, or to the end.
+  String ReadCString();
+
+  bool ReplaceContents(const String &text);
+  /// Cuts the file at the position.
+  bool Truncate();
+  bool Flush();
+  /// True when the file is empty, can't be read, or ends in CR or LF.
+  bool EndsLine();
+  /// Ends the last line if it is not ended.
+  bool EnsureNewline();
+  /// Sets the time of the last write; creation and access stay.
+  bool SetModified(const FileDate &date);
+  /// From here on everything happens in memory, and Close writes the changes back.
+  bool LoadToMemory();
+  /// Releases one byte range; the system's offsets.
+  bool Unlock(uint32_t offset, uint32_t length);
+
+  /// What was really opened or tried, temporary names included.
+  const String &name() const { return name_; }
+  /// The sentence of the last failure; a success does not clear it.
+  const String &error_text() const { return error_text_; }
+
+private:
+  int32_t OpenHandle(const char *name, uint32_t flags, uint32_t attributes);
+  void *OpenWithRetries(uint32_t access, uint32_t share, uint32_t disposition, uint32_t flags, uint32_t attributes);
+  void WriteBack();
+  bool Fail(const char *sentence);
+
+  void *handle_ = nullptr; ///< never the invalid handle
+  String name_;
+  Stack<int32_t> saved_positions_;
+  MemoryStream memory_;
+  bool in_memory_ = false;
+  bool memory_dirty_ = false;
+  bool flush_each_write_ = false; ///< nobody sets it
+  bool can_read_ = false;
+  bool can_write_ = false;
+  bool opened_for_read_ = false;
+  bool opened_for_write_ = false;
+  String error_text_;
+  Stack<FileLock> locks_; ///< nobody takes one; whoever does finds it released at close
+};
+
+} // namespace korb

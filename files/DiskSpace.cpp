@@ -1,0 +1,80 @@
+#include "files/DiskSpace.h"
+
+#include "core/Windows.h"
+#include "files/PathText.h"
+
+namespace korb {
+
+namespace {
+
+using DiskFreeSpaceEx = BOOL(WINAPI *)(const char *, ULARGE_INTEGER *, ULARGE_INTEGER *, ULARGE_INTEGER *);
+
+String RootOf(const char *path) {
+  return str_format("%c:\\", path ? *path : '\0');
+}
+
+/// Null where the system has none: the first Windows 95 does without.
+DiskFreeSpaceEx &LookedUp() {
+  static DiskFreeSpaceEx function =
+      reinterpret_cast<DiskFreeSpaceEx>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "GetDiskFreeSpaceExA")));
+  return function;
+}
+
+struct Clusters {
+  DWORD sectors; ///< in one
+  DWORD bytes;   ///< in one sector
+  DWORD free;
+  DWORD all;
+
+  bool Ask(const char *root) { return GetDiskFreeSpaceA(root, &sectors, &bytes, &free, &all) != 0; }
+};
+
+} // namespace
+
+bool DriveExists(const char *path) {
+  return GetDriveTypeA(RootOf(path).c_str()) != DRIVE_NO_ROOT_DIR;
+}
+
+bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
+  if (!root)
+    return false;
+  DiskFreeSpaceEx &function = LookedUp();
+  if (function) {
+    ULARGE_INTEGER available, total, free;
+    if (function(root, &available, &total, &free)) {
+      if (free_bytes)
+        *free_bytes = free.QuadPart;
+      if (total_bytes)
+        *total_bytes = total.QuadPart;
+      return true;
+    }
+    if (GetLastError() != ERROR_CALL_NOT_IMPLEMENTED)
+      return false;
+    function = nullptr;
+  }
+  Clusters clusters;
+  if (!clusters.Ask(root))
+    return false;
+  const uint64_t size = uint64_t{clusters.sectors} * clusters.bytes;
+  if (free_bytes)
+    *free_bytes = size * clusters.free;
+  if (total_bytes)
+    *total_bytes = size * clusters.all;
+  return true;
+}
+
+int64_t DriveFreeBytes(const char *path) {
+  uint64_t bytes;
+  if (!path || !IsDriveLetter(*path) || !DiskSpace(RootOf(path).c_str(), &bytes, nullptr))
+    return -1;
+  return static_cast<int64_t>(bytes);
+}
+
+int32_t ClusterSize(const char *path) {
+  Clusters clusters;
+  if (!path || !IsDriveLetter(*path) || !clusters.Ask(RootOf(path).c_str()))
+    return -1;
+  return static_cast<int32_t>(clusters.sectors * clusters.bytes);
+}
+
+} // namespace korb

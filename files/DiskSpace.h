@@ -1,0 +1,18 @@
+// Drives and the room on them.
+#pragma once
+
+#include <cstdint>
+
+namespace korb {
+
+/// Of the first letter of `path`.
+bool DriveExists(const char *path);
+/// Bytes on the volume at `root` ("c:\"): free ones, whoever may use them, and all. Either may be null. False when the
+/// system can't say.
+bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes);
+/// Of the drive that `path` begins with; -1 when there is none or it can't say.
+int64_t DriveFreeBytes(const char *path);
+/// Bytes of one cluster of that drive; -1 as above.
+int32_t ClusterSize(const char *path);
+
+} // namespace korb

@@ -1,0 +1,82 @@
+#include "files/ProgramPaths.h"
+
+#include "core/Windows.h"
+#include "files/PathText.h"
+
+#include <shellapi.h>
+
+namespace korb {
+
+String WindowsDirectory;
+String ProgramPath;
+String ProgramName;
+String ProgramDirectory;
+char ProgramDrive = 0;
+String CommandInterpreter;
+
+namespace {
+
+constexpr DWORD kEnvironmentLimit = 31999;
+constexpr INT_PTR kShellSuccess = 32;
+
+} // namespace
+
+void InitPaths() {
+  static bool filled = false;
+  if (filled)
+    return;
+  filled = true;
+  char path[MAX_PATH];
+  WindowsDirectory.assign_limited(path, static_cast<int32_t>(GetWindowsDirectoryA(path, MAX_PATH)));
+  ProgramPath.assign_limited(path, static_cast<int32_t>(GetModuleFileNameA(nullptr, path, MAX_PATH)));
+  ProgramName = FilePart(ProgramPath.c_str());
+  ProgramDirectory = DirectoryPart(ProgramPath.c_str());
+  ProgramDrive = DriveLetter(ProgramPath.c_str());
+
+  CommandInterpreter = "%comspec%";
+  if (!ExpandEnvironment(CommandInterpreter) || IsBlank(CommandInterpreter.c_str()))
+    CommandInterpreter = PathJoin(WindowsDirectory.c_str(), "command.com");
+  if (CommandInterpreter.find_space() >= 0)
+    CommandInterpreter.quote();
+}
+
+String ProgramRelative(const char *name) {
+  return PathJoin(ProgramDirectory.c_str(), name);
+}
+
+bool NormaliseToProgram(String &path) {
+  return NormalisePath(path, ProgramDirectory.c_str());
+}
+
+bool ExpandEnvironment(String &text) {
+  String expanded;
+  expanded.set_length(static_cast<int32_t>(kEnvironmentLimit));
+  const DWORD length = ExpandEnvironmentStringsA(text.c_str(), expanded.data(), kEnvironmentLimit);
+  if (length == 0 || length > kEnvironmentLimit)
+    return false;
+  text = expanded.c_str();
+  return true;
+}
+
+String ShortPath(const char *path) {
+  const int32_t length = text_length(path);
+  if (length == 0)
+    return String();
+  const int32_t room = length * 2 > MAX_PATH ? length * 2 : MAX_PATH;
+  String result;
+  result.set_length(room);
+  const DWORD got = GetShortPathNameA(path, result.data(), static_cast<DWORD>(room));
+  if (got == 0 || got >= static_cast<DWORD>(room))
+    return path;
+  result.set_length(static_cast<int32_t>(got));
+  return result;
+}
+
+bool ShellOpen(const char *path) {
+  if (!path || !*path)
+    return false;
+  const HINSTANCE result = ShellExecuteA(nullptr, nullptr, path, nullptr, ProgramDirectory.c_str(), SW_SHOW);
+  return reinterpret_cast<INT_PTR>(result) > kShellSuccess;
+}
+
+} // namespace korb
