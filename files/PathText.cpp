@@ -163,7 +163,7 @@ bool NormalisePath(String &path, const char *base) {
 }
 
 bool IsPlainFileName(const char *name) {
-  return *name != '\0' && strpbrk(name, "/\"<>|*?:;") == nullptr;
+  return *name != '\0' && *text_find_any(name, "/\"<>|*?:;") == '\0';
 }
 
 } // namespace korb
