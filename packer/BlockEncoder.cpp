@@ -23,7 +23,9 @@ constexpr uint32_t kLongFill = 512; // so long a fill is taken without looking f
 
 // Prices are bits. A token costs one more than it takes: the block grows by 0.03 % for it, but has 3 % fewer tokens and
 // is unpacked faster.
-constexpr uint32_t Price(uint32_t bits) { return bits + 1; }
+constexpr uint32_t Price(uint32_t bits) {
+  return bits + 1;
+}
 
 // The cheapest known way to a position.
 struct Step {

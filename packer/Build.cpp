@@ -68,7 +68,11 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   Findings findings;
   Manifest manifest = ReadManifest(request.manifest, request.newest, findings);
   Product &product = manifest.product;
-  CheckProduct(product, findings);
+  if (manifest.was_parsed) {
+    Findings faults;
+    CheckProduct(product, faults);
+    findings.Merge(faults);
+  }
   try {
     auto stub = ReadWholeFile(request.stub);
     if (!stub)

@@ -10,7 +10,9 @@ namespace korb::packer {
 
 using Bytes = std::vector<uint8_t>;
 
-inline void PutU8(Bytes &out, uint8_t value) { out.push_back(value); }
+inline void PutU8(Bytes &out, uint8_t value) {
+  out.push_back(value);
+}
 
 inline void PutU16(Bytes &out, uint16_t value) {
   out.push_back(static_cast<uint8_t>(value));
@@ -22,14 +24,18 @@ inline void PutU32(Bytes &out, uint32_t value) {
   PutU16(out, static_cast<uint16_t>(value >> 16));
 }
 
-inline void PutI32(Bytes &out, int32_t value) { PutU32(out, static_cast<uint32_t>(value)); }
+inline void PutI32(Bytes &out, int32_t value) {
+  PutU32(out, static_cast<uint32_t>(value));
+}
 
 inline void PutU64(Bytes &out, uint64_t value) {
   PutU32(out, static_cast<uint32_t>(value));
   PutU32(out, static_cast<uint32_t>(value >> 32));
 }
 
-inline void PutBytes(Bytes &out, const Bytes &bytes) { out.insert(out.end(), bytes.begin(), bytes.end()); }
+inline void PutBytes(Bytes &out, const Bytes &bytes) {
+  out.insert(out.end(), bytes.begin(), bytes.end());
+}
 
 /// The value at `at`; the caller has made sure that `bytes` holds it.
 inline uint16_t GetU16(const Bytes &bytes, uint64_t at) {

@@ -31,7 +31,9 @@ bool Fits(std::string_view path, std::string_view pattern) {
 }
 
 // The order of a listing: a separator counts below every character of a name, so a folder's files stand together.
-int OrderOf(char c) { return c == '/' ? -1 : std::tolower(static_cast<unsigned char>(c)); }
+int OrderOf(char c) {
+  return c == '/' ? -1 : std::tolower(static_cast<unsigned char>(c));
+}
 
 bool Before(const std::string &a, const std::string &b) {
   const auto fold = [](char x, char y) { return OrderOf(x) < OrderOf(y); };

@@ -1,8 +1,20 @@
 #include "packer/Findings.h"
 
+#include <set>
 #include <tuple>
+#include <utility>
 
 namespace korb::packer {
+
+void Findings::Merge(const Findings &others) {
+  std::set<std::pair<uint32_t, uint32_t>> wrong;
+  for (const Finding &finding : list_)
+    if (finding.severity == Severity::kError)
+      wrong.emplace(finding.place.line, finding.place.column);
+  for (const Finding &finding : others.list_)
+    if (!wrong.contains({finding.place.line, finding.place.column}))
+      list_.push_back(finding);
+}
 
 std::string Findings::Report(const std::string &file) const {
   std::vector<Finding> sorted = list_;

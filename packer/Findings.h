@@ -22,6 +22,9 @@ public:
   void Error(Place place, std::string message) { list_.push_back({Severity::kError, place, std::move(message)}); }
   void Warn(Place place, std::string message) { list_.push_back({Severity::kWarning, place, std::move(message)}); }
 
+  /// Adds what `others` holds, without what stands at the place of an error: that is most likely its consequence.
+  void Merge(const Findings &others);
+
   bool HasErrors() const {
     return std::any_of(list_.begin(), list_.end(), [](const Finding &f) { return f.severity == Severity::kError; });
   }

@@ -12,7 +12,9 @@ namespace {
 
 constexpr size_t kMaxInstaller = 0x7FFF0000; // all sizes and positions are signed 32 bits
 
-size_t RoundUp(size_t value, size_t multiple) { return (value + multiple - 1) / multiple * multiple; }
+size_t RoundUp(size_t value, size_t multiple) {
+  return (value + multiple - 1) / multiple * multiple;
+}
 
 // How many payload bytes the executable holds. `head` is what the section holds in front of them.
 size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const StubImage &stub) {

@@ -81,7 +81,7 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
                                         : ""));
   if (LowerCase(value.name) == "installlocation" || LowerCase(value.name) == "installdate")
     findings.Warn(value.place, what + "the installer writes its own value over it");
-  if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value))
+  if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value, UINT32_MAX))
     findings.Error(value.place, what + "the number doesn't fit into 32 bits");
 }
 

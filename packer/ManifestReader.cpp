@@ -193,6 +193,7 @@ Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findi
     findings.Error({error.source().begin.line, error.source().begin.column}, std::string(error.description()));
     return context.manifest;
   }
+  context.manifest.was_parsed = true;
   ManifestTable root(&parsed, "", findings);
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));

@@ -51,7 +51,9 @@ std::string Suggestion(std::string_view word, std::span<const std::string_view> 
 
 } // namespace
 
-Place PlaceOf(const toml::node &node) { return {node.source().begin.line, node.source().begin.column}; }
+Place PlaceOf(const toml::node &node) {
+  return {node.source().begin.line, node.source().begin.column};
+}
 
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words) {
   std::string_view best;

@@ -20,9 +20,15 @@ void CheckNames(const Product &product, Findings &findings) {
     error("product.name", "holds a backslash: give an 'uninstall.name' that can be the name of a registry key");
   if (product.uninstall_name.find_first_of("\"\\\r\n") != product.uninstall_name.npos)
     error("uninstall.name", "must hold neither quotes nor backslashes: it is the name of a registry key");
+  if (HoldsRecordMarker(product.name))
+    error("product.name", "must not hold \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
+  if (product.install_dir.empty() && (HoldsIllegalCharacter(product.name)))
+    findings.Warn(product.PlaceOf("product.name"),
+                  "'product.name' can't be the name of a directory: give an 'install.directory'");
   if (HoldsHugeNumber(product.version))
     error("product.version", "holds a number that doesn't fit into 32 bits");
-  if (IsBlank(product.volume_base_name) || HoldsIllegalCharacter(product.volume_base_name))
+  const std::string &volumes = product.volume_base_name;
+  if (IsBlank(volumes) || HoldsIllegalCharacter(volumes) || volumes.find('\\') != volumes.npos)
     error("payload.volume_name", "has to be the beginning of a file name, even without volumes");
   const Day &expiry = product.expiry;
   if (expiry.month != 0 && (!IsCalendarDay(expiry.year, expiry.month, expiry.day) || expiry.year < 1600))

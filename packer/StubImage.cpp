@@ -20,11 +20,17 @@ constexpr uint32_t kReadableData = 0x40000040;
 constexpr uint32_t kPage = 4096;
 constexpr uint32_t kIconResource = 3;
 
-uint32_t RoundUp(uint32_t value, uint32_t multiple) { return (value + multiple - 1) / multiple * multiple; }
+uint32_t RoundUp(uint32_t value, uint32_t multiple) {
+  return (value + multiple - 1) / multiple * multiple;
+}
 
-bool IsPowerOfTwo(uint32_t value) { return value != 0 && (value & (value - 1)) == 0; }
+bool IsPowerOfTwo(uint32_t value) {
+  return value != 0 && (value & (value - 1)) == 0;
+}
 
-[[noreturn]] void Refuse(const char *reason) { throw PackError(std::string("the stub ") + reason); }
+[[noreturn]] void Refuse(const char *reason) {
+  throw PackError(std::string("the stub ") + reason);
+}
 
 } // namespace
 

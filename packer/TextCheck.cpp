@@ -23,39 +23,66 @@ bool HasMarkedLine(const std::string &text) {
   return text.starts_with('~') || text.find("\n~") != text.npos || text.find("\r~") != text.npos;
 }
 
-void CheckLanguage(const Language &language, const Product &product, Findings &findings) {
-  const auto text = [&](size_t number) {
-    return number < language.texts.size() ? language.texts[number] : std::string();
-  };
-  const auto describe = [&](size_t number) {
-    return "text " + std::to_string(number) +
-           (number < kTexts.size() ? " (" + std::string(kTexts[number].name) + ")" : std::string()) + " of '" +
-           language.name + "' ";
-  };
-  const auto place = [&](size_t number) {
-    const Place said = product.PlaceOf("texts." + language.name + "." + std::to_string(number));
-    return said.line ? said : language.place;
-  };
-  if (IsBlank(language.name))
-    findings.Error(language.place, "a language needs a name");
-  for (size_t number = 0; number < kTexts.size(); ++number)
-    if (const std::string fault = FormatFault(text(number), kTexts[number].form); !fault.empty())
-      findings.Error(place(number), describe(number) + "is wrong: " + fault);
-  if (!IsBlank(text(kCorrupt)) && text(kCorrupt).find("%d") == std::string::npos)
-    findings.Warn(place(kCorrupt), describe(kCorrupt) + "doesn't show the damage code: %d is missing");
-  for (int number : kSavedTexts)
-    if (HasMarkedLine(WithProductName(text(static_cast<size_t>(number)), product.name)))
-      findings.Error(place(static_cast<size_t>(number)),
-                     describe(static_cast<size_t>(number)) +
-                         "has a line that begins with '~', which ends the text in the uninstaller's record");
-  const uint64_t shortcuts = IF_UNINSTALL_START_MENU | IF_UNINSTALL_DESKTOP | IF_UNINSTALL_IN_FOLDER;
-  const std::string title = WithProductName(text(kUninstallerTitle), product.name);
-  if (product.Has(IF_UNINSTALL) && product.Has(shortcuts) && (IsBlank(title) || HoldsIllegalCharacter(title)))
-    findings.Error(place(kUninstallerTitle), describe(kUninstallerTitle) + "can't be the name of a shortcut, and the "
-                                                                           "uninstaller is to have one");
-  if (product.Has(IF_NOTICE) && IsBlank(text(kNotice)))
-    findings.Warn(place(kNotice), describe(kNotice) + "is blank, so no notice is shown");
-}
+class LanguageChecker {
+public:
+  LanguageChecker(const Language &language, const Product &product, Findings &findings)
+      : language_(language), product_(product), findings_(findings) {}
+
+  void Check() {
+    if (IsBlank(language_.name))
+      findings_.Error(language_.place, "a language needs a name");
+    for (size_t number = 0; number < kTexts.size(); ++number)
+      if (const std::string fault = FormatFault(Text(number), kTexts[number].form); !fault.empty())
+        Error(number, "is wrong: " + fault);
+    for (int number : kSavedTexts)
+      CheckSaved(static_cast<size_t>(number));
+    CheckUninstallerTitle();
+    if (!IsBlank(Text(kCorrupt)) && Text(kCorrupt).find("%d") == std::string::npos)
+      Warn(kCorrupt, "doesn't show the damage code: %d is missing");
+    if (product_.Has(IF_NOTICE) && IsBlank(Text(kNotice)))
+      Warn(kNotice, "is blank, so no notice is shown");
+  }
+
+private:
+  std::string Text(size_t number) const {
+    return number < language_.texts.size() ? language_.texts[number] : std::string();
+  }
+
+  void Error(size_t number, const std::string &message) {
+    findings_.Error(PlaceOf(number), Describe(number) + message);
+  }
+  void Warn(size_t number, const std::string &message) { findings_.Warn(PlaceOf(number), Describe(number) + message); }
+
+  std::string Describe(size_t number) const {
+    return "text " + std::to_string(number) + " (" + kTexts[number].name + ") of '" + language_.name + "' ";
+  }
+
+  Place PlaceOf(size_t number) const {
+    const Place said = product_.PlaceOf("texts." + language_.name + "." + std::to_string(number));
+    return said.line ? said : language_.place;
+  }
+
+  void CheckSaved(size_t number) {
+    const std::string text = WithProductName(Text(number), product_.name);
+    if (HasMarkedLine(text))
+      Error(number, "has a line that begins with '~', which ends the text in the uninstaller's record");
+    if (ContainsNoCase(text, "[Associations]"))
+      Error(number, "holds \"[Associations]\", which ends the texts in the uninstaller's record");
+  }
+
+  void CheckUninstallerTitle() {
+    const uint64_t shortcuts = IF_UNINSTALL_START_MENU | IF_UNINSTALL_DESKTOP | IF_UNINSTALL_IN_FOLDER;
+    if (!product_.Has(IF_UNINSTALL) || !product_.Has(shortcuts))
+      return;
+    const std::string title = WithProductName(Text(kUninstallerTitle), product_.name);
+    if (IsBlank(title) || HoldsIllegalCharacter(title) || HoldsRecordMarker(title))
+      Error(kUninstallerTitle, "can't be the name of a shortcut, and the uninstaller is to have one");
+  }
+
+  const Language &language_;
+  const Product &product_;
+  Findings &findings_;
+};
 
 } // namespace
 
@@ -64,7 +91,7 @@ void CheckTexts(const Product &product, Findings &findings) {
     findings.Error({}, "an installer has from 1 to 100 languages");
   std::set<std::string> names;
   for (const Language &language : product.languages) {
-    CheckLanguage(language, product, findings);
+    LanguageChecker(language, product, findings).Check();
     if (language.texts.size() > kMaxTexts)
       findings.Error(language.place, "an installer has no more than 10,000 texts");
     if (!names.insert(language.name).second)

@@ -5,7 +5,9 @@
 
 namespace korb::packer {
 
-bool IsBlank(std::string_view text) { return text.find_first_not_of(" \r\n\t") == text.npos; }
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(" \r\n\t") == text.npos;
+}
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
@@ -29,11 +31,11 @@ bool HoldsIllegalCharacter(std::string_view name) {
   });
 }
 
-bool HoldsHugeNumber(std::string_view text) {
+bool HoldsHugeNumber(std::string_view text, int64_t most) {
   int64_t number = 0;
   for (char c : text) {
     number = c >= '0' && c <= '9' ? number * 10 + (c - '0') : 0;
-    if (number > INT32_MAX)
+    if (number > most)
       return true;
   }
   return false;

@@ -1,6 +1,7 @@
 // Questions about texts that the checks of a product share.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -21,8 +22,8 @@ bool HoldsRecordMarker(std::string_view text);
 /// Characters that Windows has in no file name, and control characters.
 bool HoldsIllegalCharacter(std::string_view name);
 
-/// Whether one of the runs of digits in `text` is above 2,147,483,647.
-bool HoldsHugeNumber(std::string_view text);
+/// Whether one of the runs of digits in `text` is above `most`.
+bool HoldsHugeNumber(std::string_view text, int64_t most = INT32_MAX);
 
 /// Whether the calendar has that day. `month` 0 is no day.
 bool IsCalendarDay(int32_t year, int32_t month, int32_t day);

@@ -123,7 +123,7 @@ std::string FormatFault(std::string_view text, std::string_view form) {
   size_t used = 0;
   for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
     const size_t begin = i++;
-    i = std::min(text.find_first_not_of("-+ #0123456789.hlI", i), text.size());
+    i = std::min(text.find_first_not_of("-+ #0123456789.hlIL", i), text.size());
     if (i < text.size() && text[i] == '%' && i == begin + 1)
       continue;
     const std::string conversion(text.substr(begin, i - begin + 1));

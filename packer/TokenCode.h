@@ -40,12 +40,20 @@ constexpr uint32_t NumberBits(NumberCode code, uint32_t value) {
 }
 
 /// Bits of a literal run's head, without its bytes.
-constexpr uint32_t LiteralHeadBits(uint32_t count) { return 1 + NumberBits(kLiteralCode, count - 1); }
+constexpr uint32_t LiteralHeadBits(uint32_t count) {
+  return 1 + NumberBits(kLiteralCode, count - 1);
+}
 
-constexpr uint32_t DistanceBits(uint32_t distance) { return NumberBits(kDistanceCode, distance - kMinDistance); }
+constexpr uint32_t DistanceBits(uint32_t distance) {
+  return NumberBits(kDistanceCode, distance - kMinDistance);
+}
 
-constexpr uint32_t LengthBits(uint32_t length) { return NumberBits(kLengthCode, length - kMinMatch); }
+constexpr uint32_t LengthBits(uint32_t length) {
+  return NumberBits(kLengthCode, length - kMinMatch);
+}
 
-constexpr uint32_t FillBits(uint32_t count) { return 2 + 8 + NumberBits(kFillCode, count - kMinFill); }
+constexpr uint32_t FillBits(uint32_t count) {
+  return 2 + 8 + NumberBits(kFillCode, count - kMinFill);
+}
 
 } // namespace korb::packer

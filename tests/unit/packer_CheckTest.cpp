@@ -48,12 +48,15 @@ TEST_CASE("names and options that an installer can't work with are refused, idle
   CheckRows({
       {"", [](auto &) {}},
       {"error: 'product.name' is missing", [](auto &p) { p.name = " "; }},
-      {"error: 'product.name' must hold neither quotes nor line ends", [](auto &p) { p.name = "a\"b"; }},
+      {"error: 'product.name' must hold neither quotes nor line ends",
+       [](auto &p) { p.name = "a\"b", p.install_dir = "x"; }},
       {"error: 'product.name' can't hold <product>, which stands for the name itself",
-       [](auto &p) { p.name = "<PRODUCT>"; }},
+       [](auto &p) { p.name = "<PRODUCT>", p.install_dir = "x"; }},
       {"error: 'product.name' holds a backslash: give an 'uninstall.name' that can be the name of a registry key",
        [](auto &p) { p.name = "a\\b", p.languages[0].texts[33] = "x"; }},
       {"", [](auto &p) { p.name = "a\\b", p.uninstall_name = "ab"; }},
+      {"warning: 'product.name' can't be the name of a directory: give an 'install.directory'",
+       [](auto &p) { p.name = "a: b"; }},
       {"error: 'uninstall.name' must hold neither quotes nor backslashes: it is the name of a registry key",
        [](auto &p) { p.uninstall_name = "a\"b"; }},
       {"error: 'product.version' holds a number that doesn't fit into 32 bits",
@@ -97,6 +100,10 @@ TEST_CASE("texts are held to the use that the program makes of them") {
       {"error: text 34 (uninstalled) of 'English' has a line that begins with '~', which ends the text in the "
        "uninstaller's record",
        [](auto &p) { p.name = "~x", p.languages[0].texts[20] = "x", p.languages[0].texts[34] = "a\n<PRODUCT>"; }},
+      {"error: text 71 (uninstall_label) of 'English' holds \"[Associations]\", which ends the texts in the "
+       "uninstaller's "
+       "record",
+       [](auto &p) { p.languages[0].texts[71] = "x[ASSOCIATIONS]"; }},
       {"error: text 33 (uninstaller_title) of 'English' can't be the name of a shortcut, and the uninstaller is to "
        "have "
        "one",
@@ -213,7 +220,7 @@ TEST_CASE("lists are refused where the installer would call them damaged or the 
        }},
       {"error: uninstall value 'n': the number doesn't fit into 32 bits",
        [](auto &p) {
-         p.uninstall_values = {{"n", kUninstallNumber, "9999999999", {}}};
+         p.uninstall_values = {{"n", kUninstallNumber, "4294967296", {}}};
        }},
   });
 }

@@ -152,6 +152,18 @@ TEST_CASE("a stub that can't carry an archive is refused with the reason") {
     test::Put(stub, row.at, row.bytes);
     CHECK_THROWS_WITH_AS(packer::StubImage{stub}, row.reason, packer::PackError);
   }
+  std::mt19937 generator(5);
+  for (int i = 0; i < 3000; ++i) { // whatever the headers say, nothing outside the file is read
+    Bytes stub = test::TestStub();
+    for (int change = 0; change < 4; ++change)
+      stub[generator() % (kSectionEntry + 40)] = static_cast<uint8_t>(generator());
+    try {
+      const packer::StubImage image(stub);
+      image.FindIconImage(2216);
+      CHECK(image.WithSection(5, 0x1000).size() == image.SectionFilePos());
+    } catch (const packer::PackError &) {
+    }
+  }
   for (size_t size = 0; size < kArchivePos; size += 7) {
     Bytes stub = test::TestStub();
     stub.resize(size);

@@ -27,7 +27,9 @@ public:
   }
 };
 
-std::string TextOf(const packer::Bytes &bytes) { return std::string(bytes.begin(), bytes.end()); }
+std::string TextOf(const packer::Bytes &bytes) {
+  return std::string(bytes.begin(), bytes.end());
+}
 
 std::string NamesOf(const Product &product) {
   std::string names;
@@ -193,6 +195,22 @@ target = 'sub\'
   CHECK(file.flags == (FF_SHORTCUTS | FF_PLACE_NEW | FF_KEEP | FF_UNINSTALL_DIR));
   CHECK(file.attributes == 3);
   CHECK((file.date.year == 1999 && file.date.month == 12 && file.date.hour == 23 && file.date.second == 58));
+}
+
+TEST_CASE("pictures are taken in the one form that the installer can use") {
+  const ManifestFolder folder;
+  const std::string image(kStubPatchSize, 'I');
+  const std::string icons = std::string("\0\0\1\0\2\0", 6) + std::string(8, '\0') +
+                            std::string("\xE8\2\0\0\x26\0\0\0", 8) + std::string(8, '\0') +
+                            std::string("\xA8\x08\0\0\x26\0\0\0", 8) + image;
+  folder.Write("good.ico", icons);
+  folder.Write("cut.ico", icons.substr(0, icons.size() - 1));
+  CHECK(TextOf(folder.Read("[uninstall]\nicon = 'good.ico'").product.stub_patch) == image);
+  CHECK(folder.Read("[uninstall]\nicon = 'cut.ico'").report.find("m:2:8: error: 'cut.ico' holds no icon") == 0);
+  for (size_t size = 0; size < Bitmap().size(); ++size) {
+    folder.Write("cut.bmp", Bitmap().substr(0, size));
+    CHECK(folder.Read("[appearance]\nbackground = 'cut.bmp'").product.background.empty());
+  }
 }
 
 TEST_CASE("every option has its bit, and no two share one") {
