@@ -4,8 +4,6 @@ namespace korb {
 
 uint64_t InstallFlags = 0;
 String ProductName;
-String InstallDir;
-String CommonDir;
 String Version;
 String UninstallSubdir;
 uint32_t TitleColor = 0;

@@ -8,6 +8,7 @@
 
 #include "archive/Format.h"
 #include "core/Array.h"
+#include "core/RunPaths.h"
 #include "core/String.h"
 
 namespace korb {
@@ -23,10 +24,6 @@ inline bool HasInstallFlag(uint64_t flags) {
 
 /// The product as the user knows it. Filled by /n:, else by the configuration stream.
 extern String ProductName;
-/// Where the product goes. Filled by /d:; the run sequence settles it in its directory phase.
-extern String InstallDir;
-/// Directory for files that products share; empty without IF_UNINSTALL. Filled by the configuration stream.
-extern String CommonDir;
 /// Dotted product version, may be empty. Filled by the configuration stream.
 extern String Version;
 /// Directory of the uninstaller, relative to InstallDir, may be empty. Filled by the configuration stream.

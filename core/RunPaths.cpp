@@ -1,0 +1,8 @@
+#include "core/RunPaths.h"
+
+namespace korb {
+
+String InstallDir;
+String CommonDir;
+
+} // namespace korb

@@ -1,0 +1,52 @@
+// Deleting keys with all that is below them.
+
+#include "core/Windows.h"
+#include "registry/RegistryKey.h"
+
+namespace korb {
+
+int32_t RegistryKey::DeleteChild(const char *subkey, uint32_t options) {
+  if (!current_key_ || !subkey || !*subkey)
+    return DELETE_NO_KEY;
+  if ((options & RK_ONLY_IF_EMPTY) && !IsChildEmpty(subkey))
+    return DELETE_NOT_EMPTY;
+  // Only some systems delete a key together with its children.
+  if (OpenChild(subkey, RK_OPEN_ONLY) == KEY_NOT_OPENED) {
+    ReportFailure(options);
+  } else {
+    Vector<String> children;
+    EnumerateSubKeys(children);
+    for (int32_t i = 0; i < children.count; ++i)
+      DeleteChild(children.at(i).c_str(), options);
+    Close();
+  }
+  if (RegDeleteKeyA(static_cast<HKEY>(current_key_), subkey) == ERROR_SUCCESS)
+    return DELETE_DONE;
+  ReportFailure(options);
+  return DELETE_REFUSED;
+}
+
+int32_t RegistryKey::DeleteKey(RegistryHandle root, const char *path, uint32_t options) {
+  String parent, child;
+  if (!SplitRegistryPath(path, parent, child))
+    return DELETE_NO_KEY;
+  return DeleteKeyIn(root, parent.c_str(), child.c_str(), options);
+}
+
+int32_t RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, const char *child, uint32_t options) {
+  if (Open(root, parent, RK_OPEN_ONLY) == KEY_NOT_OPENED)
+    return DELETE_NO_KEY;
+  const int32_t status = DeleteChild(child, options);
+  Close();
+  return status;
+}
+
+int32_t RegistryKey::DeleteSoftwareKey(const char *path, bool current_user, uint32_t options) {
+  return DeleteKey(SoftwareRoot(current_user), SoftwarePath(path).c_str(), options);
+}
+
+int32_t RegistryKey::DeleteSoftwareChild(const char *parent, const char *child, bool current_user, uint32_t options) {
+  return DeleteKeyIn(SoftwareRoot(current_user), SoftwarePath(parent).c_str(), child, options);
+}
+
+} // namespace korb

@@ -1,0 +1,122 @@
+// The system's registry: a stack of open keys, with reads, writes and deletions below them.
+#pragma once
+
+#include <cstdint>
+
+#include "core/Stack.h"
+#include "core/String.h"
+#include "core/Value.h"
+#include "core/Vector.h"
+
+namespace korb {
+
+// Options, one word for all operations.
+inline constexpr uint32_t RK_REQUIRED = 0x2;       ///< a missing value ends the process with a report
+inline constexpr uint32_t RK_DELETE_EMPTY = 0x8;   ///< an empty text, or 0, deletes the value instead
+inline constexpr uint32_t RK_REPORT = 0x10;        ///< a failure shows a box
+inline constexpr uint32_t RK_ONLY_IF_EMPTY = 0x20; ///< delete a key only when it has no subkeys and no values
+inline constexpr uint32_t RK_OPEN_ONLY = 0x40;     ///< never create the key
+inline constexpr uint32_t RK_BINARY = 0x80;        ///< write bytes
+inline constexpr uint32_t RK_EXPAND = 0x100;       ///< write a text with environment variables; RK_BINARY wins
+
+/// A root or an open key; the system's own handle.
+using RegistryHandle = void *;
+
+/// The predefined roots.
+enum class RegistryRoot : uint32_t {
+  ClassesRoot = 0x80000000,
+  CurrentUser = 0x80000001,
+  LocalMachine = 0x80000002,
+  Users = 0x80000003,
+  CurrentConfig = 0x80000005,
+};
+
+inline RegistryHandle HandleOf(RegistryRoot root) {
+  return reinterpret_cast<RegistryHandle>(static_cast<uintptr_t>(root));
+}
+
+/// What a deletion comes to.
+enum DeleteStatus : int32_t {
+  DELETE_DONE = 1,
+  DELETE_NO_KEY = 2, ///< no such key, no name, or nothing open
+  DELETE_REFUSED = 3,
+  DELETE_NOT_EMPTY = 4, ///< with RK_ONLY_IF_EMPTY
+};
+
+/// What an open comes to.
+enum KeyOpened : int32_t {
+  KEY_NOT_OPENED = 0,
+  KEY_OPENED = 1,
+  KEY_CREATED = 2,
+};
+
+/// Keys are opened with full access, for reading too. Each successful open needs a Close; the destructor closes the rest.
+class RegistryKey {
+public:
+  RegistryKey() = default;
+  ~RegistryKey() { CloseAll(); }
+  RegistryKey(const RegistryKey &) = delete;
+  RegistryKey &operator=(const RegistryKey &) = delete;
+
+  /// Opens or creates `subkey` and makes it the current key; on failure the current one stays. A KeyOpened.
+  int32_t Open(RegistryHandle root, const char *subkey, uint32_t options);
+  /// The same below "Software\" of the machine, or of the current user.
+  int32_t OpenSoftware(const char *path, bool current_user, uint32_t options);
+  int32_t OpenChild(const char *subkey, uint32_t options);
+  /// Goes back to the key that was current before.
+  void Close();
+  void CloseAll();
+
+  static bool KeyExists(RegistryHandle root, const char *subkey);
+  static bool SoftwareKeyExists(const char *path, bool current_user);
+  bool ValueExists(const char *name) const;
+  /// -1 when no key is open.
+  int32_t SubKeyCount() const;
+  /// No subkeys and no values; false when no key is open.
+  bool IsEmpty() const;
+  bool IsChildEmpty(const char *subkey);
+  /// Appends the names and gives how many.
+  int32_t EnumerateSubKeys(Vector<String> &names) const;
+
+  /// False, and `value` as it was, when there is no such value. One of a kind that has no meaning here is none.
+  bool ReadValue(const char *name, Value &value, uint32_t options) const;
+  // A value of another kind is converted; a missing one gives the default.
+  void ReadString(String &text, const char *name, const char *fallback, uint32_t options) const;
+  int32_t ReadNumber(const char *name, int32_t fallback, uint32_t options) const;
+  bool ReadBoolean(const char *name, bool fallback, uint32_t options) const;
+  /// One value of a key that is opened for it, and created unless RK_OPEN_ONLY is set. False when it can't be opened.
+  bool ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options);
+  /// The same with key and value name in one path.
+  void ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback, uint32_t options);
+
+  bool WriteString(const char *name, const String &text, uint32_t options);
+  bool WriteNumber(const char *name, int32_t number, uint32_t options);
+  bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value, 0); }
+  bool DeleteValue(const char *name);
+
+  // Deletions take the children along. Each gives a DeleteStatus.
+  int32_t DeleteChild(const char *subkey, uint32_t options);
+  int32_t DeleteKey(RegistryHandle root, const char *path, uint32_t options);
+  /// An empty `parent` is the root itself.
+  int32_t DeleteKeyIn(RegistryHandle root, const char *parent, const char *child, uint32_t options);
+  int32_t DeleteSoftwareKey(const char *path, bool current_user, uint32_t options);
+  int32_t DeleteSoftwareChild(const char *parent, const char *child, bool current_user, uint32_t options);
+
+private:
+  static void ReportFailure(uint32_t options);
+  [[noreturn]] void RequiredValueMissing(const char *name) const;
+  bool Counts(uint32_t &subkeys, uint32_t &values) const;
+
+  RegistryHandle current_key_ = nullptr;
+  String current_path_; ///< of the open key, for messages: parts run together
+  Stack<RegistryHandle> key_stack_;
+  Stack<String> path_stack_;
+};
+
+/// "Software\" and `path`.
+String SoftwarePath(const char *path);
+RegistryHandle SoftwareRoot(bool current_user);
+/// Cuts a path at its last backslash, or behind a drive-like colon, into key and name. False when it has neither.
+bool SplitRegistryPath(const char *path, String &key, String &name);
+
+} // namespace korb

@@ -1,0 +1,117 @@
+// Reading and writing values.
+
+#include <cstring>
+
+#include "core/Windows.h"
+#include "registry/RegistryKey.h"
+
+namespace korb {
+
+namespace {
+
+HKEY Key(RegistryHandle handle) {
+  return static_cast<HKEY>(handle);
+}
+
+bool IsText(DWORD type) {
+  return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_BINARY || type == REG_MULTI_SZ;
+}
+
+} // namespace
+
+bool RegistryKey::ValueExists(const char *name) const {
+  return current_key_ && RegQueryValueExA(Key(current_key_), name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+}
+
+bool RegistryKey::ReadValue(const char *name, Value &value, uint32_t options) const {
+  if (!current_key_)
+    return false;
+  char small[32];
+  DWORD type;
+  DWORD size = sizeof small;
+  const LONG error = RegQueryValueExA(Key(current_key_), name, nullptr, &type, reinterpret_cast<BYTE *>(small), &size);
+  if (error == ERROR_SUCCESS) {
+    if (type == REG_DWORD && size == 4) {
+      int32_t number;
+      memcpy(&number, small, sizeof number);
+      value = Value(int64_t{number});
+    } else if (IsText(type)) {
+      value = Value(String(small, static_cast<int32_t>(type == REG_SZ && size > 0 ? size - 1 : size)));
+    } else {
+      return false;
+    }
+    return true;
+  }
+  if (error == ERROR_MORE_DATA) {
+    if (!IsText(type))
+      return false;
+    String text;
+    // The terminator that these two end in goes; the query fills it in all the same.
+    const bool terminated = type == REG_SZ || type == REG_MULTI_SZ;
+    text.set_length(static_cast<int32_t>(size));
+    if (RegQueryValueExA(Key(current_key_), name, nullptr, &type, reinterpret_cast<BYTE *>(text.data()), &size) !=
+        ERROR_SUCCESS)
+      return false;
+    text.remove_last(terminated ? 1 : 0);
+    value = Value(text);
+    return true;
+  }
+  if ((error == ERROR_FILE_NOT_FOUND || error == ERROR_BADKEY) && (options & RK_REQUIRED))
+    RequiredValueMissing(name);
+  return false;
+}
+
+void RegistryKey::ReadString(String &text, const char *name, const char *fallback, uint32_t options) const {
+  Value value;
+  text = ReadValue(name, value, options) ? value.to_string() : String(fallback);
+}
+
+int32_t RegistryKey::ReadNumber(const char *name, int32_t fallback, uint32_t options) const {
+  Value value;
+  return ReadValue(name, value, options) ? value.to_int() : fallback;
+}
+
+bool RegistryKey::ReadBoolean(const char *name, bool fallback, uint32_t options) const {
+  Value value;
+  return ReadValue(name, value, options) ? value.to_boolean() : fallback;
+}
+
+bool RegistryKey::ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options) {
+  if (Open(root, key, options & RK_OPEN_ONLY) == KEY_NOT_OPENED)
+    return false;
+  ReadString(text, name, "", 0);
+  Close();
+  return true;
+}
+
+void RegistryKey::ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback,
+                               uint32_t options) {
+  String key, name;
+  if (!SplitRegistryPath(path, key, name) || !ReadStringIn(root, key.c_str(), name.c_str(), text, options))
+    text = fallback;
+}
+
+bool RegistryKey::WriteString(const char *name, const String &text, uint32_t options) {
+  if (!current_key_)
+    return false;
+  if ((options & RK_DELETE_EMPTY) && text.is_empty())
+    return DeleteValue(name);
+  const DWORD type = options & RK_BINARY ? REG_BINARY : (options & RK_EXPAND ? REG_EXPAND_SZ : REG_SZ);
+  return RegSetValueExA(Key(current_key_), name, 0, type, reinterpret_cast<const BYTE *>(text.c_str()),
+                        static_cast<DWORD>(text.length())) == ERROR_SUCCESS;
+}
+
+bool RegistryKey::WriteNumber(const char *name, int32_t number, uint32_t options) {
+  if (!current_key_)
+    return false;
+  if ((options & RK_DELETE_EMPTY) && number == 0)
+    return DeleteValue(name);
+  return RegSetValueExA(Key(current_key_), name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), sizeof number) ==
+         ERROR_SUCCESS;
+}
+
+bool RegistryKey::DeleteValue(const char *name) {
+  return current_key_ && RegDeleteValueA(Key(current_key_), name) == ERROR_SUCCESS;
+}
+
+} // namespace korb

@@ -1,0 +1,55 @@
+// What the rules of this folder ask of the machine.
+
+#include "core/Windows.h"
+#include "files/ProgramPaths.h"
+#include "registry/RegistryKey.h"
+#include "system/OsIdentity.h"
+#include "system/SystemFolders.h"
+
+namespace korb {
+
+namespace {
+
+String Setting(RegistryRoot root, const char *path) {
+  RegistryKey key;
+  String text;
+  // Creates a key that is missing, as this program has always left it.
+  key.ReadStringAt(text, HandleOf(root), path, "", 0);
+  return text;
+}
+
+} // namespace
+
+String MachineSetting(const char *path) {
+  return Setting(RegistryRoot::LocalMachine, path);
+}
+
+String UserSetting(const char *path) {
+  return Setting(RegistryRoot::CurrentUser, path);
+}
+
+String RawSystemDirectory() {
+  char path[MAX_PATH];
+  path[0] = '\0';
+  GetSystemDirectoryA(path, sizeof path);
+  return path;
+}
+
+String SystemRoot() {
+  String root("%SystemRoot%");
+  return ExpandEnvironment(root) ? root : String();
+}
+
+OsVersion RunningOs() {
+  OSVERSIONINFOA info = {};
+  info.dwOSVersionInfoSize = sizeof info;
+  GetVersionExA(&info);
+  OsVersion version;
+  version.platform = info.dwPlatformId;
+  version.major = info.dwMajorVersion;
+  version.minor = info.dwMinorVersion;
+  version.service_pack = info.szCSDVersion;
+  return version;
+}
+
+} // namespace korb
