@@ -1,0 +1,184 @@
+// What the configuration stream leaves in the fields and in the run's values, and what it does on the way.
+#include <doctest/doctest.h>
+
+#include "archive/RunValues.h"
+#include "core/RunMode.h"
+#include "tests/support/ArchiveRun.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+/// Reads the configuration of `product`; `product_name` is what /n: gave.
+struct ConfigRun : ArchiveRun {
+  explicit ConfigRun(const TestInstaller &installer, const char *product_name = "")
+      : ArchiveRun(installer.Build().executable) {
+    ProductName = product_name;
+    ReadConfiguration();
+  }
+};
+
+} // namespace
+
+TEST_CASE("every field of the configuration arrives in its place") {
+  ConfigRun run{TestInstaller()};
+  const InstallConfig &config = run.config;
+  CHECK(InstallFlags == (IF_UNINSTALL | IF_CUSTOM_COLORS | IF_MASTER_PRODUCT));
+  CHECK(config.min_phase_ms == 500);
+  CHECK(config.shortcut_mode == 1);
+  CHECK(config.uninstaller_date.month == 2);
+  CHECK(config.uninstaller_date.second == 6);
+  CHECK(config.expiry_date.julian == 2451544);
+  CHECK(config.expiry_date.weekday == 7);
+  const std::pair<const String *, const char *> texts[] = {
+      {&config.publisher, "Maker"},
+      {&ProductName, "Thing"},
+      {&CommonDir, "C:\\Common\\Shared"},
+      {&config.product_start_menu, "Group"},
+      {&config.default_install_dir, "C:\\Win\\Thing"},
+      {&Version, "1.2.3"},
+      {&config.product_registry, "REGKEY"},
+      {&config.license_pages.at(0), "Licence\n1"},
+      {&config.license_pages.at(1), "Licence 2"},
+      {&config.readme_pages.at(0), "Readme"},
+      {&UninstallSubdir, "Undo"},
+      {&config.volume_base_name, "DISK"},
+      {&config.uninstaller_name, "uninst.exe"},
+      {&config.uninstall_name, "ThingKey"},
+      {&config.master_product, "Master"},
+      {&config.desktop_group, "Desk"},
+      {&config.pre_install_batch, "pre"},
+      {&config.post_install_batch, "post"},
+      {&config.final_batch, "final"},
+      {&config.uninstall_batch1, "un1"},
+      {&config.uninstall_batch2, "un2"},
+      {&config.deletions.at(0).name, "old.dll"},
+      {&config.deletions.at(0).value, "123"},
+      {&config.associations.at(0).extension, ".thg"},
+      {&config.associations.at(0).file_class, "Thing.Doc"},
+      {&config.associations.at(0).description, "A thing"},
+      {&config.associations.at(0).verb, "open"},
+      {&config.associations.at(0).verb_label, "&Open"},
+      {&config.associations.at(0).command, "cmd"},
+      {&config.associations.at(0).language, "English"},
+      {&config.associations.at(0).icon, "icon"},
+      {&config.uninstall_data.at(0).name, "HelpLink"},
+      {&config.uninstall_data.at(0).value, "7"},
+      {&LanguageNames.at(0), "Deutsch"},
+      {&LanguageNames.at(1), "English"},
+      {&TextTable.at(0).at(0), "Titel"},
+      {&TextTable.at(0).at(1), "Title\r\nof <product>"}, // line ends are made whole in texts, not in pages
+      {&TextTable.at(1).at(0), "Zwei"},
+      {&TextTable.at(1).at(1), "Two"},
+  };
+  for (const auto &[field, expected] : texts) {
+    CAPTURE(expected);
+    CHECK(std::string(field->c_str()) == expected);
+  }
+  CHECK(TitleColor == 0x111111);
+  CHECK(TopColor == 0x222222);
+  CHECK(BottomColor == 0x333333);
+  CHECK_FALSE(MonoColor);
+  CHECK(TitleShadow == 3);
+  CHECK(config.excluded_platforms == 0x40);
+  CHECK(config.payload_in_file == 0);
+  CHECK(config.volume_serial == 1000);
+  CHECK(config.stub_patch_offset == 0x500);
+  CHECK(config.stub_patch.length() == kStubPatchSize);
+  CHECK(config.deletions.at(0).kind == kDeleteSizeFrom);
+  CHECK(config.deletions.at(0).options == kDeleteAtRestart);
+  CHECK(config.associations.at(0).flags == 1);
+  CHECK(config.uninstall_data.at(0).kind == kUninstallNumber);
+  CHECK(LanguageIndex == 1);
+  CHECK(run.host.calls == Calls{"window", "create C:\\Common\\Shared", "expand C:\\Win\\Thing", "bitmap BITS"});
+}
+
+TEST_CASE("a field that is empty takes its default from the others") {
+  struct Row {
+    const char *publisher, *common, *group, *directory, *key, *typed_name;
+    uint64_t flags;
+    const char *expected_common, *expected_group, *expected_directory, *expected_key;
+  };
+  const Row rows[] = {
+      {"Maker", "", "", "", "", "", IF_UNINSTALL, "C:\\Common\\Maker", "Maker\\Thing", "C:\\Programs\\Thing", "Thing"},
+      {"Maker", "", "", "", "", "", 0, "", "Maker\\Thing", "C:\\Programs\\Thing", "Thing"},
+      {"", "", "", "", " ", "", IF_UNINSTALL, "C:\\Common\\Thing", "Thing", "C:\\Programs\\Thing", "Thing"},
+      {"  ", "", "", "x", "", "", IF_UNINSTALL, "C:\\Common\\Thing", "  \\Thing", "C:\\Programs\\x", "Thing"},
+      {"", "", "", "", "", "Typed", IF_UNINSTALL, "C:\\Common\\Typed", "Typed", "C:\\Programs\\Typed", "Typed"},
+      {"M", "D:\\c", "g", "<Master>", "k", "", IF_UNINSTALL, "D:\\c", "g", "<Master>", "k"},
+      {"M", "c", "g", "<master>x", "k", "", 0, "", "g", "C:\\Programs\\<master>x", "k"},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(&row - rows);
+    TestInstaller installer;
+    packer::Product &product = installer.product;
+    product.flags = row.flags;
+    product.publisher = row.publisher;
+    product.common_dir = row.common;
+    product.start_menu = row.group;
+    product.install_dir = row.directory;
+    product.uninstall_name = row.key;
+    ConfigRun run(installer, row.typed_name);
+    CHECK(std::string(CommonDir) == row.expected_common);
+    CHECK(std::string(run.config.product_start_menu) == row.expected_group);
+    CHECK(std::string(run.config.default_install_dir) == row.expected_directory);
+    CHECK(std::string(run.config.uninstall_name) == row.expected_key);
+    CHECK(run.config.stub_patch.length() == (row.flags != 0 ? kStubPatchSize : 0));
+    CHECK(run.config.master_product.is_empty());
+  }
+}
+
+TEST_CASE("colours hold with their flag, and the title's with a bitmap too") {
+  struct Row {
+    bool colors, bitmap;
+    uint32_t bottom, title_then, top_then;
+    bool mono_then;
+  };
+  const Row rows[] = {{true, false, 0x333333, 0x111111, 0x222222, false},
+                      {true, false, 0x222222, 0x111111, 0x222222, true},
+                      {false, false, 0x333333, 1, 2, true},
+                      {false, true, 0x333333, 0x111111, 2, true}};
+  for (const Row &row : rows) {
+    CAPTURE(&row - rows);
+    TestInstaller installer;
+    installer.product.flags = row.colors ? IF_CUSTOM_COLORS : 0;
+    installer.product.bottom_color = row.bottom;
+    if (!row.bitmap)
+      installer.product.background.clear();
+    ConfigRun run(installer);
+    CHECK(TitleColor == row.title_then);
+    CHECK(TopColor == row.top_then);
+    CHECK(MonoColor == row.mono_then);
+    CHECK(TitleShadow == 3);
+  }
+}
+
+TEST_CASE("the last language called English starts selected") {
+  const std::pair<std::vector<std::string>, int32_t> rows[] = {
+      {{"a", "b"}, 0}, {{"a", "english"}, 0}, {{"English", "b", "English", "c"}, 2}, {{"a", "English "}, 0}};
+  for (const auto &[names, expected] : rows) {
+    TestInstaller installer;
+    installer.product.languages.clear();
+    for (const std::string &name : names)
+      installer.product.languages.push_back({name, {"x"}, {}});
+    ConfigRun run(installer);
+    CHECK(LanguageIndex == expected);
+  }
+}
+
+TEST_CASE("silence and the window follow the flags even of a configuration that fails its checksum") {
+  // Bytes that pack into literals, the flags and some bits without a name; the last bit of them is then flipped.
+  const std::string flags("\0\1\0\x20\0\3\5\7", 8);
+  TestInstaller installer;
+  installer.config = [&](Bytes &config) { config.assign(flags.begin(), flags.end()); };
+  installer.executable = [](Bytes &file) { file[kArchivePos + header::kSize + (64 + 7 + 63) / 8] ^= 0x40; };
+  installer.product.files.clear();
+  ArchiveRun run(installer.Build().executable);
+  CHECK(TrappedCode([&] { run.ReadConfiguration(); }) == 25);
+  CHECK(HasInstallFlag(IF_NO_WINDOW));
+  CHECK(AutomaticMode);
+  CHECK(run.host.calls.empty());
+}

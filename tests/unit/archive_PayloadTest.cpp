@@ -1,0 +1,196 @@
+// Gathering the payload in each of its layouts, and the user who changes disks.
+#include <doctest/doctest.h>
+
+#include "archive/RunValues.h"
+#include "tests/support/ArchiveRun.h"
+
+using namespace korb;
+using namespace korb::test;
+using packer::PayloadLayout;
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+std::string Text(const Bytes &bytes) {
+  return std::string(bytes.begin(), bytes.end());
+}
+
+void CheckRecords(const ArchiveRun &run) {
+  REQUIRE(run.records.size() == 2);
+  const PayloadRecord &one = run.records[0];
+  CHECK(std::string(one.name) == "dir\\one.txt");
+  CHECK(one.dest_kind == KindProgram);
+  CHECK(one.file_flags == FF_DESKTOP);
+  CHECK(one.attributes == 0x20);
+  CHECK(std::string(reinterpret_cast<const char *>(one.contents), static_cast<size_t>(one.size)) == "12345");
+  CHECK(one.date.year == 1999);
+  CHECK(one.date.second == 58);
+  CHECK(std::string(one.label) == "label");
+  CHECK(std::string(one.icon) == "icon");
+  CHECK(std::string(one.arguments) == "arguments");
+  CHECK(std::string(one.target) == "target");
+  const PayloadRecord &two = run.records[1];
+  CHECK(std::string(two.name) == "empty.txt");
+  CHECK(two.size == 0);
+  CHECK(std::string(two.icon).empty());
+  CHECK(std::string(two.target) == "target");
+  CHECK(run.cursor.left() == 0);
+}
+
+/// An installer whose payload is spread over volumes of `volume` bytes; 0: none.
+TestInstaller Spread(PayloadLayout layout, bool packed, int32_t first, int32_t volume) {
+  TestInstaller installer;
+  installer.product.payload.layout = layout;
+  if (packed)
+    installer.product.flags |= IF_PACKED_PAYLOAD;
+  if (volume != 0) {
+    installer.product.payload.first_part_size = first;
+    installer.product.payload.volume_size = volume;
+  }
+  return installer;
+}
+
+void GiveVolumes(ArchiveRun &run, const packer::Installer &installer) {
+  for (size_t i = 0; i < installer.volumes.size(); ++i)
+    run.user.files["A:\\dir\\DISK" + std::to_string(i + 2) + ".KRB"] = Text(installer.volumes[i]);
+}
+
+} // namespace
+
+TEST_CASE("the payload comes together from every layout") {
+  for (PayloadLayout layout : {PayloadLayout::kInSection, PayloadLayout::kInFile})
+    for (bool packed : {false, true})
+      for (auto [first, volume] : {std::pair{0, 0}, {0, 1 << 20}, {1, 5}, {40, 44}}) {
+        CAPTURE(static_cast<int>(layout));
+        CAPTURE(packed);
+        CAPTURE(volume);
+        TestInstaller installer = Spread(layout, packed, first, volume);
+        if (layout == PayloadLayout::kInFile && volume == 0)
+          installer.tail = {'s', 'i', 'g', 'n', 'e', 'd'};
+        const packer::Installer built = installer.Build();
+        ArchiveRun run(built.executable);
+        GiveVolumes(run, built);
+        run.Run();
+        CheckRecords(run);
+        const bool in_image = layout == PayloadLayout::kInSection && volume == 0;
+        CHECK(run.payload_buffer.is_empty() == in_image); // nothing is copied that lies in the image
+        CHECK(std::count(run.user.calls.begin(), run.user.calls.end(), "close") ==
+              static_cast<ptrdiff_t>(built.volumes.size()));
+      }
+}
+
+TEST_CASE("progress is shown and each stage is waited for") {
+  const packer::Installer built = Spread(PayloadLayout::kInSection, true, 50, 84).Build();
+  const size_t size = built.payload_size;
+  REQUIRE(built.volumes.size() >= 1);
+  ArchiveRun run(built.executable);
+  GiveVolumes(run, built);
+  run.Run();
+  Calls expected;
+  for (size_t i = 0; i < built.volumes.size(); ++i) {
+    expected.push_back("progress " + std::to_string(5 + (50 + i * 80) * 30 / size));
+    expected.push_back("open A:\\dir\\DISK" + std::to_string(i + 2) + ".KRB");
+    expected.push_back("close");
+  }
+  for (const char *call : {"wait 500", "step 62 36", "wait 500", "step 29 40", "wait 500"})
+    expected.push_back(call);
+  CHECK(run.user.calls == expected);
+}
+
+TEST_CASE("a volume is asked for until the right one is there") {
+  const packer::Installer built = Spread(PayloadLayout::kInSection, false, 40, 1 << 20).Build();
+  REQUIRE(built.volumes.size() == 1);
+  const std::string path = "A:\\dir\\DISK2.KRB", right = Text(built.volumes[0]);
+  ArchiveRun run(built.executable);
+  int asked = 0;
+  run.user.answer = [&] {
+    switch (++asked) {
+    case 1: // still nothing
+      return true;
+    case 2:
+      run.user.files[path] = Raw(1000); // the right serial, and no payload
+      return true;
+    case 3:
+      run.user.files[path] = Raw(1001) + right.substr(4);
+      return false; // declined, and then not cancelled: the disk is tried all the same
+    default:
+      run.user.files[path] = right;
+      return true;
+    }
+  };
+  run.Run();
+  CheckRecords(run);
+  const std::string open = "open " + path, again = "ask wrong disk\r\n\r\ninsert 2 in A:";
+  const Calls prompts(run.user.calls.begin() + 1, run.user.calls.begin() + 15);
+  CHECK(prompts == Calls{open, "ask insert 2 in A:", open, again, open, "close", again, "cancel?", open, "close", again,
+                         open, "close", "wait 500"});
+}
+
+TEST_CASE("a volume that can't be read, and one that brings too much, are damage") {
+  const packer::Installer built = Spread(PayloadLayout::kInSection, false, 40, 1 << 20).Build();
+  for (const auto &[code, extra, unreadable] : {std::tuple{50, "", true}, {0, "", false}, {0, "more", false}}) {
+    ArchiveRun run(built.executable);
+    run.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]) + extra;
+    run.user.unreadable = unreadable;
+    CHECK(TrappedCode([&] { run.Run(); }) == code);
+  }
+  ArchiveRun short_volume(built.executable);
+  short_volume.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]).substr(0, 10);
+  CHECK_THROWS_AS(short_volume.Run(), std::runtime_error); // asks for volume 3
+}
+
+TEST_CASE("a payload that the executable can't give ends the run with error 2") {
+  for (PayloadLayout layout : {PayloadLayout::kInSection, PayloadLayout::kInFile}) {
+    TestInstaller installer = Spread(layout, false, 0, 0);
+    if (layout == PayloadLayout::kInSection)
+      installer.executable = [](Bytes &file) { Put(file, kArchivePos + header::kArchiveLengthAt, Raw(36)); };
+    ArchiveRun run(installer.Build().executable);
+    run.ReadConfiguration();
+    if (layout == PayloadLayout::kInFile)
+      run.file.unreadable_from = run.file.Size() - 1;
+    CHECK(Trapped([&] {
+            AssemblePayload(run.file, run.location, run.header, run.config, "", run.user, run.payload_buffer, run.cursor);
+          }) == "Error code 2: failed to read archive data");
+  }
+}
+
+TEST_CASE("the uninstaller is the stub again, but for sizes and patch") {
+  const Bytes stub = TestStub();
+  for (bool patched : {false, true}) {
+    TestInstaller installer;
+    installer.tail = {'T', 'A', 'I', 'L'};
+    installer.product.flags |= IF_VERIFY_STUB;
+    installer.product.stub_patch_offset = patched ? 0x500 : static_cast<int32_t>(kArchivePos) + 4 - kStubPatchSize + 1;
+    ArchiveRun run(installer.Build().executable);
+    run.Run();
+    Bytes expected = stub;
+    expected.insert(expected.end(), installer.tail.begin(), installer.tail.end());
+    if (patched) // one byte further and it doesn't fit, and is left out without a word
+      Put(expected, 0x500, std::string(kStubPatchSize, 'P'));
+    CHECK(std::string(run.uninstaller.c_str(), static_cast<size_t>(run.uninstaller.length())) == Text(expected));
+  }
+}
+
+TEST_CASE("sections behind the archive's move up in the uninstaller's table") {
+  TestInstaller installer;
+  installer.executable = [](Bytes &file) {
+    // The archive's entry changes places with the one in front of it.
+    for (size_t i = 0; i < 40; ++i)
+      std::swap(file[kSectionEntry + i], file[kSectionEntry - 40 + i]);
+    Put(file, kSectionEntry + 40, std::string(40, '#'));
+  };
+  const Bytes file = installer.Build().executable;
+  ArchiveRun run(file);
+  run.Run();
+  const Bytes image(run.uninstaller.c_str(), run.uninstaller.c_str() + run.uninstaller.length());
+  const uint32_t raw = static_cast<uint32_t>(run.location.section_raw_size);
+  CHECK(run.location.section_index == 3);
+  CHECK(packer::GetU16(image, kPeOffset + pe::kSectionCountAt) == 4);
+  CHECK(packer::GetU32(image, kPeOffset + pe::kImageSizeAt) == 0x5000);
+  CHECK(packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt) == 0x800);
+  CHECK(image[kSectionEntry - 40 + 4] == '3');
+  CHECK(packer::GetU32(image, kSectionEntry - 40 + pe::kRawPointerAt) == 0x400 + 0x200 * 3 - raw);
+  CHECK(image[kSectionEntry] == '#'); // what stood behind the table comes along
+  CHECK(packer::GetU32(image, kSectionEntry + pe::kRawPointerAt) == 0x23232323);
+}
