@@ -5,8 +5,7 @@
 namespace korb {
 
 ArchiveCursor::ArchiveCursor(const void *base, int32_t length)
-    : base_(static_cast<const uint8_t *>(base)), length_(base != nullptr && length > 0 ? length : 0) {
-}
+    : base_(static_cast<const uint8_t *>(base)), length_(base != nullptr && length > 0 ? length : 0) {}
 
 const uint8_t *ArchiveCursor::CursorSkip(int32_t count) {
   const uint8_t *place = here();

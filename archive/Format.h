@@ -22,23 +22,23 @@ namespace korb {
 // ---- The PE fields that lead to the section, and that change when it is cut out ----------------------------------
 
 namespace pe {
-inline constexpr int32_t kHeaderOffsetAt = 0x3C;   ///< where the file keeps the place of its PE header; 2 bytes are read
-inline constexpr int32_t kMinHeaderOffset = 0x40;  ///< smallest accepted place of the PE header
+inline constexpr int32_t kHeaderOffsetAt = 0x3C;  ///< where the file keeps the place of its PE header; 2 bytes are read
+inline constexpr int32_t kMinHeaderOffset = 0x40; ///< smallest accepted place of the PE header
 inline constexpr int32_t kMaxHeaderOffset = 0x1000; ///< largest accepted one
-inline constexpr int32_t kMinSections = 4;         ///< fewer sections are taken for damage
+inline constexpr int32_t kMinSections = 4;          ///< fewer sections are taken for damage
 inline constexpr int32_t kMaxSections = 99;
 // From the PE header:
-inline constexpr int32_t kSectionCountAt = 0x06;         ///< u16 NumberOfSections
-inline constexpr int32_t kOptionalHeaderSizeAt = 0x14;   ///< u16 SizeOfOptionalHeader
-inline constexpr int32_t kOptionalHeaderAt = 0x18;       ///< the section table follows it
-inline constexpr int32_t kInitializedDataSizeAt = 0x20;  ///< u32 SizeOfInitializedData
-inline constexpr int32_t kImageSizeAt = 0x50;            ///< u32 SizeOfImage
+inline constexpr int32_t kSectionCountAt = 0x06;        ///< u16 NumberOfSections
+inline constexpr int32_t kOptionalHeaderSizeAt = 0x14;  ///< u16 SizeOfOptionalHeader
+inline constexpr int32_t kOptionalHeaderAt = 0x18;      ///< the section table follows it
+inline constexpr int32_t kInitializedDataSizeAt = 0x20; ///< u32 SizeOfInitializedData
+inline constexpr int32_t kImageSizeAt = 0x50;           ///< u32 SizeOfImage
 // A section table entry:
 inline constexpr int32_t kSectionEntrySize = 40;
 inline constexpr int32_t kSectionNameSize = 8;
-inline constexpr int32_t kVirtualAddressAt = 0x0C;   ///< u32 VirtualAddress
-inline constexpr int32_t kRawSizeAt = 0x10;          ///< u32 SizeOfRawData
-inline constexpr int32_t kRawPointerAt = 0x14;       ///< u32 PointerToRawData
+inline constexpr int32_t kVirtualAddressAt = 0x0C; ///< u32 VirtualAddress
+inline constexpr int32_t kRawSizeAt = 0x10;        ///< u32 SizeOfRawData
+inline constexpr int32_t kRawPointerAt = 0x14;     ///< u32 PointerToRawData
 } // namespace pe
 
 /// Name of the archive's section, compared with case. The remaining bytes of the 8 are 0.
@@ -101,15 +101,15 @@ inline constexpr int32_t kPackedHeaderSize = 8;
 
 inline constexpr uint32_t kConfigEndMagic = 0xD3E82B97;
 inline constexpr int32_t kMaxPhaseMs = 9999;
-inline constexpr int32_t kMaxPages = 20;            ///< of each kind
+inline constexpr int32_t kMaxPages = 20; ///< of each kind
 inline constexpr int32_t kMaxDeletions = 1001;
 inline constexpr int32_t kMaxAssociations = 10000;
 inline constexpr int32_t kMaxUninstallData = 10000;
-inline constexpr int32_t kMaxLanguages = 100;       ///< at least 1
-inline constexpr int32_t kMaxTexts = 10000;         ///< at least 1
-inline constexpr int32_t kStubPatchSize = 2216;     ///< bytes of field 38: an icon image of 32 by 32 in 256 colours
-inline constexpr int32_t kFileDateSize = 24;        ///< six i32: year, month, day, hour, minute, second; month 0: none
-inline constexpr int32_t kDateRecordSize = 20;      ///< five i32: Julian day, month, day, year, weekday; all 0: none
+inline constexpr int32_t kMaxLanguages = 100;   ///< at least 1
+inline constexpr int32_t kMaxTexts = 10000;     ///< at least 1
+inline constexpr int32_t kStubPatchSize = 2216; ///< bytes of field 38: an icon image of 32 by 32 in 256 colours
+inline constexpr int32_t kFileDateSize = 24;    ///< six i32: year, month, day, hour, minute, second; month 0: none
+inline constexpr int32_t kDateRecordSize = 20;  ///< five i32: Julian day, month, day, year, weekday; all 0: none
 /// The name that ends the FileDeletion records; no further field of a record follows it.
 inline constexpr char kDeletionsEnd[] = "~~THE END~~";
 /// The language that starts selected; compared with case.
@@ -122,10 +122,10 @@ inline constexpr uint8_t kShortcutsForAllUsers = 1;
 /// When an old file goes. Every other value means always.
 enum DeletionKind : int8_t {
   kDeleteAlways = 0,
-  kDeleteDateEqual = 1,  ///< value: a date, or a date and time
+  kDeleteDateEqual = 1, ///< value: a date, or a date and time
   kDeleteDateFrom = 2,
   kDeleteDateUpTo = 3,
-  kDeleteSizeEqual = 4,  ///< value: bytes
+  kDeleteSizeEqual = 4, ///< value: bytes
   kDeleteSizeFrom = 5,
   kDeleteSizeUpTo = 6,
 };
@@ -161,20 +161,20 @@ enum DestKind : uint32_t {
 };
 
 // FileFlags
-inline constexpr uint32_t FF_DESKTOP = 0x1;          ///< desktop shortcut (KindProgram)
-inline constexpr uint32_t FF_START_MENU = 0x2;       ///< start menu shortcut (KindProgram)
-inline constexpr uint32_t FF_SHORTCUTS = 0x3;        ///< either: the record has an Icon field
-inline constexpr uint32_t FF_CONDITION = 0xC;        ///< two-bit field: when the file is placed
+inline constexpr uint32_t FF_DESKTOP = 0x1;    ///< desktop shortcut (KindProgram)
+inline constexpr uint32_t FF_START_MENU = 0x2; ///< start menu shortcut (KindProgram)
+inline constexpr uint32_t FF_SHORTCUTS = 0x3;  ///< either: the record has an Icon field
+inline constexpr uint32_t FF_CONDITION = 0xC;  ///< two-bit field: when the file is placed
 inline constexpr uint32_t FF_PLACE_ALWAYS = 0x0;
 inline constexpr uint32_t FF_PLACE_NEVER = 0x4;
-inline constexpr uint32_t FF_PLACE_OVER = 0x8;       ///< only over an existing file
-inline constexpr uint32_t FF_PLACE_NEW = 0xC;        ///< only where no file exists
-inline constexpr uint32_t FF_KEEP = 0x20;            ///< left alone at uninstall
-inline constexpr uint32_t FF_UNINSTALL_DIR = 0x40;   ///< without a Target, goes to UninstallDir
+inline constexpr uint32_t FF_PLACE_OVER = 0x8;     ///< only over an existing file
+inline constexpr uint32_t FF_PLACE_NEW = 0xC;      ///< only where no file exists
+inline constexpr uint32_t FF_KEEP = 0x20;          ///< left alone at uninstall
+inline constexpr uint32_t FF_UNINSTALL_DIR = 0x40; ///< without a Target, goes to UninstallDir
 
 // ---- Volume files ----------------------------------------------------------------------------------------------------
 
-inline constexpr int32_t kVolumeHeaderSize = 4;   ///< i32 serial; the payload's bytes follow, at least one
+inline constexpr int32_t kVolumeHeaderSize = 4; ///< i32 serial; the payload's bytes follow, at least one
 inline constexpr int32_t kFirstVolumeNumber = 2;
 inline constexpr char kVolumeNameFormat[] = "%s%d.KRB"; ///< VolumeBaseName, volume number
 

@@ -24,22 +24,22 @@ struct FileDeletion {
 
 /// One verb of one file type.
 struct FileAssociation {
-  uint32_t flags = 0;  ///< kDefaultVerb
-  String extension;    ///< with or without its leading dot; an empty one is skipped at use
-  String file_class;   ///< registry class; empty takes the one that the extension has
-  String description;  ///< of the class
+  uint32_t flags = 0; ///< kDefaultVerb
+  String extension;   ///< with or without its leading dot; an empty one is skipped at use
+  String file_class;  ///< registry class; empty takes the one that the extension has
+  String description; ///< of the class
   String verb;
-  String verb_label;   ///< the verb in menus
+  String verb_label; ///< the verb in menus
   String command;
-  String language;     ///< the record applies under this language only; empty means all
+  String language; ///< the record applies under this language only; empty means all
   String icon;
 };
 
 /// A value that the product adds to its own Uninstall key.
 struct UninstallData {
   String name;
-  uint8_t kind = 0;    ///< UninstallDataKind
-  String value;        ///< path variables allowed
+  uint8_t kind = 0; ///< UninstallDataKind
+  String value;     ///< path variables allowed
 };
 
 template <>
@@ -51,26 +51,26 @@ inline constexpr const char *TypeName<UninstallData> = "UninstallData";
 
 /// The configuration's fields in their order.
 struct InstallConfig {
-  uint16_t min_phase_ms = 0;  ///< shortest time that a phase of the progress dialog stays readable, milliseconds
-  uint8_t shortcut_mode = 0;  ///< kShortcutsForAllUsers, else the current user
-  FileDate uninstaller_date{};  ///< given to the uninstaller file
+  uint16_t min_phase_ms = 0;   ///< shortest time that a phase of the progress dialog stays readable, milliseconds
+  uint8_t shortcut_mode = 0;   ///< kShortcutsForAllUsers, else the current user
+  FileDate uninstaller_date{}; ///< given to the uninstaller file
   String publisher;
   String product_start_menu;  ///< start menu group
   String default_install_dir; ///< absolute, or "<master>"
   String product_registry;    ///< key path that the product owns, may be empty
   Array<String> license_pages;
   Array<String> readme_pages;
-  String volume_base_name;    ///< never blank
-  String uninstaller_name;    ///< file name
-  String uninstall_name;      ///< key name under the system's Uninstall key; never blank unless ProductName is
-  String master_product;      ///< with IF_MASTER_PRODUCT
-  String desktop_group;       ///< folder on the desktop for shortcuts; empty means none
+  String volume_base_name; ///< never blank
+  String uninstaller_name; ///< file name
+  String uninstall_name;   ///< key name under the system's Uninstall key; never blank unless ProductName is
+  String master_product;   ///< with IF_MASTER_PRODUCT
+  String desktop_group;    ///< folder on the desktop for shortcuts; empty means none
   String pre_install_batch;
   String post_install_batch;
   String final_batch;
   String uninstall_batch1;
   String uninstall_batch2;
-  Date expiry_date;           ///< last day on which the installer runs, as stored: an invalid one means none
+  Date expiry_date;                ///< last day on which the installer runs, as stored: an invalid one means none
   uint32_t excluded_platforms = 0; ///< OsCode bits on which the archive does not run
   uint8_t payload_in_file = 0;     ///< not 0: the payload runs to the end of the file, else to the end of the archive
   uint32_t volume_serial = 0;      ///< serial of volume 2; each further one is one higher

@@ -81,7 +81,7 @@ private:
 /// can be looked at.
 struct ArchiveRun {
   explicit ArchiveRun(const Bytes &executable);
-  ~ArchiveRun(); ///< frees an unpacked payload, which the program keeps to its end
+  ~ArchiveRun();            ///< frees an unpacked payload, which the program keeps to its end
   void ReadConfiguration(); ///< up to the configuration
   void Run();               ///< all, every record included
 

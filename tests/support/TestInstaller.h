@@ -12,11 +12,14 @@ namespace korb::test {
 using packer::Bytes;
 
 /// Bytes of `value`, little-endian.
-template <class T> std::string Raw(T value) {
+template <class T>
+std::string Raw(T value) {
   return std::string(reinterpret_cast<const char *>(&value), sizeof value);
 }
 /// A text as the configuration holds it.
-inline std::string Z(const std::string &text) { return text + '\0'; }
+inline std::string Z(const std::string &text) {
+  return text + '\0';
+}
 
 /// Writes `bytes` at `at`.
 void Put(Bytes &file, size_t at, const std::string &bytes);
@@ -24,8 +27,9 @@ void Put(Bytes &file, size_t at, const std::string &bytes);
 void Swap(Bytes &bytes, const std::string &before, const std::string &after);
 
 constexpr size_t kPeOffset = 0x80;
-constexpr size_t kSectionEntry = kPeOffset + pe::kOptionalHeaderAt + 0xE0 + 4 * pe::kSectionEntrySize; ///< the archive's
-constexpr size_t kArchivePos = 0x1000; ///< of the archive in the file
+constexpr size_t kSectionEntry =
+    kPeOffset + pe::kOptionalHeaderAt + 0xE0 + 4 * pe::kSectionEntrySize; ///< the archive's
+constexpr size_t kArchivePos = 0x1000;                                    ///< of the archive in the file
 
 /// A program of four sections that does nothing, kArchivePos bytes long.
 Bytes TestStub();

@@ -15,20 +15,25 @@ struct Damage {
 };
 
 // What Header and Config put in; they take no captures, so that a row stays one line.
-template <int32_t at, int32_t value> void Header(TestInstaller &t) {
+template <int32_t at, int32_t value>
+void Header(TestInstaller &t) {
   t.executable = [](Bytes &file) { Put(file, kArchivePos + at, Raw(value)); };
 }
-template <int32_t at, uint16_t value> void PeWord(TestInstaller &t) {
+template <int32_t at, uint16_t value>
+void PeWord(TestInstaller &t) {
   t.executable = [](Bytes &file) { Put(file, at, Raw(value)); };
 }
-template <int32_t at, int32_t value> void Section(TestInstaller &t) {
+template <int32_t at, int32_t value>
+void Section(TestInstaller &t) {
   t.executable = [](Bytes &file) { Put(file, kSectionEntry + at, Raw(value)); };
 }
-template <size_t size> void CutFile(TestInstaller &t) {
+template <size_t size>
+void CutFile(TestInstaller &t) {
   t.executable = [](Bytes &file) { file.resize(size); };
 }
 /// The count behind the text `text` becomes `value`.
-template <int32_t before, int32_t value> void Count(TestInstaller &t, const std::string &text) {
+template <int32_t before, int32_t value>
+void Count(TestInstaller &t, const std::string &text) {
   t.config = [text](Bytes &config) { Swap(config, Z(text) + Raw(before), Z(text) + Raw(value)); };
 }
 /// The configuration ends in front of `text`.
@@ -143,7 +148,8 @@ TEST_CASE("what is at a limit, or is meant to pass, passes") {
       {0, "untouched", [](TestInstaller &) {}},
       {0, "version 1101", Header<header::kVersionAt, 1101>},
       {0, "a negative version", Header<header::kVersionAt, -100>},
-      {0, "the section's name goes on behind its end", [](TestInstaller &t) { t.executable = [](Bytes &f) { Put(f, kSectionEntry + 6, "zz"); }; }},
+      {0, "the section's name goes on behind its end",
+       [](TestInstaller &t) { t.executable = [](Bytes &f) { Put(f, kSectionEntry + 6, "zz"); }; }},
       {0, "20 pages of each kind, 9,999 ms",
        [](TestInstaller &t) {
          t.product.license_pages.resize(20);
@@ -156,7 +162,10 @@ TEST_CASE("what is at a limit, or is meant to pass, passes") {
          t.product.associations.resize(10000);
          t.product.uninstall_values.resize(10000);
        }},
-      {0, "100 languages with one text", [](TestInstaller &t) { t.product.languages.assign(100, {"x", {"y"}, {}}); }},
+      {0, "100 languages with one text",
+       [](TestInstaller &t) {
+         t.product.languages.assign(100, {"x", {"y"}, {}});
+       }},
       {0, "a flipped bit in the program, which is not verified",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file[0x800] ^= 1; }; }},
       {0, "no files", [](TestInstaller &t) { t.product.files.clear(); }},
@@ -190,5 +199,5 @@ TEST_CASE("a file without the section, and an archive from the future, say so") 
   Header<header::kVersionAt, 1102>(installer);
   ArchiveRun run(installer.Build().executable);
   CHECK(Trapped([&] { run.Run(); }) == "The installer version (11.0) does not match the version of KORB (11.0).  "
-                                         "Close all applications and reinstall KORB.");
+                                       "Close all applications and reinstall KORB.");
 }

@@ -150,7 +150,8 @@ TEST_CASE("a payload that the executable can't give ends the run with error 2") 
     if (layout == PayloadLayout::kInFile)
       run.file.unreadable_from = run.file.Size() - 1;
     CHECK(Trapped([&] {
-            AssemblePayload(run.file, run.location, run.header, run.config, "", run.user, run.payload_buffer, run.cursor);
+            AssemblePayload(run.file, run.location, run.header, run.config, "", run.user, run.payload_buffer,
+                            run.cursor);
           }) == "Error code 2: failed to read archive data");
   }
 }
