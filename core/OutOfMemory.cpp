@@ -10,8 +10,8 @@ namespace korb {
 
 namespace {
 
-constexpr int32_t kDumpedWords = 80;
-constexpr int32_t kWordsInRow = 8;
+[[maybe_unused]] constexpr int32_t kDumpedWords = 80;
+[[maybe_unused]] constexpr int32_t kWordsInRow = 8;
 
 char Report[1024];
 
