@@ -48,8 +48,8 @@ constexpr ptrdiff_t kMaxTokenBytes = 66;
 
 // Distances up to 16 MiB: their ones, and their value, fit into a peek.
 constexpr uint32_t kMaxFastOnes = 6;
-constexpr uint32_t DistanceMask[kMaxFastOnes + 1] = {
-    (1u << 12) - 1, (1u << 14) - 1, (1u << 16) - 1, (1u << 18) - 1, (1u << 20) - 1, (1u << 22) - 1, (1u << 24) - 1};
+constexpr uint32_t DistanceMask[kMaxFastOnes + 1] = {(1u << 12) - 1, (1u << 14) - 1, (1u << 16) - 1, (1u << 18) - 1,
+                                                     (1u << 20) - 1, (1u << 22) - 1, (1u << 24) - 1};
 
 Word Load(const uint8_t *at) {
   Word word;
@@ -100,8 +100,8 @@ void CopyForward(uint8_t *to, const uint8_t *from, uint32_t n) {
 class Unpacker {
 public:
   Unpacker(const uint8_t *block, int32_t size, uint8_t *out, int32_t out_size)
-      : source_(block), source_end_(block + size), bit_(kPackedHeaderSize * 8), bit_count_(static_cast<uint32_t>(size) * 8),
-        begin_(out), out_(out), end_(out + out_size) {}
+      : source_(block), source_end_(block + size), bit_(kPackedHeaderSize * 8),
+        bit_count_(static_cast<uint32_t>(size) * 8), begin_(out), out_(out), end_(out + out_size) {}
 
   bool Run() {
     while (out_ < end_) {

@@ -27,6 +27,7 @@ class IndexedForm;
 class ListForm;
 
 /// Where a walk stands: plain data that the caller holds, so that several walks over one collection may run at once.
+/// A walk over nodes or buckets must not be gone on with once its `next` or `prev` was removed by other means.
 /// Each field is an index in an indexed collection (none: -1), and a pointer to a node or bucket elsewhere (none: 0).
 struct CollectionIterator {
   intptr_t current = 0; ///< the element under the walk
@@ -72,14 +73,23 @@ void DestroyElement(void *at) {
 }
 
 template <class T>
-inline constexpr bool IsPlain = std::is_trivially_copyable_v<T> && std::is_trivially_default_constructible_v<T>;
+inline constexpr bool IsPlain = std::is_trivially_copyable_v<T> &&std::is_trivially_default_constructible_v<T>;
 
 template <class T>
 inline constexpr ElementType ElementTypeOf{sizeof(T), TypeName<T>, IsPlain<T> ? nullptr : ConstructElement<T>,
                                            std::is_trivially_destructible_v<T> ? nullptr : DestroyElement<T>};
 
 /// The operations that a table refuses, in the order of the marks in its reports.
-enum class CollectionOp { kAppendCopy, kAppend, kAppendAll, kPrependCopy, kPrepend, kPrependAll, kRotateLeft, kRotateRight };
+enum class CollectionOp {
+  kAppendCopy,
+  kAppend,
+  kAppendAll,
+  kPrependCopy,
+  kPrepend,
+  kPrependAll,
+  kRotateLeft,
+  kRotateRight
+};
 
 /// How one kind of collection keeps its elements. Has no state: the collection it works on is always passed.
 class CollectionForm {

@@ -132,8 +132,8 @@ void *IndexedForm::put(CollectionBase &all, int32_t i, bool at_tail, const void 
   // An element that is its own collection's source moves with its cell.
   const uint8_t *source = static_cast<const uint8_t *>(value);
   const uint8_t *block = all.cells_.block;
-  const bool inside = !boxed_ && source != nullptr && all.count > 0 && source >= cell(all, 0) &&
-                      source < cell(all, all.count);
+  const bool inside =
+      !boxed_ && source != nullptr && all.count > 0 && source >= cell(all, 0) && source < cell(all, all.count);
   if (!inside) {
     open(all, i, at_tail);
     construct(all, i, value);

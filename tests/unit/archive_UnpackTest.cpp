@@ -140,9 +140,9 @@ TEST_CASE("malformed blocks are refused") {
 TEST_CASE("both decoders agree on any stream, cut off anywhere, damaged anywhere") {
   std::mt19937 random(20);
   int good = 0;
-  for (int round = 0; round < 150; ++round) {
+  for (int round = 0; round < 100; ++round) {
     CAPTURE(round);
-    const std::string block = RandomBlock(random, round < 20 ? 3 : round < 140 ? 150 : 2000);
+    const std::string block = RandomBlock(random, round < 20 ? 3 : round < 95 ? 120 : 2000);
     const Unpacked expected = ReferenceUnpack(block);
     good += expected.good;
     REQUIRE(RealUnpack(block) == expected);
@@ -156,7 +156,7 @@ TEST_CASE("both decoders agree on any stream, cut off anywhere, damaged anywhere
       REQUIRE(RealUnpack(bad) == ReferenceUnpack(bad));
     }
   }
-  CHECK(good > 90); // or the rows above compare nothing but refusals
+  CHECK(good > 60); // or the rows above compare nothing but refusals
 }
 
 TEST_CASE("the output ends where it is told to, wherever the tokens would go") {
@@ -172,8 +172,8 @@ TEST_CASE("the output ends where it is told to, wherever the tokens would go") {
       CAPTURE(round);
       CAPTURE(room);
       std::vector<uint8_t> out(static_cast<size_t>(room) + 2 * kGuard, 0xA5);
-      const bool good = UnpackTokens(reinterpret_cast<const uint8_t *>(block.data()), static_cast<int32_t>(block.size()),
-                                     out.data() + kGuard, room);
+      const bool good = UnpackTokens(reinterpret_cast<const uint8_t *>(block.data()),
+                                     static_cast<int32_t>(block.size()), out.data() + kGuard, room);
       if (whole.good && room == size)
         CHECK(good);
       const std::vector<uint8_t> guard(kGuard, 0xA5);
@@ -197,11 +197,11 @@ TEST_CASE("a text is replaced by what it unpacks to, or left alone") {
 }
 
 TEST_CASE("scrambling touches whole dwords, then each byte of the rest with the key's byte of its rank") {
-  for (const auto &[plain, scrambled] : std::vector<std::pair<std::string, std::string>>{
-           {"", ""},
-           {"abcd", "\x65\x51\x4A\x40"},
-           {"abcde", "\x65\x51\x4A\x40\x61"},
-           {"abcdefg", "\x65\x51\x4A\x40\x61\x55\x4E"}}) {
+  for (const auto &[plain, scrambled] :
+       std::vector<std::pair<std::string, std::string>>{{"", ""},
+                                                        {"abcd", "\x65\x51\x4A\x40"},
+                                                        {"abcde", "\x65\x51\x4A\x40\x61"},
+                                                        {"abcdefg", "\x65\x51\x4A\x40\x61\x55\x4E"}}) {
     String text(plain.data(), static_cast<int32_t>(plain.size()));
     ScrambleBlock(text, 0x24293304);
     CHECK(Text(text) == scrambled);
