@@ -1,6 +1,8 @@
 #include "packer/OutputFiles.h"
 
+#include <cerrno>
 #include <fstream>
+#include <system_error>
 
 #include "packer/Product.h"
 
@@ -21,11 +23,12 @@ public:
 
   void Write(const OutputFile &file) {
     paths_.push_back(PendingName(file.path));
+    errno = 0;
     std::ofstream stream(paths_.back(), std::ios::binary | std::ios::trunc);
     stream.write(reinterpret_cast<const char *>(file.bytes->data()), static_cast<std::streamsize>(file.bytes->size()));
     stream.close();
     if (!stream)
-      throw PackError("can't write '" + file.path.string() + "'");
+      throw PackError("can't write '" + file.path.string() + "': " + std::generic_category().message(errno));
   }
 
   static fs::path PendingName(fs::path path) {
@@ -42,8 +45,8 @@ private:
 void WriteOutputFiles(const std::vector<OutputFile> &files) {
   PendingFiles pending;
   for (const OutputFile &file : files) {
-    if (fs::is_directory(file.path))
-      throw PackError("'" + file.path.string() + "' is a directory");
+    if (fs::exists(file.path) && !fs::is_regular_file(file.path))
+      throw PackError("'" + file.path.string() + "' is no file that could be replaced");
     pending.Write(file);
   }
   for (const OutputFile &file : files) {

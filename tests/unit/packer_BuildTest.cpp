@@ -59,7 +59,7 @@ TEST_CASE("what fails leaves the folder as it was") {
       {kManifest + "[payload]\nvolume_size = 20\nfirst_part_size = 3", "Setup2.KRB",
        "would be the installer and a volume at once"},
       {kManifest, "no/such/folder.exe", "can't write "},
-      {kManifest, ".", "is a directory"},
+      {kManifest, ".", "is no file that could be replaced"},
   };
   for (const auto &row : rows) {
     CAPTURE(row.manifest);
