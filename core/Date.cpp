@@ -14,20 +14,25 @@ int32_t Truncated(double value) {
   return static_cast<int32_t>(value);
 }
 
-int32_t Distance(int32_t a, int32_t b) {
+int64_t Distance(int64_t a, int64_t b) {
   return a < b ? b - a : a - b;
 }
 
+/// Sunday is 1. What lies before the calendar is no weekday at all.
+int32_t WeekdayOf(int32_t julian) {
+  return static_cast<int32_t>((int64_t{julian} + 2) % 7) + 1;
+}
+
 int32_t ExpandYear(int32_t year, int32_t current_year) {
-  if (year > 100 || year < -10000)
+  if (year > 100)
     return year;
-  const int32_t base = current_year - current_year % 100;
-  const int32_t candidates[] = {year + base - 100, year + base, year + base + 100};
-  int32_t best = candidates[0];
-  for (const int32_t candidate : candidates)
+  const int64_t base = current_year - current_year % 100;
+  const int64_t candidates[] = {year + base - 100, year + base, year + base + 100};
+  int64_t best = candidates[0];
+  for (const int64_t candidate : candidates)
     if (Distance(candidate, current_year) <= Distance(best, current_year)) // the later one wins a tie
       best = candidate;
-  return best;
+  return static_cast<int32_t>(best);
 }
 
 bool SkipChar(const char *&text, char c) {
@@ -132,7 +137,7 @@ void Date::set(int32_t month_value, int32_t day_value, int32_t year_value) {
   const double sum = static_cast<double>(static_cast<int64_t>(365.25 * years)) +
                      static_cast<double>(static_cast<int64_t>(30.6001 * (months + 1))) + day + 1720994 + gregorian;
   julian = sum > -2147483648.0 && sum < 2147483647.0 ? Truncated(sum) : 0;
-  weekday = (julian % 7 + 2) % 7 + 1;
+  weekday = WeekdayOf(julian);
 }
 
 void Date::set_expanded(int32_t month_value, int32_t day_value, int32_t year_value, int32_t current_year) {
@@ -150,14 +155,14 @@ void Date::set_julian(int32_t n) {
     const int32_t a = Truncated((j - 1867216.25) / 36524.25);
     j += 1 + a - a / 4;
   }
-  const double b = j + 1158 < 1721424 ? j + 1158 : j + 1524;
+  const double b = j < 1721424 ? j + 1158 : j + 1524;
   const int32_t c = Truncated((b - 122.1) / 365.25);
   const double d = static_cast<double>(static_cast<int64_t>(365.25 * c));
   const int32_t e = Truncated((b - d) / 30.6001);
   day = Truncated(b - d) - Truncated(30.6001 * e);
   month = e < 14 ? e - 1 : e - 13;
   year = month < 3 ? c - 4715 : c - 4716;
-  weekday = (julian % 7 + 2) % 7 + 1;
+  weekday = WeekdayOf(julian);
 }
 
 bool Date::is_leap(int32_t year) {
@@ -223,11 +228,13 @@ bool Time::parse(const char *&text) {
   second = 0;
   if (SkipChar(text, ':'))
     second = text_skip_number(text, kPlainNumber);
+  if (is_invalid()) {
+    clear();
+    return false;
+  }
   if (to_lower_char(*text) == 'p' && hour < 12)
     hour += 12;
-  if (is_invalid())
-    clear();
-  return !is_invalid();
+  return true;
 }
 
 bool DateTime::parse(const char *text, bool day_first, int32_t current_year) {

@@ -128,14 +128,19 @@ int32_t DecimalDigits::first_digit() const {
   return -1;
 }
 
+/// `n` digits from number `from` on; zeros follow the last.
+void DecimalDigits::PrintDigits(String &out, int32_t from, int32_t n) const {
+  const int32_t at = out.grow_by(n);
+  for (int32_t i = 0; i < n; ++i)
+    out.at(at + i) = static_cast<char>('0' + (from + i < count_ ? digits_[from + i] : 0));
+}
+
 void DecimalDigits::PrintFixed(String &out, int32_t precision, bool keep_point) const {
   const DecimalDigits rounded = Rounded(whole_ + precision);
-  for (int32_t i = 0; i < rounded.whole_; ++i)
-    out += static_cast<char>('0' + rounded.digits_[i]);
+  rounded.PrintDigits(out, 0, rounded.whole_);
   if (precision > 0 || keep_point)
     out += '.';
-  for (int32_t i = rounded.whole_; i < rounded.whole_ + precision; ++i)
-    out += static_cast<char>('0' + (i < rounded.count_ ? rounded.digits_[i] : 0));
+  rounded.PrintDigits(out, rounded.whole_, precision);
 }
 
 void DecimalDigits::PrintScientific(String &out, int32_t precision, bool keep_point) const {
@@ -145,11 +150,10 @@ void DecimalDigits::PrintScientific(String &out, int32_t precision, bool keep_po
   int32_t exponent = at < 0 ? 0 : rounded.whole_ - 1 - at;
   if (at < 0)
     at = 0;
-  out += static_cast<char>('0' + rounded.digits_[at]);
+  rounded.PrintDigits(out, at, 1);
   if (precision > 0 || keep_point)
     out += '.';
-  for (int32_t i = at + 1; i <= at + precision; ++i)
-    out += static_cast<char>('0' + (i < rounded.count_ ? rounded.digits_[i] : 0));
+  rounded.PrintDigits(out, at + 1, precision);
   out += exponent < 0 ? "e-" : "e+";
   if (exponent < 0)
     exponent = -exponent;

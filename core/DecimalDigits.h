@@ -25,7 +25,9 @@ public:
 private:
   static constexpr int32_t kMaxDigits = 309 + 1074 + 18;
 
+  /// Place of the first digit that is not 0, -1 when all are.
   int32_t first_digit() const;
+  void PrintDigits(String &out, int32_t from, int32_t n) const;
   void PrintFixed(String &out, int32_t precision, bool keep_point) const;
   void PrintScientific(String &out, int32_t precision, bool keep_point) const;
   DecimalDigits Rounded(int32_t kept) const;

@@ -39,7 +39,7 @@ private:
   bool PutInteger(const Conversion &conversion, const FormatArg &arg);
   bool PutReal(const Conversion &conversion, const FormatArg &arg);
   bool PutText(const Conversion &conversion, const FormatArg &arg);
-  void PutField(const Conversion &conversion, const char *prefix, const char *body, int32_t length, bool number);
+  void PutField(const Conversion &conversion, const char *prefix, const char *body, int32_t length, bool zeros);
   const FormatArg *Next() { return used_ < args_.count ? &args_.args[used_++] : nullptr; }
 
   const char *at_;
@@ -81,10 +81,11 @@ bool Formatter::ReadCount(int32_t &value) {
     if (!arg || !IsInteger(*arg))
       return false;
     count = arg->integer;
+  } else {
+    for (; is_digit(*at_); ++at_)
+      if (count <= kMaxOutput)
+        count = count * 10 + (*at_ - '0');
   }
-  for (; is_digit(*at_); ++at_)
-    if (count <= kMaxOutput)
-      count = count * 10 + (*at_ - '0');
   value = static_cast<int32_t>(count > kMaxOutput ? kMaxOutput : (count < -kMaxOutput ? -kMaxOutput : count));
   return true;
 }
@@ -97,8 +98,8 @@ bool Formatter::ReadConversion(Conversion &conversion) {
       conversion.zero = true;
     else if (*at_ == '#')
       conversion.alternate = true;
-    else if (*at_ == '+' || (*at_ == ' ' && !conversion.sign))
-      conversion.sign = *at_;
+    else if (*at_ == '+' || *at_ == ' ')
+      conversion.sign = conversion.sign == '+' ? '+' : *at_;
     else
       break;
   }
@@ -227,7 +228,7 @@ bool Formatter::PutReal(const Conversion &conversion, const FormatArg &arg) {
 
 bool Formatter::PutText(const Conversion &conversion, const FormatArg &arg) {
   if (conversion.letter == 'c') {
-    if (arg.kind != FormatArg::Kind::Char && !IsInteger(arg))
+    if (!IsInteger(arg))
       return false;
     const char c = static_cast<char>(arg.integer);
     PutField(conversion, "", &c, 1, false);
@@ -236,7 +237,8 @@ bool Formatter::PutText(const Conversion &conversion, const FormatArg &arg) {
   if (arg.kind != FormatArg::Kind::Text)
     return false;
   const char *text = arg.text ? arg.text : "";
-  const int32_t limit = conversion.precision < 0 || conversion.precision > kMaxOutput ? kMaxOutput : conversion.precision;
+  const int32_t limit =
+      conversion.precision < 0 || conversion.precision > kMaxOutput ? kMaxOutput : conversion.precision;
   int32_t length = 0;
   while (length < limit && text[length])
     ++length;

@@ -14,7 +14,7 @@ class String;
 
 /// One argument of a format and what it is.
 struct FormatArg {
-  enum class Kind : uint8_t { Int32, UInt32, Int64, UInt64, Double, Char, Text };
+  enum class Kind : uint8_t { Int32, UInt32, Int64, UInt64, Double, Text };
 
   Kind kind;
   union {
@@ -24,11 +24,11 @@ struct FormatArg {
   };
 
   FormatArg() : kind(Kind::Int32), integer(0) {}
-  FormatArg(char value) : kind(Kind::Char), integer(value) {}
   FormatArg(double value) : kind(Kind::Double), real(value) {}
   FormatArg(const char *value) : kind(Kind::Text), text(value) {}
   FormatArg(const String &value);
 
+  /// Any integer, char among them; those below 32 bits are widened.
   template <class T, class = std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>>>
   FormatArg(T value)
       : kind(sizeof(T) == 8 ? (std::is_signed_v<T> ? Kind::Int64 : Kind::UInt64)
@@ -53,9 +53,8 @@ private:
   FormatArg slots_[N == 0 ? 1 : N];
 };
 
-/// Appends the formatted text to `out`. Conversions: `%d %i %u %x %X` of integers of either sign and width (the
-/// modifiers h, l, ll, I64 are read and don't matter), `%c` of a char or an integer, `%s` of a text, `%f` of a double,
-/// `%%`; with the flags `- + 0 # space`, a width and a precision, `*` for either. The result ends at its first NUL and at
+/// Appends the formatted text to `out`. Conversions: `%d %i %u %x %X %o %c` of an integer of either sign and any width
+/// (the modifiers h, l, ll, L, I64 are read and don't matter), `%s` of a text, `%f %e %g` of a double, `%%`; with the flags `- + 0 # space`, a width and a precision, `*` for either. The result ends at its first NUL and at
 /// 65,535 bytes. A format that does not match its arguments is appended as it stands. A null format is empty.
 void AppendFormat(String &out, const char *format, const FormatArgs &args);
 

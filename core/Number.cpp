@@ -4,14 +4,14 @@ namespace korb {
 
 namespace {
 
-constexpr const char *kUnitWords[] = {"Zero",    "One",     "Two",       "Three",    "Four",     "Five",    "Six",
-                                      "Seven",   "Eight",   "Nine",      "Ten",      "Eleven",   "Twelve",  "Thirteen",
-                                      "Fourteen", "Fifteen", "Sixteen",  "Seventeen", "Eighteen", "Nineteen"};
+constexpr const char *kUnitWords[] = {"Zero",     "One",     "Two",     "Three",     "Four",     "Five",    "Six",
+                                      "Seven",    "Eight",   "Nine",    "Ten",       "Eleven",   "Twelve",  "Thirteen",
+                                      "Fourteen", "Fifteen", "Sixteen", "Seventeen", "Eighteen", "Nineteen"};
 constexpr const char *kTensWords[] = {"Twenty", "Thirty", "Forty", "Fifty", "Sixty", "Seventy", "Eighty", "Ninety"};
-constexpr const char *kOrdinalUnits[] = {"First", "Second", "Third", "Fourth", "Fifth",
+constexpr const char *kOrdinalUnits[] = {"First", "Second",  "Third",  "Fourth", "Fifth",
                                          "Sixth", "Seventh", "Eighth", "Ninth"};
-constexpr const char *kOrdinalTens[] = {"Tenth",    "Twentieth", "Thirtieth",  "Fortieth", "Fiftieth",
-                                        "Sixtieth", "Seventieth", "Eightieth", "Ninetieth"};
+constexpr const char *kOrdinalTens[] = {"Twentieth", "Thirtieth",  "Fortieth",  "Fiftieth",
+                                        "Sixtieth",  "Seventieth", "Eightieth", "Ninetieth"};
 constexpr const char *kEighths[] = {"One Eighth",   "One Fourth",    "Three Eighths", "One Half",
                                     "Five Eighths", "Three Fourths", "Seven Eighths"};
 constexpr double kNear = 0.00001;
@@ -149,7 +149,7 @@ String FormatOrdinalWords(int32_t n) {
       AppendWhole(words, above);
       words += ' ';
     }
-    words += unit == 0 ? kOrdinalTens[last_two / 10 - 1] : kOrdinalUnits[unit - 1];
+    words += unit == 0 ? kOrdinalTens[last_two / 10 - 2] : kOrdinalUnits[unit - 1];
   }
   return words;
 }

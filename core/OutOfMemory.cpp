@@ -5,6 +5,9 @@
 
 #include "core/Failure.h"
 #include "core/Heap.h"
+#ifdef _WIN32
+#include "core/Windows.h"
+#endif
 
 namespace korb {
 
@@ -14,6 +17,21 @@ namespace {
 [[maybe_unused]] constexpr int32_t kWordsInRow = 8;
 
 char Report[1024];
+
+/// The report's box keeps windows alive that may want memory too: then the process ends at once.
+struct Reporting {
+  Reporting() {
+#ifdef _WIN32
+    if (active)
+      ExitProcess(1);
+#endif
+    active = true;
+  }
+  ~Reporting() {
+    active = false;
+  } // runs where a test unwinds, never in the program
+  static inline bool active;
+};
 
 char *PutText(char *to, const char *text) {
   while (*text)
@@ -52,6 +70,7 @@ char *PutStack(char *to, const volatile uint32_t *top) {
 } // namespace
 
 void OutOfMemory(size_t size) {
+  const Reporting reporting;
   // Shows a reader of the dump where it begins.
   [[maybe_unused]] volatile uint32_t marker[2] = {0x11223344, 0x55667788};
   const uint32_t requested = static_cast<uint32_t>(size);

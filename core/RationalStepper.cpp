@@ -13,7 +13,7 @@ RationalStepper::RationalStepper(int32_t numerator, int32_t denominator) {
   whole_ = static_cast<int32_t>(top / bottom);
   const int64_t rest = top % bottom;
   remainder_ = static_cast<int32_t>(rest < 0 ? -rest : rest);
-  denominator_ = static_cast<int32_t>(bottom);
+  denominator_ = bottom;
 }
 
 int32_t RationalStepper::next() {

@@ -18,7 +18,7 @@ private:
   int32_t whole_;
   int32_t remainder_; ///< without its sign
   int32_t accumulator_ = 0;
-  int32_t denominator_; ///< above 0
+  int64_t denominator_; ///< above 0
 };
 
 } // namespace korb

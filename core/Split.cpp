@@ -39,21 +39,19 @@ Cut FindCut(const String &text, int32_t pos, const char *delimiters, uint32_t fl
   return {length, length};
 }
 
-/// Removes each entry that repeats an earlier one.
+/// Removes each entry that repeats an earlier one. Goes from the end, so that no place still to be visited moves.
 void RemoveRepeated(Collection<String> &entries) {
-  CollectionIterator one;
-  entries.begin(one);
-  while (const String *entry = entries.next(one)) {
-    CollectionIterator other = one;
-    while (const String *later = entries.next(other))
-      if (*later == *entry)
-        entries.remove_current(other);
-    // What followed may be gone: take the step from the entry itself again.
-    CollectionIterator again;
-    entries.begin(again);
-    while (entries.next(again) != entry) {
-    }
-    one = again;
+  CollectionIterator late;
+  entries.end(late);
+  while (const String *entry = entries.prev(late)) {
+    CollectionIterator early;
+    entries.begin(early);
+    const String *other;
+    do
+      other = entries.next(early);
+    while (other != entry && *other != *entry);
+    if (other != entry)
+      entries.remove_current(late);
   }
 }
 

@@ -41,8 +41,8 @@ inline constexpr uint32_t LINE_LENGTH_IF_NONE = 0x80; ///< give the length when 
 
 // How `split` cuts.
 inline constexpr uint32_t SPLIT_KEEP_EMPTY = 0x0001;
-inline constexpr uint32_t SPLIT_NUL_ENDS = 0x0002;          ///< a NUL ends a piece
-inline constexpr uint32_t SPLIT_LINES = 0x0004;             ///< CR, LF or a pair of them ends a piece
+inline constexpr uint32_t SPLIT_NUL_ENDS = 0x0002; ///< a NUL ends a piece
+inline constexpr uint32_t SPLIT_LINES = 0x0004;    ///< CR, LF or a pair of them ends a piece
 inline constexpr uint32_t SPLIT_TRIM = 0x0008;
 inline constexpr uint32_t SPLIT_SKIP_QUOTED = 0x0010;       ///< delimiters between double quotes don't count
 inline constexpr uint32_t SPLIT_KEEP_DELIMITER = 0x0020;    ///< a piece includes the delimiter that ended it
@@ -128,6 +128,7 @@ public:
   /// Compares the first `max` bytes of `text` at most, with case. An empty comparison is false.
   bool starts_with(const char *text, int32_t max = STRING_ALL) const;
 
+  /// FIND_... flags. A reverse search that is to begin at the end takes STRING_ALL as its `start`.
   int32_t find(const char *pattern, int32_t start = 0, uint32_t flags = 0, int32_t pattern_length = STRING_ALL) const;
   /// Of the flags, FIND_IGNORE_CASE and FIND_SKIP_QUOTED count.
   int32_t find_char(char c, int32_t start = 0, uint32_t flags = 0) const;
@@ -235,29 +236,26 @@ public:
 
 protected:
   friend bool operator==(const String &a, const String &b);
+  friend bool operator==(const String &a, const char *b);
 
+  /// Makes `n` bytes of room at `pos` in place of `remove` bytes. False, and nothing changed, with a `pos` outside or
+  /// nothing to do.
   bool make_gap(int32_t pos, int32_t remove, int32_t n);
-  bool resize(int32_t n, bool may_refuse);
+  /// Whether `p` points into the block, which any change of length may move.
+  bool owns(const char *p) const { return p && data_ && p >= data_ && p < data_ + capacity_; }
+  /// Both forms of set_length. A sum of lengths comes in 64 bits: what no string can hold is a refusal of the heap.
+  bool resize(int64_t n, bool may_refuse);
+  /// What the first line takes with its end; `line_length` without.
   int32_t scan_line(int32_t &line_length) const;
-  int32_t replace_in_place(const char *old, const char *with, int32_t length, uint32_t flags, int32_t start, int32_t max,
-                           int32_t skip);
 
   char *data_ = nullptr;
   int32_t length_ = 0;
   int32_t capacity_ = 0;
 };
 
-/// With case.
+/// The same length and the same bytes, NULs included.
 bool operator==(const String &a, const String &b);
-inline bool operator!=(const String &a, const String &b) {
-  return !(a == b);
-}
-inline bool operator==(const String &a, const char *b) {
-  return a.compare_exact(b) == 0;
-}
-inline bool operator!=(const String &a, const char *b) {
-  return a.compare_exact(b) != 0;
-}
+bool operator==(const String &a, const char *b);
 
 String operator+(const String &a, char b);
 String operator+(const String &a, const char *b);

@@ -1,6 +1,7 @@
 // Searching and replacing in a String.
 
 #include <cstring>
+#include <utility>
 
 #include "core/String.h"
 #include "core/Vector.h"
@@ -21,41 +22,42 @@ struct Matcher {
   bool at(const char *text) const {
     if (flags & FIND_ANY_OF)
       return InSet(*text);
-    for (int32_t i = 0; i < length; ++i)
+    for (int32_t i = 0; i < length; ++i) {
+      if (flags & FIND_WILDCARD && pattern[i] == '?')
+        continue;
       if (!Same(pattern[i], text[i]))
         return false;
+      if (pattern[i] == '\0' && !(flags & FIND_WILDCARD)) // texts end here
+        break;
+    }
     return true;
   }
 
 private:
   bool Same(char wanted, char found) const {
-    if (wanted == found || (wanted == '?' && (flags & FIND_WILDCARD)))
-      return true;
-    return (flags & FIND_IGNORE_CASE) && to_lower_char(wanted) == to_lower_char(found);
+    return wanted == found || ((flags & FIND_IGNORE_CASE) && to_lower_char(wanted) == to_lower_char(found));
   }
   bool InSet(char c) const {
-    for (int32_t i = 0; i < length; ++i)
-      if (pattern[i] == c || ((flags & FIND_IGNORE_CASE) && is_alpha(c) && to_lower_char(pattern[i]) == to_lower_char(c)))
+    for (const char *member = pattern; *member; ++member)
+      if (Same(*member, c))
         return true;
     return false;
   }
 };
 
-/// Writes `with` to `dest`, which holds what `old` matched. Each `?` of `with` keeps the byte that the next `?` of `old`
-/// stood for.
-void WildcardMerge(char *dest, const char *matched, const char *old, int32_t old_length, const char *with,
-                   int32_t with_length) {
+/// The text that takes the place of `matched`. Each `?` of `with` keeps the byte that the next `?` of `old` stood for.
+String WildcardMerge(const char *matched, const char *old, const char *with) {
+  String merged(with);
   int32_t place = 0;
-  for (int32_t i = 0; i < with_length; ++i) {
-    char c = with[i];
-    if (c == '?') {
-      while (place < old_length && old[place] != '?')
-        ++place;
-      if (place < old_length)
-        c = matched[place++];
-    }
-    dest[i] = c;
+  for (int32_t i = 0; i < merged.length(); ++i) {
+    if (with[i] != '?')
+      continue;
+    while (old[place] && old[place] != '?')
+      ++place;
+    if (old[place])
+      merged.at(i) = matched[place++];
   }
+  return merged;
 }
 
 } // namespace
@@ -71,7 +73,7 @@ int32_t String::find(const char *pattern, int32_t start, uint32_t flags, int32_t
   const int32_t last = length_ - matcher.unit();
   const int32_t step = flags & FIND_REVERSE ? -1 : 1;
   if (step < 0)
-    start = start - 1 < last ? start - 1 : last;
+    start = start > last ? last : (start < 1 ? -1 : start - 1);
   else if (start < 0)
     start = 0;
 
@@ -84,8 +86,8 @@ int32_t String::find(const char *pattern, int32_t start, uint32_t flags, int32_t
     }
     if (!matcher.at(data_ + pos))
       continue;
-    if ((flags & FIND_WHOLE_WORD) && ((pos > 0 && is_word_char(data_[pos - 1])) ||
-                                      (pos < last && is_word_char(data_[pos + matcher.unit()]))))
+    if ((flags & FIND_WHOLE_WORD) &&
+        ((pos > 0 && is_word_char(data_[pos - 1])) || (pos < last && is_word_char(data_[pos + matcher.unit()]))))
       continue;
     return flags & FIND_RETURN_END ? pos + matcher.unit() : pos;
   }
@@ -165,57 +167,67 @@ int32_t String::replace(const char *old, const char *with, uint32_t flags, int32
   const int32_t old_length = text_length(old);
   if (max < 1 || old_length == 0)
     return nothing;
+  if (owns(old) || owns(with)) {
+    const String old_copy(old);
+    const String new_copy(with);
+    return replace(old_copy.c_str(), new_copy.c_str(), flags, start, max, skip);
+  }
   flags &= ~(FIND_REVERSE | FIND_RETURN_END);
+  const bool merged = (flags & (FIND_WILDCARD | FIND_ANY_OF)) == FIND_WILDCARD;
+  const int32_t span = flags & FIND_ANY_OF ? 1 : old_length; // bytes of one match
   const int32_t new_length = text_length(with);
-  const Matcher matcher{old, old_length, flags};
-  const int32_t span = matcher.unit();
   const bool in_place = new_length == span;
 
+  // In place each match is overwritten as it is found. Otherwise the places are gathered first, and the length changes
+  // once.
   Vector<int32_t> places;
   int32_t found = 0;
-  for (int32_t pos = start; places.count < max; pos += span) {
+  int32_t replaced = 0;
+  for (int32_t pos = start; replaced < max; pos += span) {
     pos = find(old, pos, flags, old_length);
     if (pos < 0)
       break;
     ++found;
     if (skip > 0) {
       --skip;
-      // A single replacement that has another length gives up at the first match, though that fell to the skip; one of
-      // the same length goes on to the next.
+      // A single replacement that changes the length gives up here, one in place goes on to the next match.
       if (first_only && !in_place)
-        break;
+        return found;
       continue;
     }
-    places.append(pos);
-    if (first_only)
+    ++replaced;
+    if (in_place)
+      memcpy(data_ + pos, merged ? WildcardMerge(data_ + pos, old, with).c_str() : with, static_cast<size_t>(span));
+    else
+      places.append(pos);
+    if (first_only) {
+      start = pos;
       break;
-  }
-  if (places.count == 0)
-    return first_only && in_place ? -1 : (found ? found : nothing);
-  const int32_t first = places.at(0);
-
-  String result;
-  const int64_t whole = length_ + int64_t{new_length - span} * places.count;
-  result.set_length(whole > STRING_ALL ? STRING_ALL : static_cast<int32_t>(whole)); // too long is refused by the heap
-  int32_t from = 0;
-  int32_t to = 0;
-  for (int32_t i = 0; i < places.count; ++i) {
-    const int32_t place = places.at(i);
-    if (place > from) {
-      memcpy(result.data_ + to, data_ + from, static_cast<size_t>(place - from));
-      to += place - from;
     }
-    if (flags & FIND_WILDCARD)
-      WildcardMerge(result.data_ + to, data_ + place, old, old_length, with, new_length);
-    else if (new_length > 0)
-      memcpy(result.data_ + to, with, static_cast<size_t>(new_length));
-    to += new_length;
-    from = place + span;
   }
-  if (length_ > from)
-    memcpy(result.data_ + to, data_ + from, static_cast<size_t>(length_ - from));
-  *this = static_cast<String &&>(result);
-  return first_only ? first : found;
+  if (replaced == 0)
+    return first_only ? -1 : found;
+
+  if (!in_place) {
+    String result;
+    result.resize(length_ + int64_t{new_length - span} * places.count, false);
+    int32_t from = 0;
+    char *to = result.data_;
+    for (int32_t i = 0; i <= places.count; ++i) {
+      const int32_t place = i < places.count ? places.at(i) : length_;
+      if (place > from)
+        memcpy(to, data_ + from, static_cast<size_t>(place - from));
+      to += place - from;
+      if (i == places.count)
+        break;
+      if (new_length > 0)
+        memcpy(to, merged ? WildcardMerge(data_ + place, old, with).c_str() : with, static_cast<size_t>(new_length));
+      to += new_length;
+      from = place + span;
+    }
+    *this = std::move(result);
+  }
+  return first_only ? start : found;
 }
 
 int32_t String::replace_with_char(const char *old, char c, uint32_t flags, int32_t start) {
