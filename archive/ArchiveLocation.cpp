@@ -27,8 +27,9 @@ bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &valu
 /// Sets the entry's offset and index; the index is the section count when there is no such section.
 void FindSection(ArchiveFile &file, ArchiveLocation &location) {
   for (; location.section_index < location.section_count; ++location.section_index) {
-    char name[pe::kSectionNameSize + 1] = {};
-    if (file.ReadAt(location.section_entry, name, pe::kSectionNameSize) && strcmp(name, kArchiveSectionName) == 0)
+    char name[pe::kSectionNameSize + 1] = {}; // what can't be read is no name, and the walk runs off the table
+    file.ReadAt(location.section_entry, name, pe::kSectionNameSize);
+    if (strcmp(name, kArchiveSectionName) == 0)
       return;
     location.section_entry += pe::kSectionEntrySize;
   }

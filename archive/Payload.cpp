@@ -101,53 +101,52 @@ int64_t FirstPartSize(const ArchiveLocation &location, const ArchiveHeader &head
   return length - header.payload_offset();
 }
 
+/// The stored payload, all `header.payload_size` bytes of it, in the image or in `buffer`.
+const uint8_t *GatherPayload(ArchiveFile &file, const ArchiveLocation &location, const ArchiveHeader &header,
+                             const InstallConfig &config, const String &volume_directory, PayloadHost &host,
+                             String &buffer, const ArchiveCursor &section) {
+  const int32_t size = header.payload_size;
+  const int64_t in_executable = FirstPartSize(location, header, config, section.length());
+  if (in_executable < 0)
+    FatalMessage(kUnreadable);
+  // More than the payload may stand there: padding of the section, a signature behind the file.
+  const int32_t first = in_executable < size ? static_cast<int32_t>(in_executable) : size;
+  const bool in_file = config.payload_in_file != 0;
+  if (!in_file && first == size)
+    return section.base() + header.payload_offset();
+
+  buffer.set_length(size);
+  uint8_t *payload = reinterpret_cast<uint8_t *>(buffer.data());
+  if (!in_file)
+    memcpy(payload, section.base() + header.payload_offset(), static_cast<size_t>(first));
+  else if (!file.ReadAt(static_cast<int32_t>(location.section_file_pos + header.payload_offset()), payload, first))
+    FatalMessage(kUnreadable);
+  VolumeReader(config, volume_directory, host).Fill(payload, size, size - first);
+  return payload;
+}
+
 } // namespace
 
 void AssemblePayload(ArchiveFile &file, const ArchiveLocation &location, const ArchiveHeader &header,
                      const InstallConfig &config, const String &volume_directory, PayloadHost &host, String &buffer,
                      ArchiveCursor &cursor) {
-  const int32_t size = header.payload_size;
-  const int64_t in_executable = FirstPartSize(location, header, config, cursor.length());
-  if (in_executable < 0)
-    FatalMessage(kUnreadable);
-  // More than the payload may stand there: padding of the section, a signature behind the file.
-  const int32_t first = in_executable < size ? static_cast<int32_t>(in_executable) : size;
-
-  const uint8_t *payload;
-  if (config.payload_in_file != 0) {
-    buffer.set_length(size);
-    const int64_t place = location.section_file_pos + header.payload_offset();
-    if (first > 0 && !file.ReadAt(static_cast<int32_t>(place), buffer.data(), first))
-      FatalMessage(kUnreadable);
-    payload = reinterpret_cast<const uint8_t *>(buffer.data());
-  } else {
-    payload = cursor.base() + header.payload_offset();
-    if (first < size) {
-      buffer.set_length(size);
-      memcpy(buffer.data(), payload, static_cast<size_t>(first));
-      payload = reinterpret_cast<const uint8_t *>(buffer.data());
-    }
-  }
-  if (first < size)
-    VolumeReader(config, volume_directory, host).Fill(reinterpret_cast<uint8_t *>(buffer.data()), size, size - first);
-
-  const int32_t phase = config.min_phase_ms;
-  host.WaitPhase(phase);
+  const uint8_t *payload = GatherPayload(file, location, header, config, volume_directory, host, buffer, cursor);
+  int32_t size = header.payload_size;
+  host.WaitPhase(config.min_phase_ms);
   host.SetStep(kTextStepVerify, kVerifyAt);
   if (Checksum32(payload, size) != header.payload_checksum)
     CorruptInstaller(55);
-  host.WaitPhase(phase);
+  host.WaitPhase(config.min_phase_ms);
 
-  int32_t block_size = size;
   if (HasInstallFlag(IF_PACKED_PAYLOAD) && size != 0) {
     host.SetStep(kTextStepUnpack, kUnpackAt);
-    uint8_t *block = const_cast<uint8_t *>(payload);
-    if (!UnpackBlock(&block, &block_size))
+    uint8_t *block = const_cast<uint8_t *>(payload); // only read
+    if (!UnpackBlock(&block, &size))
       CorruptInstaller(60);
     payload = block;
-    host.WaitPhase(phase);
+    host.WaitPhase(config.min_phase_ms);
   }
-  cursor = ArchiveCursor(payload, block_size);
+  cursor = ArchiveCursor(payload, size);
 }
 
 } // namespace korb
