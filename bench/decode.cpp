@@ -4,7 +4,7 @@
 //     decode [--quick] [--rounds N] [--require RATIO] [--save FILE] [CORPUS]
 //
 // Without CORPUS the data is gathered from this machine's programs, headers, documents, fonts and icons; --save keeps it
-// for a run elsewhere (the Windows build under Wine). --require fails the run below that ratio to inflate.
+// for another run. --require fails the run below that ratio to inflate.
 #include <zlib.h>
 
 #include <algorithm>
@@ -35,6 +35,12 @@ struct Source {
   size_t megabytes;
 };
 
+#ifdef _WIN32
+constexpr char kRoot[] = "Z:"; // the machine's own files, as Wine shows them
+#else
+constexpr char kRoot[] = "";
+#endif
+
 constexpr Source kSources[] = {
     {"/usr/bin", "", 9},        {"/usr/include", ".h.hpp", 6}, {"/usr/share/doc", "", 4},
     {"/usr/share/perl", "", 3}, {"/usr/lib", ".dll.exe", 6},   {"/usr/share/fonts", "", 2},
@@ -52,10 +58,12 @@ Bytes GatherCorpus(size_t divisor) {
   for (const Source &source : kSources) {
     std::vector<fs::path> paths;
     std::error_code error;
-    for (fs::recursive_directory_iterator it(source.folder, error), end; !error && it != end; it.increment(error))
+    for (fs::recursive_directory_iterator it(std::string(kRoot) + source.folder, error), end; !error && it != end;
+         it.increment(error))
       if (it->is_regular_file(error) && !it->is_symlink(error) &&
           (*source.extensions == '\0' ||
-           (it->path().has_extension() && strstr(source.extensions, it->path().extension().c_str()) != nullptr)))
+           (it->path().has_extension() &&
+            strstr(source.extensions, it->path().extension().string().c_str()) != nullptr)))
         paths.push_back(it->path());
     std::sort(paths.begin(), paths.end());
     const size_t limit = corpus.size() + (source.megabytes << 20) / divisor;
