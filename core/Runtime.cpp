@@ -1,7 +1,8 @@
 // What the program has in place of a C runtime: its entry, memory and text primitives, the heap, random numbers.
 //
 // The first Windows 95 brings no C library, and the compiler's own start-up uses instructions that its machines lack.
-// Only the program is linked with this file; the tests run on the ordinary runtime through the same names.
+// Only the program is linked with this file; the tests run on the ordinary runtime through the same names. It is left
+// out of the optimisation of the whole program, which would take these functions away before it adds calls of them.
 
 // The loops below must not become calls of themselves.
 #pragma GCC optimize("no-tree-loop-distribute-patterns")
@@ -13,7 +14,81 @@
 #include "core/Heap.h"
 #include "core/Windows.h"
 
+namespace {
+
+// One division of the processor: the quotient must fit into 32 bits.
+uint32_t Divide(uint32_t high, uint32_t low, uint32_t divisor, uint32_t &rest) {
+  uint32_t quotient;
+  asm("divl %4" : "=a"(quotient), "=d"(rest) : "0"(low), "1"(high), "rm"(divisor) : "cc");
+  return quotient;
+}
+
+uint64_t Divide(uint64_t value, uint64_t divisor, uint64_t &rest) {
+  const uint32_t high = static_cast<uint32_t>(value >> 32);
+  if (divisor >> 32 == 0) {
+    uint32_t left;
+    const uint32_t upper = Divide(0, high, static_cast<uint32_t>(divisor), left);
+    const uint32_t lower = Divide(left, static_cast<uint32_t>(value), static_cast<uint32_t>(divisor), left);
+    rest = left;
+    return static_cast<uint64_t>(upper) << 32 | lower;
+  }
+  // Such a quotient has at most 32 bits, so the upper half is where the rest starts.
+  uint32_t quotient = static_cast<uint32_t>(value);
+  rest = high;
+  for (int bit = 0; bit < 32; ++bit) {
+    const bool carry = rest >> 63;
+    rest = rest << 1 | quotient >> 31;
+    quotient <<= 1;
+    if (carry || rest >= divisor) {
+      rest -= divisor;
+      ++quotient;
+    }
+  }
+  return quotient;
+}
+
+uint64_t Magnitude(int64_t value) {
+  return value < 0 ? 0 - static_cast<uint64_t>(value) : static_cast<uint64_t>(value);
+}
+
+} // namespace
+
 extern "C" {
+
+// What the compiler calls for 64-bit divisions. Its own are five times as long.
+
+uint64_t __udivdi3(uint64_t value, uint64_t divisor) {
+  uint64_t rest;
+  return Divide(value, divisor, rest);
+}
+
+uint64_t __umoddi3(uint64_t value, uint64_t divisor) {
+  uint64_t rest;
+  Divide(value, divisor, rest);
+  return rest;
+}
+
+uint64_t __udivmoddi4(uint64_t value, uint64_t divisor, uint64_t *rest) {
+  return Divide(value, divisor, *rest);
+}
+
+int64_t __divmoddi4(int64_t value, int64_t divisor, int64_t *rest) {
+  uint64_t left;
+  const uint64_t quotient = Divide(Magnitude(value), Magnitude(divisor), left);
+  *rest = static_cast<int64_t>(value < 0 ? 0 - left : left);
+  return static_cast<int64_t>((value < 0) != (divisor < 0) ? 0 - quotient : quotient);
+}
+
+int64_t __divdi3(int64_t value, int64_t divisor) {
+  int64_t rest;
+  return __divmoddi4(value, divisor, &rest);
+}
+
+int64_t __moddi3(int64_t value, int64_t divisor) {
+  int64_t rest;
+  __divmoddi4(value, divisor, &rest);
+  return rest;
+}
 
 // The linker's list of constructors: -1, the functions, 0.
 extern void (*__CTOR_LIST__[])();
