@@ -28,8 +28,7 @@ const char kUsageFormat[] = "%s\n\nUsage:\n%s [/a] [/d:\"dir\"] [/n:\"name\"] [/
 
 const char kInternalErrorFormat[] = "Internal Fatal Error\r\nModule: %s\r\nLine: %d";
 
-const char kOwnFileFormat[] =
-    "Error code 1: The self-extracting archive could not open itself.  Filename:\n%s";
+const char kOwnFileFormat[] = "Error code 1: The self-extracting archive could not open itself.  Filename:\n%s";
 
 const char *CorruptFormat() {
   return TextOr(kTextCorrupt, kCorruptFormat);

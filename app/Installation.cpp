@@ -14,6 +14,7 @@
 #include "archive/UninstallerImage.h"
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
+#include "core/RunMode.h"
 #include "engine/PlaceFiles.h"
 #include "engine/RunLists.h"
 #include "files/Directories.h"
@@ -73,7 +74,7 @@ void Installation::SettleDirectory() {
   if (InstallDir.is_empty())
     InstallDir = config_.default_install_dir;
   if (AutomaticMode || !HasInstallFlag(IF_ASK_DIRECTORY))
-    CreateDirectoryTree(InstallDir.c_str());
+    CreateDirectoryTree(InstallDir);
   else
     AskDirectory();
 }
@@ -94,7 +95,7 @@ void Installation::GatherPayload() {
 void Installation::MakeUninstallDirectory() {
   UninstallDir = PathJoin(InstallDir, UninstallSubdir);
   if (!UninstallSubdir.is_empty())
-    CreateDirectoryTree(UninstallDir.c_str());
+    CreateDirectoryTree(UninstallDir);
 }
 
 void Installation::PlaceAllFiles() {
@@ -102,8 +103,9 @@ void Installation::PlaceAllFiles() {
 }
 
 void RemoveEmptyDirectories() {
-  for (const String *directory : {&CommonDir, &UninstallDir, &InstallDir})
-    RemoveEmptyDirectory(*directory);
+  RemoveEmptyDirectory(CommonDir);
+  RemoveEmptyDirectory(UninstallDir);
+  RemoveEmptyDirectory(InstallDir);
 }
 
 } // namespace
@@ -164,7 +166,7 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   if (restart)
     RestartSystem();
   else if (ErrorReport.is_empty() && !run_after.is_empty())
-    RunProcess(run_after.c_str(), 0, nullptr);
+    RunProcess(run_after, 0, nullptr);
   ExitInstaller();
 }
 

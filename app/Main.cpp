@@ -8,6 +8,8 @@
 #include "core/Windows.h"
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
+#include "system/OsIdentity.h"
+#include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
 using namespace korb;
@@ -17,6 +19,7 @@ using namespace korb;
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
   InitPaths();
   InstanceHandle = instance;
+  OsNameInTexts = OsDisplayName();
   // The archive may bring its own.
   TitleColor = GetSysColor(COLOR_WINDOWTEXT);
   TopColor = GetSysColor(COLOR_WINDOW);

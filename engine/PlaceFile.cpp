@@ -10,6 +10,8 @@
 #include "files/DeferredFiles.h"
 #include "files/DiskFile.h"
 #include "files/LastError.h"
+#include "files/ProgramPaths.h"
+#include "files/TempFiles.h"
 #include "files/WholeFile.h"
 #include "ui/TextLookup.h"
 
@@ -46,12 +48,12 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
 
 /// Has the system put the bytes in place at its next start; tells in `message` what came of it. True when it will.
 bool ReplaceAtRestart(const char *path, const void *data, int32_t size, String &message) {
-  const String temporary = ShortPath(TempFileName(nullptr).c_str());
-  if (!WriteWholeFile(temporary.c_str(), data, size))
+  const String temporary = ShortPath(TempFileName(nullptr));
+  if (!WriteWholeFile(temporary, data, size))
     return false;
-  if (!MoveOrSchedule(temporary.c_str(), path, MV_AT_RESTART)) {
+  if (!MoveOrSchedule(temporary, path, MV_AT_RESTART)) {
     message.append_format("Failed to register '%s' for replacement: %s\r\n", path, LastErrorText());
-    DeleteOrSchedule(temporary.c_str(), 0);
+    DeleteOrSchedule(temporary, 0);
     return false;
   }
   InstallFlags |= IF_REBOOT_NEEDED;

@@ -67,7 +67,9 @@ struct Case {
     bool replaces = false;
     const bool wanted = IsWanted(record, "f", machine, replaces);
     CHECK((wanted || !replaces));
-    return (!wanted ? "skip" : replaces ? "replace" : "write") +
+    return (!wanted    ? "skip"
+            : replaces ? "replace"
+                       : "write") +
            (LogText.is_empty() ? std::string() : std::string(": ") + LogText.c_str());
   }
 
@@ -125,8 +127,8 @@ TEST_CASE("references are listed with the mark that the uninstaller reads") {
     bool com;
   };
   const Row rows[] = {
-      {KindProgram, 0, nullptr, false}, {KindShared, 0, "f", false},         {KindShared, FF_KEEP, "f ", false},
-      {KindFont, 0, nullptr, false},    {KindSystem, 0, "f ", false},        {KindSystem, FF_KEEP, "f ", false},
+      {KindProgram, 0, nullptr, false}, {KindShared, 0, "f", false},          {KindShared, FF_KEEP, "f ", false},
+      {KindFont, 0, nullptr, false},    {KindSystem, 0, "f ", false},         {KindSystem, FF_KEEP, "f ", false},
       {KindSystemCom, 0, "f^", true},   {KindSystemCom, FF_KEEP, "f ", true}, {3, 0, nullptr, false},
   };
   for (const Row &row : rows) {

@@ -20,21 +20,21 @@ TEST_CASE("versions are ordered by their numbers, then by their last letter") {
   const Row rows[] = {
       {"", "", 0},
       {"1.2", "1.2", 0},
-      {"1.2", "1.2.0", -1},      // a shorter list is older
-      {"1.10", "1.9", 1},        // numbers, not characters
-      {"0010.02", "10.2", 0},    // leading zeros don't count
-      {".5", "0.5", 0},          // a leading dot stands for a 0
-      {"..5", "0.5", 0},         // ... only once
-      {"1..2", "1.2", 0},        // later ones only separate
-      {"1,2 3", "1.2.3", 0},     // so does anything else
-      {"v1.2", "1.2v", 0},       // a letter counts wherever it stands
+      {"1.2", "1.2.0", -1},   // a shorter list is older
+      {"1.10", "1.9", 1},     // numbers, not characters
+      {"0010.02", "10.2", 0}, // leading zeros don't count
+      {".5", "0.5", 0},       // a leading dot stands for a 0
+      {"..5", "0.5", 0},      // ... only once
+      {"1..2", "1.2", 0},     // later ones only separate
+      {"1,2 3", "1.2.3", 0},  // so does anything else
+      {"v1.2", "1.2v", 0},    // a letter counts wherever it stands
       {"1.2a", "1.2", 1},
       {"1.2b", "1.2a", 1},
-      {"1.2a", "1.2A", 1},       // with its case
-      {"1a2b", "1.2.b", 0},      // the last one wins
-      {"1.2b", "1.2.0a", -1},    // letters only decide between equal lists
-      {"b", "a", 1},             // also between empty ones
-      {"4294967297", "1", 0},    // wraps
+      {"1.2a", "1.2A", 1},    // with its case
+      {"1a2b", "1.2.b", 0},   // the last one wins
+      {"1.2b", "1.2.0a", -1}, // letters only decide between equal lists
+      {"b", "a", 1},          // also between empty ones
+      {"4294967297", "1", 0}, // wraps
   };
   for (const Row &row : rows) {
     CAPTURE(row.a);

@@ -20,7 +20,7 @@ using namespace korb::test;
 namespace {
 
 constexpr FileDate kDate{2001, 5, 17, 10, 30, 2};
-constexpr DWORD kShown = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+constexpr DWORD kChosen = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN;
 
 struct Fixture {
   Fixture() {
@@ -46,10 +46,18 @@ struct Fixture {
   }
 
   String Path(const char *name) const { return (folder.Path() / name).string().c_str(); }
-  DWORD Attributes(const char *name) const { return GetFileAttributesA(Path(name)) & kShown; }
+  DWORD Attributes(const char *name) const { return GetFileAttributesA(Path(name)) & kChosen; }
+  /// What a disk keeps of `attributes`: not every one under Wine knows hidden files.
+  DWORD Kept(DWORD attributes) {
+    folder.Write("probe", "");
+    SetFileAttributesA(Path("probe"), attributes);
+    const DWORD kept = Attributes("probe");
+    SetFileAttributesA(Path("probe"), FILE_ATTRIBUTE_NORMAL);
+    return kept;
+  }
   FileDate Date(const char *name) const {
     FileDate date{};
-    CHECK(GetFileModified(Path(name), &date));
+    CHECK(GetFileModified(Path(name), date));
     return date;
   }
 
@@ -62,10 +70,10 @@ TEST_CASE_FIXTURE(Fixture, "a placed file has its bytes, its date and its attrib
   for (const uint64_t flags : {uint64_t{0}, IF_VERIFY_WRITES}) {
     InstallFlags = flags;
     const std::string large(0x100001, 'x');
-    CHECK(Place("a", large, false, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_READONLY));
+    CHECK(Place("a", large, false, kChosen));
     CHECK(folder.Read("a") == large);
     CHECK(CompareFileDates(Date("a"), kDate) == 0);
-    CHECK(Attributes("a") == (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_READONLY));
+    CHECK(Attributes("a") == Kept(kChosen));
     SetFileAttributesA(Path("a"), FILE_ATTRIBUTE_NORMAL);
 
     CHECK(Place("a", "", false, 0)); // cut to nothing
@@ -97,10 +105,24 @@ TEST_CASE_FIXTURE(Fixture, "a file that can't be written is reported and nothing
   CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, ErrorReport, 0, false); }) == 5);
 }
 
+TEST_CASE_FIXTURE(Fixture, "a protected target is opened only if its attributes may go") {
+  folder.Write("a", "old");
+  SetFileAttributesA(Path("a"), FILE_ATTRIBUTE_READONLY);
+  CHECK_FALSE(Place("a", "new"));
+  CHECK_FALSE(ErrorReport.is_empty());
+  CHECK(folder.Read("a") == "old");
+
+  ErrorReport.clear();
+  InstallFlags = IF_CLEAR_ATTRIBUTES;
+  CHECK(Place("a", "new"));
+  CHECK(ErrorReport.is_empty());
+  CHECK(folder.Read("a") == "new");
+  CHECK(Attributes("a") == 0);
+}
+
 TEST_CASE_FIXTURE(Fixture, "a file in use is replaced at the next start, if it may") {
   folder.Write("a", "old");
-  const HANDLE lock =
-      CreateFileA(Path("a"), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE lock = CreateFileA(Path("a"), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   REQUIRE(lock != INVALID_HANDLE_VALUE);
   const std::string path = Path("a").c_str();
 
