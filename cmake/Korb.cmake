@@ -106,7 +106,9 @@ function(korb_win32_test name)
   endif()
 endfunction()
 
-# korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program; its corpus lies in tests/fuzz/corpus/<name>.
+# korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program. Its test fuzzes for KORB_FUZZ_SECONDS, from the
+# inputs kept in tests/fuzz/corpus/<name>; what it finds worth keeping stays below the build folder.
+set(KORB_FUZZ_SECONDS 30 CACHE STRING "How long the test of each fuzzer runs")
 function(korb_fuzzer name)
   if(NOT KORB_FUZZ)
     return()
@@ -116,6 +118,16 @@ function(korb_fuzzer name)
   korb_flags(${name})
   target_link_options(${name} PRIVATE -fsanitize=fuzzer)
   target_link_libraries(${name} PRIVATE test_support ${arg_USES})
+  set(found ${CMAKE_BINARY_DIR}/corpus/${name})
+  file(MAKE_DIRECTORY ${found})
+  set(kept ${CMAKE_SOURCE_DIR}/tests/fuzz/corpus/${name})
+  if(NOT EXISTS ${kept})
+    set(kept "")
+  endif()
+  math(EXPR limit "${KORB_FUZZ_SECONDS} + 120")
+  add_test(NAME fuzz_${name} COMMAND ${name} -max_total_time=${KORB_FUZZ_SECONDS} -timeout=20 -rss_limit_mb=4096
+    -print_final_stats=1 -verbosity=0 -artifact_prefix=${CMAKE_BINARY_DIR}/${name}- ${found} ${kept})
+  set_tests_properties(fuzz_${name} PROPERTIES TIMEOUT ${limit})
 endfunction()
 
 # korb_stub(<name> <source>... USES <library>...): the program that ships. No start files and no C library: a first
