@@ -114,6 +114,7 @@ void ArchiveRun::Run() {
 }
 
 void ResetRunValues() {
+  ClearTrap();
   InstallFlags = 0;
   AutomaticMode = false;
   UninstallMode = false;

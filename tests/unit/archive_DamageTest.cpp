@@ -66,7 +66,13 @@ const Damage kDamages[] = {
     {29, "negative payload size", Header<header::kPayloadSizeAt, -1>},
     {28, "negative size in the table", Header<header::kSize, -1>},
     {28, "size above 0x40000000", Header<header::kSize, 0x40000001>},
-    {28, "the table passes the section", Header<header::kFileCountAt, 0x7FFFFFFF>},
+    {28, "the table passes the section",
+     [](TestInstaller &t) {
+       t.executable = [](Bytes &file) {
+         Put(file, kArchivePos + header::kFileCountAt, Raw(3));
+         Put(file, kSectionEntry + pe::kRawSizeAt, Raw(header::kSize + 8));
+       };
+     }},
     {47, "another key", Header<header::kConfigKeyAt, 1>},
     {47, "the section ends in the configuration", Section<pe::kRawSizeAt, header::kSize + 8 + 20>},
     {25, "a flipped bit in a literal byte",

@@ -21,7 +21,7 @@ void CheckRecords(const ArchiveRun &run) {
   const PayloadRecord &one = run.records[0];
   CHECK(std::string(one.name) == "dir\\one.txt");
   CHECK(one.dest_kind == KindProgram);
-  CHECK(one.file_flags == FF_DESKTOP);
+  CHECK(one.file_flags == FF_START_MENU);
   CHECK(one.attributes == 0x20);
   CHECK(std::string(reinterpret_cast<const char *>(one.contents), static_cast<size_t>(one.size)) == "12345");
   CHECK(one.date.year == 1999);
@@ -36,11 +36,13 @@ void CheckRecords(const ArchiveRun &run) {
   CHECK(std::string(two.icon).empty());
   CHECK(std::string(two.target) == "target");
   CHECK(run.cursor.left() == 0);
+  CHECK(PumpCount == 2);
 }
 
 /// An installer whose payload is spread over volumes of `volume` bytes; 0: none.
 TestInstaller Spread(PayloadLayout layout, bool packed, int32_t first, int32_t volume) {
   TestInstaller installer;
+  installer.product.files[0].flags = FF_START_MENU; // the other flag with an icon is used elsewhere
   installer.product.payload.layout = layout;
   if (packed)
     installer.product.flags |= IF_PACKED_PAYLOAD;
@@ -129,12 +131,17 @@ TEST_CASE("a volume is asked for until the right one is there") {
 
 TEST_CASE("a volume that can't be read, and one that brings too much, are damage") {
   const packer::Installer built = Spread(PayloadLayout::kInSection, false, 40, 1 << 20).Build();
-  for (const auto &[code, extra, unreadable] : {std::tuple{50, "", true}, {0, "", false}, {0, "more", false}}) {
+  for (const auto &[code, extra, unreadable] :
+       {std::tuple{50, "", true}, {0, "", false}, {0, "longer than the slack that a string has", false}}) {
     ArchiveRun run(built.executable);
     run.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]) + extra;
     run.user.unreadable = unreadable;
     CHECK(TrappedCode([&] { run.Run(); }) == code);
   }
+  // A wrong disk is told as such at once, a missing one only the second time.
+  ArchiveRun wrong(built.executable);
+  wrong.user.files["A:\\dir\\DISK2.KRB"] = "other";
+  CHECK_THROWS_WITH(wrong.Run(), "asked for a disk: wrong disk\r\n\r\ninsert 2 in A:");
   ArchiveRun short_volume(built.executable);
   short_volume.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]).substr(0, 10);
   CHECK_THROWS_AS(short_volume.Run(), std::runtime_error); // asks for volume 3
@@ -179,7 +186,7 @@ TEST_CASE("sections behind the archive's move up in the uninstaller's table") {
     // The archive's entry changes places with the one in front of it.
     for (size_t i = 0; i < 40; ++i)
       std::swap(file[kSectionEntry + i], file[kSectionEntry - 40 + i]);
-    Put(file, kSectionEntry + 40, std::string(40, '#'));
+    Put(file, kSectionEntry + 40, std::string(40, '#') + std::string(40, '@'));
   };
   const Bytes file = installer.Build().executable;
   ArchiveRun run(file);
@@ -192,6 +199,25 @@ TEST_CASE("sections behind the archive's move up in the uninstaller's table") {
   CHECK(packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt) == 0x800);
   CHECK(image[kSectionEntry - 40 + 4] == '3');
   CHECK(packer::GetU32(image, kSectionEntry - 40 + pe::kRawPointerAt) == 0x400 + 0x200 * 3 - raw);
-  CHECK(image[kSectionEntry] == '#'); // what stood behind the table comes along
+  CHECK(image[kSectionEntry] == '#'); // what stood behind the table comes along, one entry further than there are
+  CHECK(image[kSectionEntry + 40] == '@');
   CHECK(packer::GetU32(image, kSectionEntry + pe::kRawPointerAt) == 0x23232323);
+}
+
+TEST_CASE("a cursor gives zeros and empty texts past the end, and stays there") {
+  const std::string bytes("\1\2\3\4\5\6ab\0cd", 11);
+  ArchiveCursor cursor(bytes.data(), static_cast<int32_t>(bytes.size()));
+  CHECK(cursor.CursorReadU32() == 0x04030201);
+  cursor.CursorSkip(2);
+  CHECK(std::string(cursor.CursorReadText()) == "ab");
+  ArchiveCursor unended = cursor;
+  CHECK(std::string(unended.CursorReadText()).empty());
+  CHECK(unended.left() == 0);
+  CHECK(cursor.CursorReadU32() == 0x6463); // half of it is there
+  CHECK(cursor.CursorReadU32() == 0);
+  String block;
+  cursor.CursorReadBlock(block, 3);
+  CHECK(block == String("\0\0\0", 3));
+  cursor.CursorSkip(0x7FFFFFFF);
+  CHECK(cursor.left() == 0);
 }
