@@ -1,0 +1,44 @@
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "archive/RunValues.h"
+#include "ui/TextLookup.h"
+
+using namespace korb;
+
+TEST_CASE("a text is found by number and language, with the names put in") {
+  TextTable.clear();
+  TextTable.set_count(3);
+  for (int32_t i = 0; i < 2; ++i)
+    TextTable.at(i).set_count(2);
+  TextTable.at(0).at(0) = "<PRODUCT> on <Os>, <product>";
+  TextTable.at(0).at(1) = "zwei";
+  TextTable.at(1).at(0) = "plain";
+  OsNameInTexts = "System";
+
+  struct Row {
+    int32_t number, language;
+    const char *expected;
+  };
+  ProductName = "P<os>"; // the system's name goes in second, so it is found here too
+  const Row rows[] = {{0, 0, "PSystem on System, PSystem"},
+                      {0, 1, "zwei"},
+                      {1, 0, "plain"},
+                      {1, 1, ""},
+                      {2, 0, ""},
+                      {3, 0, ""},
+                      {-1, 0, ""},
+                      {0, 2, ""},
+                      {0, -1, ""}};
+  for (const Row &row : rows) {
+    CAPTURE(row.number);
+    LanguageIndex = row.language;
+    CHECK(std::string(TextLookup(row.number)) == row.expected);
+  }
+  LanguageIndex = 0;
+  const char *first = TextLookup(0);
+  ProductName = "Other";
+  CHECK(TextLookup(0) == first);
+  CHECK(std::string(first) == "PSystem on System, PSystem");
+}
