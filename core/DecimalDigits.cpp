@@ -65,10 +65,12 @@ DecimalDigits::DecimalDigits(double value) {
   Limbs number;
   number.limb[39] = static_cast<uint32_t>(mantissa % kLimbBase);
   number.limb[38] = static_cast<uint32_t>(mantissa / kLimbBase);
-  for (; mantissa && exponent > 0; exponent -= kMaxShiftUp)
-    number.ShiftUp(exponent < kMaxShiftUp ? exponent : kMaxShiftUp);
-  for (; mantissa && exponent < 0; exponent += kMaxShiftDown)
-    number.ShiftDown(-exponent < kMaxShiftDown ? -exponent : kMaxShiftDown);
+  if (mantissa == 0)
+    exponent = 0;
+  for (int32_t left = exponent; left > 0; left -= kMaxShiftUp)
+    number.ShiftUp(left < kMaxShiftUp ? left : kMaxShiftUp);
+  for (int32_t left = -exponent; left > 0; left -= kMaxShiftDown)
+    number.ShiftDown(left < kMaxShiftDown ? left : kMaxShiftDown);
 
   for (int32_t i = number.first; i < number.end; ++i) {
     if (i == number.point)

@@ -1,0 +1,252 @@
+// Dates and times: the calendar, the forms that are read, the letters that are written, and the tagged value.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "core/Date.h"
+#include "core/Value.h"
+
+using namespace korb;
+
+namespace {
+
+constexpr int32_t kThisYear = 2025;
+
+Date DateOf(int32_t month, int32_t day, int32_t year) {
+  Date date;
+  date.set(month, day, year);
+  return date;
+}
+
+/// "year-month-day", "none" for a cleared date, and "?" behind one that the calendar does not have.
+std::string Show(const Date &date) {
+  if (date.month == 0 && date.day == 0 && date.year == 0 && date.julian == 0 && date.weekday == 0)
+    return "none";
+  return std::to_string(date.year) + "-" + std::to_string(date.month) + "-" + std::to_string(date.day) +
+         (date.is_invalid() ? "?" : "");
+}
+
+std::string Parsed(const char *text, bool day_first = false) {
+  Date date = DateOf(1, 1, 1999); // what was there must not show through
+  const bool read = date.parse(text, day_first, kThisYear);
+  CHECK(read == (Show(date) != "none"));
+  return Show(date);
+}
+
+std::string ParsedTime(const char *text) {
+  Time time{1, 2, 3};
+  const bool read = time.parse(text);
+  CHECK(read != time.is_invalid());
+  return read ? std::string(time.format("H:ii:ss")) : "none";
+}
+
+} // namespace
+
+TEST_CASE("day numbers and dates turn into each other") {
+  const Date known = DateOf(1, 1, 2000);
+  CHECK(known.julian == 2451544);
+  CHECK(known.weekday == 7); // a Saturday
+
+  // Every day of 800 years, the change of calendars and its following January and February apart.
+  int32_t last = DateOf(12, 31, 1599).julian;
+  int32_t weekday = DateOf(12, 31, 1599).weekday;
+  for (int32_t year = 1600; year < 2400; ++year) {
+    for (int32_t month = 1; month <= 12; ++month) {
+      for (int32_t day = 1; day <= Date::days_in_month(month, year); ++day) {
+        const Date date = DateOf(month, day, year);
+        Date back;
+        back.set_julian(date.julian);
+        weekday = weekday % 7 + 1;
+        const bool good = date.julian == ++last && date.weekday == weekday && back.year == year &&
+                          back.month == month && back.day == day && back.weekday == weekday && !date.is_invalid();
+        if (!good)
+          FAIL(Show(date), " ", date.julian, " back ", Show(back));
+      }
+    }
+  }
+  CHECK(DateOf(10, 15, 1582).julian - DateOf(10, 4, 1582).julian == 1);
+  for (const Date &date : {DateOf(12, 31, -1), DateOf(1, 1, 1), DateOf(2, 29, 1500), DateOf(12, 31, -44)}) {
+    Date back;
+    back.set_julian(date.julian);
+    CHECK(Show(back) == Show(date));
+  }
+  Date none = known;
+  none.set_julian(0);
+  CHECK(Show(none) == "none");
+}
+
+TEST_CASE("the calendar") {
+  CHECK(Date::is_leap(1500));
+  CHECK_FALSE(Date::is_leap(1700));
+  CHECK(Date::is_leap(2000));
+  CHECK_FALSE(Date::is_leap(2025));
+  CHECK(Date::days_in_month(2, 2024) == 29);
+  CHECK(Date::days_in_month(2, 1900) == 28);
+  CHECK(Date::days_in_month(0, 2000) == 0);
+  CHECK(Date::days_in_month(13, 2000) == 0);
+  Date wild;
+  wild.set(INT32_MAX, INT32_MAX, INT32_MIN); // an archive may hold anything
+  CHECK(wild.is_invalid());
+  wild.set_julian(INT32_MIN);
+  CHECK(wild.is_invalid());
+  wild.set_julian(INT32_MAX);
+}
+
+TEST_CASE("dates are read in many forms") {
+  const struct {
+    const char *text, *date;
+  } rows[] = {
+      {"1/5/2001", "2001-1-5"},
+      {" 1 / 5 / 2001 ", "2001-1-5"},
+      {"1.5.2001", "2001-1-5"},
+      {"3/2001", "2001-3-1"},
+      {"1/5/2001 whatever", "2001-1-5"},
+      {"5-Jan-01", "2001-1-5"},
+      {"5 jan 2001", "2001-1-5"},
+      {"5-January-2001", "2001-1-5"},
+      {"5 Jan", "2000-1-5"},
+      {"Jan 5, 2001", "2001-1-5"},
+      {"Jan 5th, 2001", "2001-1-5"},
+      {"JAN 1ST 2001", "2001-1-1"},
+      {"Jan 3 rd 2001", "2001-1-3"},
+      {"Jan 2nd, 2001", "2002-1-1"}, // this ending is none, so the 2 is the year
+      {"Jan 5", "2005-1-1"},
+      {"March 2001", "2001-3-1"},
+      {"Friday, January 5, 2001", "2001-1-5"},
+      {"fri 1/5/2001", "2001-1-5"},
+      {"Monday,1/5/2001", "2001-1-5"}, // believed, not checked
+      {"2/29/1500", "1500-2-29"},
+      {"2/29/1900", "1900-2-29?"},
+      {"13/1/2001", "2001-13-1?"},
+      {"1/1/75", "2075-1-1"}, // as near as 1975, and later
+      {"1/1/76", "1976-1-1"},
+      {"1/1/100", "2000-1-1"},
+      {"1/1/101", "101-1-1"},
+      {"", "none"},
+      {"  ", "none"},
+      {"Sept 5 2001", "none"},
+      {"Tues 1/5/2001", "none"},
+      {"Foo 5 2001", "none"},
+      {"Jan", "none"},
+      {"Jan 0, 2001", "none"},
+      {"0/5/2001", "none"},
+      {"1/0/2001", "none"},
+      {"2001-01-05", "none"},
+      {"5-1-2001", "none"},
+      {"15", "none"},
+      {"-1/5/2001", "none"},
+      {"1,5,2001", "none"},
+  };
+  for (const auto &row : rows)
+    CHECK_MESSAGE(Parsed(row.text) == row.date, std::string(row.text));
+  CHECK(Parsed("1/5/2001", true) == "2001-5-1");
+  CHECK(Parsed("3/2001", true) == "2001-3-1");
+  const char *none = nullptr;
+  CHECK_FALSE(Date().parse(none, false, kThisYear));
+}
+
+TEST_CASE("times are read, and a cleared one is no time") {
+  const struct {
+    const char *text, *time;
+  } rows[] = {{"15:05", "15:05:00"},
+              {" 3:05:09 pm", "15:05:09"},
+              {"3:05p", "15:05:00"},
+              {"3 : 05 : 09", "3:05:09"},
+              {"12:30 am", "12:30:00"},
+              {"12:30p", "12:30:00"},
+              {"0:00p", "12:00:00"},
+              {"0:00", "0:00:00"},
+              {"24:00", "none"},
+              {"1:60", "none"},
+              {"1:00:60", "none"},
+              {"15", "none"},
+              {"x", "none"},
+              {"", "none"},
+              {"4294967295:00p", "none"}};
+  for (const auto &row : rows)
+    CHECK_MESSAGE(ParsedTime(row.text) == row.time, std::string(row.text));
+
+  const struct {
+    const char *text, *moment;
+  } moments[] = {{"1/5/2001 15:05", "1/5/01 3:05:00p"},
+                 {"Jan 5, 2001, 3:05:09 pm", "1/5/01 3:05:09p"},
+                 {"January 2001 10:30", "1/1/01 10:30:00a"},
+                 {"Jan 5 10:30", "1/1/05 10:30:00a"}};
+  for (const auto &row : moments) {
+    DateTime moment;
+    CHECK(moment.parse(row.text, false, kThisYear));
+    CHECK_MESSAGE(std::string(moment.format(nullptr)) == row.moment, std::string(row.text));
+  }
+  DateTime moment;
+  CHECK(moment.parse("1/5/2001", false, kThisYear));
+  CHECK(moment.time.is_invalid());
+  CHECK_FALSE(moment.parse("10:30", false, kThisYear));
+}
+
+TEST_CASE("dates and times are written by letters") {
+  const DateTime moment{DateOf(1, 5, 2001), Time{15, 5, 9}};
+  const struct {
+    const char *format, *text;
+  } rows[] = {{"d dd D DD", "5 05 5th Fifth"},
+              {"m mm M MM", "1 01 Jan January"},
+              {"w ww W WW", "6 06 Fri Friday"},
+              {"y yy Y YY", "01 2001 Oh One Two Thousand One"},
+              {"MM D, yy", "January 5th, 2001"},
+              {"h hh H HH", "3 03 15 15"},
+              {"i ii s ss", "5 05 9 09"},
+              {"h:ii:ssap AP a A", "3:05:09p p.m. a A"},
+              {"today", "to5a01"},
+              {"ddd", "055"},
+              {"", "1/5/01 3:05:09p"}};
+  for (const auto &row : rows)
+    CHECK_MESSAGE(std::string(moment.format(row.format)) == row.text, std::string(row.format));
+  CHECK(std::string(moment.date.format("hh H ii s ap AP d")) == "hh H ii s ap AP 5");
+  CHECK(std::string(moment.date.format(nullptr)) == "1/5/01");
+  CHECK(std::string(moment.time.format("d H")) == "d 15");
+  CHECK(std::string(DateOf(1, 1, 2000).format("Y")) == "Oh Zero");
+  CHECK(std::string(DateOf(1, 1, 1999).format("Y YY")) == "Ninety Nine Nineteen Ninety Nine");
+  CHECK(std::string(DateOf(13, 1, 1999).format("[M MM] m")) == "[ ] 13");
+  CHECK(std::string(Time{0, 0, 0}.format("hAP")) == "12a.m.");
+}
+
+TEST_CASE("dates, and moments, have an order") {
+  const Date early = DateOf(1, 31, 2001), late = DateOf(2, 1, 2001), bad = DateOf(2, 30, 2001);
+  CHECK(early.compare(late) == -1);
+  CHECK(late.compare(early) == 1);
+  CHECK(late.compare(late) == 0);
+  CHECK(bad.compare(early) == -1);
+  CHECK(early.compare(Date()) == 1);
+  CHECK(bad.compare(Date()) == 0);
+  CHECK(DateTime{early, Time{10, 0, 9}}.compare(DateTime{early, Time{10, 1, 0}}) == -1);
+  CHECK(DateTime{late, Time{0, 0, 0}}.compare(DateTime{early, Time{23, 0, 0}}) == 1);
+
+  const FileDate file{2001, 1, 5, 15, 5, 9};
+  CHECK(std::string(DateTime::from(file).format(nullptr)) == "1/5/01 3:05:09p");
+  CHECK(CompareFileDates(DateTime::from(file).to_file_date(), file) == 0);
+  CHECK_FALSE(DateTime::from(FileDate{}).to_file_date().has_date());
+}
+
+TEST_CASE("a value turns into text, number and truth by its kind") {
+  const Date date = DateOf(1, 5, 2001);
+  const struct {
+    Value value;
+    const char *text;
+    int32_t number;
+    bool truth;
+  } rows[] = {{Value(), "", 0, false},
+              {Value(int64_t{0xFFFFFFFF}), "4294967295", -1, true},
+              {Value(int64_t{0}), "0", 0, false},
+              {Value(-2.75), "-2.75", -2, true},
+              {Value(3e9), "3000000000", 0, true},
+              {Value("12 files"), "12 files", 12, true},
+              {Value("No"), "No", 0, false},
+              {Value(date), "1/5/2001", 0, false},
+              {Value(Time{9, 5, 0}), "09:05:00", 0, false},
+              {Value(DateTime{date, Time{0, 0, 0}}), "1/5/2001 00:00:00", 0, false},
+              {Value(DateTime{date, Time{}}), "1/5/2001", 0, false}};
+  for (const auto &row : rows) {
+    CHECK(std::string(row.value.to_string()) == row.text);
+    CHECK_MESSAGE(row.value.to_int() == row.number, std::string(row.text));
+    CHECK_MESSAGE(row.value.to_boolean() == row.truth, std::string(row.text));
+  }
+}

@@ -1,0 +1,304 @@
+// Searching, replacing, splitting, and taking parts off the front.
+#include <doctest/doctest.h>
+
+#include <random>
+#include <string>
+
+#include "core/Array.h"
+#include "core/List.h"
+#include "core/String.h"
+#include "core/Vector.h"
+
+using namespace korb;
+using namespace std::string_literals;
+
+namespace {
+
+std::string Bytes(const String &text) {
+  return std::string(text.c_str(), static_cast<size_t>(text.length()));
+}
+
+String Make(const std::string &bytes) {
+  return String(bytes.data(), static_cast<int32_t>(bytes.size()));
+}
+
+/// The entries, each in brackets.
+std::string Show(const Collection<String> &entries) {
+  std::string all;
+  CollectionIterator it;
+  entries.begin(it);
+  while (const String *entry = entries.next(it))
+    all += "[" + Bytes(*entry) + "]";
+  return all;
+}
+
+} // namespace
+
+TEST_CASE("find") {
+  const struct {
+    std::string text;
+    const char *pattern;
+    int32_t start;
+    uint32_t flags;
+    int32_t result;
+  } rows[] = {
+      {"abcabc", "bc", 0, 0, 1},
+      {"abcabc", "bc", 2, 0, 4},
+      {"abcabc", "bc", -9, 0, 1},
+      {"abcabc", "BC", 0, 0, -1},
+      {"abcabc", "BC", 0, FIND_IGNORE_CASE, 1},
+      {"abcabc", "bc", 0, FIND_RETURN_END, 3},
+      {"abcabc", "", 0, 0, -1},
+      {"abc", "abcd", 0, 0, -1},
+      {"", "a", 0, FIND_REVERSE, -1},
+      {"abcabc", "abc", 0, FIND_REVERSE, -1},
+      {"abcabc", "abc", 3, FIND_REVERSE, 0},
+      {"abcabc", "abc", 4, FIND_REVERSE, 3},
+      {"abcabc", "abc", STRING_ALL, FIND_REVERSE, 3},
+      {"abcabc", "abc", INT32_MIN, FIND_REVERSE, -1},
+      {"a_b", "a", 0, FIND_WHOLE_WORD, -1},
+      {"a1 a", "a", 0, FIND_WHOLE_WORD, 3},
+      {"xa a.", "a", 0, FIND_WHOLE_WORD, 3},
+      {"a-b", "a", 0, FIND_WHOLE_WORD, 0},
+      {"axc", "a?c", 0, FIND_WILDCARD, 0},
+      {"axC", "a?c", 0, FIND_WILDCARD, -1},
+      {"axC", "A?c", 0, FIND_WILDCARD | FIND_IGNORE_CASE, 0},
+      {"a\0c"s, "a?c", 0, FIND_WILDCARD, 0},
+      {"a?c", "?", 0, 0, 1},
+      {"say \"abc\" abc", "abc", 0, FIND_SKIP_QUOTED, 10},
+      {"say \"abc abc", "abc", 0, FIND_SKIP_QUOTED, -1},
+      {"abc \"abc\"", "abc", STRING_ALL, FIND_SKIP_QUOTED | FIND_REVERSE, 5}, // no quote stands at its places
+      {"x;y", ",;", 0, FIND_ANY_OF, 1},
+      {"x;y", ",;", 0, FIND_ANY_OF | FIND_RETURN_END, 2},
+      {"x?y", "?", 0, FIND_ANY_OF | FIND_WILDCARD, 1},
+      {"xyZ", "z", 0, FIND_ANY_OF | FIND_IGNORE_CASE, 2},
+      {"x\0y"s, "y", 0, FIND_ANY_OF, 2},
+      {"xy;", ";!", STRING_ALL, FIND_ANY_OF | FIND_REVERSE, 2},
+  };
+  for (const auto &row : rows)
+    CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, std::string(row.text), " / ",
+                  std::string(row.pattern), " / ", row.flags);
+  CHECK(String("abcd").find("bcX", 0, 0, 2) == 1);
+  CHECK(String("abcd").find("bc", 0, 0, 0) == -1);
+  CHECK(String("abcd").find(nullptr) == -1);
+}
+
+TEST_CASE("single characters and sets") {
+  const String text("a\"b\"B.12");
+  CHECK(text.find_char('b') == 2);
+  CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED) == -1);
+  CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED | FIND_IGNORE_CASE) == 4);
+  CHECK(String("\"b").find_char('b', 0, FIND_SKIP_QUOTED) == -1);
+  CHECK(text.rfind_char('"') == 3);
+  CHECK(text.rfind_char('"', 2) == 1);
+  CHECK(text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED) == -1);
+  CHECK(text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED) == 0);
+  CHECK(text.rfind_char('a', -1) == -1);
+  CHECK(text.find_any("12") == 6);
+  CHECK(text.find_any("") == -1);
+  CHECK(text.find_any("a", 8) == -1);
+  CHECK(text.find_not_in("a\"") == 2);
+  CHECK(text.find_not_in("") == 0);
+  CHECK(text.find_not_in(nullptr) == -1);
+  CHECK(Make("ab\0"s).find_any("\0x") == -1);
+  CHECK(Make("ab\0"s).find_not_in("ab") == 2);
+  CHECK(text.find_number_start(0) == 5);
+  CHECK(String("a\tb").find_space() == 1);
+}
+
+TEST_CASE("line ends") {
+  const struct {
+    const char *text;
+    int32_t start;
+    uint32_t flags;
+    int32_t result;
+  } rows[] = {{"ab\r\nc", 0, 0, 4},
+              {"ab\n\rc", 0, 0, 4},
+              {"ab\n\nc", 0, 0, 3},
+              {"ab\r\nc", 0, LINE_AT_BREAK, 2},
+              {"ab\r\nc", 4, 0, -1},
+              {"ab\r\nc", 4, LINE_LENGTH_IF_NONE, 5},
+              {"ab\n", 3, LINE_LENGTH_IF_NONE, 3},
+              {"ab\n", -1, 0, -1},
+              {"\"a\n\"b\nc", 0, LINE_SKIP_QUOTED, 6},
+              {"\"a\nb", 0, LINE_SKIP_QUOTED, -1},
+              {"\"a\nb", 0, LINE_SKIP_QUOTED | LINE_LENGTH_IF_NONE, 4}};
+  for (const auto &row : rows)
+    CHECK_MESSAGE(String(row.text).find_line_end(row.start, row.flags) == row.result, std::string(row.text), " / ",
+                  row.flags);
+}
+
+TEST_CASE("replace") {
+  const struct {
+    const char *before, *old, *with;
+    uint32_t flags;
+    int32_t start, max, skip, result;
+    const char *after;
+  } rows[] = {
+      {"aaaa", "aa", "b", 0, 0, STRING_ALL, 0, 2, "bb"},
+      {"a.a.a", "a", "bbb", 0, 0, STRING_ALL, 0, 3, "bbb.bbb.bbb"},
+      {"a.a.a", "a", "aa", 0, 0, STRING_ALL, 0, 3, "aa.aa.aa"}, // what was written is not searched again
+      {"a.a.a", "a", nullptr, 0, 0, STRING_ALL, 0, 3, ".."},
+      {"aaa", "a", "", 0, 0, STRING_ALL, 0, 3, ""},
+      {"a.a.a", "a", "x", 0, 1, STRING_ALL, 0, 2, "a.x.x"},
+      {"a.a.a", "a", "x", 0, 0, 1, 1, 2, "a.x.a"},
+      {"a.a.a", "a", "xy", 0, 0, 1, 1, 2, "a.xy.a"},
+      {"a.a.a", "a", "xy", 0, 0, STRING_ALL, 9, 3, "a.a.a"},
+      {"a.a.a", "a", "x", 0, 0, 0, 0, 0, "a.a.a"},
+      {"a.a.a", "", "x", 0, 0, STRING_ALL, 0, 0, "a.a.a"},
+      {"ab", "x", "y", 0, 0, STRING_ALL, 0, 0, "ab"},
+      {"ab", "x", "y", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
+      {"ab", "x", "yy", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
+      {"ab", "b", "y", FIND_FIRST_ONLY, 0, 0, 0, -1, "ab"},
+      {".a.a", "a", "x", FIND_FIRST_ONLY, 0, STRING_ALL, 0, 1, ".x.a"},
+      {".a.a", "a", "xy", FIND_FIRST_ONLY, 0, STRING_ALL, 0, 1, ".xy.a"},
+      {".a.a", "a", "x", FIND_FIRST_ONLY, 0, STRING_ALL, 1, 3, ".a.x"},
+      {".a.a", "a", "xy", FIND_FIRST_ONLY, 0, STRING_ALL, 1, 1, ".a.a"},
+      {".a", "a", "x", FIND_FIRST_ONLY, 0, STRING_ALL, 1, -1, ".a"},
+      {"a.a", "a", "x", FIND_REVERSE | FIND_RETURN_END, 0, STRING_ALL, 0, 2, "x.x"},
+      {"A.a", "a", "xy", FIND_IGNORE_CASE, 0, STRING_ALL, 0, 2, "xy.xy"},
+      {"--", "-", "x", FIND_WHOLE_WORD, 0, STRING_ALL, 0, 1, "x-"}, // in place, the neighbour has become a letter
+      {"1a2 3a4", "?a?", "?-?", FIND_WILDCARD, 0, STRING_ALL, 0, 2, "1-2 3-4"},
+      {"1a2", "?a?", "b??", FIND_WILDCARD, 0, STRING_ALL, 0, 1, "b12"},
+      {"1a2", "?a?", "<?,?,?>", FIND_WILDCARD, 0, STRING_ALL, 0, 1, "<1,2,?>"},
+      {"1a2", "1a", "?", FIND_WILDCARD, 0, STRING_ALL, 0, 1, "?2"},
+      {"a,b;", ",;", "+", FIND_ANY_OF, 0, STRING_ALL, 0, 2, "a+b+"},
+      {"a,b;", ",;", "--", FIND_ANY_OF, 0, STRING_ALL, 0, 2, "a--b--"},
+      {"a?", "??x", "??", FIND_ANY_OF | FIND_WILDCARD, 0, STRING_ALL, 0, 1, "a??"},
+  };
+  for (const auto &row : rows) {
+    String text(row.before);
+    CHECK_MESSAGE(text.replace(row.old, row.with, row.flags, row.start, row.max, row.skip) == row.result,
+                  std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
+    CHECK_MESSAGE(Bytes(text) == row.after, std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
+  }
+  String text("abcab");
+  CHECK(text.replace(text.c_str() + 3, text.c_str(), 0) == 2); // both are parts of it
+  CHECK(text == "abcabcabcab");
+  CHECK(text.replace_with_char("bc", '-', 0, 3) == 2);
+  CHECK(text == "abca-a-ab");
+}
+
+TEST_CASE("replace agrees with a plain model, whatever the lengths") {
+  std::mt19937 random(7);
+  const auto word = [&random](size_t longest) {
+    std::string text(random() % (longest + 1), 'a');
+    for (char &c : text)
+      c = static_cast<char>('a' + random() % 2);
+    return text;
+  };
+  for (int round = 0; round < 3000; ++round) {
+    const std::string before = word(40), old = "a" + word(2), with = word(4);
+    std::string model = before;
+    int32_t count = 0;
+    for (size_t at = 0; (at = model.find(old, at)) != std::string::npos; at += with.size(), ++count)
+      model.replace(at, old.size(), with);
+    String text = Make(before);
+    REQUIRE_MESSAGE(text.replace(old.c_str(), with.c_str(), 0) == count, before, " ", old);
+    REQUIRE_MESSAGE(Bytes(text) == model, before, " ", old, " ", with);
+  }
+}
+
+TEST_CASE("split") {
+  const struct {
+    std::string text;
+    const char *delimiters;
+    uint32_t flags;
+    int32_t added;
+    std::string pieces;
+  } rows[] = {
+      {",a,,", ",", SPLIT_KEEP_EMPTY, 4, "[][a][][]"},
+      {",a,,", ",", 0, 1, "[a]"},
+      {"", ",", SPLIT_KEEP_EMPTY, 0, ""},
+      {",", ",", SPLIT_KEEP_EMPTY, 2, "[][]"},
+      {"a,b", ",", SPLIT_KEEP_DELIMITER, 2, "[a,][b]"},
+      {"a,", ",", SPLIT_KEEP_DELIMITER | SPLIT_KEEP_EMPTY, 2, "[a,][]"},
+      {"a;b,c", ",;", 0, 3, "[a][b][c]"},
+      {"a\0b,c"s, ",", 0, 2, "[a\0b][c]"s},
+      {"a\0b"s, nullptr, SPLIT_NUL_ENDS, 2, "[a][b]"},
+      {"a\r\nb\n\rc\n\nd", nullptr, SPLIT_LINES, 4, "[a][b][c][d]"},
+      {"a\n\nd\r", nullptr, SPLIT_LINES | SPLIT_KEEP_EMPTY, 4, "[a][][d][]"},
+      {"a\r\nb", ",", 0, 1, "[a\r\nb]"},
+      {" a , b ", ",", SPLIT_TRIM, 2, "[a][b]"},
+      {" \" a \" ", ",", SPLIT_TRIM | SPLIT_UNQUOTE, 1, "[a]"},
+      {"\"a,b\",c", ",", SPLIT_SKIP_QUOTED, 2, "[\"a,b\"][c]"},
+      {"\"a,b\",c", ",", 0, 3, "[\"a][b\"][c]"},
+      {"a,\"b,c", ",", SPLIT_SKIP_QUOTED, 2, "[a][\"b,c]"},
+      {"\"a\"\"b\",c\"\"d", ",", SPLIT_UNQUOTE | SPLIT_UNDOUBLE, 2, "[a\"b][c\"\"d]"},
+      {"\"a\"\"b\"", ",", SPLIT_UNQUOTE, 1, "[a\"\"b]"},
+      {"a,,b,c", ",", SPLIT_DOUBLED_DELIMITER, 2, "[a,,b][c]"},
+      {"a,;b", ",;", SPLIT_DOUBLED_DELIMITER | SPLIT_KEEP_EMPTY, 3, "[a][][b]"},
+      {"a,b,a,A,b,a", ",", SPLIT_UNIQUE, 6, "[a][b][A]"},
+      {"a,a,a", ",", SPLIT_UNIQUE, 3, "[a]"},
+  };
+  for (const auto &row : rows) {
+    const String text = Make(row.text);
+    Vector<String> vector;
+    Array<String> array;
+    List<String> list;
+    for (Collection<String> *pieces :
+         {static_cast<Collection<String> *>(&vector), static_cast<Collection<String> *>(&array),
+          static_cast<Collection<String> *>(&list)}) {
+      CHECK_MESSAGE(text.split(*pieces, row.delimiters, row.flags) == row.added, std::string(row.text), " / ",
+                    row.flags);
+      CHECK_MESSAGE(Show(*pieces) == row.pieces, std::string(row.text), " / ", row.flags);
+    }
+  }
+  Vector<String> lines;
+  lines.append("a");
+  CHECK(Make("a\n\r\0b"s).split_lines(lines) == 3);
+  CHECK(Show(lines) == "[a][a][][b]");
+  CHECK(String("c").split(lines, nullptr, SPLIT_UNIQUE) == 1); // those that were there before count too
+  CHECK(Show(lines) == "[a][][b][c]");
+}
+
+TEST_CASE("lines are taken off one by one") {
+  const struct {
+    std::string text, lines, lines_with_ends;
+  } rows[] = {{"a\n\rb", "[a][b]", "[a\n\r][b]"},
+              {"a\r\n\r\n", "[a][]", "[a\r\n][\r\n]"},
+              {"a\n\nb", "[a][][b]", "[a\n][\n][b]"},
+              {"a\0\nb"s, "[a][][b]", "[a\0][\n][b]"s},
+              {"", "", ""}};
+  for (const auto &row : rows) {
+    std::string lines, lines_with_ends;
+    for (String text = Make(row.text); !text.is_empty();)
+      lines += "[" + Bytes(text.take_line()) + "]";
+    for (String text = Make(row.text); !text.is_empty();)
+      lines_with_ends += "[" + Bytes(text.take_line_with_end()) + "]";
+    CHECK(lines == row.lines);
+    CHECK(lines_with_ends == row.lines_with_ends);
+  }
+}
+
+TEST_CASE("quoted runs and words are taken off") {
+  const struct {
+    const char *text;
+    int32_t start;
+    const char *taken, *rest;
+  } rows[] = {{"\"a b\" c", 0, "a b", " c"}, {"x\"a\"\"b\"y", 1, "a\"b", "xy"},
+              {"\"\"x", 0, "", "x"},         {"abc", 0, "", "abc"},
+              {"abc", 3, "", "abc"},         {"x\"abc", 1, "abc", "x"},
+              {"\"a\"\"\"", 0, "a\"", ""},   {"\"", 0, "", ""},
+              {"\"\"\"\"", 0, "\"", ""}};
+  for (const auto &row : rows) {
+    String text(row.text);
+    CHECK_MESSAGE(Bytes(text.take_quoted(row.start)) == row.taken, std::string(row.text));
+    CHECK_MESSAGE(Bytes(text) == row.rest, std::string(row.text));
+  }
+  const struct {
+    const char *line, *words;
+  } lines[] = {{"  /a /d:\"c:\\my dir\" x", "[/a][/d:\"c:\\my dir\"][x]"},
+               {"\"a\"\"b\"c d", "[\"a\"b\"c][d]"},
+               {"\"open end", "[\"open end\"]"},
+               {"a\t\"\" ", "[a][\"\"]"},
+               {"   ", ""}};
+  for (const auto &row : lines) {
+    std::string words;
+    String line(row.line);
+    for (String word = line.next_word(); !word.is_empty(); word = line.next_word())
+      words += "[" + Bytes(word) + "]";
+    CHECK_MESSAGE(words == row.words, std::string(row.line));
+    CHECK(line.is_empty());
+  }
+}
