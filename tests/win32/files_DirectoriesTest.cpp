@@ -1,0 +1,279 @@
+// Directories, attributes, delayed moves and processes on the real calls.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "core/Windows.h"
+#include "files/Attributes.h"
+#include "files/DeferredFiles.h"
+#include "files/Directories.h"
+#include "files/DiskSpace.h"
+#include "files/FileInfo.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+#include "files/RunProcess.h"
+#include "files/TempFiles.h"
+#include "files/WholeFile.h"
+#include "tests/support/FailureTrap.h"
+#include "tests/support/TempFolder.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+struct Fixture {
+  Fixture() { InitPaths(); }
+  String Path(const char *name) const { return (folder.Path() / name).string().c_str(); }
+  bool Exists(const char *name) const { return GetAttributes(Path(name)) != kNoAttributes; }
+
+  TempFolder folder;
+};
+
+struct Lock {
+  explicit Lock(const char *path) : handle(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
+    REQUIRE(handle != INVALID_HANDLE_VALUE);
+  }
+  ~Lock() { CloseHandle(handle); }
+  HANDLE handle;
+};
+
+/// What the system has registered for its next start.
+std::string PendingMoves() {
+  char text[4096];
+  DWORD size = sizeof text;
+  HKEY key;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "System\\CurrentControlSet\\Control\\Session Manager", 0, KEY_READ, &key) != 0)
+    return "";
+  const LONG error = RegQueryValueExA(key, "PendingFileRenameOperations", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
+  RegCloseKey(key);
+  return error == 0 ? std::string(text, size) : std::string();
+}
+
+} // namespace
+
+TEST_CASE("the program knows where it is") {
+  InitPaths();
+  CHECK(ProgramName.find(".exe", 0, FIND_IGNORE_CASE) > 0);
+  CHECK(PathJoin(ProgramDirectory, ProgramName) == ProgramPath);
+  CHECK(ProgramDrive == 'C');
+  CHECK(ProgramRelative("x") == PathJoin(ProgramDirectory, "x"));
+  CHECK(DirectoryExists(WindowsDirectory));
+  CHECK(CommandInterpreter.find("cmd.exe", 0, FIND_IGNORE_CASE) > 0);
+  String name("x");
+  CHECK(NormaliseToProgram(name));
+  CHECK(name == ProgramRelative("x"));
+  String text("%windir%\\x %unset_variable%");
+  CHECK(ExpandEnvironment(text));
+  CHECK(text.equals_no_case((WindowsDirectory + "\\x %unset_variable%").c_str()));
+  String long_text("%windir%");
+  long_text.insert_char('x', 0, 32000);
+  CHECK_FALSE(ExpandEnvironment(long_text));
+  CHECK(long_text.length() == 32008);
+}
+
+TEST_CASE_FIXTURE(Fixture, "directories are asked for by entering them") {
+  const String before = CurrentDirectory();
+  CHECK(DirectoryExists(folder.Path().string().c_str()));
+  CHECK_FALSE(DirectoryExists(Path("missing")));
+  CHECK_FALSE(DirectoryExists(""));
+  CHECK_FALSE(DirectoryExists(nullptr));
+  folder.Write("file", "x");
+  CHECK_FALSE(DirectoryExists(Path("file")));
+  CHECK(CurrentDirectory() == before);
+
+  String deep = Path("deep");
+  for (int i = 0; i < 6; ++i)
+    deep += "\\a-rather-long-name-of-a-directory";
+  CHECK(CreateDirectoryTree(deep));
+  REQUIRE(SetCurrentDirectoryA(deep));
+  CHECK(SamePath(CurrentDirectory(), deep)); // longer than the first try has room for
+  SetCurrentDirectoryA(before);
+}
+
+TEST_CASE_FIXTURE(Fixture, "directory trees are made and removed") {
+  CHECK(CreateDirectoryTree(Path("a\\b\\c")));
+  CHECK(CreateDirectoryTree(Path("a\\b\\c")));
+  CHECK(Exists("a\\b\\c"));
+  CHECK(CreateDirectoryTree("q:\\")); // the root of a missing drive answers true
+  CHECK_FALSE(CreateDirectoryTree("q:\\x"));
+  CHECK_FALSE(CreateDirectoryTree(""));
+  folder.Write("file", "x");
+  CHECK_FALSE(CreateDirectoryTree(Path("file\\below")));
+  CHECK_FALSE(RemoveEmptyDirectory(Path("a")));
+  CHECK(RemoveEmptyDirectory(Path("a\\b\\c\\")));
+  CHECK_FALSE(RemoveEmptyDirectory("c:\\"));
+
+  folder.Write("a/b/read-only", "x");
+  SetReadOnly(Path("a\\b\\read-only"), true);
+  folder.Write("a/d/held", "x");
+  folder.Write("a/other", "x");
+  {
+    const Lock lock(Path("a\\d\\held"));
+    CHECK_FALSE(DeleteDirectoryTree(Path("a"))); // goes on after what it can't delete
+    CHECK_FALSE(Exists("a\\b"));
+    CHECK_FALSE(Exists("a\\other"));
+    CHECK(Exists("a\\d\\held"));
+  }
+  CHECK(DeleteDirectoryTree(Path("a")));
+  CHECK_FALSE(Exists("a"));
+  CHECK_FALSE(DeleteDirectoryTree(Path("a")));
+}
+
+TEST_CASE_FIXTURE(Fixture, "a tree of the system is never removed") {
+  const String below = PathJoin(WindowsDirectory, "korbtest");
+  const String beside = WindowsDirectory + "2";
+  for (const String *path : {&below, &beside}) {
+    REQUIRE(CreateDirectoryTree(*path));
+    CHECK_FALSE(DeleteDirectoryTree(*path));
+    String other_case(*path);
+    other_case.to_upper();
+    CHECK_FALSE(DeleteDirectoryTree(other_case));
+    CHECK(DirectoryExists(*path));
+    CHECK(RemoveEmptyDirectory(*path));
+  }
+  CHECK_FALSE(DeleteDirectoryTree("c:\\"));
+}
+
+TEST_CASE_FIXTURE(Fixture, "a name with a semicolon is no name for a walk") {
+  folder.Write("w/a;b", "x");
+  folder.Write("w/c", "x");
+  FileFinder finder;
+  FileInfo info;
+  int found = 0;
+  for (bool more = finder.FindFirst(Path("w\\*.*"), &info); more; more = finder.FindNext(&info))
+    found += !info.IsDirectory();
+  CHECK(found == 1);
+  CHECK_FALSE(finder.FindNext(&info));
+  CHECK_FALSE(GetFileInfo(Path("w\\a;b"), &info));
+  CHECK(GetFileInfo(Path("w\\c"), &info));
+  CHECK(info.name == "c");
+  CHECK(info.size == 1);
+  CHECK_FALSE(DeleteDirectoryTree(Path("w")));
+}
+
+TEST_CASE_FIXTURE(Fixture, "files exist when they can be opened or are held") {
+  folder.Write("file", "x");
+  CHECK(FileExists(Path("file")));
+  CHECK_FALSE(FileExists(Path("missing")));
+  CHECK_FALSE(FileExists(folder.Path().string().c_str()));
+  CHECK_FALSE(FileExists(""));
+}
+
+TEST_CASE_FIXTURE(Fixture, "attributes change only as asked") {
+  folder.Write("file", "x");
+  const String file = Path("file");
+  CHECK(SetReadOnly(file, true));
+  CHECK((GetAttributes(file) & FILE_ATTRIBUTE_READONLY) != 0);
+  CHECK(SetReadOnly(file, true));
+  CHECK(ChangeAttributes(file, 0, FILE_ATTRIBUTE_HIDDEN)); // nothing to change, nothing lost
+  CHECK((GetAttributes(file) & FILE_ATTRIBUTE_READONLY) != 0);
+  CHECK(ClearAttributes(file, 7));
+  CHECK((GetAttributes(file) & 7) == 0);
+  CHECK_FALSE(SetReadOnly(Path("missing"), false));
+  CHECK(GetAttributes(nullptr) == kNoAttributes);
+}
+
+TEST_CASE_FIXTURE(Fixture, "drives tell their room") {
+  uint64_t free_bytes = 0, all = 0;
+  CHECK(DiskSpace("c:\\", &free_bytes, &all));
+  CHECK(free_bytes <= all);
+  CHECK(DriveFreeBytes("c:\\x") > 0);
+  CHECK(DriveFreeBytes("\\\\server\\share") == -1);
+  CHECK(DriveFreeBytes("q:\\") == -1);
+  CHECK(ClusterSize("c:") > 0);
+  CHECK(ClusterSize("1:") == -1);
+  CHECK_FALSE(DiskSpace(nullptr, nullptr, nullptr));
+  CHECK(DriveExists("c:\\"));
+  CHECK_FALSE(DriveExists("q:\\"));
+}
+
+TEST_CASE_FIXTURE(Fixture, "temporary and short names name real files") {
+  const String name = TempFileName(folder.Path().string().c_str());
+  CHECK(FileExists(name));
+  CHECK(TempFileName(Path("missing")).is_empty());
+  CHECK_FALSE(String(TempDirectory()).ends_with_char('\\'));
+  folder.Write("a rather long name.text", "long");
+  const String short_name = ShortPath(Path("a rather long name.text"));
+  String text;
+  CHECK(ReadWholeFile(short_name, text) == 0);
+  CHECK(text == "long");
+  CHECK(short_name.find_char(' ') < 0);
+  CHECK(ShortPath(Path("missing file")) == Path("missing file"));
+  CHECK(ShortPath("").is_empty());
+}
+
+TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
+  struct Row {
+    const char *target;
+    uint32_t flags;
+    bool moved;
+  };
+  const Row rows[] = {
+      {"new", 0, true},
+      {"there", 0, true}, // read-only does not protect it
+      {"there", MV_NO_OVERWRITE, false},
+      {"new", MV_NO_OVERWRITE, true},
+      {"new", MV_TARGET_MUST_EXIST, false},
+      {"there", MV_TARGET_MUST_EXIST | MV_NO_OVERWRITE, true},
+      {"made\\new", 0, false},
+      {"made\\new", MV_CREATE_DIRECTORY, true},
+      {"SOURCE", 0, true}, // another spelling of the same file
+      {"source", 0, false},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.target);
+    CAPTURE(row.flags);
+    const TempFolder place;
+    const auto path = [&](const char *name) { return String((place.Path() / name).string().c_str()); };
+    place.Write("source", "moved");
+    place.Write("there", "old");
+    SetReadOnly(path("there"), true);
+    CHECK(MoveOrSchedule(path("source"), path(row.target), row.flags) == row.moved);
+    CHECK(FileMatches("moved", 5, path(row.target)) == (row.moved || path("source") == path(row.target)));
+    CHECK(FileMatches("moved", 5, path("source")) == (!row.moved || path("source").equals_no_case(path(row.target))));
+    SetReadOnly(path("there"), false);
+  }
+  CHECK_FALSE(MoveOrSchedule(Path("missing"), Path("x"), 0));
+  CHECK_FALSE(MoveOrSchedule(nullptr, Path("x"), 0));
+  CHECK_FALSE(DeleteOrSchedule(nullptr, 0));
+  folder.Write("kept", "x");
+  SetReadOnly(Path("kept"), true);
+  CHECK_FALSE(DeleteOrSchedule(Path("kept"), DEL_KEEP_READONLY));
+  CHECK(DeleteOrSchedule(Path("kept"), 0));
+}
+
+TEST_CASE_FIXTURE(Fixture, "what can't be done now is left to the next start") {
+  folder.Write("new", "x");
+  folder.Write("held", "old");
+  const Lock lock(Path("held"));
+  CHECK_FALSE(MoveOrSchedule(Path("new"), Path("held"), 0));
+  CHECK(MoveOrSchedule(Path("new"), Path("held"), MV_AT_RESTART));
+  CHECK(DeleteOrSchedule(Path("held"), DEL_AT_RESTART));
+  const std::string pending = PendingMoves();
+  CHECK(pending.find("\\new") != std::string::npos);
+  CHECK(pending.find("!\\??\\") != std::string::npos);
+
+  const String ini = PathJoin(WindowsDirectory, "wininit.ini");
+  CHECK_FALSE(AddWininitRename(" ", "x"));
+  CHECK(AddWininitRename("NUL", "c:\\one"));
+  CHECK(AddWininitRename("c:\\two", "c:\\three"));
+  String text;
+  CHECK(ReadWholeFile(ini, text) == 0);
+  CHECK(text == "\r\n[rename]\r\nc:\\two=c:\\three\r\nNUL=c:\\one");
+  DeleteFileA(ini);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a process is awaited and gives its code") {
+  const String shell = CommandInterpreter + " /c exit 6";
+  CHECK(RunProcess(shell, RP_WAIT | RP_HIDE, nullptr) == 6);
+  ClearTrap();
+  CHECK(RunProcess(shell, RP_WAIT | RP_PUMP | RP_IDLE_PRIORITY | RP_MINIMIZE, nullptr) == 6);
+  CHECK(PumpCount > 0);
+  CHECK(RunProcess(shell, 0, nullptr) == kProcessCodeUnknown);
+  CHECK(RunProcess("c:\\no such program.exe", RP_WAIT, nullptr) == kProcessNotStarted);
+  CHECK(RunProcess("", RP_WAIT, nullptr) == kProcessNotStarted);
+  const String in_folder = CommandInterpreter + " /c echo x> here";
+  CHECK(RunProcess(in_folder, RP_WAIT, folder.Path().string().c_str()) == 0);
+  CHECK(Exists("here"));
+}

@@ -1,0 +1,282 @@
+// DiskFile on the real calls.
+#include <doctest/doctest.h>
+
+#include <cstring>
+#include <string>
+
+#include "core/Windows.h"
+#include "files/DiskFile.h"
+#include "files/FileInfo.h"
+#include "files/LastError.h"
+#include "files/WholeFile.h"
+#include "tests/support/FailureTrap.h"
+#include "tests/support/TempFolder.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+constexpr uint32_t kNormal = FILE_ATTRIBUTE_NORMAL;
+
+struct Fixture {
+  String Path(const char *name) const { return (folder.Path() / name).string().c_str(); }
+  /// Writes a file and gives its path.
+  String Write(const char *name, const std::string &contents) {
+    folder.Write(name, contents);
+    return Path(name);
+  }
+  std::string Contents(const String &path) {
+    String text;
+    CHECK(ReadWholeFile(path, text) == OPEN_OK);
+    return std::string(text.c_str(), static_cast<size_t>(text.length()));
+  }
+
+  TempFolder folder;
+};
+
+/// Holds a file so that nobody else can open it.
+struct Lock {
+  explicit Lock(const char *path) : handle(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
+    REQUIRE(handle != INVALID_HANDLE_VALUE);
+  }
+  ~Lock() { CloseHandle(handle); }
+  HANDLE handle;
+};
+
+} // namespace
+
+TEST_CASE_FIXTURE(Fixture, "each refusal of an open has its code and its sentence") {
+  const String file = Write("there", "x");
+  Write("folder/x", "");
+  struct Row {
+    String name;
+    uint32_t flags;
+    int32_t code;
+    const char *sentence;
+  };
+  const Row rows[] = {
+      {file, 0x111, OPEN_OK, ""},
+      {Path("made"), 0x0, OPEN_OK, ""},
+      {file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
+      {"", 0x0, OPEN_BAD_NAME, "The filename is invalid."},
+      {"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
+      {Path("missing"), 0x1, OPEN_NOT_FOUND, "The file was not found."},
+      {Path("no\\such\\x"), 0x0, OPEN_NO_DIRECTORY, "The directory does not exist."},
+      {file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
+      {Path("folder"), 0x1, OPEN_UNKNOWN, "An unknown error occurred."},
+  };
+  for (const Row &row : rows) {
+    DiskFile disk;
+    CAPTURE(row.name.c_str());
+    CAPTURE(row.flags);
+    CHECK(disk.Open(row.name, row.flags, kNormal) == row.code);
+    CHECK(disk.error_text() == row.sentence);
+    CHECK(disk.IsOpen() == (row.code == OPEN_OK));
+  }
+  const String missing = Path("missing");
+  DiskFile required;
+  CHECK(Trapped([&] { required.Open(missing, DF_OPEN_EXISTING | DF_REQUIRED, kNormal); }) ==
+        "Failed to open required file:\r\n" + std::string(missing) + "\r\n\r\nThe file was not found.");
+}
+
+TEST_CASE_FIXTURE(Fixture, "a locked file is tried again for a while") {
+  const String file = Write("held", "x");
+  const Lock lock(file);
+  struct Row {
+    uint32_t flags;
+    DWORD least, most; // milliseconds
+  };
+  const Row rows[] = {{0x111, 500, 900}, {0x111 | DF_RETRY_ONCE, 450, 850}, {0x111 | DF_NO_BUSY_RETRY, 0, 90}};
+  for (const Row &row : rows) {
+    DiskFile disk;
+    const DWORD start = GetTickCount();
+    CHECK(disk.OpenQuiet(file, row.flags, kNormal) == OPEN_LOCKED);
+    const DWORD took = GetTickCount() - start;
+    CAPTURE(took);
+    CHECK(took + 20 >= row.least); // the clock moves in steps
+    CHECK(took <= row.most);
+  }
+  CHECK(FileExists(file)); // held, but there
+}
+
+TEST_CASE_FIXTURE(Fixture, "who does not read or write lets others do it") {
+  const String file = Write("shared", "x");
+  DiskFile first;
+  REQUIRE(first.Open(file, DF_READ_SHARED, kNormal) == OPEN_OK);
+  DiskFile second; // a reader that shares reading shares writing too
+  CHECK(second.Open(file, DF_OPEN_EXISTING | DF_SHARE_READ | DF_SHARE_WRITE, kNormal) == OPEN_OK);
+  DiskFile third;
+  CHECK(third.OpenQuiet(file, DF_OPEN_EXISTING | DF_NO_BUSY_RETRY, kNormal) == OPEN_LOCKED);
+}
+
+TEST_CASE_FIXTURE(Fixture, "temporary files go where they are asked to") {
+  char directory[MAX_PATH];
+  GetTempPathA(MAX_PATH, directory);
+  Write("d/x", "");
+  struct Row {
+    String name;
+    uint32_t flags;
+    String place;
+  };
+  const Row rows[] = {
+      {"", DF_TEMP_DEFAULT, directory},
+      {Path("d"), DF_TEMP_IN_DIR, Path("d\\")},
+      {Path("d\\x"), DF_TEMP_BESIDE, Path("d\\")},
+      {"korbtemp.x", DF_IN_TEMP_DIR, directory},
+  };
+  for (const Row &row : rows) {
+    DiskFile disk;
+    CHECK(disk.Open(row.name, row.flags, kNormal) == OPEN_OK);
+    CHECK(String(disk.name()).remove_prefix(row.place));
+    disk.Close();
+    CHECK(DeleteFileA(disk.name()));
+  }
+}
+
+TEST_CASE_FIXTURE(Fixture, "reads and writes say what went wrong") {
+  DiskFile closed;
+  char c;
+  CHECK(closed.Read(&c, 0));
+  CHECK_FALSE(closed.Read(&c, -1));
+  CHECK(closed.error_text() == "Illegal block size -1");
+  CHECK_FALSE(closed.Read(nullptr, 1));
+  CHECK(closed.error_text() == "NULL block pointer");
+  CHECK_FALSE(closed.Read(&c, 1));
+  CHECK(closed.error_text() == "Read access denied");
+  CHECK(closed.Write("x", -1));
+  CHECK(closed.error_text() == "Illegal block size");
+  CHECK(closed.Write("x", 1)); // only the sentence tells
+  CHECK(closed.error_text() == "Write access denied");
+  CHECK(closed.Size() == -1);
+  CHECK(closed.Tell() == -1);
+  CHECK_FALSE(closed.HasMore());
+  CHECK(closed.PopPosition() == INT32_MIN);
+
+  CHECK(closed.Open(Path("missing"), DF_OPEN_EXISTING, kNormal) == OPEN_NOT_FOUND);
+  CHECK_FALSE(closed.Read(&c, 1)); // access was asked for, so now the file is what is missing
+  CHECK(closed.error_text() == "File not open");
+  CHECK_FALSE(closed.Write("x", 1));
+
+  const String file = Write("short", "abc");
+  DiskFile disk;
+  REQUIRE(disk.Open(file, 0x111, kNormal) == OPEN_OK);
+  char four[4] = {'-', '-', '-', '-'};
+  CHECK_FALSE(disk.Read(four, 4));
+  CHECK(disk.error_text() == "Read past end of file");
+  CHECK(std::string(four, 4) == "abc-");
+  CHECK(disk.Write("x", 1));
+  CHECK(disk.error_text() == "Write access denied");
+  CHECK_FALSE(disk.Truncate());
+}
+
+TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
+  const String file = Write("span", "0123456789");
+  DiskFile disk;
+  REQUIRE(disk.Open(file, 0x111, kNormal) == OPEN_OK);
+  REQUIRE(disk.Seek(3));
+  String text("kept");
+  CHECK(disk.ReadSpan(text, 4, 6));
+  CHECK(text == "456789");
+  CHECK_FALSE(disk.ReadSpan(text, 4, 7));
+  CHECK(text == "456789");
+  CHECK_FALSE(disk.ReadSpan(text, -1, 2));
+  CHECK_FALSE(disk.ReadSpan(text, 0x7FFFFFFF, 0x7FFFFFFF));
+  char tail[2];
+  CHECK(disk.ReadTail(tail, 2));
+  CHECK(std::string(tail, 2) == "89");
+  CHECK_FALSE(disk.ReadTail(tail, 11));
+  CHECK(disk.ReadAll(&text));
+  CHECK(text.length() == 10);
+  CHECK(disk.Size() == 10);
+  CHECK(disk.Tell() == 3);
+  CHECK(disk.PushPositionAndSeek(7) == 3);
+  CHECK(disk.ReadCString() == "789");
+  CHECK_FALSE(disk.HasMore());
+  CHECK(disk.PopPosition() == 3);
+  CHECK(disk.Tell() == 3);
+  CHECK(disk.SeekFromEnd(-1));
+  CHECK(disk.Tell() == 9);
+}
+
+TEST_CASE_FIXTURE(Fixture, "contents are replaced, cut and ended by a line") {
+  const String file = Write("text", "a long first line");
+  DiskFile disk;
+  REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+  CHECK(disk.ReplaceContents("short"));
+  CHECK(disk.EnsureNewline());
+  CHECK(disk.EnsureNewline());
+  disk.Close();
+  CHECK(Contents(file) == "short\r\n");
+  REQUIRE(disk.Open(Write("empty", ""), 0x401, kNormal) == OPEN_OK);
+  CHECK(disk.EnsureNewline()); // an empty file has no line to end
+  CHECK(disk.Size() == 0);
+  disk.Close();
+  CHECK_FALSE(disk.EnsureNewline());
+
+  CHECK(AppendToFile(file, "more", AF_NEW_LINE));
+  CHECK(AppendToFile(file, nullptr, AF_NEW_LINE));
+  CHECK(Contents(file) == "short\r\nmore\r\n");
+  CHECK_FALSE(AppendToFile(Path("new"), "x", AF_EXISTING_ONLY));
+  CHECK(AppendToFile(Path("new"), "x", 0));
+  CHECK(FileMatches("x", 1, Path("new")));
+  CHECK_FALSE(FileMatches("y", 1, Path("new")));
+  CHECK_FALSE(FileMatches("xx", 2, Path("new")));
+  CHECK(FileMatches(nullptr, 0, Path("empty")));
+  const std::string large(0x2345, 'z');
+  CHECK(WriteWholeFile(Path("large"), large.data(), static_cast<int32_t>(large.size())));
+  CHECK(FileMatches(large.data(), static_cast<int32_t>(large.size()), Path("large")));
+}
+
+TEST_CASE_FIXTURE(Fixture, "a file in memory reaches the disk at its close") {
+  const String file = Write("image", "0123456789");
+  DiskFile disk;
+  REQUIRE(disk.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
+  CHECK(disk.Seek(10));
+  CHECK_FALSE(disk.Seek(11));
+  CHECK(disk.Seek(2));
+  CHECK(disk.Write("AB", 2));
+  CHECK(disk.Seek(6));
+  CHECK(disk.Truncate());
+  CHECK(disk.Size() == 6);
+  disk.Close();
+  CHECK(Contents(file) == "01AB45");
+  CHECK_FALSE(disk.IsOpen());
+
+  DiskFile clean;
+  REQUIRE(clean.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
+  clean.Close(); // an unchanged image goes on answering for its size
+  CHECK(clean.IsOpen());
+  CHECK(clean.Size() == 6);
+  char c;
+  CHECK_FALSE(clean.Read(&c, 1));
+}
+
+TEST_CASE_FIXTURE(Fixture, "the date of a file is local time") {
+  const String file = Write("dated", "x");
+  for (const FileDate date : {FileDate{1999, 1, 31, 23, 59, 58}, FileDate{2001, 7, 1, 0, 0, 0}}) {
+    DiskFile disk;
+    REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+    CHECK(disk.SetModified(date));
+    disk.Close();
+    FileDate read{};
+    CHECK(GetFileModified(file, read));
+    CHECK(CompareFileDates(read, date) == 0);
+  }
+  DiskFile disk;
+  REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+  CHECK_FALSE(disk.SetModified(FileDate{2001, 13, 1, 0, 0, 0}));
+  disk.Close();
+  CHECK_FALSE(disk.SetModified(FileDate{2001, 1, 1, 0, 0, 0}));
+}
+
+TEST_CASE("an error has the system's words") {
+  ClearLastError();
+  CHECK(std::string(LastErrorText()).empty());
+  SetLastErrorCode(ERROR_FILE_NOT_FOUND);
+  const std::string words = LastErrorText();
+  CHECK_FALSE(words.empty());
+  CHECK(words.substr(words.size() - 2) == "\r\n");
+  SetLastErrorCode(ERROR_DISK_FULL);
+  CHECK(std::string(LastErrorText()) != words);
+}
