@@ -75,15 +75,16 @@ function(korb_native_headers target)
   target_include_directories(${target} SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/native)
 endfunction()
 
-# Test programs. A Windows one runs through Wine in a prefix of its own (tests/support/run-wine).
+# Test programs. A Windows one runs through Wine in a prefix of its own (tests/support/run-wine), with what RUN_WITH says.
 function(korb_test_program name)
-  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "USES;RUN_WITH" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   korb_flags(${name})
   korb_native_headers(${name} doctest)
   target_link_libraries(${name} PRIVATE ${arg_USES})
   if(WIN32)
-    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-wine ${CMAKE_BINARY_DIR} $<TARGET_FILE:${name}>)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-wine ${arg_RUN_WITH} ${CMAKE_BINARY_DIR}
+      $<TARGET_FILE:${name}>)
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()
@@ -104,6 +105,18 @@ function(korb_win32_test name)
     korb_test_program(win32_${name} ${CMAKE_SOURCE_DIR}/tests/support/Main.cpp ${arg_UNPARSED_ARGUMENTS}
       USES test_support ${arg_USES})
   endif()
+endfunction()
+
+# korb_e2e_test(<name> <source>... [USES <library>...]): whole runs of the program that ships, which lies beside the test.
+# E: is a small disk, where this machine mounts one.
+function(korb_e2e_test name)
+  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  list(TRANSFORM arg_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
+  set(support ${CMAKE_SOURCE_DIR}/tests/support)
+  korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
+    ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
+    RUN_WITH --with $<TARGET_FILE:korb> --small-drive 256)
+  add_dependencies(e2e_${name} korb)
 endfunction()
 
 # korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program. Its test fuzzes for KORB_FUZZ_SECONDS, from the

@@ -1,0 +1,60 @@
+// An installation from the user's side.
+#include <doctest/doctest.h>
+
+#include "tests/support/Desktop.h"
+#include "tests/support/PackedProduct.h"
+
+using namespace korb::test;
+
+namespace {
+
+const char kManifest[] = R"(
+[product]
+name = "Thing"
+
+[[file]]
+source = "read me.txt"
+date = 2001-05-17T10:30:02
+attributes = ["archive", "read-only"]
+
+[[file]]
+source = "data.bin"
+name = 'deep\er\data.bin'
+date = 1999-12-31T23:59:58
+
+[[file]]
+contents = ""
+name = "empty"
+target = 'C:\Elsewhere\'
+date = 2020-02-29T00:00:00
+)";
+
+} // namespace
+
+TEST_CASE("a silent installation places every file with its bytes, date and attributes") {
+  PackedProduct product(kManifest);
+  product.Write("read me.txt", "Read me.\r\n");
+  std::string data;
+  for (int i = 0; i < 100000; ++i)
+    data += static_cast<char>(i * i >> 7);
+  product.Write("data.bin", data);
+  product.Pack();
+  product.Install();
+  const std::string home = "C:\\Program Files\\Thing\\";
+  CHECK(FileBytes(home + "read me.txt") == "Read me.\r\n");
+  CHECK(DescribeFile(home + "read me.txt") == "archive read-only 2001-05-17 10:30:02");
+  CHECK((FileBytes(home + "deep\\er\\data.bin") == data));
+  CHECK(DescribeFile(home + "deep\\er\\data.bin") == "archive 1999-12-31 23:59:58");
+  CHECK(FileBytes("C:\\Elsewhere\\empty").empty());
+  CHECK(DescribeFile("C:\\Elsewhere\\empty") == "archive 2020-02-29 00:00:00");
+}
+
+TEST_CASE("a program without an archive says what it is for, and ends") {
+  Process program("korb.exe");
+  const auto box = WaitForWindow("FATAL ERROR");
+  REQUIRE(box);
+  CAPTURE(box->Describe());
+  CHECK(box->Message().find("There is no installation archive present.") != std::string::npos);
+  CHECK(Click(*box, "OK"));
+  CHECK(program.Wait() == DWORD{1});
+}

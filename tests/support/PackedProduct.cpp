@@ -1,0 +1,88 @@
+#include "tests/support/PackedProduct.h"
+
+#include <sstream>
+#include <stdexcept>
+
+#include "packer/Build.h"
+
+namespace korb::test {
+
+namespace {
+
+std::filesystem::path OwnFolder() {
+  char path[MAX_PATH];
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  return std::filesystem::path(path).parent_path();
+}
+
+} // namespace
+
+PackedProduct::PackedProduct(const std::string &manifest) {
+  folder_.Write("manifest.toml", manifest);
+}
+
+std::string PackedProduct::Pack(const std::string &name) {
+  packer::BuildRequest request;
+  request.manifest = folder_.Path() / "manifest.toml";
+  request.output = folder_.Path() / name;
+  request.stub = OwnFolder() / "korb.exe";
+  std::ostringstream summary, problems;
+  if (!packer::BuildFromManifest(request, summary, problems))
+    throw std::runtime_error(problems.str());
+  installer_ = request.output.string();
+  return installer_;
+}
+
+Process PackedProduct::Start(const std::string &arguments) const {
+  return Process("\"" + installer_ + "\" " + arguments, Folder());
+}
+
+void PackedProduct::Install() const {
+  Process installer = Start("/a");
+  if (!installer.Wait())
+    throw std::runtime_error("the installer does not come to an end");
+}
+
+std::string FileBytes(const std::string &path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file)
+    throw std::runtime_error("can't read " + path);
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+void WriteFileBytes(const std::string &path, const std::string &bytes) {
+  if (!std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size())))
+    throw std::runtime_error("can't write " + path);
+}
+
+std::string DescribeFile(const std::string &path) {
+  WIN32_FIND_DATAA found;
+  const HANDLE find = FindFirstFileA(path.c_str(), &found);
+  if (find == INVALID_HANDLE_VALUE)
+    return "missing";
+  FindClose(find);
+  std::string words;
+  const struct {
+    DWORD bit;
+    const char *word;
+  } attributes[] = {{FILE_ATTRIBUTE_DIRECTORY, "directory "},
+                    {FILE_ATTRIBUTE_ARCHIVE, "archive "},
+                    {FILE_ATTRIBUTE_READONLY, "read-only "},
+                    {FILE_ATTRIBUTE_HIDDEN, "hidden "},
+                    {FILE_ATTRIBUTE_SYSTEM, "system "}};
+  for (const auto &attribute : attributes)
+    if (found.dwFileAttributes & attribute.bit)
+      words += attribute.word;
+  FILETIME local;
+  SYSTEMTIME time;
+  FileTimeToLocalFileTime(&found.ftLastWriteTime, &local);
+  FileTimeToSystemTime(&local, &time);
+  char date[40];
+  wsprintfA(date, "%04d-%02d-%02d %02d:%02d:%02d", time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute,
+            time.wSecond);
+  return words + date;
+}
+
+} // namespace korb::test

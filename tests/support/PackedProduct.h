@@ -1,0 +1,44 @@
+// A product, packed by the real packer into the real program, and started as a user would.
+#pragma once
+
+#include <string>
+
+#include "tests/support/Process.h"
+#include "tests/support/TempFolder.h"
+
+namespace korb::test {
+
+/// A folder with a manifest and the files that it names. The program without an archive, korb.exe, lies beside the test.
+class PackedProduct {
+public:
+  /// `manifest` is TOML text; what it names is written with Write before Pack.
+  explicit PackedProduct(const std::string &manifest);
+
+  /// Writes a file beside the manifest, its folders included; `name` is relative, with '/'.
+  void Write(const std::string &name, const std::string &contents) { folder_.Write(name, contents); }
+
+  /// Packs and gives the installer's path. Throws std::runtime_error with all that the packer complains of.
+  std::string Pack(const std::string &name = "setup.exe");
+
+  /// Starts the installer that was packed, from its own folder.
+  Process Start(const std::string &arguments = std::string()) const;
+
+  /// Installs with /a to the end.
+  void Install() const;
+
+  /// Where the manifest and the installer are, without a backslash at the end.
+  std::string Folder() const { return folder_.Path().string(); }
+
+private:
+  TempFolder folder_;
+  std::string installer_;
+};
+
+/// A file's bytes. Throws std::runtime_error when it can't be read.
+std::string FileBytes(const std::string &path);
+void WriteFileBytes(const std::string &path, const std::string &bytes);
+
+/// What one line tells of a file: "archive read-only 2001-05-17 10:30:02" in the machine's time, or "missing".
+std::string DescribeFile(const std::string &path);
+
+} // namespace korb::test
