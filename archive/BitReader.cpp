@@ -5,7 +5,7 @@
 namespace korb {
 
 void BitReader::AttachBlock(const uint8_t *block, int32_t size) {
-  clear();
+  DetachBlock(); // never freed here: a block that was attached before isn't ours
   data_ = reinterpret_cast<char *>(const_cast<uint8_t *>(block)); // only read
   length_ = size;
   capacity_ = size;

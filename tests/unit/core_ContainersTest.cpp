@@ -266,8 +266,15 @@ TEST_CASE("a vector's room grows by half around its contents, and shrinks only w
   for (int i = 0; numbers.front_room() > 0; ++i)
     numbers.insert(0, i);
   CHECK(numbers.capacity() == capacity);
+  numbers.set_count(3000);
+  numbers.reserve(501); // never below what it holds
+  CHECK(numbers.count == 3000);
   Vector<String> copy(all);
   CHECK(copy.capacity() == 3);
+  copy.append_all(all);
+  copy.rotate_left(1);
+  CHECK(copy.capacity() == 6);
+  CHECK(copy.front_room() == 1);
 }
 
 TEST_CASE("sorting") {

@@ -200,15 +200,22 @@ TEST_CASE("writing overwrites, grows, and never shortens") {
   stream.Skip(4);
   CHECK(stream.Write("!", 1));
   CHECK(Bytes(stream) == std::string("abXYef\0\0!", 9));
-  CHECK(stream.Write(stream.c_str(), 9)); // its own bytes, though the block moves
+  CHECK(stream.Write(stream.c_str(), 9)); // its own bytes, though the block may move
   CHECK(Bytes(stream) == std::string("abXYef\0\0!abXYef\0\0!", 18));
+  stream.Rewind();
+  stream.Skip(18);
+  CHECK(stream.Write(stream.c_str() + 9, 9));
+  CHECK(stream.Write(stream.c_str() + 9, 18));
+  CHECK(Bytes(stream).substr(27) == Bytes(stream).substr(0, 18));
+  CHECK(stream.Seek(18));
+  stream.Truncate();
   CHECK(stream.Seek(18));
   CHECK_FALSE(stream.Seek(19));
   CHECK_FALSE(stream.Seek(-1));
   CHECK(stream.Tell() == 18);
   CHECK(stream.SeekFromEnd(-16));
   CHECK_FALSE(stream.SeekFromEnd(-19));
-  CHECK_FALSE(stream.SeekFromEnd(1));
+  CHECK_FALSE(stream.SeekFromEnd(INT32_MAX));
   CHECK(stream.Tell() == 2);
   stream.Truncate();
   CHECK(Bytes(stream) == "ab");
