@@ -87,7 +87,7 @@ TEST_CASE_FIXTURE(Fixture, "a locked file is tried again for a while") {
     uint32_t flags;
     DWORD least, most; // milliseconds
   };
-  const Row rows[] = {{0x111, 500, 900}, {0x111 | DF_RETRY_ONCE, 450, 850}, {0x111 | DF_NO_BUSY_RETRY, 0, 90}};
+  const Row rows[] = {{0x111, 500, 900}, {0x111 | DF_RETRY_ONCE, 350, 750}, {0x111 | DF_NO_BUSY_RETRY, 0, 90}};
   for (const Row &row : rows) {
     DiskFile disk;
     const DWORD start = GetTickCount();
