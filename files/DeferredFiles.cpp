@@ -21,8 +21,8 @@ bool IsNT() {
 
 /// The system's own delayed move; a null target deletes. False where there is none: Windows 9x has no working one.
 bool MoveAtRestart(const char *source, const char *target, DWORD flags) {
-  static const MoveFileEx function =
-      reinterpret_cast<MoveFileEx>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "MoveFileExA")));
+  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(
+      reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "MoveFileExA")));
   return function && function(source, target, flags);
 }
 
@@ -39,12 +39,15 @@ bool Register(const char *source, const char *target, DWORD flags) {
   return AddWininitRename(target ? ShortPath(target).c_str() : "NUL", ShortPath(source).c_str());
 }
 
-/// Makes room at the target. False refuses the move.
+/// Makes room at the target. False refuses the move. A target that can't go now, since somebody uses it, refuses
+/// nothing: a move at the next start replaces it, and one at once fails by itself.
 bool SettleTarget(const char *target, uint32_t flags) {
-  if (flags & MV_TARGET_MUST_EXIST)
-    return FileExists(target) && DeleteOrSchedule(target, 0);
-  if (flags & MV_NO_OVERWRITE)
+  if (flags & MV_TARGET_MUST_EXIST) {
+    if (!FileExists(target))
+      return false;
+  } else if (flags & MV_NO_OVERWRITE) {
     return !FileExists(target);
+  }
   DeleteOrSchedule(target, 0);
   return true;
 }
@@ -82,7 +85,8 @@ bool AddWininitRename(const char *left, const char *right) {
     return false;
   DiskFile file;
   String text;
-  if (file.Open(PathJoin(WindowsDirectory.c_str(), "wininit.ini").c_str(), DF_OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK ||
+  if (file.Open(PathJoin(WindowsDirectory.c_str(), "wininit.ini").c_str(), DF_OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL) !=
+          OPEN_OK ||
       !file.ReadAll(&text))
     return false;
   AddRename(text, left, right);

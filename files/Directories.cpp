@@ -11,19 +11,22 @@ namespace korb {
 namespace {
 
 constexpr int32_t kLongestRoot = 3;
+constexpr DWORD kUsualDirectory = 98; ///< characters that nearly every current directory fits in
 
 } // namespace
 
 String CurrentDirectory() {
   String directory;
-  directory.set_length(98);
-  DWORD length = GetCurrentDirectoryA(99, directory.data());
-  if (length > 98) {
-    directory.set_length(static_cast<int32_t>(length));
-    GetCurrentDirectoryA(length + 1, directory.data());
+  DWORD room = kUsualDirectory;
+  for (;;) {
+    directory.set_length(static_cast<int32_t>(room));
+    const DWORD length = GetCurrentDirectoryA(room + 1, directory.data());
+    if (length <= room) {
+      directory.set_length(static_cast<int32_t>(length)); // 0 when the system can't say
+      return directory;
+    }
+    room = length;
   }
-  directory.sync_length();
-  return directory;
 }
 
 bool DirectoryExists(const char *path) {
@@ -44,7 +47,7 @@ bool CreateDirectoryTree(const char *path) {
   const String parent = DirectoryPart(path);
   if (parent == path)
     return true;
-  if (parent.length() > kLongestRoot && !DirectoryExists(parent.c_str()) && !CreateDirectoryTree(parent.c_str()))
+  if (parent.length() > kLongestRoot && !CreateDirectoryTree(parent.c_str()))
     return false;
   CreateDirectoryA(path, nullptr);
   const DWORD error = GetLastError();

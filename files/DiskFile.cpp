@@ -119,7 +119,8 @@ int32_t DiskFile::OpenHandle(const char *name, uint32_t flags, uint32_t attribut
     access |= GENERIC_WRITE;
   else if (flags & DF_SHARE_READ)
     flags |= DF_SHARE_WRITE;
-  const uint32_t share = (flags & DF_SHARE_READ ? FILE_SHARE_READ : 0u) | (flags & DF_SHARE_WRITE ? FILE_SHARE_WRITE : 0u);
+  const uint32_t share =
+      (flags & DF_SHARE_READ ? FILE_SHARE_READ : 0u) | (flags & DF_SHARE_WRITE ? FILE_SHARE_WRITE : 0u);
 
   switch (flags & DF_PLACE_MASK) {
   case DF_TEMP_DEFAULT:
@@ -316,8 +317,8 @@ bool DiskFile::Flush() {
 
 bool DiskFile::SetModified(const FileDate &date) {
   const auto word = [](int32_t value) { return static_cast<WORD>(value); };
-  const SYSTEMTIME parts = {word(date.year), word(date.month), 0,
-                            word(date.day),  word(date.hour),  word(date.minute), word(date.second), 0};
+  const SYSTEMTIME parts = {word(date.year),   word(date.month),  0, word(date.day), word(date.hour),
+                            word(date.minute), word(date.second), 0};
   FILETIME local, universal;
   if (!handle_ || !SystemTimeToFileTime(&parts, &local) || !LocalFileTimeToFileTime(&local, &universal))
     return false;

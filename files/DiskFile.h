@@ -63,7 +63,8 @@ template <>
 inline constexpr const char *TypeName<FileLock> = "FileLock";
 
 /// Sizes and positions are signed 32 bits: a file of 2 GiB or more is out of reach, and says -1 for its size. Operations
-/// with a boolean result are true on success; a false one leaves a sentence in error_text unless told otherwise.
+/// with a boolean result are true on success. What Open, Read and Write refuse leaves a sentence in error_text; the others
+/// leave one only by those.
 class DiskFile final : public ByteStream {
 public:
   DiskFile() = default;
@@ -87,8 +88,8 @@ public:
   bool WriteString(const String &text) { return Write(text.data(), text.length()); }
 
   /// -1 when nothing is open.
-  int32_t Tell();
-  bool HasMore();
+  virtual int32_t Tell();
+  virtual bool HasMore();
   /// Bytes; -1 when nothing is open or the file is too large.
   int32_t Size();
   bool Seek(int32_t offset);

@@ -15,8 +15,8 @@ String RootOf(const char *path) {
 
 /// Null where the system has none: the first Windows 95 does without.
 DiskFreeSpaceEx &LookedUp() {
-  static DiskFreeSpaceEx function =
-      reinterpret_cast<DiskFreeSpaceEx>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "GetDiskFreeSpaceExA")));
+  static DiskFreeSpaceEx function = reinterpret_cast<DiskFreeSpaceEx>(
+      reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "GetDiskFreeSpaceExA")));
   return function;
 }
 

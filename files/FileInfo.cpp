@@ -8,7 +8,8 @@ namespace korb {
 
 namespace {
 
-constexpr uint32_t kExistenceProbe = DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE | DF_SHARE_READ | DF_SHARE_WRITE | DF_PROBE;
+constexpr uint32_t kExistenceProbe =
+    DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE | DF_SHARE_READ | DF_SHARE_WRITE | DF_PROBE;
 
 FileDate LocalDate(const FILETIME &universal) {
   FILETIME local;

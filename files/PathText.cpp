@@ -123,8 +123,7 @@ bool IsLegalPath(const String &path, uint32_t flags) {
   if (path.is_empty())
     return false;
   String name(path);
-  if (name.length() > 1)
-    name.unquote('"');
+  name.unquote('"');
   if (name.char_at(1) == ':') {
     if (!IsDriveLetter(name.first_char()))
       return false;

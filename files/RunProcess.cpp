@@ -37,8 +37,9 @@ int32_t RunProcess(const char *command, uint32_t flags, const char *directory) {
   STARTUPINFOA startup = {};
   startup.cb = sizeof startup;
   SetShow(startup, flags);
-  const DWORD priority =
-      flags & RP_HIGH_PRIORITY ? HIGH_PRIORITY_CLASS : (flags & RP_IDLE_PRIORITY ? IDLE_PRIORITY_CLASS : NORMAL_PRIORITY_CLASS);
+  const DWORD priority = flags & RP_HIGH_PRIORITY
+                             ? HIGH_PRIORITY_CLASS
+                             : (flags & RP_IDLE_PRIORITY ? IDLE_PRIORITY_CLASS : NORMAL_PRIORITY_CLASS);
   String line(command); // the system writes into it
   PROCESS_INFORMATION process;
   if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, flags & RP_INHERIT ? kInherit : FALSE, priority, nullptr,

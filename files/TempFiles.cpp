@@ -11,8 +11,7 @@ const char *TempDirectory() {
   const DWORD length = GetTempPathA(0, nullptr);
   if (length > 0) {
     directory.set_length(static_cast<int32_t>(length));
-    GetTempPathA(length + 1, directory.data());
-    directory.sync_length();
+    directory.set_length(static_cast<int32_t>(GetTempPathA(length + 1, directory.data())));
     directory.remove_last_if('\\');
   }
   if (directory.is_empty())

@@ -62,7 +62,7 @@ bool AppendToFile(const char *path, const char *text, uint32_t flags) {
 
 bool FileMatches(const void *data, int32_t count, const char *path) {
   DiskFile file;
-  if (file.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || file.Size() != count)
+  if (count < 0 || file.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || file.Size() != count)
     return false;
   String block;
   for (const char *p = static_cast<const char *>(data); count > 0;) {

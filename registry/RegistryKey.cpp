@@ -59,19 +59,19 @@ void RegistryKey::ReportFailure(uint32_t options) {
 }
 
 void RegistryKey::RequiredValueMissing(const char *name) const {
-  FatalFormat("The following registry key is required by %s, but is invalid or does not exist:\n\n%s%s\n\nIf you have "
-              "tried moving this program to a different computer by copying files, this will not work.  This program must "
-              "be reinstalled.",
-              ApplicationName, current_path_, name);
+  FatalFormat(
+      "The following registry key is required by %s, but is invalid or does not exist:\n\n%s%s\n\nIf you have "
+      "tried moving this program to a different computer by copying files, this will not work.  This program must "
+      "be reinstalled.",
+      ApplicationName, current_path_, name);
 }
 
 int32_t RegistryKey::Open(RegistryHandle root, const char *subkey, uint32_t options) {
   HKEY key;
   DWORD disposition = REG_OPENED_EXISTING_KEY;
-  const LONG result =
-      options & RK_OPEN_ONLY
-          ? RegOpenKeyExA(Key(root), subkey, 0, KEY_ALL_ACCESS, &key)
-          : RegCreateKeyExA(Key(root), subkey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition);
+  const LONG result = options & RK_OPEN_ONLY ? RegOpenKeyExA(Key(root), subkey, 0, KEY_ALL_ACCESS, &key)
+                                             : RegCreateKeyExA(Key(root), subkey, 0, nullptr, 0, KEY_ALL_ACCESS,
+                                                               nullptr, &key, &disposition);
   if (result != ERROR_SUCCESS) {
     ReportFailure(options);
     return KEY_NOT_OPENED;

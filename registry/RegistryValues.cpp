@@ -106,8 +106,8 @@ bool RegistryKey::WriteNumber(const char *name, int32_t number, uint32_t options
     return false;
   if ((options & RK_DELETE_EMPTY) && number == 0)
     return DeleteValue(name);
-  return RegSetValueExA(Key(current_key_), name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), sizeof number) ==
-         ERROR_SUCCESS;
+  return RegSetValueExA(Key(current_key_), name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number),
+                        sizeof number) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::DeleteValue(const char *name) {

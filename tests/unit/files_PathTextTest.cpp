@@ -21,8 +21,14 @@ TEST_CASE("a directory and a name are joined by one backslash") {
     const char *directory, *name, *path;
   };
   const Row rows[] = {
-      {"c:\\", "\\x", "c:\\x"}, {"c:\\a\\", "b", "c:\\a\\b"}, {"c:\\a", "b", "c:\\a\\b"}, {"c:", "foo", "c:foo"},
-      {"", "b", "b"},           {nullptr, "b", "b"},          {"c:\\a", "", "c:\\a"},     {"c:\\a\\\\", "\\b", "c:\\a\\\\b"},
+      {"c:\\", "\\x", "c:\\x"},
+      {"c:\\a\\", "b", "c:\\a\\b"},
+      {"c:\\a", "b", "c:\\a\\b"},
+      {"c:", "foo", "c:foo"},
+      {"", "b", "b"},
+      {nullptr, "b", "b"},
+      {"c:\\a", "", "c:\\a"},
+      {"c:\\a\\\\", "\\b", "c:\\a\\\\b"},
       {"c:\\a", "d:\\b", "c:\\a\\d:\\b"},
   };
   for (const Row &row : rows) {
@@ -78,8 +84,12 @@ TEST_CASE("drives and extensions") {
     const char *path, *extension, *result;
   };
   const Row rows[] = {
-      {"setup", "EXE", "setup.EXE"}, {"setup", ".EXE", "setup.EXE"},   {"setup.", "EXE", "setup."},
-      {"a.b\\c", "EXE", "a.b\\c.EXE"}, {" ", "EXE", " "},              {"setup", nullptr, "setup"},
+      {"setup", "EXE", "setup.EXE"},
+      {"setup", ".EXE", "setup.EXE"},
+      {"setup.", "EXE", "setup."},
+      {"a.b\\c", "EXE", "a.b\\c.EXE"},
+      {" ", "EXE", " "},
+      {"setup", nullptr, "setup"},
   };
   for (const Row &row : rows) {
     String path(row.path);
@@ -104,8 +114,8 @@ TEST_CASE("paths are compared and judged by their text") {
     int flags; // one bit for each value of the flags, 0 to 3, under which the path is legal
   };
   const Row rows[] = {
-      {"c:\\dir", 15}, {"c:\\a:b", 0},   {"1:\\dir", 0}, {"\"c:\\dir\"", 15}, {"", 0},    {"a/b", 0},
-      {"a;b", 0},      {"*.txt", 2 | 4 | 8}, {"?.txt", 4 | 8}, {"a|b", 0},        {"\"a", 0}, {"c:", 15},
+      {"c:\\dir", 15}, {"c:\\a:b", 0},       {"1:\\dir", 0},   {"\"c:\\dir\"", 15}, {"", 0},    {"a/b", 0},
+      {"a;b", 0},      {"*.txt", 2 | 4 | 8}, {"?.txt", 4 | 8}, {"a|b", 0},          {"\"a", 0}, {"c:", 15},
   };
   for (const Row &row : rows)
     for (uint32_t flags = 0; flags < 4; ++flags) {

@@ -45,7 +45,8 @@ std::string PendingMoves() {
   HKEY key;
   if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "System\\CurrentControlSet\\Control\\Session Manager", 0, KEY_READ, &key) != 0)
     return "";
-  const LONG error = RegQueryValueExA(key, "PendingFileRenameOperations", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
+  const LONG error =
+      RegQueryValueExA(key, "PendingFileRenameOperations", nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
   RegCloseKey(key);
   return error == 0 ? std::string(text, size) : std::string();
 }

@@ -1,0 +1,176 @@
+// The registry on the real calls.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "core/Windows.h"
+#include "registry/RegistryKey.h"
+#include "tests/support/FailureTrap.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+constexpr char kTestKey[] = "Software\\KorbTest";
+
+struct Fixture {
+  Fixture() { REQUIRE(key.Open(user, kTestKey, 0) != KEY_NOT_OPENED); }
+  ~Fixture() {
+    key.CloseAll();
+    RegistryKey().DeleteKey(user, kTestKey, 0);
+  }
+
+  void Store(const char *name, DWORD type, const std::string &bytes) {
+    HKEY handle;
+    REQUIRE(RegOpenKeyExA(HKEY_CURRENT_USER, kTestKey, 0, KEY_ALL_ACCESS, &handle) == 0);
+    RegSetValueExA(handle, name, 0, type, reinterpret_cast<const BYTE *>(bytes.data()),
+                   static_cast<DWORD>(bytes.size()));
+    RegCloseKey(handle);
+  }
+  /// Type and bytes as they are stored.
+  std::string Stored(const char *name) {
+    char bytes[256];
+    DWORD type, size = sizeof bytes;
+    HKEY handle;
+    REQUIRE(RegOpenKeyExA(HKEY_CURRENT_USER, kTestKey, 0, KEY_ALL_ACCESS, &handle) == 0);
+    const LONG error = RegQueryValueExA(handle, name, nullptr, &type, reinterpret_cast<BYTE *>(bytes), &size);
+    RegCloseKey(handle);
+    return error == 0 ? std::to_string(type) + ":" + std::string(bytes, size) : "none";
+  }
+  std::string Text(const char *name) {
+    String text;
+    key.ReadString(text, name, "default", 0);
+    return std::string(text.c_str(), static_cast<size_t>(text.length()));
+  }
+
+  const RegistryHandle user = HandleOf(RegistryRoot::CurrentUser);
+  RegistryKey key;
+};
+
+} // namespace
+
+TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack") {
+  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
+  CHECK(key.OpenChild("child", 0) == KEY_CREATED);
+  CHECK(key.WriteNumber("depth", 2, 0));
+  key.Close();
+  CHECK_FALSE(key.ValueExists("depth"));
+  CHECK(key.OpenChild("child", 0) == KEY_OPENED);
+  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
+  CHECK(key.ReadNumber("depth", 0, 0) == 2); // a failed open leaves the key
+  key.Close();
+  CHECK(key.SubKeyCount() == 1);
+  key.Close();
+  key.Close();
+  CHECK(key.SubKeyCount() == -1);
+  CHECK(key.OpenChild("child", 0) == KEY_NOT_OPENED);
+  CHECK(RegistryKey::SoftwareKeyExists("KorbTest\\child", true));
+  CHECK_FALSE(RegistryKey::SoftwareKeyExists("KorbTest\\child", false));
+  CHECK_FALSE(RegistryKey::KeyExists(user, ""));
+}
+
+TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for") {
+  const std::string long_text(100, 'x');
+  const std::string terminator(1, '\0');
+  struct Row {
+    const char *name;
+    DWORD type;
+    std::string bytes, text;
+    int32_t number;
+    bool boolean;
+  };
+  const Row rows[] = {
+      {"text", REG_SZ, "12,5x" + terminator, "12,5x", 125, true},
+      {"no", REG_SZ, "NO" + terminator, "NO", 0, false},
+      {"long", REG_SZ, long_text + terminator, long_text, 0, true},
+      {"expand", REG_EXPAND_SZ, "7" + terminator, "7" + terminator, 7, true},
+      {"bytes", REG_BINARY, "abc", "abc", 0, true},
+      {"longbytes", REG_BINARY, long_text, long_text, 0, true},
+      {"multi", REG_MULTI_SZ, "a" + terminator + "b" + terminator + terminator,
+       "a" + terminator + "b" + terminator + terminator, 0, true},
+      {"longmulti", REG_MULTI_SZ, long_text + terminator + terminator, long_text + terminator, 0, true},
+      {"number", REG_DWORD, std::string("\x05\0\0\x80", 4), "-2147483643", -2147483643, true},
+      {"zero", REG_DWORD, std::string(4, '\0'), "0", 0, false},
+      {"short", REG_DWORD, "ab", "default", 42, true}, // of no meaning: the default
+      {"other", REG_LINK, "abcd", "default", 42, true},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.name);
+    Store(row.name, row.type, row.bytes);
+    CHECK(Text(row.name) == row.text);
+    CHECK(key.ReadNumber(row.name, 42, 0) == row.number);
+    CHECK(key.ReadBoolean(row.name, true, 0) == row.boolean);
+  }
+  CHECK(Text("missing") == "default");
+  CHECK(Trapped([&] {
+          Value value;
+          key.ReadValue("missing", value, RK_REQUIRED);
+        }) == "The following registry key is required by KORB Installer, but is invalid or does not exist:\n\n"
+              "HKEY_CURRENT_USER\\Software\\KorbTestmissing\n\nIf you have tried moving this program to a different "
+              "computer by "
+              "copying files, this will not work.  This program must be reinstalled.");
+}
+
+TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
+  CHECK(key.WriteString("a", "text", 0));
+  CHECK(Stored("a") == std::string("1:text\0", 7));
+  CHECK(key.WriteString("a", "text", RK_EXPAND));
+  CHECK(Stored("a") == std::string("2:text\0", 7));
+  CHECK(key.WriteString("a", "text", RK_EXPAND | RK_BINARY));
+  CHECK(Stored("a") == "3:text");
+  CHECK(key.WriteString("a", "", RK_DELETE_EMPTY));
+  CHECK(Stored("a") == "none");
+  CHECK_FALSE(key.WriteString("a", "", RK_DELETE_EMPTY));
+  CHECK(key.WriteString("a", "", 0));
+  CHECK(key.ValueExists("a"));
+  CHECK(key.WriteNumber("n", -2, 0));
+  CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
+  CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
+  CHECK(Stored("n") == "none");
+  CHECK(key.WriteBoolean("n", true));
+  CHECK(key.ReadBoolean("n", false, 0));
+}
+
+TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make its key") {
+  Store("value", REG_SZ, std::string("x\0", 2));
+  String text;
+  key.ReadStringAt(text, user, "Software\\KorbTest\\value", "default", RK_OPEN_ONLY);
+  CHECK(text == "x");
+  key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default", RK_OPEN_ONLY);
+  CHECK(text == "default");
+  CHECK_FALSE(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
+  key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default", 0);
+  CHECK(text == ""); // the key is there now, without the value
+  CHECK(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
+  key.ReadStringAt(text, user, "value", "default", 0);
+  CHECK(text == "default");
+  String name, part;
+  CHECK(SplitRegistryPath("c:value", part, name));
+  CHECK(part == "c:");
+  CHECK(name == "value");
+}
+
+TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them") {
+  key.OpenChild("a\\b\\c", 0);
+  key.Close();
+  key.OpenChild("empty", 0);
+  key.Close();
+  CHECK(key.DeleteChild("a", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
+  CHECK(key.DeleteChild("missing", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
+  CHECK(key.DeleteChild("missing", 0) == DELETE_REFUSED);
+  CHECK(key.DeleteChild("", 0) == DELETE_NO_KEY);
+  Vector<String> names;
+  CHECK(key.EnumerateSubKeys(names) == 2);
+  CHECK(names.count == 2);
+  CHECK(key.DeleteChild("empty", RK_ONLY_IF_EMPTY) == DELETE_DONE);
+  CHECK(key.DeleteChild("a", 0) == DELETE_DONE);
+  CHECK(key.IsEmpty());
+
+  key.OpenChild("x\\y", 0);
+  key.Close();
+  CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true, 0) == DELETE_DONE);
+  CHECK(key.DeleteSoftwareKey("KorbTest\\x", true, RK_ONLY_IF_EMPTY) == DELETE_DONE);
+  CHECK(key.DeleteKey(user, "KorbTest", 0) == DELETE_NO_KEY); // no parent in the path
+  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x", 0) == DELETE_NO_KEY);
+}
