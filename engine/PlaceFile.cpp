@@ -27,7 +27,9 @@ constexpr uint32_t kGivenAttributes =
 enum class WriteResult { Written, Damaged, Refused };
 
 /// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
-WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size) {
+///
+/// The date is given by the handle that writes: opening a small file again costs as much as its write.
+WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size, const FileDate &date) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
     if (file.Open(path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || !file.Write(data, size)) {
@@ -38,6 +40,8 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
       }
       continue;
     }
+    if (date.has_date())
+      file.SetModified(date, false);
     file.Close();
     if (!HasInstallFlag(IF_VERIFY_WRITES) || FileMatches(data, size, path))
       return WriteResult::Written;
@@ -89,7 +93,7 @@ bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate 
   if (size < 0)
     CorruptInstaller(5);
   DiskFile file;
-  switch (WriteBytes(file, path, data, size)) {
+  switch (WriteBytes(file, path, data, size, date)) {
   case WriteResult::Written:
     break;
   case WriteResult::Damaged:
@@ -100,10 +104,6 @@ bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate 
   case WriteResult::Refused:
     HandleRefusal(file, path, data, size, report, may_replace_later);
     return false;
-  }
-  if (date.has_date() && file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL) == OPEN_OK) {
-    file.SetModified(date);
-    file.Close();
   }
   ChangeAttributes(path, attributes, kGivenAttributes);
   return true;

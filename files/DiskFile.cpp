@@ -315,14 +315,15 @@ bool DiskFile::Flush() {
   return handle_ && FlushFileBuffers(handle_);
 }
 
-bool DiskFile::SetModified(const FileDate &date) {
+bool DiskFile::SetModified(const FileDate &date, bool flush) {
   const auto word = [](int32_t value) { return static_cast<WORD>(value); };
   const SYSTEMTIME parts = {word(date.year),   word(date.month),  0, word(date.day), word(date.hour),
                             word(date.minute), word(date.second), 0};
   FILETIME local, universal;
   if (!handle_ || !SystemTimeToFileTime(&parts, &local) || !LocalFileTimeToFileTime(&local, &universal))
     return false;
-  Flush();
+  if (flush)
+    Flush();
   return SetFileTime(handle_, nullptr, nullptr, &universal) != 0;
 }
 

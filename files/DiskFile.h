@@ -119,8 +119,9 @@ public:
   bool EndsLine();
   /// Ends the last line if it is not ended.
   bool EnsureNewline();
-  /// Sets the time of the last write; creation and access stay.
-  bool SetModified(const FileDate &date);
+  /// Sets the time of the last write; creation and access stay. Without `flush` nobody waits for the disk: the system
+  /// keeps a time that was set by hand, whatever of this handle's writes is still on its way.
+  bool SetModified(const FileDate &date, bool flush = true);
   /// From here on everything happens in memory, and Close writes the changes back.
   bool LoadToMemory();
   /// Releases one byte range; the system's offsets.
