@@ -49,11 +49,11 @@ bool AppendDateField(String &out, const Date &date, char letter, bool doubled) {
     return true;
   case 'Y':
     if (doubled) {
-      out += NumberToWords(date.year, WORDS_YEAR);
+      out += YearToWords(date.year);
     } else {
       if (date.year % 100 < 10)
         out += "Oh ";
-      out += NumberToWords(date.year % 100, WORDS_WHOLE);
+      out += YearToWords(date.year % 100);
     }
     return true;
   default:

@@ -46,6 +46,13 @@ void AppendWhole(String &out, int64_t n) {
   out += kUnitWords[n];
 }
 
+/// A year that is read in two halves.
+void AppendYear(String &out, int32_t year) {
+  AppendWhole(out, year / 100);
+  out += year % 100 < 10 ? " Oh " : " ";
+  AppendWhole(out, year % 100);
+}
+
 void AppendFraction(String &out, double fraction, NumberWordsMode mode) {
   if (mode == WORDS_DECIMAL) {
     out += " Point";
@@ -83,10 +90,7 @@ String NumberToWords(double value, NumberWordsMode mode) {
   String words;
   if (mode == WORDS_YEAR) {
     if (value > 100 && value < 10000 && static_cast<int32_t>(value) % 1000 >= 10) {
-      AppendWhole(words, static_cast<int32_t>(value / 100));
-      const int32_t rest = static_cast<int32_t>(value) % 100;
-      words += rest < 10 ? " Oh " : " ";
-      AppendWhole(words, rest);
+      AppendYear(words, static_cast<int32_t>(value));
       return words;
     }
     mode = WORDS_WHOLE;
@@ -99,6 +103,18 @@ String NumberToWords(double value, NumberWordsMode mode) {
   AppendWhole(words, whole);
   if (mode != WORDS_WHOLE)
     AppendFraction(words, value - static_cast<double>(whole), mode);
+  return words;
+}
+
+String YearToWords(int32_t year) {
+  String words;
+  if (year > 100 && year < 10000 && year % 1000 >= 10) {
+    AppendYear(words, year);
+    return words;
+  }
+  if (year < 0)
+    words = "Negative ";
+  AppendWhole(words, year < 0 ? -int64_t{year} : year);
   return words;
 }
 

@@ -18,6 +18,8 @@ enum NumberWordsMode : int32_t {
 
 /// "One Hundred Five"; there are no billions. What has no words (no number, 2^31 million and more) comes in digits.
 String NumberToWords(double value, NumberWordsMode mode);
+/// NumberToWords with WORDS_YEAR of a whole number. Dates use this one: the program then need not carry the fractions.
+String YearToWords(int32_t year);
 /// Fixed point; a negative precision means up to six digits without zeros at the end.
 String FormatDouble(double value, int32_t precision);
 /// "512 bytes", "1.50 KB", up to TB.

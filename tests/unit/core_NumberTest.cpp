@@ -52,6 +52,8 @@ TEST_CASE("numbers in words") {
               {-std::numeric_limits<double>::infinity(), WORDS_CHEQUE, "-inf"}};
   for (const auto &row : rows)
     CHECK_MESSAGE(std::string(NumberToWords(row.value, row.mode)) == row.words, row.value, " / ", row.mode);
+  for (int32_t year = -3000; year < 12000; ++year)
+    REQUIRE_MESSAGE(YearToWords(year) == NumberToWords(year, WORDS_YEAR), year);
 }
 
 TEST_CASE("ordinals, in digits and in words") {
