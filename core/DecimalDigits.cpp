@@ -6,45 +6,7 @@
 
 namespace korb {
 
-namespace {
-
-constexpr uint32_t kLimbBase = 1000000000; ///< 9 digits, and divisible by 2 nine times
-constexpr int32_t kLimbDigits = 9;
-constexpr int32_t kMaxShiftDown = 9;
-constexpr int32_t kMaxShiftUp = 29; ///< a limb shifted this far fits in 64 bits
-
-/// Fixed-point number of base 1,000,000,000, most significant limb first.
-struct Limbs {
-  // 309 digits in front of the point, 1,074 behind it, and what the shifts need.
-  uint32_t limb[160] = {};
-  int32_t first = 38; ///< most significant limb in use
-  int32_t point = 40; ///< first limb behind the point
-  int32_t end = 40;
-
-  void ShiftUp(int32_t bits) {
-    uint32_t carry = 0;
-    for (int32_t i = end; i-- > first;) {
-      const uint64_t wide = (uint64_t{limb[i]} << bits) + carry;
-      limb[i] = static_cast<uint32_t>(wide % kLimbBase);
-      carry = static_cast<uint32_t>(wide / kLimbBase);
-    }
-    if (carry)
-      limb[--first] = carry;
-  }
-  void ShiftDown(int32_t bits) {
-    uint32_t carry = 0;
-    for (int32_t i = first; i < end; ++i) {
-      const uint32_t lost = limb[i] & ((1u << bits) - 1);
-      limb[i] = (limb[i] >> bits) + carry;
-      carry = (kLimbBase >> bits) * lost;
-    }
-    if (carry)
-      limb[end++] = carry;
-  }
-};
-
-} // namespace
-
+// A number that occurs takes some fifty steps of some twenty digits, the largest and smallest a thousand of a thousand.
 DecimalDigits::DecimalDigits(double value) {
   uint64_t bits;
   memcpy(&bits, &value, sizeof bits);
@@ -53,7 +15,7 @@ DecimalDigits::DecimalDigits(double value) {
   uint64_t mantissa = bits & 0xFFFFFFFFFFFFFull;
   if (exponent == 0x7FF) {
     finite_ = false;
-    whole_ = mantissa != 0; // tells the two apart
+    is_number_ = mantissa == 0;
     return;
   }
   if (exponent)
@@ -61,135 +23,117 @@ DecimalDigits::DecimalDigits(double value) {
   else
     exponent = 1;
   exponent -= 1075;
+  for (; exponent < 0 && mantissa % 2 == 0; ++exponent)
+    mantissa /= 2;
 
-  Limbs number;
-  number.limb[39] = static_cast<uint32_t>(mantissa % kLimbBase);
-  number.limb[38] = static_cast<uint32_t>(mantissa / kLimbBase);
-  if (mantissa == 0)
-    exponent = 0;
-  for (int32_t left = exponent; left > 0; left -= kMaxShiftUp)
-    number.ShiftUp(left < kMaxShiftUp ? left : kMaxShiftUp);
-  for (int32_t left = -exponent; left > 0; left -= kMaxShiftDown)
-    number.ShiftDown(left < kMaxShiftDown ? left : kMaxShiftDown);
-
-  for (int32_t i = number.first; i < number.end; ++i) {
-    if (i == number.point)
-      whole_ = count_;
-    uint32_t rest = number.limb[i];
-    for (int32_t k = kLimbDigits; k-- > 0; rest /= 10)
-      digits_[count_ + k] = static_cast<char>(rest % 10);
-    count_ += kLimbDigits;
-  }
-  if (number.end == number.point)
-    whole_ = count_;
-  // Zeros in front go, but for the one before the point.
-  int32_t zeros = 0;
-  while (zeros < whole_ - 1 && digits_[zeros] == 0)
-    ++zeros;
-  memmove(digits_, digits_ + zeros, static_cast<size_t>(count_ - zeros));
-  whole_ -= zeros;
-  count_ -= zeros;
+  first_ = kPoint;
+  do
+    digits_[--first_] = static_cast<char>(mantissa % 10);
+  while ((mantissa /= 10) != 0);
+  for (; exponent > 0; --exponent)
+    Double();
+  for (; exponent < 0; ++exponent)
+    Halve();
+  while (first_ < kPoint - 1 && digits_[first_] == 0)
+    ++first_;
 }
 
-/// The number with its first `kept` digits, which may be none or fewer, rounded.
-DecimalDigits DecimalDigits::Rounded(int32_t kept) const {
-  DecimalDigits result(*this);
-  if (kept >= count_)
-    return result;
-  bool up = false;
-  if (kept >= 0) {
-    bool exact_half = digits_[kept] == 5;
-    for (int32_t i = kept + 1; exact_half && i < count_; ++i)
-      exact_half = digits_[i] == 0;
-    const bool odd = kept > 0 && digits_[kept - 1] % 2 != 0;
-    up = exact_half ? odd : digits_[kept] >= 5;
+void DecimalDigits::Double() {
+  int32_t carry = 0;
+  for (int32_t i = end_; i-- > first_;) {
+    const int32_t sum = digits_[i] * 2 + carry;
+    carry = sum >= 10;
+    digits_[i] = static_cast<char>(carry ? sum - 10 : sum);
   }
-  const int32_t start = kept < 0 ? 0 : kept;
-  memset(result.digits_ + start, 0, static_cast<size_t>(count_ - start));
-  result.count_ = start > whole_ ? start : whole_;
-  if (!up)
-    return result;
-  int32_t i = kept - 1;
-  for (; i >= 0 && result.digits_[i] == 9; --i)
-    result.digits_[i] = 0;
-  if (i >= 0) {
-    ++result.digits_[i];
-    return result;
-  }
-  memmove(result.digits_ + 1, result.digits_, static_cast<size_t>(result.count_));
-  result.digits_[0] = 1;
-  ++result.whole_;
-  ++result.count_;
-  return result;
+  if (carry)
+    digits_[--first_] = 1;
 }
 
-int32_t DecimalDigits::first_digit() const {
-  for (int32_t i = 0; i < count_; ++i)
+void DecimalDigits::Halve() {
+  int32_t carry = 0;
+  for (int32_t i = first_; i < end_; ++i) {
+    const int32_t digit = digits_[i] + carry;
+    digits_[i] = static_cast<char>(digit / 2);
+    carry = digit % 2 * 10;
+  }
+  if (carry)
+    digits_[end_++] = 5;
+}
+
+/// Drops the digits from place `at` on, which lies behind the first digit that counts.
+void DecimalDigits::Round(int32_t at) {
+  if (at >= end_)
+    return;
+  bool half = digits_[at] == 5;
+  for (int32_t i = at + 1; i < end_; ++i)
+    half = half && digits_[i] == 0;
+  bool up = half ? digits_[at - 1] % 2 != 0 : digits_[at] >= 5;
+  memset(digits_ + at, 0, static_cast<size_t>(end_ - at));
+  end_ = at;
+  while (up) {
+    up = digits_[--at] == 9;
+    digits_[at] = static_cast<char>(up ? 0 : digits_[at] + 1);
+  }
+  if (at < first_)
+    first_ = at;
+}
+
+/// Place of the first digit that is not 0; of the one in front of the point when all are.
+int32_t DecimalDigits::leading() const {
+  for (int32_t i = first_; i < end_; ++i)
     if (digits_[i] != 0)
       return i;
-  return -1;
+  return kPoint - 1;
 }
 
-/// `n` digits from number `from` on; zeros follow the last.
-void DecimalDigits::PrintDigits(String &out, int32_t from, int32_t n) const {
+/// `n` digits from place `from` on; zeros follow the last.
+void DecimalDigits::PutDigits(String &out, int32_t from, int32_t n) const {
   const int32_t at = out.grow_by(n);
   for (int32_t i = 0; i < n; ++i)
-    out.at(at + i) = static_cast<char>('0' + (from + i < count_ ? digits_[from + i] : 0));
+    out.at(at + i) = static_cast<char>('0' + (from + i < kRoom ? digits_[from + i] : 0));
 }
 
-void DecimalDigits::PrintFixed(String &out, int32_t precision, bool keep_point) const {
-  const DecimalDigits rounded = Rounded(whole_ + precision);
-  rounded.PrintDigits(out, 0, rounded.whole_);
+void DecimalDigits::PutFixed(String &out, int32_t precision, bool keep_point) {
+  Round(kPoint + precision);
+  PutDigits(out, first_, kPoint - first_);
   if (precision > 0 || keep_point)
     out += '.';
-  rounded.PrintDigits(out, rounded.whole_, precision);
+  PutDigits(out, kPoint, precision);
 }
 
-void DecimalDigits::PrintScientific(String &out, int32_t precision, bool keep_point) const {
-  const int32_t first = first_digit();
-  const DecimalDigits rounded = Rounded(first < 0 ? count_ : first + 1 + precision);
-  int32_t at = rounded.first_digit();
-  int32_t exponent = at < 0 ? 0 : rounded.whole_ - 1 - at;
-  if (at < 0)
-    at = 0;
-  rounded.PrintDigits(out, at, 1);
+void DecimalDigits::PutScientific(String &out, int32_t precision, bool keep_point) {
+  Round(leading() + 1 + precision);
+  const int32_t at = leading();
+  PutDigits(out, at, 1);
   if (precision > 0 || keep_point)
     out += '.';
-  rounded.PrintDigits(out, at + 1, precision);
-  out += exponent < 0 ? "e-" : "e+";
-  if (exponent < 0)
-    exponent = -exponent;
-  if (exponent >= 100)
-    out += static_cast<char>('0' + exponent / 100);
-  out += static_cast<char>('0' + exponent / 10 % 10);
-  out += static_cast<char>('0' + exponent % 10);
+  PutDigits(out, at + 1, precision);
+  const int32_t exponent = kPoint - 1 - at;
+  out.append_format(exponent < 0 ? "e-%02d" : "e+%02d", exponent < 0 ? -exponent : exponent);
 }
 
-void DecimalDigits::Print(String &out, char letter, int32_t precision, bool keep_point) const {
+void DecimalDigits::Print(String &out, char letter, int32_t precision, bool keep_point) {
   if (!finite_) {
-    out += whole_ ? "nan" : "inf";
+    out += is_number_ ? "inf" : "nan";
     return;
   }
   if (letter == 'f') {
-    PrintFixed(out, precision, keep_point);
+    PutFixed(out, precision, keep_point);
     return;
   }
   if (letter == 'e') {
-    PrintScientific(out, precision, keep_point);
+    PutScientific(out, precision, keep_point);
     return;
   }
   if (precision == 0)
     precision = 1;
-  const int32_t first = first_digit();
-  const DecimalDigits rounded = Rounded(first < 0 ? count_ : first + precision);
-  const int32_t at = rounded.first_digit();
-  const int32_t exponent = at < 0 ? 0 : rounded.whole_ - 1 - at;
+  Round(leading() + precision);
+  const int32_t exponent = kPoint - 1 - leading();
   String body;
-  const bool fixed = exponent < precision && exponent >= -4;
-  if (fixed)
-    PrintFixed(body, precision - 1 - exponent, keep_point);
+  if (exponent < precision && exponent >= -4)
+    PutFixed(body, precision - 1 - exponent, keep_point);
   else
-    PrintScientific(body, precision - 1, keep_point);
+    PutScientific(body, precision - 1, keep_point);
   if (!keep_point && body.contains_char('.')) {
     const String tail = body.cut_from_match("e", 0);
     body.trim_right_char('0');

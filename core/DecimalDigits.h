@@ -19,24 +19,27 @@ public:
 
   /// Appends the number without its sign: letter `f` with `precision` digits behind the point, `e` with an exponent,
   /// `g` with `precision` digits in all and no zeros at their end. `keep_point` keeps the point without digits behind
-  /// it, and the zeros of `g`.
-  void Print(String &out, char letter, int32_t precision, bool keep_point) const;
+  /// it, and the zeros of `g`. Rounds the digits themselves: for one use.
+  void Print(String &out, char letter, int32_t precision, bool keep_point);
 
 private:
-  static constexpr int32_t kMaxDigits = 309 + 1074 + 18;
+  static constexpr int32_t kPoint = 310;          ///< in front of it: 309 digits, and one that rounding may add
+  static constexpr int32_t kRoom = kPoint + 1074; ///< behind it: the digits of the smallest double
 
-  /// Place of the first digit that is not 0, -1 when all are.
-  int32_t first_digit() const;
-  void PrintDigits(String &out, int32_t from, int32_t n) const;
-  void PrintFixed(String &out, int32_t precision, bool keep_point) const;
-  void PrintScientific(String &out, int32_t precision, bool keep_point) const;
-  DecimalDigits Rounded(int32_t kept) const;
+  void Double();
+  void Halve();
+  void Round(int32_t at);
+  int32_t leading() const;
+  void PutDigits(String &out, int32_t from, int32_t n) const;
+  void PutFixed(String &out, int32_t precision, bool keep_point);
+  void PutScientific(String &out, int32_t precision, bool keep_point);
 
-  char digits_[kMaxDigits]; ///< 0 to 9
-  int32_t whole_ = 0;       ///< digits in front of the point, at least one
-  int32_t count_ = 0;       ///< digits in all
-  bool negative_ = false;
+  char digits_[kRoom] = {};    ///< 0 to 9; those outside first_ to end_ are 0
+  int32_t first_ = kPoint - 1; ///< at least one digit stands in front of the point
+  int32_t end_ = kPoint;
+  bool negative_;
   bool finite_ = true;
+  bool is_number_ = true;
 };
 
 } // namespace korb

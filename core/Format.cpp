@@ -218,7 +218,7 @@ bool Formatter::PutInteger(const Conversion &conversion, const FormatArg &arg) {
 bool Formatter::PutReal(const Conversion &conversion, const FormatArg &arg) {
   if (arg.kind != FormatArg::Kind::Double)
     return false;
-  const DecimalDigits digits(arg.real);
+  DecimalDigits digits(arg.real);
   const char prefix[2] = {digits.is_negative() ? '-' : conversion.sign, '\0'};
   String body;
   digits.Print(body, conversion.letter, conversion.precision < 0 ? 6 : conversion.precision, conversion.alternate);
