@@ -194,8 +194,10 @@ bool String::resize(int64_t n, bool may_refuse) {
     data_ = static_cast<char *>(block);
     capacity_ = static_cast<int32_t>(n) + STRING_SLACK;
   }
+  // New bytes are 0, so that what somebody fails to fill is the same in every run.
+  const int32_t kept = n < length_ ? static_cast<int32_t>(n) : length_;
+  memset(data_ + kept, 0, static_cast<size_t>(n + 1 - kept));
   length_ = static_cast<int32_t>(n);
-  data_[n] = '\0';
   return true;
 }
 
@@ -222,8 +224,8 @@ void String::ensure_length(int32_t n) {
   if (n >= capacity_) {
     set_length(n);
   } else if (n > length_) {
+    memset(data_ + length_, 0, static_cast<size_t>(n + 1 - length_));
     length_ = n;
-    data_[n] = '\0';
   }
 }
 

@@ -107,11 +107,11 @@ public:
   /// Checksum32 over the bytes.
   uint32_t checksum() const;
 
-  /// Cuts or lengthens; new bytes are not initialised. Below 1 frees the block.
+  /// Cuts or lengthens; new bytes are 0. Below 1 frees the block.
   void set_length(int32_t n);
   /// As `set_length`; false, and the string as it was, when the heap refuses.
   bool try_set_length(int32_t n);
-  /// Gives the position of `n` new bytes, which are not initialised.
+  /// Lengthens by `n` and gives the old length, where the new bytes stand. Not above 0 changes nothing.
   int32_t grow_by(int32_t n);
   bool try_grow_by(int32_t n);
   /// Lengthens to `n` where shorter; never cuts.
