@@ -1,8 +1,8 @@
 // The byte string that everything else rests on.
 //
 // A length-counted block that always ends in a NUL and may hold NULs, so it serves as a byte buffer too. Values are
-// copied, never shared. There is no code page here: case, classes and numbers are ASCII. Positions and counts are signed
-// and in bytes; a search gives -1 for nothing. Impossible arguments change nothing and give the operation's empty
+// copied, never shared. There is no code page here: case, classes and numbers are ASCII. Positions and counts are in
+// bytes and signed; a search gives -1 for nothing. Impossible arguments change nothing and give the operation's empty
 // result; only `at` is fatal.
 #pragma once
 
@@ -197,8 +197,8 @@ public:
   /// Takes off the first line; its end (CR, LF, a pair of them, or NUL) goes too.
   String take_line();
   String take_line_with_end();
-  /// Takes off the run that `quote` opens at `start`, without its quotes; a doubled one inside stands for one. Empty, and
-  /// nothing changed, when there is no quote at `start`.
+  /// Takes off the run that `quote` opens at `start`, without its quotes; a doubled one inside stands for one. Empty,
+  /// and nothing changed, when there is no quote at `start`.
   String take_delimited(char quote, int32_t start);
   String take_quoted(int32_t start) { return take_delimited('"', start); }
   /// Takes off the first command-line word; quoted runs belong to it and keep their quotes.
