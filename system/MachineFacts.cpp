@@ -52,4 +52,16 @@ OsVersion RunningOs() {
   return version;
 }
 
+bool IsWindowsNT() {
+  return RunningOs().is_nt();
+}
+
+uint32_t OsCode() {
+  return OsCodeOf(RunningOs());
+}
+
+String OsDisplayName() {
+  return OsDisplayNameOf(RunningOs());
+}
+
 } // namespace korb

@@ -49,16 +49,4 @@ String OsDisplayNameOf(const OsVersion &version) {
   return name;
 }
 
-bool IsWindowsNT() {
-  return RunningOs().is_nt();
-}
-
-uint32_t OsCode() {
-  return OsCodeOf(RunningOs());
-}
-
-String OsDisplayName() {
-  return OsDisplayNameOf(RunningOs());
-}
-
 } // namespace korb
