@@ -61,6 +61,8 @@ TEST_CASE_FIXTURE(Fixture, "each refusal of an open has its code and its sentenc
       {file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
       {"", 0x0, OPEN_BAD_NAME, "The filename is invalid."},
       {"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
+      {"", 0x60000000, OPEN_NO_DIRECTORY, "The directory does not exist."}, // nowhere special, and yet not refused
+      {Path("a?b"), 0x1, OPEN_BAD_NAME, "The filename is invalid."},
       {Path("missing"), 0x1, OPEN_NOT_FOUND, "The file was not found."},
       {Path("no\\such\\x"), 0x0, OPEN_NO_DIRECTORY, "The directory does not exist."},
       {file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
@@ -108,6 +110,30 @@ TEST_CASE_FIXTURE(Fixture, "who does not read or write lets others do it") {
   CHECK(second.Open(file, DF_OPEN_EXISTING | DF_SHARE_READ | DF_SHARE_WRITE, kNormal) == OPEN_OK);
   DiskFile third;
   CHECK(third.OpenQuiet(file, DF_OPEN_EXISTING | DF_NO_BUSY_RETRY, kNormal) == OPEN_LOCKED);
+  first.Close();
+  second.Close();
+  // A writer that shares writing shares reading too.
+  REQUIRE(third.Open(file, DF_OPEN_EXISTING | DF_NO_READ | DF_SHARE_WRITE, kNormal) == OPEN_OK);
+  CHECK(first.OpenQuiet(file, DF_READ_SHARED | DF_NO_BUSY_RETRY, kNormal) == OPEN_OK);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a file beyond 2 GiB has no size and is not read") {
+  const String file = Write("large", "");
+  for (const LONG high : {0, 1}) { // too large for 31 bits, and for 32
+    const HANDLE handle = CreateFileA(file, GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    LONG top = high;
+    SetFilePointer(handle, high ? 5 : LONG_MIN, &top, FILE_BEGIN);
+    CHECK(SetEndOfFile(handle));
+    CloseHandle(handle);
+    DiskFile disk;
+    REQUIRE(disk.Open(file, DF_READ_SHARED, kNormal) == OPEN_OK);
+    CHECK(disk.Size() == -1);
+    String text("x");
+    CHECK_FALSE(disk.ReadAll(&text));
+    CHECK_FALSE(FileMatches("", -1, file));
+    CHECK(ReadWholeFile(file, text) == OPEN_OK);
+    CHECK(text.is_empty());
+  }
 }
 
 TEST_CASE_FIXTURE(Fixture, "temporary files go where they are asked to") {
@@ -242,6 +268,14 @@ TEST_CASE_FIXTURE(Fixture, "a file in memory reaches the disk at its close") {
   disk.Close();
   CHECK(Contents(file) == "01AB45");
   CHECK_FALSE(disk.IsOpen());
+
+  // Loading again keeps the image and forgets that it was changed.
+  REQUIRE(disk.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
+  CHECK(disk.Write("--", 2));
+  CHECK(disk.LoadToMemory());
+  CHECK(disk.Size() == 6);
+  disk.Close();
+  CHECK(Contents(file) == "01AB45");
 
   DiskFile clean;
   REQUIRE(clean.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
