@@ -15,6 +15,7 @@ String Setting(RegistryRoot root, const char *path) {
   String text;
   // Creates a key that is missing, as this program has always left it.
   key.ReadStringAt(text, HandleOf(root), path, "", 0);
+  text.sync_length(); // a text with environment variables, as most folders are, comes with its terminator
   return text;
 }
 
