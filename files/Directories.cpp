@@ -13,6 +13,14 @@ namespace {
 constexpr int32_t kLongestRoot = 3;
 constexpr DWORD kUsualDirectory = 98; ///< characters that nearly every current directory fits in
 
+/// A link to a directory goes by itself: what it leads to belongs to somebody else.
+bool DeleteEntry(const FileInfo &entry, const String &path) {
+  if (!entry.IsDirectory())
+    return DeleteOrSchedule(path.c_str(), 0);
+  return entry.attributes & FILE_ATTRIBUTE_REPARSE_POINT ? RemoveEmptyDirectory(path)
+                                                         : DeleteDirectoryTree(path.c_str());
+}
+
 } // namespace
 
 String CurrentDirectory() {
@@ -66,10 +74,7 @@ bool RemoveEmptyDirectory(String path) {
 
 bool DeleteDirectoryTree(const char *path) {
   const String directory(path);
-  if (directory.length() <= kLongestRoot)
-    return false;
-  String guarded(directory);
-  if (!WindowsDirectory.is_empty() && guarded.remove_prefix(WindowsDirectory.c_str()))
+  if (directory.length() <= kLongestRoot || String(path).remove_prefix(WindowsDirectory.c_str()))
     return false;
 
   FileFinder finder;
@@ -79,10 +84,9 @@ bool DeleteDirectoryTree(const char *path) {
   DWORD error = 0;
   bool failed = false;
   do {
-    const String name = PathJoin(path, entry.name.c_str());
     if (entry.IsDirectory() && (entry.name == "." || entry.name == ".."))
       continue;
-    if (entry.IsDirectory() ? DeleteDirectoryTree(name.c_str()) : DeleteOrSchedule(name.c_str(), 0))
+    if (DeleteEntry(entry, PathJoin(path, entry.name.c_str())))
       continue;
     error = GetLastError();
     failed = true;

@@ -14,8 +14,9 @@ bool DirectoryExists(const char *path);
 bool CreateDirectoryTree(const char *path);
 /// False for a path of fewer than 4 characters, and for a directory that is not empty.
 bool RemoveEmptyDirectory(String path);
-/// Removes the directory with all that is in it. Goes on after a failure, whose error stays behind; false then, and for
-/// a path of 3 characters or fewer, and for every path that begins as the Windows directory does.
+/// Removes the directory with all that is in it, but not what links in it lead to. Goes on after a failure, whose error
+/// stays behind; false then, and for a path of 3 characters or fewer, and for every path that begins as the Windows
+/// directory does.
 bool DeleteDirectoryTree(const char *path);
 
 } // namespace korb

@@ -121,6 +121,18 @@ TEST_CASE_FIXTURE(Fixture, "directory trees are made and removed") {
   CHECK_FALSE(DeleteDirectoryTree(Path("a")));
 }
 
+TEST_CASE_FIXTURE(Fixture, "what a link leads to is not removed with it") {
+  folder.Write("elsewhere/kept", "x");
+  folder.Write("tree/file", "x");
+  // Windows can't make one everywhere, Wine's host can.
+  RunProcess("z:\\bin\\ln -s ../elsewhere tree/link", 0, folder.Path().string().c_str());
+  for (int i = 0; i < 100 && !Exists("tree\\link\\kept"); ++i)
+    Sleep(20);
+  DeleteDirectoryTree(Path("tree"));
+  CHECK_FALSE(Exists("tree\\file"));
+  CHECK(Exists("elsewhere\\kept"));
+}
+
 TEST_CASE_FIXTURE(Fixture, "a tree of the system is never removed") {
   const String below = PathJoin(WindowsDirectory, "korbtest");
   const String beside = WindowsDirectory + "2";
