@@ -11,6 +11,7 @@ namespace korb {
 namespace {
 
 constexpr int32_t kLongestRoot = 3;
+constexpr int32_t kLongestPath = 32767; ///< the system takes no longer one; each level costs a piece of the stack
 constexpr DWORD kUsualDirectory = 98; ///< characters that nearly every current directory fits in
 
 /// A link to a directory goes by itself: what it leads to belongs to somebody else.
@@ -48,7 +49,8 @@ bool DirectoryExists(const char *path) {
 }
 
 bool CreateDirectoryTree(const char *path) {
-  if (!path || !*path)
+  const int32_t length = text_length(path);
+  if (length < 1 || length > kLongestPath)
     return false;
   if (DirectoryExists(path))
     return true;

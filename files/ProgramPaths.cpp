@@ -26,9 +26,12 @@ void InitPaths() {
   if (filled)
     return;
   filled = true;
-  char path[MAX_PATH];
-  WindowsDirectory.assign_limited(path, static_cast<int32_t>(GetWindowsDirectoryA(path, MAX_PATH)));
-  ProgramPath.assign_limited(path, static_cast<int32_t>(GetModuleFileNameA(nullptr, path, MAX_PATH)));
+  // A path that does not fit is not written, or is cut off without its terminator.
+  char path[MAX_PATH + 1] = {};
+  GetWindowsDirectoryA(path, MAX_PATH);
+  WindowsDirectory = path;
+  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  ProgramPath = path;
   ProgramName = FilePart(ProgramPath.c_str());
   ProgramDirectory = DirectoryPart(ProgramPath.c_str());
   ProgramDrive = DriveLetter(ProgramPath.c_str());
