@@ -5,6 +5,8 @@
 #include "files/Directories.h"
 #include "files/DiskFile.h"
 #include "files/FileInfo.h"
+#include "files/KernelFunction.h"
+#include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/RenameSection.h"
@@ -15,21 +17,16 @@ namespace {
 
 using MoveFileEx = BOOL(WINAPI *)(const char *, const char *, DWORD);
 
-bool IsNT() {
-  return (GetVersion() & 0x80000000) == 0;
-}
-
 /// The system's own delayed move; a null target deletes. False where there is none: Windows 9x has no working one.
 bool MoveAtRestart(const char *source, const char *target, DWORD flags) {
-  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(
-      reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "MoveFileExA")));
+  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(KernelFunction("MoveFileExA"));
   return function && function(source, target, flags);
 }
 
 /// Registers a move by whatever means the system has. An NT that refuses its own takes the other one if the program that
 /// carries it out is there.
 bool Register(const char *source, const char *target, DWORD flags) {
-  if (IsNT()) {
+  if (IsWindowsNT()) {
     if (MoveAtRestart(source, target, flags))
       return true;
     if (!FileExists(PathJoin(WindowsDirectory.c_str(), "wininit.exe").c_str()))

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int32_t kLongestRoot = 3;
 constexpr int32_t kLongestPath = 32767; ///< the system takes no longer one; each level costs a piece of the stack
-constexpr DWORD kUsualDirectory = 98; ///< characters that nearly every current directory fits in
+constexpr DWORD kUsualDirectory = 98;   ///< characters that nearly every current directory fits in
 
 /// A link to a directory goes by itself: what it leads to belongs to somebody else.
 bool DeleteEntry(const FileInfo &entry, const String &path) {

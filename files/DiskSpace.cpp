@@ -1,6 +1,7 @@
 #include "files/DiskSpace.h"
 
 #include "core/Windows.h"
+#include "files/KernelFunction.h"
 #include "files/PathText.h"
 
 namespace korb {
@@ -11,13 +12,6 @@ using DiskFreeSpaceEx = BOOL(WINAPI *)(const char *, ULARGE_INTEGER *, ULARGE_IN
 
 String RootOf(const char *path) {
   return str_format("%c:\\", path ? *path : '\0');
-}
-
-/// Null where the system has none: the first Windows 95 does without.
-DiskFreeSpaceEx &LookedUp() {
-  static DiskFreeSpaceEx function = reinterpret_cast<DiskFreeSpaceEx>(
-      reinterpret_cast<void *>(GetProcAddress(LoadLibraryA("kernel32.dll"), "GetDiskFreeSpaceExA")));
-  return function;
 }
 
 struct Clusters {
@@ -38,7 +32,8 @@ bool DriveExists(const char *path) {
 bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
   if (!root)
     return false;
-  DiskFreeSpaceEx &function = LookedUp();
+  // The first Windows 95 does without.
+  static DiskFreeSpaceEx function = reinterpret_cast<DiskFreeSpaceEx>(KernelFunction("GetDiskFreeSpaceExA"));
   if (function) {
     ULARGE_INTEGER available, total, free;
     if (function(root, &available, &total, &free)) {
@@ -50,7 +45,7 @@ bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
     }
     if (GetLastError() != ERROR_CALL_NOT_IMPLEMENTED)
       return false;
-    function = nullptr;
+    function = nullptr; // there, but not working: never again
   }
   Clusters clusters;
   if (!clusters.Ask(root))

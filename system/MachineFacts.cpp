@@ -41,22 +41,6 @@ String SystemRoot() {
   return ExpandEnvironment(root) ? root : String();
 }
 
-OsVersion RunningOs() {
-  OSVERSIONINFOA info = {};
-  info.dwOSVersionInfoSize = sizeof info;
-  GetVersionExA(&info);
-  OsVersion version;
-  version.platform = info.dwPlatformId;
-  version.major = info.dwMajorVersion;
-  version.minor = info.dwMinorVersion;
-  version.service_pack = info.szCSDVersion;
-  return version;
-}
-
-bool IsWindowsNT() {
-  return RunningOs().is_nt();
-}
-
 uint32_t OsCode() {
   return OsCodeOf(RunningOs());
 }

@@ -3,19 +3,9 @@
 
 #include <cstdint>
 
-#include "core/String.h"
+#include "files/OsVersion.h"
 
 namespace korb {
-
-/// What the system says of its version.
-struct OsVersion {
-  uint32_t platform = 0; ///< 0 Win32s, 1 Windows 9x, 2 Windows NT
-  uint32_t major = 0;
-  uint32_t minor = 0;
-  String service_pack; ///< as the system words it, blanks included
-
-  bool is_nt() const { return platform == 2; }
-};
 
 // Bits of OsCode, which archives combine to a mask of the systems that they refuse.
 inline constexpr uint32_t OS_OTHER = 0x1;
@@ -34,8 +24,6 @@ uint32_t OsCodeOf(const OsVersion &version);
 String OsDisplayNameOf(const OsVersion &version);
 
 // The same of the running system, asked anew at each call.
-OsVersion RunningOs();
-bool IsWindowsNT();
 uint32_t OsCode();
 String OsDisplayName();
 

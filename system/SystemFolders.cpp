@@ -1,8 +1,8 @@
 #include "system/SystemFolders.h"
 
+#include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
-#include "system/OsIdentity.h"
 
 namespace korb {
 

@@ -5,6 +5,7 @@
 
 #include "core/RunPaths.h"
 #include "core/Windows.h"
+#include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/TempFiles.h"
