@@ -16,19 +16,16 @@ String WithoutBackslash(String path) {
   return path;
 }
 
-String BelowWindows(const char *name) {
-  return PathJoin(WindowsDirectory.c_str(), name);
+enum class Source { User, AllUsers, Setting };
+
+/// The folder that `source` has under `value`, or what stands in for it: `name` below `base`, or either alone.
+String Folder(Source source, const char *value, String (*base)(), const char *name) {
+  String folder = source == Source::Setting ? WindowsSetting(value) : ShellFolder(value, source == Source::AllUsers);
+  return folder.is_empty() ? PathJoin(base ? base().c_str() : nullptr, name) : folder;
 }
 
-/// `found`, or the folder of that name below the Windows directory.
-String OrBelowWindows(String found, const char *name) {
-  return found.is_empty() ? BelowWindows(name) : found;
-}
-
-/// The folder of all users, or that of the current one.
-String AllUsersOr(const char *value, String (*of_user)()) {
-  String folder = ShellFolder(value, true);
-  return folder.is_empty() ? of_user() : folder;
+String Windows() {
+  return WindowsDirectory;
 }
 
 } // namespace
@@ -44,78 +41,71 @@ String WindowsSetting(const char *value) {
 }
 
 String DesktopFolder() {
-  return OrBelowWindows(ShellFolder("Desktop", false), "Desktop");
+  return Folder(Source::User, "Desktop", Windows, "Desktop");
 }
 
 String DesktopAllFolder() {
-  return AllUsersOr("Common Desktop", DesktopFolder);
+  return Folder(Source::AllUsers, "Common Desktop", DesktopFolder, nullptr);
 }
 
 String DocumentFolder() {
-  const String folder = ShellFolder("Personal", false);
-  return folder.is_empty() ? String("c:\\My Documents") : folder;
+  return Folder(Source::User, "Personal", nullptr, "c:\\My Documents");
 }
 
 String DocumentAllFolder() {
-  return AllUsersOr("Common Documents", DocumentFolder);
+  return Folder(Source::AllUsers, "Common Documents", DocumentFolder, nullptr);
 }
 
 String FavoritesFolder() {
-  return OrBelowWindows(ShellFolder("Favorites", false), "Favorites");
+  return Folder(Source::User, "Favorites", Windows, "Favorites");
 }
 
 String FavoritesAllFolder() {
-  return AllUsersOr("Common Favorites", FavoritesFolder);
+  return Folder(Source::AllUsers, "Common Favorites", FavoritesFolder, nullptr);
 }
 
 String FontFolder() {
-  return OrBelowWindows(ShellFolder("Fonts", false), "Fonts");
+  return Folder(Source::User, "Fonts", Windows, "Fonts");
 }
 
 String StartMenuFolder() {
-  return OrBelowWindows(ShellFolder("Start Menu", false), "Start Menu");
+  return Folder(Source::User, "Start Menu", Windows, "Start Menu");
 }
 
 String StartMenuAllFolder() {
-  return AllUsersOr("Common Start Menu", StartMenuFolder);
+  return Folder(Source::AllUsers, "Common Start Menu", StartMenuFolder, nullptr);
 }
 
 String StartMenuProgramsFolder() {
-  const String folder = ShellFolder("Programs", false);
-  return folder.is_empty() ? PathJoin(StartMenuFolder().c_str(), "Programs") : folder;
+  return Folder(Source::User, "Programs", StartMenuFolder, "Programs");
 }
 
 String StartMenuProgramsAllFolder() {
-  return AllUsersOr("Common Programs", StartMenuProgramsFolder);
+  return Folder(Source::AllUsers, "Common Programs", StartMenuProgramsFolder, nullptr);
 }
 
 String StartupFolder() {
-  const String folder = ShellFolder("Startup", false);
-  return folder.is_empty() ? PathJoin(StartMenuProgramsFolder().c_str(), "StartUp") : folder;
+  return Folder(Source::User, "Startup", StartMenuProgramsFolder, "StartUp");
 }
 
 String StartupAllFolder() {
-  return AllUsersOr("Common Startup", StartupFolder);
+  return Folder(Source::AllUsers, "Common Startup", StartupFolder, nullptr);
 }
 
 String ProgramFilesFolder() {
-  const String folder = WindowsSetting("ProgramFilesDir");
-  return folder.is_empty() ? String("c:\\Program Files") : folder;
+  return Folder(Source::Setting, "ProgramFilesDir", nullptr, "c:\\Program Files");
 }
 
 String CommonFilesFolder() {
-  const String folder = WindowsSetting("CommonFilesDir");
-  return folder.is_empty() ? PathJoin(ProgramFilesFolder().c_str(), "Common Files") : folder;
+  return Folder(Source::Setting, "CommonFilesDir", ProgramFilesFolder, "Common Files");
 }
 
 String MediaFolder() {
-  return OrBelowWindows(WindowsSetting("MediaPath"), "Media");
+  return Folder(Source::Setting, "MediaPath", Windows, "Media");
 }
 
 String DeviceFolder() {
-  String folder = WindowsSetting("DevicePath");
-  if (folder.is_empty())
-    return BelowWindows("INF");
+  String folder = Folder(Source::Setting, "DevicePath", Windows, "INF");
   // The value is a list; only the first of its places is made readable, as nobody uses more.
   const int32_t place = folder.find(kSystemRoot, 0, FIND_IGNORE_CASE);
   if (place >= 0) {
@@ -128,7 +118,7 @@ String DeviceFolder() {
 
 String SystemFolder() {
   const String folder = RawSystemDirectory();
-  return folder.is_empty() ? BelowWindows(IsWindowsNT() ? "System32" : "System") : folder;
+  return folder.is_empty() ? PathJoin(WindowsDirectory.c_str(), IsWindowsNT() ? "System32" : "System") : folder;
 }
 
 char BootDriveLetter() {
