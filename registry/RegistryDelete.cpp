@@ -2,6 +2,7 @@
 
 #include "core/Windows.h"
 #include "registry/RegistryKey.h"
+#include "registry/RegistryPath.h"
 
 namespace korb {
 
@@ -20,7 +21,7 @@ int32_t RegistryKey::DeleteChild(const char *subkey, uint32_t options) {
       DeleteChild(children.at(i).c_str(), options);
     Close();
   }
-  if (RegDeleteKeyA(static_cast<HKEY>(current_key_), subkey) == ERROR_SUCCESS)
+  if (RegDeleteKeyA(current_key_, subkey) == ERROR_SUCCESS)
     return DELETE_DONE;
   ReportFailure(options);
   return DELETE_REFUSED;

@@ -4,14 +4,11 @@
 #include "core/RunMode.h"
 #include "core/Windows.h"
 #include "files/LastError.h"
+#include "registry/RegistryPath.h"
 
 namespace korb {
 
 namespace {
-
-HKEY Key(RegistryHandle handle) {
-  return static_cast<HKEY>(handle);
-}
 
 /// Null for a handle that is no root.
 const char *RootName(RegistryHandle root) {
@@ -32,24 +29,6 @@ const char *RootName(RegistryHandle root) {
 
 } // namespace
 
-String SoftwarePath(const char *path) {
-  return String("Software\\") + path;
-}
-
-RegistryHandle SoftwareRoot(bool current_user) {
-  return HandleOf(current_user ? RegistryRoot::CurrentUser : RegistryRoot::LocalMachine);
-}
-
-bool SplitRegistryPath(const char *path, String &key, String &name) {
-  const String whole(path);
-  const int32_t backslash = whole.rfind_char('\\');
-  if (backslash < 0 && whole.char_at(1) != ':')
-    return false;
-  key = whole.mid(0, backslash < 0 ? 2 : backslash);
-  name = whole.mid(backslash < 0 ? 2 : backslash + 1);
-  return true;
-}
-
 void RegistryKey::ReportFailure(uint32_t options) {
   if (!(options & RK_REPORT))
     return;
@@ -69,9 +48,9 @@ void RegistryKey::RequiredValueMissing(const char *name) const {
 int32_t RegistryKey::Open(RegistryHandle root, const char *subkey, uint32_t options) {
   HKEY key;
   DWORD disposition = REG_OPENED_EXISTING_KEY;
-  const LONG result = options & RK_OPEN_ONLY ? RegOpenKeyExA(Key(root), subkey, 0, KEY_ALL_ACCESS, &key)
-                                             : RegCreateKeyExA(Key(root), subkey, 0, nullptr, 0, KEY_ALL_ACCESS,
-                                                               nullptr, &key, &disposition);
+  const LONG result = options & RK_OPEN_ONLY
+                          ? RegOpenKeyExA(root, subkey, 0, KEY_ALL_ACCESS, &key)
+                          : RegCreateKeyExA(root, subkey, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, &disposition);
   if (result != ERROR_SUCCESS) {
     ReportFailure(options);
     return KEY_NOT_OPENED;
@@ -97,7 +76,7 @@ int32_t RegistryKey::OpenChild(const char *subkey, uint32_t options) {
 
 void RegistryKey::Close() {
   if (current_key_)
-    RegCloseKey(Key(current_key_));
+    RegCloseKey(current_key_);
   current_key_ = nullptr;
   if (key_stack_.count > 0)
     current_key_ = key_stack_.pop();
@@ -112,7 +91,7 @@ void RegistryKey::CloseAll() {
 
 bool RegistryKey::KeyExists(RegistryHandle root, const char *subkey) {
   HKEY key;
-  if (!subkey || !*subkey || RegOpenKeyExA(Key(root), subkey, 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS)
+  if (!subkey || !*subkey || RegOpenKeyExA(root, subkey, 0, KEY_ALL_ACCESS, &key) != ERROR_SUCCESS)
     return false;
   RegCloseKey(key);
   return true;
@@ -124,7 +103,7 @@ bool RegistryKey::SoftwareKeyExists(const char *path, bool current_user) {
 
 bool RegistryKey::Counts(uint32_t &subkeys, uint32_t &values) const {
   DWORD keys, entries;
-  if (!current_key_ || RegQueryInfoKeyA(Key(current_key_), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &entries,
+  if (!current_key_ || RegQueryInfoKeyA(current_key_, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &entries,
                                         nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
     return false;
   subkeys = keys;
@@ -154,9 +133,9 @@ int32_t RegistryKey::EnumerateSubKeys(Vector<String> &names) const {
   char name[199];
   int32_t found = 0;
   for (;; ++found) {
-    const LONG error = RegEnumKeyA(Key(current_key_), static_cast<DWORD>(found), name, sizeof name);
+    const LONG error = RegEnumKeyA(current_key_, static_cast<DWORD>(found), name, sizeof name);
     if (error != ERROR_SUCCESS) {
-      SetLastErrorCode(error == ERROR_NO_MORE_ITEMS ? 0 : static_cast<uint32_t>(error));
+      SetLastError(error == ERROR_NO_MORE_ITEMS ? 0 : static_cast<DWORD>(error));
       return found;
     }
     names.append(name);

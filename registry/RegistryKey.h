@@ -7,6 +7,10 @@
 #include "core/String.h"
 #include "core/Value.h"
 #include "core/Vector.h"
+#include "registry/TreeWalker.h"
+
+/// What the platform's HKEY points to.
+struct HKEY__;
 
 namespace korb {
 
@@ -20,7 +24,9 @@ inline constexpr uint32_t RK_BINARY = 0x80;        ///< write bytes
 inline constexpr uint32_t RK_EXPAND = 0x100;       ///< write a text with environment variables; RK_BINARY wins
 
 /// A root or an open key; the system's own handle.
-using RegistryHandle = void *;
+using RegistryHandle = HKEY__ *;
+template <>
+inline constexpr const char *TypeName<RegistryHandle> = "HKEY";
 
 /// The predefined roots.
 enum class RegistryRoot : uint32_t {
@@ -50,8 +56,14 @@ enum KeyOpened : int32_t {
   KEY_CREATED = 2,
 };
 
+/// The root of the settings of the machine, or of the current user.
+inline RegistryHandle SoftwareRoot(bool current_user) {
+  return HandleOf(current_user ? RegistryRoot::CurrentUser : RegistryRoot::LocalMachine);
+}
+
 /// Keys are opened with full access, for reading too. Each successful open needs a Close; the destructor closes the rest.
-class RegistryKey {
+/// Keys are reached by the stack, so paths of the TreeWalker lead nowhere.
+class RegistryKey final : public TreeWalker {
 public:
   RegistryKey() = default;
   ~RegistryKey() { CloseAll(); }
@@ -93,6 +105,8 @@ public:
   bool WriteNumber(const char *name, int32_t number, uint32_t options);
   bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value, 0); }
   bool DeleteValue(const char *name);
+  /// Of the open key. A number stays a number; everything else is written as text.
+  bool Exchange(const char *name, Value &value) override;
 
   // Deletions take the children along. Each gives a DeleteStatus.
   int32_t DeleteChild(const char *subkey, uint32_t options);
@@ -112,11 +126,5 @@ private:
   Stack<RegistryHandle> key_stack_;
   Stack<String> path_stack_;
 };
-
-/// "Software\" and `path`.
-String SoftwarePath(const char *path);
-RegistryHandle SoftwareRoot(bool current_user);
-/// Cuts a path at its last backslash, or behind a drive-like colon, into key and name. False when it has neither.
-bool SplitRegistryPath(const char *path, String &key, String &name);
 
 } // namespace korb

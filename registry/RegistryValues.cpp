@@ -4,23 +4,12 @@
 
 #include "core/Windows.h"
 #include "registry/RegistryKey.h"
+#include "registry/RegistryPath.h"
 
 namespace korb {
 
-namespace {
-
-HKEY Key(RegistryHandle handle) {
-  return static_cast<HKEY>(handle);
-}
-
-bool IsText(DWORD type) {
-  return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_BINARY || type == REG_MULTI_SZ;
-}
-
-} // namespace
-
 bool RegistryKey::ValueExists(const char *name) const {
-  return current_key_ && RegQueryValueExA(Key(current_key_), name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+  return current_key_ && RegQueryValueExA(current_key_, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::ReadValue(const char *name, Value &value, uint32_t options) const {
@@ -29,27 +18,36 @@ bool RegistryKey::ReadValue(const char *name, Value &value, uint32_t options) co
   char small[32];
   DWORD type;
   DWORD size = sizeof small;
-  const LONG error = RegQueryValueExA(Key(current_key_), name, nullptr, &type, reinterpret_cast<BYTE *>(small), &size);
+  const LONG error = RegQueryValueExA(current_key_, name, nullptr, &type, reinterpret_cast<BYTE *>(small), &size);
   if (error == ERROR_SUCCESS) {
-    if (type == REG_DWORD && size == 4) {
+    switch (type) {
+    case REG_DWORD: {
+      if (size != 4)
+        return false;
       int32_t number;
       memcpy(&number, small, sizeof number);
       value = Value(int64_t{number});
-    } else if (IsText(type)) {
-      value = Value(String(small, static_cast<int32_t>(type == REG_SZ && size > 0 ? size - 1 : size)));
-    } else {
-      return false;
+      return true;
     }
-    return true;
+    case REG_SZ: // its terminator goes; the other kinds keep theirs
+      if (size > 0)
+        --size;
+      [[fallthrough]];
+    case REG_EXPAND_SZ:
+    case REG_BINARY:
+    case REG_MULTI_SZ:
+      value = Value(String(small, static_cast<int32_t>(size)));
+      return true;
+    }
+    return false;
   }
   if (error == ERROR_MORE_DATA) {
-    if (!IsText(type))
-      return false;
-    String text;
-    // The terminator that these two end in goes; the query fills it in all the same.
+    // What is long is taken as text, whatever it is. The query wants room for all of it, and then these two lose the
+    // terminator.
     const bool terminated = type == REG_SZ || type == REG_MULTI_SZ;
+    String text;
     text.set_length(static_cast<int32_t>(size));
-    if (RegQueryValueExA(Key(current_key_), name, nullptr, &type, reinterpret_cast<BYTE *>(text.data()), &size) !=
+    if (RegQueryValueExA(current_key_, name, nullptr, nullptr, reinterpret_cast<BYTE *>(text.data()), &size) !=
         ERROR_SUCCESS)
       return false;
     text.remove_last(terminated ? 1 : 0);
@@ -97,7 +95,7 @@ bool RegistryKey::WriteString(const char *name, const String &text, uint32_t opt
   if ((options & RK_DELETE_EMPTY) && text.is_empty())
     return DeleteValue(name);
   const DWORD type = options & RK_BINARY ? REG_BINARY : (options & RK_EXPAND ? REG_EXPAND_SZ : REG_SZ);
-  return RegSetValueExA(Key(current_key_), name, 0, type, reinterpret_cast<const BYTE *>(text.c_str()),
+  return RegSetValueExA(current_key_, name, 0, type, reinterpret_cast<const BYTE *>(text.c_str()),
                         static_cast<DWORD>(text.length())) == ERROR_SUCCESS;
 }
 
@@ -106,12 +104,20 @@ bool RegistryKey::WriteNumber(const char *name, int32_t number, uint32_t options
     return false;
   if ((options & RK_DELETE_EMPTY) && number == 0)
     return DeleteValue(name);
-  return RegSetValueExA(Key(current_key_), name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number),
-                        sizeof number) == ERROR_SUCCESS;
+  return RegSetValueExA(current_key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), sizeof number) ==
+         ERROR_SUCCESS;
+}
+
+bool RegistryKey::Exchange(const char *name, Value &value) {
+  if (!writing)
+    return ReadValue(name, value, 0);
+  if (value.kind() == Value::Kind::Integer)
+    return WriteNumber(name, value.to_int(), 0);
+  return WriteString(name, value.to_string(), 0);
 }
 
 bool RegistryKey::DeleteValue(const char *name) {
-  return current_key_ && RegDeleteValueA(Key(current_key_), name) == ERROR_SUCCESS;
+  return current_key_ && RegDeleteValueA(current_key_, name) == ERROR_SUCCESS;
 }
 
 } // namespace korb

@@ -94,6 +94,7 @@ TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for")
       {"zero", REG_DWORD, std::string(4, '\0'), "0", 0, false},
       {"short", REG_DWORD, "ab", "default", 42, true}, // of no meaning: the default
       {"other", REG_LINK, "abcd", "default", 42, true},
+      {"longother", REG_LINK, long_text, long_text, 0, true}, // long enough to be text
   };
   for (const Row &row : rows) {
     CAPTURE(row.name);
@@ -130,6 +131,17 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(Stored("n") == "none");
   CHECK(key.WriteBoolean("n", true));
   CHECK(key.ReadBoolean("n", false, 0));
+
+  key.writing = true;
+  for (Value value : {Value(int64_t{-2}), Value("-2")}) {
+    CHECK(key.Exchange("x", value));
+    CHECK(Stored("x") == (value.kind() == Value::Kind::Text ? std::string("1:-2\0", 5) : "4:\xFE\xFF\xFF\xFF"));
+  }
+  key.writing = false;
+  Value read;
+  CHECK(key.Exchange("x", read));
+  CHECK(read.to_string() == "-2");
+  CHECK_FALSE(key.ChangePath("\\")); // the registry is not walked
 }
 
 TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make its key") {
@@ -145,10 +157,6 @@ TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make i
   CHECK(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
   key.ReadStringAt(text, user, "value", "default", 0);
   CHECK(text == "default");
-  String name, part;
-  CHECK(SplitRegistryPath("c:value", part, name));
-  CHECK(part == "c:");
-  CHECK(name == "value");
 }
 
 TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them") {
