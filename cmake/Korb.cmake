@@ -139,9 +139,9 @@ function(korb_fuzzer name)
     set(kept "")
   endif()
   math(EXPR limit "${KORB_FUZZ_SECONDS} + 120")
-  add_test(NAME fuzz_${name} COMMAND ${name} -max_total_time=${KORB_FUZZ_SECONDS} -timeout=20 -rss_limit_mb=4096
+  add_test(NAME ${name} COMMAND ${name} -max_total_time=${KORB_FUZZ_SECONDS} -timeout=20 -rss_limit_mb=4096
     -print_final_stats=1 -verbosity=0 -artifact_prefix=${CMAKE_BINARY_DIR}/${name}- ${found} ${kept})
-  set_tests_properties(fuzz_${name} PROPERTIES TIMEOUT ${limit})
+  set_tests_properties(${name} PROPERTIES TIMEOUT ${limit})
 endfunction()
 
 # korb_stub(<name> <source>... USES <library>...): the program that ships. No start files and no C library: a first
