@@ -9,6 +9,7 @@ inline constexpr uint32_t kNoAttributes = 0xFFFFFFFF;
 
 /// kNoAttributes when there is no such file or directory.
 uint32_t GetAttributes(const char *path);
+/// False when there is no such file, or it refuses.
 bool SetAttributes(const char *path, uint32_t attributes);
 
 // These three read first and write only what changes. False when the attributes can't be read or written.

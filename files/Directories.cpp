@@ -60,11 +60,7 @@ bool CreateDirectoryTree(const char *path) {
   if (parent.length() > kLongestRoot && !CreateDirectoryTree(parent.c_str()))
     return false;
   CreateDirectoryA(path, nullptr);
-  const DWORD error = GetLastError();
-  const bool exists = DirectoryExists(path); // somebody else may have made it
-  if (!exists)
-    SetLastError(error); // why it could not be made says more than that it is missing
-  return exists;
+  return DirectoryExists(path); // somebody else may have made it
 }
 
 bool RemoveEmptyDirectory(String path) {

@@ -10,7 +10,7 @@ String CurrentDirectory();
 bool DirectoryExists(const char *path);
 
 /// Creates `path` and what is missing above it, other than a root. True when the directory exists at the end, and for a
-/// root, even of a missing drive.
+/// root, even of a missing drive. After a false the last error is that of looking for the directory, not of making it.
 bool CreateDirectoryTree(const char *path);
 /// False for a path of fewer than 4 characters, and for a directory that is not empty.
 bool RemoveEmptyDirectory(String path);

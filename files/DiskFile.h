@@ -102,27 +102,31 @@ public:
   /// Goes back to the saved position and gives it; 0x80000000, and nothing moved, when none is saved.
   int32_t PopPosition();
 
-  /// These leave the position where it was.
+  // These leave the position where it was. False when not all the bytes are there.
+
   bool ReadAt(int32_t offset, void *destination, int32_t count);
+  /// The last `count` bytes, at least one.
   bool ReadTail(void *destination, int32_t count);
   /// False, and `text` as it was, when the span passes the end; a failed read empties it.
   bool ReadSpan(String &text, int32_t offset, int32_t count);
+  /// The whole file; false for a null `text` too.
   bool ReadAll(String *text);
+
   /// From the position up to a NUL, which is consumed, or to the end.
   String ReadCString();
 
   bool ReplaceContents(const String &text);
-  /// Cuts the file at the position.
+  /// Cuts the file at the position. False without write access.
   bool Truncate();
   bool Flush();
   /// True when the file is empty, can't be read, or ends in CR or LF.
   bool EndsLine();
-  /// Ends the last line if it is not ended.
+  /// Ends the last line if it is not ended. False when nothing is open or the write fails.
   bool EnsureNewline();
   /// Sets the time of the last write; creation and access stay. Without `flush` nobody waits for the disk: the system
   /// keeps a time that was set by hand, whatever of this handle's writes is still on its way.
   bool SetModified(const FileDate &date, bool flush = true);
-  /// From here on everything happens in memory, and Close writes the changes back.
+  /// From here on everything happens in memory, and Close writes the changes back. False when the file can't be read.
   bool LoadToMemory();
   /// Releases one byte range; the system's offsets.
   bool Unlock(uint32_t offset, uint32_t length);

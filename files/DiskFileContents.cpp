@@ -57,17 +57,9 @@ bool DiskFile::EnsureNewline() {
 }
 
 bool DiskFile::LoadToMemory() {
-  if (in_memory_) {
-    // The image is what the file holds by now: it stays, and its changes are not written back.
-    memory_dirty_ = false;
-    return true;
-  }
-  String image;
-  if (!ReadAll(&image))
+  // An image that is there counts as what the file holds: it stays, and its changes are not written back.
+  if (!in_memory_ && !ReadAll(&memory_))
     return false;
-  const int32_t length = image.length();
-  memory_.Clear();
-  memory_.attach(image.detach(), length);
   in_memory_ = true;
   memory_dirty_ = false;
   return true;

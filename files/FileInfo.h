@@ -18,7 +18,7 @@ struct FileInfo {
   String short_name; ///< empty when the system gave none
   uint64_t size = 0; ///< bytes
 
-  bool IsDirectory() const { return (attributes & 0x10) != 0; }
+  bool IsDirectory() const { return (attributes & 0x10) != 0; } ///< the system's bit
 };
 
 /// A walk over the entries that match a pattern. Entries whose names hold a separator, a wildcard or a `;` are passed
@@ -42,7 +42,7 @@ private:
 
 /// False when there is no such file or directory.
 bool GetFileInfo(const char *path, FileInfo *info);
-/// Local time of the last write.
+/// Local time of the last write; false as above.
 bool GetFileModified(const char *path, FileDate &date);
 
 /// True when the file could be opened or somebody else holds it; false for a directory and for a file that may not be

@@ -9,8 +9,8 @@
 
 namespace korb {
 
-/// `directory` and `name` with exactly one backslash between them, or none behind a colon: "c:" and "foo" give the
-/// drive-relative "c:foo". Does not ask whether `name` is full.
+/// `directory` and `name` with a backslash between them where neither brings one, and one less where both do; none
+/// behind a colon: "c:" and "foo" give the drive-relative "c:foo". Does not ask whether `name` is full.
 String PathJoin(const char *directory, const char *name);
 
 /// The directory of a path: "c:\dir\file" gives "c:\dir", "c:\file" gives "c:\", "file" gives nothing. A list of paths

@@ -25,7 +25,7 @@ bool NormaliseToProgram(String &path);
 bool ExpandEnvironment(String &text);
 /// The path by its short names, where it has them; else the path. Empty for an empty one.
 String ShortPath(const char *path);
-/// Opens a document with the program that belongs to it.
+/// Opens a document with the program that belongs to it; false when the system finds none.
 bool ShellOpen(const char *path);
 
 } // namespace korb

@@ -52,7 +52,8 @@ constexpr PathVariable kPathVariables[] = {
 
 void ExpandPathVariables(String &text) {
   for (const PathVariable &variable : kPathVariables) {
-    // The value is asked for only where it is wanted: most are lookups in the registry.
+    // The value is asked for only where it is wanted. All of them would be two dozen lookups in the registry for every
+    // file that is placed, and one that nobody needs could do no more than create a key that is missing.
     if (text.find(variable.name, 0, FIND_IGNORE_CASE) < 0)
       continue;
     const String value = variable.value();
