@@ -15,6 +15,7 @@
 #include "files/TempFiles.h"
 #include "files/WholeFile.h"
 #include "tests/support/FailureTrap.h"
+#include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
 
 using namespace korb;
@@ -28,14 +29,6 @@ struct Fixture {
   bool Exists(const char *name) const { return GetAttributes(Path(name)) != kNoAttributes; }
 
   TempFolder folder;
-};
-
-struct Lock {
-  explicit Lock(const char *path) : handle(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
-    REQUIRE(handle != INVALID_HANDLE_VALUE);
-  }
-  ~Lock() { CloseHandle(handle); }
-  HANDLE handle;
 };
 
 /// What the system has registered for its next start.
@@ -110,7 +103,7 @@ TEST_CASE_FIXTURE(Fixture, "directory trees are made and removed") {
   folder.Write("a/d/held", "x");
   folder.Write("a/other", "x");
   {
-    const Lock lock(Path("a\\d\\held"));
+    const HeldFile held(Path("a\\d\\held"));
     CHECK_FALSE(DeleteDirectoryTree(Path("a"))); // goes on after what it can't delete
     CHECK_FALSE(Exists("a\\b"));
     CHECK_FALSE(Exists("a\\other"));
@@ -259,7 +252,7 @@ TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
 TEST_CASE_FIXTURE(Fixture, "what can't be done now is left to the next start") {
   folder.Write("new", "x");
   folder.Write("held", "old");
-  const Lock lock(Path("held"));
+  const HeldFile held(Path("held"));
   CHECK_FALSE(MoveOrSchedule(Path("new"), Path("held"), 0));
   CHECK(MoveOrSchedule(Path("new"), Path("held"), MV_AT_RESTART | MV_TARGET_MUST_EXIST));
   CHECK(DeleteOrSchedule(Path("held"), DEL_AT_RESTART));

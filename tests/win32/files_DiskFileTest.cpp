@@ -10,6 +10,7 @@
 #include "files/LastError.h"
 #include "files/WholeFile.h"
 #include "tests/support/FailureTrap.h"
+#include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
 
 using namespace korb;
@@ -33,15 +34,6 @@ struct Fixture {
   }
 
   TempFolder folder;
-};
-
-/// Holds a file so that nobody else can open it.
-struct Lock {
-  explicit Lock(const char *path) : handle(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
-    REQUIRE(handle != INVALID_HANDLE_VALUE);
-  }
-  ~Lock() { CloseHandle(handle); }
-  HANDLE handle;
 };
 
 } // namespace
@@ -84,7 +76,7 @@ TEST_CASE_FIXTURE(Fixture, "each refusal of an open has its code and its sentenc
 
 TEST_CASE_FIXTURE(Fixture, "a locked file is tried again for a while") {
   const String file = Write("held", "x");
-  const Lock lock(file);
+  const HeldFile held(file);
   struct Row {
     uint32_t flags;
     DWORD least, most; // milliseconds

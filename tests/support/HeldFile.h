@@ -1,0 +1,24 @@
+// A file that another program holds, for tests of what is in use.
+#pragma once
+
+#include <doctest/doctest.h>
+
+#include "core/Windows.h"
+
+namespace korb::test {
+
+/// Keeps everybody else from opening the file.
+class HeldFile {
+public:
+  explicit HeldFile(const char *path)
+      : handle_(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
+    REQUIRE(handle_ != INVALID_HANDLE_VALUE);
+  }
+  ~HeldFile() { CloseHandle(handle_); }
+  HeldFile(const HeldFile &) = delete;
+
+private:
+  HANDLE handle_;
+};
+
+} // namespace korb::test
