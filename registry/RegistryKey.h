@@ -44,9 +44,9 @@ inline RegistryHandle HandleOf(RegistryRoot root) {
 /// What a deletion comes to.
 enum DeleteStatus : int32_t {
   DELETE_DONE = 1,
-  DELETE_NO_KEY = 2, ///< no such key, no name, or nothing open
-  DELETE_REFUSED = 3,
-  DELETE_NOT_EMPTY = 4, ///< with RK_ONLY_IF_EMPTY
+  DELETE_NO_KEY = 2,    ///< no name, no parent, or nothing open
+  DELETE_REFUSED = 3,   ///< by the system; so is a child that is missing
+  DELETE_NOT_EMPTY = 4, ///< with RK_ONLY_IF_EMPTY, of a child that is missing too
 };
 
 /// What an open comes to.
