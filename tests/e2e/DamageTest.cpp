@@ -1,0 +1,210 @@
+// Damaged installers, and machines that refuse, as the user meets them.
+#include <doctest/doctest.h>
+
+#include <cstring>
+#include <filesystem>
+
+#include "packer/ConfigWriter.h"
+#include "packer/Installer.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/PackedProduct.h"
+
+using namespace korb;
+using namespace korb::test;
+using packer::Bytes;
+
+namespace {
+
+const std::string kHome = "C:\\Program Files\\Damaged";
+const char kCorrupt[] =
+    "This installation program is corrupt.  This is usually caused by a faulty download, but it can also be caused by "
+    "a "
+    "virus on your computer.  The installation cannot proceed.\r\n\r\nDelete the corrupted installer (to prevent "
+    "caching), "
+    "then re-download it.  If the problem persists, check your system for viruses.\r\n\r\nError code: ";
+
+uint32_t U32(const Bytes &file, size_t at) {
+  uint32_t value = 0;
+  std::memcpy(&value, &file.at(at), sizeof value);
+  return value;
+}
+
+void Put32(Bytes &file, size_t at, uint32_t value) {
+  std::memcpy(&file.at(at), &value, sizeof value);
+}
+
+/// Where the last section's entry and its bytes stand.
+size_t SectionEntry(const Bytes &file) {
+  const size_t pe = U32(file, pe::kHeaderOffsetAt);
+  return pe + pe::kOptionalHeaderAt + (U32(file, pe + pe::kOptionalHeaderSizeAt) & 0xFFFF) +
+         ((U32(file, pe + pe::kSectionCountAt) & 0xFFFF) - 1) * pe::kSectionEntrySize;
+}
+
+size_t ArchivePos(const Bytes &file) {
+  return U32(file, SectionEntry(file) + pe::kRawPointerAt);
+}
+
+/// A setup.exe around the real program, with places to spoil it.
+struct Setup {
+  Setup() {
+    product.name = "Damaged";
+    product.flags = IF_VERIFY_STUB;
+    product.languages = {{"English", std::vector<std::string>(72), {}}};
+    packer::FileEntry file;
+    file.name = "one.txt";
+    file.contents.assign(300, 'x');
+    product.files = {file};
+  }
+
+  void Write() const {
+    Bytes config = packer::WriteConfig(product);
+    if (spoil_config)
+      spoil_config(config);
+    packer::Payload payload = packer::WritePayload(product);
+    if (spoil_payload)
+      spoil_payload(payload.stored);
+    const std::string stub = FileBytes("korb.exe");
+    packer::Installer built = packer::AssembleInstaller(product, config, payload, Bytes(stub.begin(), stub.end()));
+    if (spoil)
+      spoil(built.executable);
+    WriteFileBytes(Path(), std::string(built.executable.begin(), built.executable.end()));
+  }
+
+  /// Runs it with /a; what the first box says, or nothing when none came.
+  std::string Run(const std::string &arguments = "/a") const {
+    Write();
+    Process process("\"" + Path() + "\" " + arguments, folder.Path().string());
+    std::string said;
+    while (!process.Wait(0)) {
+      if (const auto box = WaitForWindow("FATAL ERROR", 50)) {
+        said = box->Message();
+        Click(*box, "OK");
+      }
+    }
+    CHECK(process.Wait() == DWORD{1});
+    return said;
+  }
+
+  std::string Path() const { return (folder.Path() / "setup.exe").string(); }
+
+  TempFolder folder;
+  packer::Product product;
+  void (*spoil_config)(Bytes &) = nullptr;
+  void (*spoil_payload)(Bytes &) = nullptr;
+  void (*spoil)(Bytes &) = nullptr;
+};
+
+template <size_t at, uint32_t value>
+void Header(Setup &setup) {
+  setup.spoil = [](Bytes &file) { Put32(file, ArchivePos(file) + at, value); };
+}
+
+} // namespace
+
+TEST_CASE("each damage ends in a box with its number, and nothing is installed") {
+  struct Row {
+    const char *code;
+    void (*damage)(Setup &);
+  };
+  const Row rows[] = {
+      {"9", [](Setup &s) { s.spoil = [](Bytes &f) { Put32(f, SectionEntry(f) + pe::kRawPointerAt, 0); }; }},
+      {"19", [](Setup &s) { s.product.min_phase_ms = 10000; }},
+      {"20", Header<header::kMagicAt, 0>},
+      {"21", [](Setup &s) { s.product.volume_base_name = " "; }},
+      {"22", Header<header::kConfigSizeAt, 0xA00000>},
+      {"24", [](Setup &s) { s.product.license_pages.resize(21); }},
+      {"25",
+       [](Setup &s) {
+         s.spoil_config = [](Bytes &c) { c.assign(1, 0); }; // packs into one literal, which is then flipped
+         s.spoil = [](Bytes &f) { f[ArchivePos(f) + header::kSize + 4 + 8] ^= 0x10; };
+       }},
+      {"27", Header<header::kFileCountAt, 0x80000000>},
+      {"28", Header<header::kSize, 0x40000001>},
+      {"29", Header<header::kPayloadSizeAt, 0xFFFFFFFF>},
+      {"30", [](Setup &s) { s.product.languages.clear(); }},
+      {"32", [](Setup &s) { s.spoil_config = [](Bytes &c) { c.back() ^= 1; }; }},
+      {"40", [](Setup &s) { s.spoil = [](Bytes &f) { f[0x50] ^= 1; }; }}, // in the text that DOS would show
+      {"45", Header<header::kArchiveLengthAt, 0xFFFFFFFF>},
+      {"47", Header<header::kConfigKeyAt, 1>},
+      {"55", Header<header::kPayloadChecksumAt, 1>},
+      {"60",
+       [](Setup &s) {
+         s.product.flags |= IF_PACKED_PAYLOAD;
+         s.spoil_payload = [](Bytes &p) { p[0] ^= 1; };
+       }},
+      {"70", [](Setup &s) { s.spoil_payload = [](Bytes &p) { p[0] = 0; }; }},
+      {"100", [](Setup &s) { s.spoil_payload = [](Bytes &p) { p[100] ^= 1; }; }},
+      {"110", [](Setup &s) { s.product.files[0].kind = 3; }},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.code);
+    Setup setup;
+    row.damage(setup);
+    CHECK(setup.Run() == std::string(kCorrupt) + row.code);
+    CHECK_FALSE(std::filesystem::exists(kHome + "\\one.txt"));
+    std::filesystem::remove_all(kHome);
+  }
+  // The undamaged one has nothing to say.
+  Setup sound;
+  CHECK(sound.Run().empty());
+  CHECK(FileBytes(kHome + "\\one.txt") == std::string(300, 'x'));
+  std::filesystem::remove_all(kHome);
+}
+
+TEST_CASE("reports without a number say what is wrong") {
+  Setup newer;
+  Header<header::kVersionAt, 1102>(newer);
+  CHECK(newer.Run() ==
+        "The installer version (11.0) does not match the version of KORB (11.0).  Close all applications "
+        "and reinstall KORB.");
+  Setup named;
+  named.spoil = [](Bytes &file) { file[SectionEntry(file)] = '?'; };
+  CHECK(named.Run() ==
+        "This program performs installations and uninstallations.\r\nThere is no installation archive "
+        "present.\r\nNo Uninstallation parameters were specified.\r\n\r\nYou should not delete this program "
+        "or execute it directly.");
+  Setup usage;
+  CHECK(
+      usage.Run("bogus") ==
+      "Unexpected command line parameter:\nbogus\n\nUsage:\nsetup.exe [/a] [/d:\"dir\"] [/n:\"name\"] [/u:\"name\"] "
+      "[/r:\"program\"]\n\n/a                  \tAutomatic mode\n/d:\"dir\"        \tOverride installation directory\n"
+      "/n:\"name\"\tOverride product name\n/u:\"name\"\tUninstall product by name\r\n/r:\"program\"\tRun the specified "
+      "program after a successful installation");
+}
+
+TEST_CASE("the archive's own words for damage are used once they are known") {
+  Setup setup;
+  setup.product.languages[0].texts[13] = "Damaged: %d.";
+  setup.product.files[0].kind = 3;
+  CHECK(setup.Run() == "Damaged: 110.");
+  setup.product.languages[0].texts[13] = "Damaged: %s%n.";
+  CHECK(setup.Run() == "Damaged: %s%n."); // a text that asks for what is not there is shown as it stands
+  std::filesystem::remove_all(kHome);
+}
+
+TEST_CASE("a disk that fills up costs the files that don't fit, and nothing else") {
+  Setup setup;
+  packer::FileEntry large = setup.product.files[0];
+  large.name = "large.bin";
+  large.contents.resize(1000000);
+  large.contents[999999] = 1;
+  packer::FileEntry last = setup.product.files[0];
+  last.name = "last.txt";
+  setup.product.files.push_back(large);
+  setup.product.files.push_back(last);
+  REQUIRE(std::filesystem::exists("E:\\"));
+  CHECK(setup.Run("/a /d:E:\\full").empty());
+  CHECK(FileBytes("E:\\full\\one.txt") == std::string(300, 'x'));
+  CHECK(std::filesystem::file_size("E:\\full\\large.bin") < 1000000);
+  CHECK_FALSE(std::filesystem::exists(kHome));
+  std::filesystem::remove_all("E:\\full");
+}
+
+TEST_CASE("a directory that can't be made costs the installation, and nothing else") {
+  Setup setup;
+  const std::string in_the_way = (setup.folder.Path() / "file").string();
+  WriteFileBytes(in_the_way, "mine");
+  CHECK(setup.Run("/a /d:\"" + in_the_way + "\"").empty());
+  CHECK(FileBytes(in_the_way) == "mine");
+  CHECK(setup.folder.Count() == 2);
+}
