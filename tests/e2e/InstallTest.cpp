@@ -1,6 +1,8 @@
 // An installation from the user's side.
 #include <doctest/doctest.h>
 
+#include <filesystem>
+
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 
@@ -47,6 +49,27 @@ TEST_CASE("a silent installation places every file with its bytes, date and attr
   CHECK(DescribeFile(home + "deep\\er\\data.bin") == "archive 1999-12-31 23:59:58");
   CHECK(FileBytes("C:\\Elsewhere\\empty").empty());
   CHECK(DescribeFile("C:\\Elsewhere\\empty") == "archive 2020-02-29 00:00:00");
+}
+
+TEST_CASE("every layout of the payload installs the same") {
+  const std::string data(70000, 'd');
+  for (const char *layout : {"section", "file"})
+    for (const char *packed : {"true", "false"})
+      for (const char *volumes : {"", "first_part_size = 10\nvolume_size = 30000\n"}) {
+        CAPTURE(layout);
+        CAPTURE(packed);
+        CAPTURE(volumes);
+        PackedProduct product(std::string("[product]\nname = \"Layout\"\n[options]\npacked_payload = ") + packed +
+                              "\n[payload]\nlayout = \"" + layout + "\"\n" + volumes +
+                              "[[file]]\nsource = \"data.bin\"\n[[file]]\nsource = \"data.bin\"\nname = \"two.bin\"\n");
+        product.Write("data.bin", data);
+        product.Pack();
+        product.Install();
+        const std::string home = "C:\\Program Files\\Layout";
+        CHECK((FileBytes(home + "\\data.bin") == data));
+        CHECK((FileBytes(home + "\\two.bin") == data));
+        std::filesystem::remove_all(home);
+      }
 }
 
 TEST_CASE("a program without an archive says what it is for, and ends") {
