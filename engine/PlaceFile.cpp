@@ -28,7 +28,8 @@ enum class WriteResult { Written, Damaged, Refused };
 
 /// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
 ///
-/// The date is given by the handle that writes: opening a small file again costs as much as its write.
+/// The date is given by the handle that writes: opening a small file again costs as much as its write. Only a file that
+/// is read back has to be opened for it, since one that turns out damaged must not look like the file it should be.
 WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size, const FileDate &date) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
@@ -40,12 +41,18 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
       }
       continue;
     }
+    if (HasInstallFlag(IF_VERIFY_WRITES)) {
+      file.Close();
+      if (!FileMatches(data, size, path)) {
+        result = WriteResult::Damaged;
+        continue;
+      }
+      file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+    }
     if (date.has_date())
       file.SetModified(date, false);
     file.Close();
-    if (!HasInstallFlag(IF_VERIFY_WRITES) || FileMatches(data, size, path))
-      return WriteResult::Written;
-    result = WriteResult::Damaged;
+    return WriteResult::Written;
   }
   return result;
 }
