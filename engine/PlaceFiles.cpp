@@ -68,7 +68,7 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
   if (directory.compare(InstallDir.c_str(), false) == 0)
     return true;
   // Files of one directory come one behind the other, and asking for it costs more than a small file's write.
-  if (directory != last_directory_) {
+  if (directory.is_empty() || directory != last_directory_) {
     if (!CreateDirectoryTree(directory.c_str())) {
       const String reason = LastErrorText();
       ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextCreateFailed), directory,

@@ -202,3 +202,18 @@ TEST_CASE_FIXTURE(Fixture, "the payload's files are placed, listed and logged on
   PlaceFiles(again, sizes);
   CHECK(UninstallList.is_empty());
 }
+
+TEST_CASE_FIXTURE(Fixture, "a path from the root has none in an installation without a drive") {
+  packer::Product product;
+  product.flags = 0;
+  product.files.emplace_back();
+  product.files[0].name = "a";
+  product.files[0].target = "\\a";
+  const packer::Payload payload = packer::WritePayload(product);
+  Vector<int32_t> sizes;
+  sizes.append(0);
+  InstallDir = "\\\\server\\share";
+  ArchiveCursor cursor(payload.stored.data(), static_cast<int32_t>(payload.stored.size()));
+  PlaceFiles(cursor, sizes);
+  CHECK(std::string(ErrorReport.c_str()).find("Not installed: \\a\r\n") != std::string::npos);
+}
