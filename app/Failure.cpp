@@ -54,12 +54,8 @@ void UsageError(const char *text) {
   FatalFormat(kUsageFormat, text, ProgramName.c_str());
 }
 
-bool ErrorsAreSilent() {
-  return AutomaticMode && !HasInstallFlag(IF_SHOW_ERRORS);
-}
-
 void ReportErrorArgs(const char *format, const FormatArgs &args) {
-  if (ErrorsAreSilent())
+  if (AutomaticMode && !HasInstallFlag(IF_SHOW_ERRORS))
     return;
   String text;
   text.format_args(format, args);

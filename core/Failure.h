@@ -41,14 +41,11 @@ template <class... T>
 /// A wrong command line: shows `text` with the usage and ends the process.
 [[noreturn]] void UsageError(const char *text);
 
-/// True when ReportError would say nothing because the run is silent and the archive did not ask for its errors.
-bool ErrorsAreSilent();
-
 /// Takes a finished argument list; ReportError below is the way to call it.
 void ReportErrorArgs(const char *format, const FormatArgs &args);
 
-/// A refusal or fault that does not end the process by itself: shows a box, unless the run is silent or the text is
-/// blank (nothing but space, CR, LF and TAB). Returns once the box is answered.
+/// A refusal or fault that does not end the process by itself: shows a box, unless the text is blank (nothing but space,
+/// CR, LF and TAB), or the run is silent and the archive did not ask for its errors. Returns once the box is answered.
 template <class... T>
 void ReportError(const char *format, const T &...values) {
   ReportErrorArgs(format, PackedArgs<sizeof...(T)>(values...));

@@ -55,10 +55,6 @@ void UsageError(const char *text) {
   throw test::TrappedFailure{text};
 }
 
-bool ErrorsAreSilent() {
-  return false;
-}
-
 void ReportErrorArgs(const char *format, const FormatArgs &args) {
   test::ReportedErrors.push_back(test::Text(format, args));
 }
