@@ -17,10 +17,10 @@ const char *ErrorCaption();
 /// Format of a usage report: the complaint, the program's file name.
 extern const char kUsageFormat[];
 
-/// Module, line.
+/// Format of the report of an impossible state: module, line.
 extern const char kInternalErrorFormat[];
 
-/// The format of a report about own file that can't be opened: its path.
+/// Format of the report that the program can't open its own file: the path.
 extern const char kOwnFileFormat[];
 
 } // namespace korb
