@@ -7,8 +7,13 @@ namespace korb {
 String ErrorReport;
 String LogText;
 String UninstallDir;
+String UninstallerPath;
+String UninstallCommand;
+bool IsReinstall = false;
 Vector<String> SharedFileList;
 Vector<String> ComFileList;
+String SharedFiles;
+String AssociationLines;
 String ProductFonts;
 Vector<ShortcutRecord> ShortcutList;
 
