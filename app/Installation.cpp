@@ -15,8 +15,13 @@
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
 #include "core/RunMode.h"
+#include "engine/FileError.h"
+#include "engine/InstallLog.h"
 #include "engine/PlaceFiles.h"
+#include "engine/RecordNames.h"
 #include "engine/RunLists.h"
+#include "engine/UninstallData.h"
+#include "engine/Uninstaller.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
@@ -39,6 +44,8 @@ public:
   void GatherPayload();
   void MakeUninstallDirectory();
   void PlaceAllFiles();
+  void NameUninstaller();
+  void LeaveUninstaller();
   void Wait() { WaitPhase(config_.min_phase_ms); }
 
 private:
@@ -102,6 +109,24 @@ void Installation::PlaceAllFiles() {
   PlaceFiles(cursor_, header_.sizes);
 }
 
+/// Shortcuts to the uninstaller are made long before it is written.
+void Installation::NameUninstaller() {
+  if (!HasInstallFlag(IF_UNINSTALL))
+    return;
+  UninstallerPath = PathJoin(UninstallDir, config_.uninstaller_name);
+  UninstallCommand = "/u:\"" + config_.uninstall_name + "\"";
+}
+
+void Installation::LeaveUninstaller() {
+  if (HasInstallFlag(IF_UNINSTALL))
+    WriteUninstaller(config_);
+}
+
+void LeaveUninstallData() {
+  if (HasInstallFlag(IF_UNINSTALL) && !WriteUninstallData())
+    AppendFileError(ErrorReport, UninstallDataPath());
+}
+
 void RemoveEmptyDirectories() {
   RemoveEmptyDirectory(CommonDir);
   RemoveEmptyDirectory(UninstallDir);
@@ -140,6 +165,7 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
 
   run.Wait();
   SetStep(kTextStepShortcuts, 90);
+  run.NameUninstaller();
   AddUninstallerShortcut();
   MakeShortcuts();
   MakeUninstallerShortcuts();
@@ -150,16 +176,16 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   CreateProductKeys();
   RegisterAssociations();
   EditSearchPath();
-  WriteUninstaller();
+  run.LeaveUninstaller();
   run.Wait();
   SetStep(kTextStepEnd, 100);
-  WriteUninstallData();
+  LeaveUninstallData();
   RunPostInstallBatch();
   TellShellOfShortcuts();
   run.Wait();
   DestroyProgressDialog();
 
-  WriteInstallLog();
+  WriteInstallLog(IsReinstall, true, ErrorReport);
   const bool restart = AskForRestart();
   RunFinalBatch();
   RemoveEmptyDirectories();

@@ -31,11 +31,8 @@ inline void SaveBackground() {}           // Not built yet: the bitmap that the 
 inline void CreateProductKeys() {}        // Not built yet: the product's own registry key.
 inline void RegisterAssociations() {}     // Not built yet: file types.
 inline void EditSearchPath() {}           // Not built yet: the PATH line.
-inline void WriteUninstaller() {}         // Not built yet: the uninstaller and the values of its key.
-inline void WriteUninstallData() {}       // Not built yet: Uninstall.DAT.
 inline void RunPostInstallBatch() {}      // Not built yet: the batch runner.
 inline void TellShellOfShortcuts() {}     // Not built yet: the desktop's change.
-inline void WriteInstallLog() {}          // Not built yet: Install.LOG and the closing boxes.
 inline bool AskForRestart() {
   return false;
 } // Not built yet: true when the system is to restart.

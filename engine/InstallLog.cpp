@@ -1,0 +1,53 @@
+#include "engine/InstallLog.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Clock.h"
+#include "core/RunMode.h"
+#include "engine/RecordNames.h"
+#include "files/ProgramPaths.h"
+#include "files/RunProcess.h"
+#include "files/WholeFile.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+namespace {
+
+/// True when the user wants to see the log.
+bool OfferLog() {
+  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextShowLog), InstallLogPath()),
+                                       TextLookup(kTextShowLogCaption), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+}
+
+void TellSuccess(String &report) {
+  const char *caption = TextLookup(kTextInstallDoneCaption);
+  if (!AutomaticMode && !HasInstallFlag(IF_NO_DONE_MESSAGE))
+    MessageBoxA(DialogOwner(), TextLookup(kTextInstallDone), caption, MB_OK | MB_ICONINFORMATION);
+  report += caption;
+  report += "\r\n\r\n";
+}
+
+void ShowLog() {
+  const String path = InstallLogPath();
+  if (!ShellOpen(path))
+    RunProcess("notepad.exe " + path, 0, nullptr);
+}
+
+} // namespace
+
+void WriteInstallLog(bool is_reinstall, bool show_result, String report) {
+  const bool had_no_errors = report.is_empty();
+  bool view_log = false;
+  if (show_result && had_no_errors)
+    TellSuccess(report);
+  else if (show_result)
+    view_log = OfferLog();
+  if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
+    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, report, Now()), 0) && view_log;
+  if (view_log)
+    ShowLog();
+}
+
+} // namespace korb

@@ -1,0 +1,108 @@
+#include "engine/UninstallRecord.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "engine/RunLists.h"
+#include "engine/UninstallList.h"
+#include "ui/TextLookup.h"
+
+namespace korb {
+
+namespace {
+
+const char kStrings[] = "[Strings]";
+const char kAssociations[] = "[Associations]";
+
+void AppendHeading(String &text, const char *heading) {
+  text += "\r\n\r\n";
+  text += heading;
+  text += "\r\n";
+}
+
+/// Takes off what stands behind `heading`, and the heading too; empty when there is none.
+String TakeSection(String &text, const char *heading) {
+  const int32_t at = text.find(heading, 0, FIND_IGNORE_CASE);
+  if (at < 0)
+    return String();
+  String section = text.mid(at + text_length(heading));
+  text.set_length(at);
+  return section;
+}
+
+/// Takes off the field in front of the next separator, or everything.
+String TakeField(String &line) {
+  const int32_t at = line.find(kAssociationSeparator);
+  if (at < 0)
+    return line.cut(0);
+  String field = line.cut(0, at);
+  line.remove_first(sizeof kAssociationSeparator - 1);
+  return field;
+}
+
+void ReadAssociations(String text, Vector<FileAssociation> &associations) {
+  for (int32_t n = 0; n < kMaxAssociationLines && !text.is_empty(); ++n) {
+    String line = text.take_line();
+    FileAssociation association;
+    association.extension = TakeField(line);
+    association.file_class = TakeField(line);
+    association.verb = line;
+    if (!IsBlank(association.extension) && !IsBlank(association.file_class) && !IsBlank(association.verb))
+      associations.append(association);
+  }
+}
+
+/// Takes off everything in front of the next line that begins with '~'.
+String TakeTextLines(String &text) {
+  int32_t end = 0;
+  while (end < text.length() && text.char_at(end) != '~')
+    end = text.find_line_end(end, LINE_LENGTH_IF_NONE);
+  return text.cut(0, end);
+}
+
+void StoreText(int32_t number, const String &text) {
+  if (number >= TextTable.count)
+    TextTable.set_count(number + 1);
+  Array<String> &languages = TextTable.at(number);
+  languages.reset_count(1);
+  languages.at(0) = text;
+}
+
+void ReadTexts(String text) {
+  for (int32_t n = 0; n < kMaxTextEntries && !text.is_empty(); ++n) {
+    const String line = text.take_line();
+    int32_t at = 1;
+    const int32_t number = line.starts_with_char('~') ? line.parse_int(&at) : 0;
+    if (number < 1 || number > kMaxTextNumber)
+      continue;
+    String lines = TakeTextLines(text);
+    lines.trim_right();
+    StoreText(number, lines);
+  }
+}
+
+} // namespace
+
+/// Nothing here goes through a format: the list may be longer than what a format gives.
+String UninstallRecordText() {
+  String text = UninstallList;
+  AppendHeading(text, kStrings);
+  for (const int8_t *number = kUninstallTexts; *number >= 0; ++number) {
+    text.append_format("~%d\r\n", *number);
+    text += TextLookup(*number);
+    text += "\r\n";
+  }
+  if (!AssociationLines.is_empty()) {
+    AppendHeading(text, kAssociations);
+    text += AssociationLines;
+  }
+  return text;
+}
+
+void ReadUninstallRecord(String text, UninstallRecord &record) {
+  String tail = TakeSection(text, kStrings);
+  ReadAssociations(TakeSection(tail, kAssociations), record.associations);
+  ReadTexts(tail);
+  text.split_lines(record.entries);
+}
+
+} // namespace korb
