@@ -5,11 +5,11 @@
 #include "files/Directories.h"
 #include "files/DiskFile.h"
 #include "files/FileInfo.h"
-#include "files/KernelFunction.h"
 #include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/RenameSection.h"
+#include "files/SystemFunction.h"
 
 namespace korb {
 
@@ -19,7 +19,7 @@ using MoveFileEx = BOOL(WINAPI *)(const char *, const char *, DWORD);
 
 /// The system's own delayed move; a null target deletes. False where there is none: Windows 9x has no working one.
 bool MoveAtRestart(const char *source, const char *target, DWORD flags) {
-  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(KernelFunction("MoveFileExA"));
+  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(SystemFunction("kernel32.dll", "MoveFileExA"));
   return function && function(source, target, flags);
 }
 

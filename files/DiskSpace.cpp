@@ -1,8 +1,8 @@
 #include "files/DiskSpace.h"
 
 #include "core/Windows.h"
-#include "files/KernelFunction.h"
 #include "files/PathText.h"
+#include "files/SystemFunction.h"
 
 namespace korb {
 
@@ -33,7 +33,8 @@ bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
   if (!root)
     return false;
   // The first Windows 95 does without.
-  static DiskFreeSpaceEx function = reinterpret_cast<DiskFreeSpaceEx>(KernelFunction("GetDiskFreeSpaceExA"));
+  static DiskFreeSpaceEx function =
+      reinterpret_cast<DiskFreeSpaceEx>(SystemFunction("kernel32.dll", "GetDiskFreeSpaceExA"));
   if (function) {
     ULARGE_INTEGER available, total, free;
     if (function(root, &available, &total, &free)) {

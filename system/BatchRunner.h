@@ -1,0 +1,14 @@
+// Running the batches that an archive brings.
+#pragma once
+
+#include "core/String.h"
+
+namespace korb {
+
+/// Writes `script` with the variables of BatchText into a file in `directory`, runs it there under the command
+/// interpreter, hidden or not, waits for its end while the windows stay alive, and deletes the file. A silent run drops
+/// pauses, and so does a hidden one. True when the interpreter ended with 0, which tells little of the script, and for a
+/// blank script; false when the file could not be written or the interpreter not be started.
+bool RunBatch(const String &directory, const String &script, bool hidden);
+
+} // namespace korb

@@ -1,0 +1,35 @@
+#include "system/SearchPath.h"
+
+#include "core/RunPaths.h"
+#include "files/DiskFile.h"
+#include "files/ProgramPaths.h"
+#include "system/SearchPathText.h"
+#include "system/SystemFolders.h"
+
+namespace korb {
+
+String EditAutoexecPath(bool add) {
+  String name;
+  name += BootDriveLetter();
+  name += ":\\autoexec.bat";
+
+  DiskFile file;
+  String text;
+  if (file.Open(name.c_str(), add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, 0x80) != OPEN_OK || !file.ReadAll(&text))
+    return str_format("Unable to modify %s.  You will need to manually %s %s %s the PATH environment variable.\r\n\r\n",
+                      name, add ? "add" : "remove", InstallDir, add ? "to" : "from");
+
+  const String line = SearchPathLine(ShortPath(InstallDir.c_str()).c_str());
+  if (add) {
+    const String addition = SearchPathAddition(text, line);
+    if (!addition.is_empty() && file.SeekFromEnd(0))
+      file.WriteString(addition);
+  } else if (RemoveSearchPathLine(text, line)) {
+    file.Seek(0);
+    file.WriteString(text);
+    file.Truncate();
+  }
+  return String();
+}
+
+} // namespace korb
