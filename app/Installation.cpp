@@ -15,18 +15,29 @@
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
 #include "core/RunMode.h"
+#include "core/Windows.h"
+#include "engine/Associations.h"
 #include "engine/FileError.h"
 #include "engine/InstallLog.h"
+#include "engine/OldFiles.h"
 #include "engine/PlaceFiles.h"
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"
+#include "engine/SelfRegistration.h"
+#include "engine/SharedFiles.h"
+#include "engine/Shortcuts.h"
 #include "engine/UninstallData.h"
 #include "engine/Uninstaller.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
+#include "system/BatchRunner.h"
+#include "system/ExitSystem.h"
+#include "system/SearchPath.h"
 #include "ui/Progress.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
 
 namespace korb {
 
@@ -47,6 +58,7 @@ public:
   void NameUninstaller();
   void LeaveUninstaller();
   void Wait() { WaitPhase(config_.min_phase_ms); }
+  InstallConfig &config() { return config_; }
 
 private:
   DiskArchiveFile file_;
@@ -127,6 +139,18 @@ void LeaveUninstallData() {
     AppendFileError(ErrorReport, UninstallDataPath());
 }
 
+/// Whether a batch could be run is its author's business: nobody reports it.
+void RunInstallBatch(const String &script, uint64_t hide) {
+  RunBatch(InstallDir, script, HasInstallFlag(hide));
+}
+
+bool AskForRestart() {
+  if (!HasInstallFlag(IF_REBOOT_NEEDED))
+    return false;
+  return AutomaticMode || MessageBoxA(DialogOwner(), TextLookup(kTextRestartQuestion), TextLookup(kTextWarningCaption),
+                                      MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
 void RemoveEmptyDirectories() {
   RemoveEmptyDirectory(CommonDir);
   RemoveEmptyDirectory(UninstallDir);
@@ -139,6 +163,7 @@ void RemoveEmptyDirectories() {
 /// there at which moment.
 void RunInstallation(DiskFile &own_file, const String &run_after) {
   Installation run(own_file);
+  InstallConfig &config = run.config();
   run.ReadArchive();
 
   ChooseLanguage();
@@ -152,13 +177,13 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   run.DropPages();
   DecideOnReinstall();
   run.SettleDirectory();
-  RunPreInstallBatch();
+  RunInstallBatch(config.pre_install_batch, IF_HIDE_PRE_BATCH);
 
   // From here on the user is asked before a cancel, and nothing that is done is undone.
   run.OpenProgress();
   run.GatherPayload();
   run.MakeUninstallDirectory();
-  DeleteOldFiles();
+  DeleteOldFiles(config.deletions);
   run.PlaceAllFiles();
   CountSharedFiles();
   RegisterComFiles();
@@ -167,30 +192,30 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   SetStep(kTextStepShortcuts, 90);
   run.NameUninstaller();
   AddUninstallerShortcut();
-  MakeShortcuts();
-  MakeUninstallerShortcuts();
+  MakeShortcuts(config);
   SetProgress(95);
   run.Wait();
 
   SaveBackground();
-  CreateProductKeys();
-  RegisterAssociations();
-  EditSearchPath();
+  CreateProductKeys(config.product_registry);
+  RegisterAssociations(config.associations);
+  if (HasInstallFlag(IF_EDIT_PATH))
+    ErrorReport += EditAutoexecPath(true);
   run.LeaveUninstaller();
   run.Wait();
   SetStep(kTextStepEnd, 100);
   LeaveUninstallData();
-  RunPostInstallBatch();
-  TellShellOfShortcuts();
+  RunInstallBatch(config.post_install_batch, IF_HIDE_POST_BATCH);
+  TellShellOfShortcuts(config);
   run.Wait();
   DestroyProgressDialog();
 
   WriteInstallLog(IsReinstall, true, ErrorReport);
   const bool restart = AskForRestart();
-  RunFinalBatch();
+  RunInstallBatch(config.final_batch, IF_HIDE_FINAL_BATCH);
   RemoveEmptyDirectories();
   if (restart)
-    RestartSystem();
+    ExitSystem(kExitRestart, false);
   else if (ErrorReport.is_empty() && !run_after.is_empty())
     RunProcess(run_after, 0, nullptr);
   ExitInstaller();

@@ -20,23 +20,6 @@ inline void ShowPages() {}               // Not built yet: licence and readme di
 inline void DecideOnReinstall() {}       // Not built yet: the question before installing over an earlier installation.
 inline void AskDirectory() {}            // Not built yet: the directory dialog.
 
-inline void RunPreInstallBatch() {}       // Not built yet: the batch runner.
-inline void DeleteOldFiles() {}           // Not built yet: old files that go before new ones are placed.
-inline void CountSharedFiles() {}         // Not built yet: reference counts of shared files.
-inline void RegisterComFiles() {}         // Not built yet: files that register themselves.
-inline void AddUninstallerShortcut() {}   // Not built yet: the uninstaller's record in ShortcutList.
-inline void MakeShortcuts() {}            // Not built yet: the walk over ShortcutList.
-inline void MakeUninstallerShortcuts() {} // Not built yet: start menu and folder shortcuts to the uninstaller.
 inline void SaveBackground() {}           // Not built yet: the bitmap that the uninstaller shows.
-inline void CreateProductKeys() {}        // Not built yet: the product's own registry key.
-inline void RegisterAssociations() {}     // Not built yet: file types.
-inline void EditSearchPath() {}           // Not built yet: the PATH line.
-inline void RunPostInstallBatch() {}      // Not built yet: the batch runner.
-inline void TellShellOfShortcuts() {}     // Not built yet: the desktop's change.
-inline bool AskForRestart() {
-  return false;
-} // Not built yet: true when the system is to restart.
-inline void RunFinalBatch() {} // Not built yet: the batch runner.
-inline void RestartSystem() {} // Not built yet: the restart.
 
 } // namespace korb

@@ -1,0 +1,130 @@
+#include "engine/Associations.h"
+
+#include "archive/RunValues.h"
+#include "engine/RecordNames.h"
+#include "engine/RunLists.h"
+#include "registry/RegistryKey.h"
+#include "system/PathVariables.h"
+
+namespace korb {
+
+namespace {
+
+const RegistryHandle kClasses = HandleOf(RegistryRoot::ClassesRoot);
+
+class AssociationWriter {
+public:
+  /// False when nothing belongs to this record: it leaves no trace.
+  bool FindClass(FileAssociation &record);
+  /// Writes class, icon and verb; true when the command was written, for that is what opens a document.
+  bool WriteClass(FileAssociation &record);
+
+private:
+  bool Replace(const String &text);
+  void ReplaceIn(const char *subkey, const String &text);
+  bool WriteVerb(FileAssociation &record);
+
+  const String backup_name_ = BackupValueName();
+  RegistryKey key_;
+  bool class_found_ = false; // the record brings none of its own
+};
+
+/// Writes the default value of the open key. What stood there is kept for the uninstall: a repeated installation finds
+/// its own text, and so leaves the first backup alone.
+bool AssociationWriter::Replace(const String &text) {
+  String old;
+  key_.ReadString(old, "", "", 0);
+  if (!IsBlank(old.c_str()) && !old.equals_no_case(text.c_str()))
+    key_.WriteString(backup_name_.c_str(), old, 0);
+  return key_.WriteString("", text, 0);
+}
+
+void AssociationWriter::ReplaceIn(const char *subkey, const String &text) {
+  if (!key_.OpenChild(subkey, 0))
+    return;
+  Replace(text);
+  key_.Close();
+}
+
+bool AssociationWriter::FindClass(FileAssociation &record) {
+  class_found_ = record.file_class.is_empty();
+  record.extension.ensure_prefix_char('.');
+  if (!key_.Open(kClasses, record.extension.c_str(), class_found_ ? RK_OPEN_ONLY : 0))
+    return !class_found_;
+  if (class_found_)
+    key_.ReadString(record.file_class, "", "", 0);
+  else
+    Replace(record.file_class);
+  key_.Close();
+  // Without a class the verb would go to the root of all classes.
+  return !class_found_ || !IsBlank(record.file_class.c_str());
+}
+
+bool AssociationWriter::WriteVerb(FileAssociation &record) {
+  bool written = false;
+  if (IsBlank(record.verb.c_str()) || !key_.OpenChild(record.verb.c_str(), 0))
+    return written;
+  key_.WriteString("", record.verb_label, 0);
+  if (key_.OpenChild("command", 0)) {
+    ExpandPathVariables(record.command);
+    written = Replace(record.command);
+    key_.Close();
+  }
+  key_.Close();
+  return written;
+}
+
+bool AssociationWriter::WriteClass(FileAssociation &record) {
+  bool written = false;
+  if (!key_.Open(kClasses, record.file_class.c_str(), 0))
+    return written;
+  if (!class_found_ && !IsBlank(record.description.c_str()))
+    Replace(record.description);
+  if (!IsBlank(record.icon.c_str())) {
+    String icon = record.icon;
+    ExpandPathVariables(icon);
+    ReplaceIn("DefaultIcon", icon);
+  }
+  if (key_.OpenChild("shell", 0)) {
+    if (record.flags & kDefaultVerb && !IsBlank(record.verb.c_str()))
+      Replace(record.verb);
+    written = WriteVerb(record);
+    key_.Close();
+  }
+  key_.Close();
+  return written;
+}
+
+const char *LanguageName() {
+  return LanguageNames.is_out_of_range(LanguageIndex) ? "" : LanguageNames.at(LanguageIndex).c_str();
+}
+
+} // namespace
+
+void CreateProductKeys(const String &product_registry) {
+  if (product_registry.is_empty())
+    return;
+  RegistryKey machine;
+  RegistryKey user;
+  const bool machine_opened = machine.OpenSoftware(product_registry.c_str(), false, 0) != KEY_NOT_OPENED;
+  const bool user_opened = user.OpenSoftware(product_registry.c_str(), true, 0) != KEY_NOT_OPENED;
+  if (!machine_opened || !user_opened)
+    ErrorReport.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
+}
+
+void RegisterAssociations(Vector<FileAssociation> &associations) {
+  AssociationWriter writer;
+  for (int32_t i = 0; i < associations.count; ++i) {
+    FileAssociation &record = associations.at(i);
+    if (record.extension.is_empty() || (!record.language.is_empty() && record.language != LanguageName()))
+      continue;
+    if (!writer.FindClass(record))
+      continue;
+    const bool associated = writer.WriteClass(record);
+    AssociationLines.append_format("%s~!~%s~!~%s\r\n", record.extension, record.file_class, record.verb);
+    if (!associated)
+      ErrorReport.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
+  }
+}
+
+} // namespace korb

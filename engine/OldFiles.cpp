@@ -1,0 +1,51 @@
+#include "engine/OldFiles.h"
+
+#include "archive/RunValues.h"
+#include "core/Clock.h"
+#include "engine/DeletionRule.h"
+#include "engine/RunLists.h"
+#include "files/Attributes.h"
+#include "files/DeferredFiles.h"
+#include "files/FileInfo.h"
+#include "files/LastError.h"
+#include "files/PathText.h"
+#include "system/PathVariables.h"
+
+namespace korb {
+
+namespace {
+
+constexpr uint32_t kProtection = 0x7; // read-only, hidden, system
+
+void DeleteOldFile(const char *name, bool may_wait) {
+  ClearAttributes(name, kProtection);
+  if (DeleteOrSchedule(name, 0)) {
+    LogText.append_format("Deleted file: %s\r\n", name);
+    return;
+  }
+  if (!may_wait) {
+    LogText.append_format("Failed to delete file '%s': %s\r\n", name, LastErrorText());
+    return;
+  }
+  // The line comes before the attempt, so that the log tells why the file had to wait.
+  LogText.append_format("File '%s' will be deleted after rebooting: %s\r\n", name, LastErrorText());
+  if (DeleteOrSchedule(name, DEL_AT_RESTART))
+    InstallFlags |= IF_REBOOT_NEEDED;
+  else
+    ErrorReport.append_format("Failed to register '%s' for deletion: %s\r\n", name, LastErrorText());
+}
+
+} // namespace
+
+void DeleteOldFiles(Vector<FileDeletion> &records) {
+  for (int32_t i = 0; i < records.count; ++i) {
+    FileDeletion &record = records.at(i);
+    ExpandPathVariables(record.name);
+    NormalisePath(record.name, InstallDir.c_str());
+    FileInfo info;
+    if (GetFileInfo(record.name.c_str(), &info) && IsDeletionDue(record, info.modified, info.size, Now().date.year))
+      DeleteOldFile(record.name.c_str(), (record.options & kDeleteAtRestart) != 0);
+  }
+}
+
+} // namespace korb

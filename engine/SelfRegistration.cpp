@@ -1,0 +1,51 @@
+#include "engine/SelfRegistration.h"
+
+#include "core/Windows.h"
+#include "engine/RunLists.h"
+
+#include <objbase.h>
+
+namespace korb {
+
+namespace {
+
+/// Handles below this are error codes of old systems.
+constexpr uintptr_t kFirstModule = 0x20;
+
+ServerCall CallFunction(HMODULE library, const char *function) {
+  if (reinterpret_cast<uintptr_t>(library) < kFirstModule)
+    return ServerCall::NotLoaded;
+  const auto call = reinterpret_cast<HRESULT(STDAPICALLTYPE *)()>(GetProcAddress(library, function));
+  if (!call)
+    return ServerCall::NoFunction;
+  call();
+  return ServerCall::Called;
+}
+
+/// In the order of ServerCall.
+constexpr const char *kOutcomes[] = {"LoadLibrary() Failed\r\n", "GetProcAddress() Failed\r\n", "OK\r\n"};
+
+} // namespace
+
+ServerCall CallServer(const char *path, const char *function) {
+  const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
+  const HMODULE library = LoadLibraryA(path);
+  SetErrorMode(mode);
+  const ServerCall outcome = CallFunction(library, function);
+  FreeLibrary(library);
+  return outcome;
+}
+
+void RegisterComFiles() {
+  if (ComFileList.is_empty())
+    return;
+  CoInitialize(nullptr);
+  for (int32_t i = 0; i < ComFileList.count; ++i) {
+    const String &path = ComFileList.at(i);
+    LogText.append_format("Registering COM File \"%s\"...", path);
+    LogText += kOutcomes[static_cast<int32_t>(CallServer(path.c_str(), "DllRegisterServer"))];
+  }
+  CoUninitialize();
+}
+
+} // namespace korb

@@ -1,0 +1,21 @@
+// Libraries that register themselves with the system.
+#pragma once
+
+#include <cstdint>
+
+namespace korb {
+
+enum class ServerCall : uint8_t {
+  NotLoaded,  ///< the library could not be loaded
+  NoFunction, ///< it has no such function
+  Called,     ///< whatever the function said of its success
+};
+
+/// Loads the library at `path`, calls its `function`, which takes no arguments, and lets the library go. No box of the
+/// system appears for what is missing. Needs an initialised COM.
+ServerCall CallServer(const char *path, const char *function);
+
+/// Registers each of ComFileList, and says in LogText what came of it.
+void RegisterComFiles();
+
+} // namespace korb

@@ -1,0 +1,47 @@
+#include "engine/SharedFiles.h"
+
+#include "archive/RunValues.h"
+#include "engine/RecordNames.h"
+#include "engine/RunLists.h"
+#include "engine/SharedEntry.h"
+#include "registry/RegistryKey.h"
+
+namespace korb {
+
+namespace {
+
+/// A file that is in the new list too is counted again right after this, so a reinstall changes no count in the end.
+void TakeBackEarlierCounts(RegistryKey &counts) {
+  SharedEntry entry;
+  while (!SharedFiles.is_empty() && TakeSharedEntry(SharedFiles, entry)) {
+    const char *name = entry.path.c_str();
+    const int32_t count = counts.ReadNumber(name, 0, 0);
+    if (count <= 1)
+      counts.DeleteValue(name);
+    else
+      counts.WriteNumber(name, count - 1, 0);
+  }
+}
+
+} // namespace
+
+void CountSharedFiles() {
+  if (!HasInstallFlag(IF_UNINSTALL))
+    return;
+  RegistryKey counts;
+  if (!counts.OpenSoftware(kSharedFileKey, false, 0)) {
+    ErrorReport += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
+    return;
+  }
+  if (IsReinstall)
+    TakeBackEarlierCounts(counts);
+  SharedFiles.clear();
+  for (int32_t i = 0; i < SharedFileList.count; ++i) {
+    const String &marked_path = SharedFileList.at(i);
+    const String name = ReadSharedEntry(marked_path).path;
+    counts.WriteNumber(name.c_str(), counts.ReadNumber(name.c_str(), 0, 0) + 1, 0);
+    AppendSharedEntry(SharedFiles, marked_path);
+  }
+}
+
+} // namespace korb

@@ -1,0 +1,62 @@
+#include "engine/ShellLink.h"
+
+#include "core/Windows.h"
+#include "files/Directories.h"
+#include "files/PathText.h"
+
+#include <shlobj.h>
+
+namespace korb {
+
+namespace {
+
+constexpr char kLinkExtension[] = ".LNK";
+
+bool SaveLink(IPersistFile &file, String &path) {
+  EnsureLinkExtension(path);
+  CreateDirectoryTree(DirectoryPart(path.c_str()).c_str());
+  WCHAR wide_path[MAX_PATH];
+  if (MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, wide_path, MAX_PATH) == 0)
+    return false;
+  return file.Save(wide_path, TRUE) == S_OK;
+}
+
+bool FillAndSave(IShellLinkA &link, String &path, const char *target, const char *arguments, const char *working_dir,
+                 const char *icon) {
+  link.SetPath(target);
+  link.SetIconLocation(*icon ? icon : target, 0);
+  if (*arguments)
+    link.SetArguments(arguments);
+  if (*working_dir)
+    link.SetWorkingDirectory(working_dir);
+  IPersistFile *file;
+  if (FAILED(link.QueryInterface(IID_IPersistFile, reinterpret_cast<void **>(&file))))
+    return false;
+  const bool saved = SaveLink(*file, path);
+  file->Release();
+  return saved;
+}
+
+} // namespace
+
+void EnsureLinkExtension(String &path) {
+  if (path.find(kLinkExtension, 0, FIND_IGNORE_CASE) < 0)
+    path += kLinkExtension;
+}
+
+bool CreateShortcut(String &path, const char *target, const char *arguments, const char *working_dir,
+                    const char *icon) {
+  if (FAILED(CoInitialize(nullptr)))
+    return false;
+  bool made = false;
+  IShellLinkA *link;
+  if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
+                                 reinterpret_cast<void **>(&link)))) {
+    made = FillAndSave(*link, path, target, arguments, working_dir, icon);
+    link->Release();
+  }
+  CoUninitialize();
+  return made;
+}
+
+} // namespace korb
