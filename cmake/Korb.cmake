@@ -78,14 +78,14 @@ endfunction()
 
 # Test programs. A Windows one runs through Wine in a prefix of its own (tests/support/run-wine), with what RUN_WITH says.
 function(korb_test_program name)
-  cmake_parse_arguments(arg "" "" "USES;RUN_WITH" ${ARGN})
+  cmake_parse_arguments(arg "" "" "USES;RUN_WITH;ARGUMENTS" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   korb_flags(${name})
   korb_native_headers(${name} doctest)
   target_link_libraries(${name} PRIVATE ${arg_USES})
   if(WIN32)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-wine ${arg_RUN_WITH} ${CMAKE_BINARY_DIR}
-      $<TARGET_FILE:${name}>)
+      $<TARGET_FILE:${name}> ${arg_ARGUMENTS})
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()
