@@ -6,6 +6,7 @@
 #include "packer/ManifestReader.h"
 #include "packer/OutputFiles.h"
 #include "packer/ProductCheck.h"
+#include "packer/ReadFile.h"
 #include "packer/StubImage.h"
 
 namespace korb::packer {

@@ -160,6 +160,24 @@ int32_t TakeUtf8(std::string_view &text) {
   return character;
 }
 
+const PageTable &TableOf(int page) {
+  return *std::find_if(std::begin(kPages), std::end(kPages),
+                       [&](const PageTable &candidate) { return candidate.number == page; });
+}
+
+void PutUtf8(std::string &out, uint32_t character) {
+  if (character < 0x80) {
+    out += static_cast<char>(character);
+  } else if (character < 0x800) {
+    out += static_cast<char>(0xC0 | character >> 6);
+    out += static_cast<char>(0x80 | (character & 0x3F));
+  } else {
+    out += static_cast<char>(0xE0 | character >> 12);
+    out += static_cast<char>(0x80 | (character >> 6 & 0x3F));
+    out += static_cast<char>(0x80 | (character & 0x3F));
+  }
+}
+
 } // namespace
 
 bool IsCodePage(int page) {
@@ -175,8 +193,7 @@ bool IsUtf8(std::string_view text) {
 }
 
 std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::string &missing) {
-  const auto table = std::find_if(std::begin(kPages), std::end(kPages),
-                                  [&](const PageTable &candidate) { return candidate.number == page; });
+  const PageTable &table = TableOf(page);
   std::string out;
   while (!utf8.empty()) {
     const std::string_view before = utf8;
@@ -185,14 +202,25 @@ std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::stri
       out += static_cast<char>(character);
       continue;
     }
-    const uint16_t *place = std::end(table->upper);
+    const uint16_t *place = std::end(table.upper);
     if (character > 0)
-      place = std::find(std::begin(table->upper), std::end(table->upper), character);
-    if (place == std::end(table->upper)) {
+      place = std::find(std::begin(table.upper), std::end(table.upper), character);
+    if (place == std::end(table.upper)) {
       missing = character < 0 ? std::string() : std::string(before.substr(0, before.size() - utf8.size()));
       return std::nullopt;
     }
-    out += static_cast<char>(0x80 + (place - table->upper));
+    out += static_cast<char>(0x80 + (place - table.upper));
+  }
+  return out;
+}
+
+std::string FromCodePage(std::string_view text, int page) {
+  const PageTable &table = TableOf(page);
+  std::string out;
+  for (char c : text) {
+    const uint8_t byte = static_cast<uint8_t>(c);
+    const uint16_t character = byte < 0x80 ? byte : table.upper[byte - 0x80];
+    PutUtf8(out, character == 0 && byte != 0 ? byte : character);
   }
   return out;
 }

@@ -68,7 +68,7 @@ private:
         Error("a number of its version doesn't fit into 32 bits");
       return;
     default:
-      if (!has_path_ && !(file_->flags & FF_UNINSTALL_DIR))
+      if (!HasDestination(file_->kind, file_->flags, file_->target))
         Error("kind " + std::to_string(file_->kind) + " has no folder of its own: give a 'target' with a folder");
     }
   }

@@ -1,5 +1,6 @@
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 
 #include <CLI/App.hpp>
@@ -8,8 +9,14 @@
 
 #include "archive/Format.h"
 #include "packer/Build.h"
+#include "packer/CodePage.h"
+#include "packer/InstallerReport.h"
+#include "packer/OutputFiles.h"
+#include "packer/Product.h"
+#include "packer/Starter.h"
 
 namespace fs = std::filesystem;
+using namespace korb::packer;
 
 namespace {
 
@@ -33,42 +40,163 @@ fs::path OwnPath(const char *typed) {
 }
 
 // The date that reproducible builds are given: no file in an installer is newer.
-bool ReadSourceDate(std::optional<int64_t> &newest) {
+std::optional<int64_t> ReadSourceDate() {
   const char *text = std::getenv("SOURCE_DATE_EPOCH");
   if (!text || !*text)
-    return true;
+    return std::nullopt;
   char *end = nullptr;
-  newest = std::strtoll(text, &end, 10);
-  return *end == '\0' && *newest >= 0;
+  const int64_t newest = std::strtoll(text, &end, 10);
+  if (*end != '\0' || newest < 0)
+    throw PackError("SOURCE_DATE_EPOCH has to be seconds since 1970");
+  return newest;
 }
+
+std::string Version() {
+  return "korbpack 11.0, archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
+         std::to_string(korb::kFormatVersion / 10 % 10);
+}
+
+constexpr char kExamples[] = R"(Examples:
+  korbpack init files                 write setup.toml for the files below a folder
+  korbpack build                      make setup.exe of setup.toml
+  korbpack verify setup.exe           is it sound?
+  korbpack COMMAND --help             more on one command
+Ends with 0 only when all went well.)";
+
+// One command: its options, its examples, and what it does once they are read. True is success.
+class Command {
+public:
+  Command(CLI::App &app, const char *name, const char *what, const char *examples)
+      : options(*app.add_subcommand(name, what)) {
+    options.footer(std::string("Examples:\n") + examples);
+  }
+  virtual ~Command() = default;
+  virtual bool Run(const fs::path &program) = 0;
+
+  CLI::App &options;
+
+protected:
+  void AddInstaller() { options.add_option("installer", installer_, "The installer")->required(); }
+  void AddCodePage() {
+    options.add_option("--codepage", page_, "Code page of the installer's texts (1252)")
+        ->check([](const std::string &text) {
+          return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
+        });
+  }
+
+  std::string installer_;
+  int page_ = kDefaultCodePage;
+};
+
+class Init : public Command {
+public:
+  explicit Init(CLI::App &app)
+      : Command(app, "init", "Write a commented manifest to begin with",
+                "  korbpack init                       for the files of this folder\n"
+                "  korbpack init files -o thing.toml   for those below 'files'") {
+    options.add_option("folder", folder_, "The files to install (this folder)");
+    options.add_option("-o,--output", output_, "The manifest to write (setup.toml); never overwrites one");
+  }
+  bool Run(const fs::path &) override {
+    if (fs::exists(output_))
+      throw PackError("'" + output_ + "' exists already");
+    const std::string text = StarterManifest(folder_, output_);
+    const Bytes bytes(text.begin(), text.end());
+    WriteOutputFiles({{output_, &bytes}});
+    std::cout << output_ << " written. Look through it, then: korbpack build " << output_ << "\n";
+    return true;
+  }
+
+private:
+  std::string folder_ = ".", output_ = "setup.toml";
+};
+
+class Build : public Command {
+public:
+  explicit Build(CLI::App &app)
+      : Command(app, "build", "Build the installer that a manifest describes",
+                "  korbpack build                      setup.toml becomes setup.exe\n"
+                "  korbpack build thing.toml -o out/thing-2.0.exe") {
+    options.add_option("manifest", manifest_, "The manifest, a TOML file (setup.toml)");
+    options.add_option("-o,--output", output_,
+                       "The installer to write, volumes beside it (the manifest's name with .exe)");
+    options.add_option("--stub", stub_, "The program without an archive (korb.exe beside this program)");
+  }
+  bool Run(const fs::path &program) override {
+    BuildRequest request;
+    request.manifest = manifest_;
+    request.output = output_.empty() ? fs::path(manifest_).replace_extension(".exe") : fs::path(output_);
+    request.stub = stub_.empty() ? FindStub(program) : fs::path(stub_);
+    request.newest = ReadSourceDate();
+    return BuildFromManifest(request, std::cout, std::cerr);
+  }
+
+private:
+  std::string manifest_ = "setup.toml", output_, stub_;
+};
+
+class Inspect : public Command {
+public:
+  explicit Inspect(CLI::App &app)
+      : Command(app, "inspect", "Show all that is in an installer",
+                "  korbpack inspect setup.exe\n"
+                "  korbpack inspect setup.exe --json > setup.json") {
+    AddInstaller();
+    options.add_flag("--json", json_, "As JSON, with all texts in full");
+    AddCodePage();
+  }
+  bool Run(const fs::path &) override { return InspectInstaller(installer_, page_, json_, std::cout, std::cerr); }
+
+private:
+  bool json_ = false;
+};
+
+class Verify : public Command {
+public:
+  explicit Verify(CLI::App &app)
+      : Command(app, "verify", "Make every test that the installer makes, and name the damage that it would report",
+                "  korbpack verify setup.exe           its volumes are looked for beside it") {
+    AddInstaller();
+  }
+  bool Run(const fs::path &) override { return VerifyInstaller(installer_, std::cout); }
+};
+
+class Extract : public Command {
+public:
+  explicit Extract(CLI::App &app)
+      : Command(app, "extract", "Write the files of an installer to a new folder",
+                "  korbpack extract setup.exe files") {
+    AddInstaller();
+    options.add_option("folder", folder_, "Where to; empty or not there yet")->required();
+    AddCodePage();
+  }
+  bool Run(const fs::path &) override { return ExtractInstaller(installer_, folder_, page_, std::cout, std::cerr); }
+
+private:
+  std::string folder_;
+};
 
 } // namespace
 
 int main(int argc, char **argv) {
-  CLI::App app("Packs a product into one installer.", "korbpack");
-  const std::string version = "korbpack 11.0, archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
-                              std::to_string(korb::kFormatVersion / 10 % 10);
-  app.set_version_flag("--version", version);
+  CLI::App app("Packs a product into one installer for Windows.", "korbpack");
+  app.set_version_flag("--version", Version());
   app.require_subcommand(1);
-  korb::packer::BuildRequest request;
-  CLI::App *build = app.add_subcommand("build", "Build the installer that a manifest describes");
-  std::string manifest, output, stub;
-  build->add_option("manifest", manifest, "The manifest, a TOML file")->required();
-  build->add_option("-o,--output", output, "The installer to write; volumes go beside it")->required();
-  build->add_option("--stub", stub, "The program without an archive (korb.exe beside this program)");
+  app.footer(kExamples);
+  Init init(app);
+  Build build(app);
+  Inspect inspect(app);
+  Verify verify(app);
+  Extract extract(app);
   CLI11_PARSE(app, argc, argv);
-
-  request.manifest = manifest;
-  request.output = output;
-  request.stub = stub.empty() ? FindStub(OwnPath(argv[0])) : fs::path(stub);
-  if (!ReadSourceDate(request.newest)) {
-    std::cerr << "korbpack: error: SOURCE_DATE_EPOCH has to be seconds since 1970\n";
-    return 1;
-  }
   try {
-    return korb::packer::BuildFromManifest(request, std::cout, std::cerr) ? 0 : 1;
+    for (Command *command :
+         {static_cast<Command *>(&init), static_cast<Command *>(&build), static_cast<Command *>(&inspect),
+          static_cast<Command *>(&verify), static_cast<Command *>(&extract)})
+      if (command->options.parsed())
+        return command->Run(OwnPath(argv[0])) ? 0 : 1;
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
-    return 1;
   }
+  return 1;
 }

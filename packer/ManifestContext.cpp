@@ -1,10 +1,10 @@
 #include "packer/ManifestContext.h"
 
 #include <chrono>
-#include <fstream>
 #include <iterator>
 
 #include "packer/CodePage.h"
+#include "packer/ReadFile.h"
 
 namespace korb::packer {
 
@@ -26,21 +26,6 @@ FileTime FromSeconds(int64_t seconds) {
 }
 
 } // namespace
-
-std::optional<Bytes> ReadWholeFile(const fs::path &path) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error))
-    return std::nullopt;
-  std::ifstream file(path, std::ios::binary);
-  Bytes bytes;
-  if (!file)
-    return std::nullopt;
-  bytes.resize(static_cast<size_t>(fs::file_size(path, error)));
-  file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (error || static_cast<size_t>(file.gcount()) != bytes.size())
-    return std::nullopt;
-  return bytes;
-}
 
 std::string WithDosLineEnds(const std::string &text) {
   std::string out;

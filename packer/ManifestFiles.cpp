@@ -10,13 +10,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr NamedValue kKinds[] = {{"program", KindProgram}, {"shared", KindShared}, {"font", KindFont},
-                                 {"startup", KindStartup}, {"system", KindSystem}, {"system-com", KindSystemCom}};
-constexpr NamedValue kConditions[] = {
-    {"always", FF_PLACE_ALWAYS}, {"never", FF_PLACE_NEVER}, {"over", FF_PLACE_OVER}, {"new", FF_PLACE_NEW}};
-constexpr NamedValue kAttributes[] = {{"read-only", 0x1}, {"hidden", 0x2},      {"system", 0x4},
-                                      {"archive", 0x20},  {"temporary", 0x100}, {"offline", 0x1000}};
-
 constexpr int64_t kMaxU32 = 0xFFFFFFFF;
 
 std::string WithBackslashes(std::string path) {

@@ -6,13 +6,6 @@ namespace korb::packer {
 
 namespace {
 
-constexpr NamedValue kDeletionKinds[] = {{"always", kDeleteAlways},        {"date-equal", kDeleteDateEqual},
-                                         {"date-from", kDeleteDateFrom},   {"date-up-to", kDeleteDateUpTo},
-                                         {"size-equal", kDeleteSizeEqual}, {"size-from", kDeleteSizeFrom},
-                                         {"size-up-to", kDeleteSizeUpTo}};
-constexpr NamedValue kValueKinds[] = {
-    {"text", kUninstallText}, {"expand", kUninstallExpandText}, {"number", kUninstallNumber}};
-
 constexpr int64_t kMaxU32 = 0xFFFFFFFF;
 
 // The value of a condition or of a number: a text, or an integer or date as TOML has it.

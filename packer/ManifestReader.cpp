@@ -8,6 +8,7 @@
 #include "packer/FlagNames.h"
 #include "packer/ImageFile.h"
 #include "packer/ManifestContext.h"
+#include "packer/ReadFile.h"
 
 namespace korb::packer {
 
@@ -16,12 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int64_t kMaxI32 = INT32_MAX, kMaxU32 = UINT32_MAX;
-
-constexpr NamedValue kShortcutModes[] = {{"user", 0}, {"all-users", kShortcutsForAllUsers}};
-constexpr NamedValue kLayouts[] = {{"section", 0}, {"file", 1}};
-// As the program tells systems apart; "other" is everything that came later or is not known.
-constexpr NamedValue kPlatforms[] = {{"other", 0x1}, {"win32s", 0x2}, {"95", 0x4},    {"98", 0x8},  {"me", 0x10},
-                                     {"nt3", 0x20},  {"nt4", 0x40},   {"2000", 0x80}, {"xp", 0x100}};
 
 void ReadProduct(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();

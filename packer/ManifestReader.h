@@ -20,7 +20,4 @@ struct Manifest {
 /// `findings`, all in one run as far as possible; the product is of use only when there is no error among them.
 Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings);
 
-/// The whole of a file; nothing when it can't be read.
-std::optional<Bytes> ReadWholeFile(const std::filesystem::path &path);
-
 } // namespace korb::packer

@@ -10,6 +10,7 @@
 #include <toml++/toml.h>
 
 #include "packer/Findings.h"
+#include "packer/Words.h"
 
 namespace korb::packer {
 
@@ -17,12 +18,6 @@ Place PlaceOf(const toml::node &node);
 
 /// The one of `words` that `word` was probably meant to be, within two or three typing slips; empty for none.
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words);
-
-/// A word and the number that it stands for in an archive.
-struct NamedValue {
-  std::string_view name;
-  int64_t value;
-};
 
 class ManifestTable {
 public:

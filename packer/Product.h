@@ -49,6 +49,12 @@ struct FileEntry {
   Place place;
 };
 
+/// Whether a file of that kind has a folder to go to. One that has none is damage to an installer.
+inline bool HasDestination(uint32_t kind, uint32_t flags, std::string_view target) {
+  const bool known = kind <= KindShared || (kind >= KindFont && kind <= KindSystemCom);
+  return known || (flags & FF_UNINSTALL_DIR) || target.find('\\') != target.npos;
+}
+
 struct Deletion {
   std::string name;
   int8_t kind = kDeleteAlways; ///< DeletionKind

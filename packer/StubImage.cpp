@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "packer/PeResources.h"
+
 namespace korb::packer {
 
 namespace {
@@ -12,13 +14,12 @@ constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36
                    kHeadersSizeAt = 60, kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
 constexpr uint32_t kPlainOptionalHeader = 96; // bytes in front of the data directories
 constexpr uint16_t kPe32 = 0x10B;
-constexpr uint32_t kResourceDirectory = 2, kCertificateDirectory = 4;
+constexpr uint32_t kCertificateDirectory = 4;
 
 constexpr uint32_t kVirtualSizeAt = 8, kCharacteristicsAt = 36;
 constexpr uint32_t kReadableData = 0x40000040;
 
 constexpr uint32_t kPage = 4096;
-constexpr uint32_t kIconResource = 3;
 
 uint32_t RoundUp(uint32_t value, uint32_t multiple) {
   return (value + multiple - 1) / multiple * multiple;
@@ -106,56 +107,10 @@ Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
   return out;
 }
 
-std::optional<uint32_t> StubImage::FileOffset(uint32_t address) const {
-  for (uint32_t i = 0; i < sections_; ++i) {
-    const uint32_t entry = table_ + i * pe::kSectionEntrySize;
-    const uint32_t begin = GetU32(bytes_, entry + pe::kVirtualAddressAt);
-    const uint32_t raw = GetU32(bytes_, entry + pe::kRawSizeAt);
-    if (address >= begin && address - begin < raw)
-      return address - begin + GetU32(bytes_, entry + pe::kRawPointerAt);
-  }
-  return std::nullopt;
-}
-
-// The resources are a tree of three levels, type, name and language, whose leaves tell address and size. Every offset
-// in it counts from the root; the top bit of one tells a further level from a leaf.
 std::optional<uint32_t> StubImage::FindIconImage(uint32_t size) const {
-  constexpr uint32_t kDirectoryHead = 16, kEntry = 8, kDeeper = 0x80000000;
-  if (OptionalField(kDirectoryCountAt) <= kResourceDirectory)
-    return std::nullopt;
-  const auto root = FileOffset(OptionalField(kDirectoriesAt + 8 * kResourceDirectory));
-  if (!root)
-    return std::nullopt;
-  const auto holds = [&](uint64_t at, uint32_t count) { return at + count <= bytes_.size(); };
-
-  struct Node {
-    uint64_t at;
-    int level;
-  };
-  std::vector<Node> open{{*root, 0}};
-  for (size_t visited = 0; visited < open.size() && visited < 10000; ++visited) {
-    const Node node = open[visited];
-    if (!holds(node.at, kDirectoryHead))
-      continue;
-    const uint32_t entries = uint32_t{GetU16(bytes_, node.at + 12)} + GetU16(bytes_, node.at + 14);
-    for (uint32_t i = 0; i < entries; ++i) {
-      const uint64_t entry = node.at + kDirectoryHead + uint64_t{i} * kEntry;
-      if (!holds(entry, kEntry))
-        break;
-      if (node.level == 0 && GetU32(bytes_, entry) != kIconResource)
-        continue;
-      const uint32_t below = GetU32(bytes_, entry + 4);
-      const uint64_t at = uint64_t{*root} + (below & ~kDeeper);
-      if (below & kDeeper) {
-        if (node.level < 2)
-          open.push_back({at, node.level + 1});
-      } else if (holds(at, kDirectoryHead) && GetU32(bytes_, at + 4) == size) {
-        const auto image = FileOffset(GetU32(bytes_, at));
-        if (image && holds(*image, size))
-          return image;
-      }
-    }
-  }
+  for (const Resource &icon : FindResources(bytes_, kIconResource))
+    if (icon.size == size)
+      return icon.offset;
   return std::nullopt;
 }
 

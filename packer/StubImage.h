@@ -33,7 +33,6 @@ public:
 
 private:
   uint32_t OptionalField(uint32_t offset) const { return GetU32(bytes_, pe_ + pe::kOptionalHeaderAt + offset); }
-  std::optional<uint32_t> FileOffset(uint32_t address) const;
 
   Bytes bytes_;
   uint32_t pe_ = 0;    // place of the PE header

@@ -4,6 +4,8 @@
 
 #include "core/Windows.h"
 #include "engine/FileVersion.h"
+#include "packer/ReadFile.h"
+#include "packer/VersionResource.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"
 
@@ -50,4 +52,18 @@ TEST_CASE("a file's version is its text in US English and the Windows code page"
   CHECK(ReadFileVersion(VersionedFile(folder, L"040904B0", L"FileVersion", L"1"), true).is_empty());
   CHECK(ReadFileVersion(VersionedFile(folder, L"040904E4", L"ProductVersion", L"1"), true).is_empty());
   CHECK(ReadFileVersion((folder.Path() / "none").string().c_str(), true).is_empty());
+}
+
+TEST_CASE("the packer finds the same version, and another one where there is no such text") {
+  TempFolder folder;
+  const auto packed = [&](const wchar_t *language, const wchar_t *name) {
+    const String file = VersionedFile(folder, language, name, L"1.20.3b");
+    return packer::FileVersionOf(packer::ReadWholeFile(file.c_str()).value()).value_or("none");
+  };
+  CHECK(packed(L"040904e4", L"FileVersion") == "1.20.3b");
+  CHECK(packed(L"040704B0", L"FileVersion") == "1.20.3b");
+  CHECK(packed(L"040904E4", L"ProductVersion") == "none");
+  packer::Bytes whole = packer::ReadWholeFile(VersionedFile(folder, L"040904E4", L"FileVersion", L"7").c_str()).value();
+  for (; !whole.empty(); whole.pop_back()) // none of the rests reads past its end
+    packer::FileVersionOf(whole);
 }

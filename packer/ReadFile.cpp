@@ -1,0 +1,24 @@
+#include "packer/ReadFile.h"
+
+#include <fstream>
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+std::optional<Bytes> ReadWholeFile(const fs::path &path) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error))
+    return std::nullopt;
+  std::ifstream file(path, std::ios::binary);
+  Bytes bytes;
+  if (!file)
+    return std::nullopt;
+  bytes.resize(static_cast<size_t>(fs::file_size(path, error)));
+  file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  if (error || static_cast<size_t>(file.gcount()) != bytes.size())
+    return std::nullopt;
+  return bytes;
+}
+
+} // namespace korb::packer

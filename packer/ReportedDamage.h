@@ -1,0 +1,14 @@
+// How a report of the archive's reader ends: thrown, where the installer would show its box and end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace korb::packer {
+
+struct ReportedDamage {
+  std::string text; ///< what is wrong, in words
+  int32_t code = 0; ///< the damage code that the installer would show; 0 when it would show something else
+};
+
+} // namespace korb::packer

@@ -1,0 +1,186 @@
+// What the packer tells of finished installers. The rows name the damage code that an installation would show.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <sstream>
+
+#include "packer/Build.h"
+#include "packer/InstallerReport.h"
+#include "packer/Starter.h"
+#include "tests/support/TempFolder.h"
+#include "tests/support/TestInstaller.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+class Shelf : public TempFolder {
+public:
+  std::filesystem::path Put(const TestInstaller &product) const {
+    const packer::Installer installer = product.Build();
+    for (size_t i = 0; i < installer.volumes.size(); ++i)
+      WriteBytes(packer::VolumeFileName(product.product, kFirstVolumeNumber + i), installer.volumes[i]);
+    return WriteBytes("setup.exe", installer.executable);
+  }
+  std::filesystem::path WriteBytes(const std::string &name, const Bytes &bytes) const {
+    return Write(name, std::string(bytes.begin(), bytes.end()));
+  }
+};
+
+std::string Verified(const std::filesystem::path &path) {
+  std::ostringstream out;
+  const bool sound = packer::VerifyInstaller(path, out);
+  const std::string text = out.str();
+  CHECK(sound == text.ends_with(": sound\n"));
+  const size_t damage = text.find("DAMAGED  ");
+  return damage == text.npos ? "sound" : text.substr(damage + 9, text.find('\n', damage) - damage - 9);
+}
+
+} // namespace
+
+TEST_CASE("verify names the damage that the installer would report") {
+  const struct {
+    const char *says;
+    std::function<void(TestInstaller &)> spoil;
+  } rows[] = {
+      {"sound", [](TestInstaller &) {}},
+      {"sound", [](TestInstaller &t) { t.product.flags |= IF_PACKED_PAYLOAD; }},
+      {"PE headers, archive section: the PE header is out of place (damage code 43)",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, 0x3C, Raw(0x10)); }; }},
+      {"PE headers, archive section: the file is cut off: 1 bytes of the archive's section are missing, so Windows "
+       "won't "
+       "start it",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
+      {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},
+      {"archive header, file sizes: the table of file sizes is out of range (damage code 28)",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos + 36, Raw(-1)); }; }},
+      {"configuration: the configuration can't be unpacked (damage code 47)",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos + 12, Raw(7)); }; }},
+      {"configuration: the configuration has no proper end (damage code 32)",
+       [](TestInstaller &t) { t.config = [](Bytes &stream) { stream.back() = 0; }; }},
+      {"configuration: the volumes have no name (damage code 21)",
+       [](TestInstaller &t) { t.product.volume_base_name = " "; }},
+      {"program part: the program part fails its checksum (damage code 40)",
+       [](TestInstaller &t) {
+         t.product.flags |= IF_VERIFY_STUB;
+         t.executable = [](Bytes &file) { file[0x500] ^= 1; };
+       }},
+      {"sound", [](TestInstaller &t) { t.executable = [](Bytes &file) { file[0x500] ^= 1; }; }},
+      {"payload: the payload fails its checksum (damage code 55)",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Swap(file, "12345", "12346"); }; }},
+      {"files: file 1 of 2: a file fails its checksum (damage code 100)",
+       [](TestInstaller &t) { t.payload = [](Bytes &records) { Swap(records, "12345", "12346"); }; }},
+      {"files: file 2 of 2: a file's kind has no folder (damage code 110)",
+       [](TestInstaller &t) { t.product.files[1].kind = 2; }},
+      {"sound", [](TestInstaller &t) { t.product.files[1].kind = 2, t.product.files[1].target = "C:\\x\\"; }},
+      {"dates of old files: the condition of an old file has no valid date (damage code 65)",
+       [](TestInstaller &t) { t.product.deletions[0].kind = kDeleteDateEqual; }},
+  };
+  const Shelf shelf;
+  for (const auto &row : rows) {
+    TestInstaller product;
+    row.spoil(product);
+    CHECK(Verified(shelf.Put(product)) == row.says);
+  }
+}
+
+TEST_CASE("volumes are looked for beside the installer, and only there") {
+  const Shelf shelf;
+  TestInstaller product;
+  product.product.payload.volume_size = 60;
+  product.product.payload.first_part_size = 10;
+  const auto setup = shelf.Put(product);
+  CHECK(Verified(setup) == "sound");
+  const std::string second = shelf.Read("DISK3.KRB");
+  shelf.Write("DISK3.KRB", "\1\2\3\4" + second.substr(4));
+  CHECK(Verified(setup) ==
+        "payload: the volume 'DISK3.KRB' is not the one that belongs here: the installer would ask for its disk");
+  std::filesystem::remove(shelf.Path() / "DISK3.KRB");
+  CHECK(Verified(setup) ==
+        "payload: the volume 'DISK3.KRB' is not beside the installer: the installer would ask for its disk");
+  product.product.volume_base_name = "sub/DISK";
+  std::filesystem::create_directory(shelf.Path() / "sub");
+  CHECK(Verified(shelf.Put(product)).find("is not beside the installer") != std::string::npos);
+}
+
+TEST_CASE("inspect tells what was packed") {
+  const Shelf shelf;
+  TestInstaller product;
+  product.product.name = "Z\xFCrich \"x\"";
+  const auto setup = shelf.Put(product);
+  std::ostringstream json, outline, problems;
+  CHECK(packer::InspectInstaller(setup, 1252, true, json, problems));
+  CHECK(packer::InspectInstaller(setup, 1252, false, outline, problems));
+  CHECK(problems.str() == "");
+  for (const char *part : {R"("name": "Zürich \"x\"")", R"("expires": "2000-01-01")", R"("common_directory": "Shared")",
+                           R"("top_color": "#222222")", R"("license": [
+      "Licence\n1",
+      "Licence 2"
+    ])",
+                           R"("when": "size-from")", R"("main_title": "Title\r\nof <product>")", R"("verb": "open")",
+                           R"("volume_serial": 1000)", R"("date": "1999-12-31 23:59:58")"}) {
+    CAPTURE(std::string(part));
+    CHECK(json.str().find(part) != std::string::npos);
+  }
+  CHECK(outline.str().find("\n  set = [\"uninstall\", \"custom_colors\", \"master_product\"]\n") != std::string::npos);
+  CHECK(outline.str().find("\nfile (2)\n  name = \"dir\\\\one.txt\", size = 5, kind = \"program\", ") !=
+        std::string::npos);
+  product.config = [](Bytes &stream) { stream.back() = 0; };
+  std::ostringstream before;
+  CHECK(!packer::InspectInstaller(shelf.Put(product), 1252, false, before, problems));
+  CHECK(before.str().find("header\n") != std::string::npos);
+  CHECK(problems.str().ends_with(": error: the configuration has no proper end (damage code 32)\n"));
+}
+
+TEST_CASE("extract writes every file with its date, and nothing outside its folder") {
+  const Shelf shelf;
+  TestInstaller product;
+  const packer::FileEntry file = product.product.files[0];
+  product.product.files.clear();
+  for (const char *name : {"dir\\one.txt", "..\\..\\up", "C:\\Windows\\x", "/etc/y", "\\\\server\\share", "a\\..\\b",
+                           "...", "nul.txt", "s:t", "dir\\one.txt", "b\\below", "DIR\\ONE.TXT", "caf\xE9"}) {
+    product.product.files.push_back(file);
+    product.product.files.back().name = name;
+  }
+  const auto setup = shelf.Put(product), out = shelf.Path() / "out" / "deep";
+  std::ostringstream summary, problems;
+  CHECK(packer::ExtractInstaller(setup, out, 1252, summary, problems));
+  CHECK(problems.str() == "");
+  std::string found;
+  for (const auto &entry : std::filesystem::recursive_directory_iterator(shelf.Path()))
+    found += entry.is_regular_file() ? entry.path().lexically_relative(out).generic_string() + "\n" : "";
+  for (const char *name : {"dir/one.txt", "up", "C_/Windows/x", "etc/y", "server/share", "a/b", "_", "_nul.txt", "s_t",
+                           "b/below", "dir/one.txt (2)"}) {
+    CAPTURE(std::string(name));
+    CHECK(("\n" + found).find("\n" + std::string(name) + "\n") != std::string::npos);
+  }
+  CHECK(std::count(found.begin(), found.end(), '\n') == 13 + 1); // and the installer
+  CHECK(shelf.Read("out/deep/a/b") == "12345");
+  const auto day = std::chrono::file_clock::to_sys(std::filesystem::last_write_time(out / "a" / "b"));
+  CHECK((day == std::chrono::sys_days{std::chrono::year{1999} / 12 / 31} + std::chrono::seconds(86398)));
+  CHECK_THROWS_WITH(packer::ExtractInstaller(setup, out, 1252, summary, problems),
+                    ("'" + out.string() + "' is not an empty folder").c_str());
+}
+
+TEST_CASE("the manifest to begin with builds as it is, also where it lies among the files") {
+  for (const char *manifest : {"setup.toml", "files/setup.toml"}) {
+    const Shelf shelf;
+    shelf.Write("files/The 'App'.exe", "MZ");
+    shelf.Write("files/LICENSE.txt", "be nice");
+    shelf.Write("files/sub/data", "x");
+    const auto place = shelf.Path() / manifest;
+    shelf.Write(manifest, packer::StarterManifest(shelf.Path() / "files", place));
+    shelf.WriteBytes("korb.exe", TestStub());
+    for (int times = 0; times < 2; ++times) {
+      std::ostringstream summary, problems;
+      const auto output = std::filesystem::path(place).replace_extension(".exe");
+      CHECK(packer::BuildFromManifest({place, output, shelf.Path() / "korb.exe", {}}, summary, problems));
+      CHECK(problems.str() == "");
+      CHECK(summary.str().starts_with("files 1.0, 3 files\n"));
+    }
+  }
+  CHECK_THROWS_AS(packer::StarterManifest("no such folder", "x.toml"), packer::PackError);
+}
