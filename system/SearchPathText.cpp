@@ -15,7 +15,7 @@ String SearchPathAddition(const String &text, const String &line) {
 bool RemoveSearchPathLine(String &text, const String &line) {
   if (text.remove_all(line.c_str(), STRING_ALL, false) > 0)
     return true;
-  return text.remove_all(line.c_str(), line.length() - 2, false) > 0;
+  return text.remove_all(line.mid(0, line.length() - 2).c_str(), STRING_ALL, false) > 0;
 }
 
 } // namespace korb

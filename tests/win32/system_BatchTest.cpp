@@ -1,0 +1,130 @@
+// Batches under the real command interpreter, and the real autoexec.bat of the prefix's boot drive.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "core/RunMode.h"
+#include "core/RunPaths.h"
+#include "core/Windows.h"
+#include "files/FileInfo.h"
+#include "files/ProgramPaths.h"
+#include "files/WholeFile.h"
+#include "system/BatchRunner.h"
+#include "system/BatchText.h"
+#include "system/SearchPath.h"
+#include "system/SystemFolders.h"
+#include "tests/support/TempFolder.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+/// Paths come back in any case.
+std::string Upper(String text) {
+  text.to_upper();
+  return text.c_str();
+}
+
+std::string UpperContents(const String &path) {
+  String text;
+  ReadWholeFile(path.c_str(), text);
+  return Upper(text);
+}
+
+/// What a batch in `directory` makes of `script`, with the lines of variables in front left out.
+std::string Ran(const char *script, bool may_pause) {
+  const String text = BatchText("", script, may_pause);
+  const int32_t start = text.find("SET CommonDir=");
+  REQUIRE(start > 0);
+  return text.mid(text.find_line_end(start, 0)).c_str();
+}
+
+constexpr char kAutoexec[] = "c:\\autoexec.bat";
+
+} // namespace
+
+TEST_CASE("a batch sees the folders as variables, runs where it is told, and leaves no file") {
+  InitPaths();
+  const TempFolder folder;
+  const String directory = folder.Path().string().c_str();
+  CommonDir = "c:\\Common Things";
+  for (const bool hidden : {false, true}) {
+    CAPTURE(hidden);
+    CHECK(
+        RunBatch(directory,
+                 "echo %InstallDir%^|%InstallDrive%^|%SharedDir%^|%InstallerDrive%^|%BootDrive%^|%SystemDir%> out.txt\n"
+                 "cd >> out.txt\n"
+                 "PAUSE >nul <nul\n"
+                 "echo.%0>> out.txt",
+                 hidden));
+    const String expected = directory + "|" + directory.mid(0, 2) + "|c:\\Common Things|" + ProgramDrive + ":|" +
+                            BootDriveLetter() + ":|" + SystemFolder() + "\r\n" + directory + "\r\n";
+    CHECK(UpperContents(directory + "\\out.txt") == Upper(expected));
+    CHECK_FALSE(FileExists((directory + "\\KORBBAT.BAT").c_str()));
+  }
+  CHECK(RunBatch(directory, " \r\n\t", false));
+  CHECK_FALSE(RunBatch(directory + "\\missing", "echo", false));
+}
+
+TEST_CASE("a hidden or silent batch loses the lines that only pause") {
+  struct Row {
+    const char *script, *shown, *hidden;
+  };
+  const Row rows[] = {
+      {"a\nPause\n @ pause \t\r\n@pause", "a\r\nPause\r\n @ pause \t\r\n@pause", "a\r\n"},
+      {"@@pause\npause >nul\n echo pause", "@@pause\r\npause >nul\r\n echo pause",
+       "@@pause\r\npause >nul\r\n echo pause\r\n"},
+      {"a\r\rb\n\rc", "a\r\n\r\nb\r\nc", nullptr},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.script);
+    CHECK(Ran(row.script, true) == row.shown);
+    if (row.hidden)
+      CHECK(Ran(row.script, false) == row.hidden);
+  }
+  CHECK(BatchText("", "x", true).find("InstallDir=") < 0);
+}
+
+TEST_CASE("the search path gets the directory once, and loses it again") {
+  InitPaths();
+  REQUIRE(BootDriveLetter() == 'C');
+  InstallDir = "c:\\windows";
+  const char line[] = "PATH=%PATH%;C:\\windows\r\n";
+  struct Row {
+    const char *before;
+    bool add;
+    const char *after;
+  };
+  const Row rows[] = {
+      {"", true, "\r\nPATH=%PATH%;C:\\windows\r\n"},
+      {"@echo off", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
+      {"@echo off\r\n", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
+      {"path=%path%;c:\\WINDOWS\r\n", true, "path=%path%;c:\\WINDOWS\r\n"},
+      {"PATH=%PATH%;C:\\windows", true, "PATH=%PATH%;C:\\windows\r\nPATH=%PATH%;C:\\windows\r\n"},
+      {"a\r\npath=%path%;c:\\WINDOWS\r\nb\r\nPATH=%PATH%;C:\\windows\r\n", false, "a\r\nb\r\n"},
+      {"a\r\nPATH=%PATH%;c:\\windows", false, "a\r\n"},
+      {"a\r\nb", false, "a\r\nb"},
+  };
+  for (const Row &row : rows) {
+    CAPTURE(row.before);
+    REQUIRE(WriteWholeFile(kAutoexec, String(row.before)));
+    CHECK(EditAutoexecPath(row.add).is_empty());
+    CHECK(UpperContents(kAutoexec) == Upper(row.after));
+  }
+
+  REQUIRE(DeleteFileA(kAutoexec));
+  CHECK(EditAutoexecPath(false) ==
+        "Unable to modify C:\\autoexec.bat.  You will need to manually remove c:\\windows from "
+        "the PATH environment variable.\r\n\r\n");
+  CHECK_FALSE(FileExists(kAutoexec));
+  CHECK(EditAutoexecPath(true).is_empty());
+  CHECK(UpperContents(kAutoexec) == Upper(String("\r\n") + line));
+  REQUIRE(DeleteFileA(kAutoexec));
+  // A directory of that name stands for a file that can't be opened.
+  REQUIRE(CreateDirectoryA(kAutoexec, nullptr));
+  CHECK(EditAutoexecPath(true) ==
+        "Unable to modify C:\\autoexec.bat.  You will need to manually add c:\\windows to the "
+        "PATH environment variable.\r\n\r\n");
+  REQUIRE(RemoveDirectoryA(kAutoexec));
+}
