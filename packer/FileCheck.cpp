@@ -8,6 +8,7 @@ namespace korb::packer {
 namespace {
 
 constexpr uint32_t kSettableAttributes = 0x1127;
+constexpr size_t kMaxPath = 259;
 
 class FileChecker {
 public:
@@ -44,9 +45,20 @@ private:
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
+    if (PathLength() > kMaxPath)
+      Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
     const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
       Warn("the folder in its name is not created there: the file fails unless the folder exists");
+  }
+
+  // Of the whole path, with the directory that is proposed on most systems; variables count as they are written.
+  size_t PathLength() const {
+    constexpr size_t kProgramFiles = 17; // C:\Program Files and a backslash
+    const std::string &directory = product_.install_dir.empty() ? product_.name : product_.install_dir;
+    const std::string &path = has_path_ ? file_->target : name_;
+    const bool is_full = has_path_ && (path[0] == '%' || path.find(':') == 1);
+    return is_full ? path.size() : kProgramFiles + directory.size() + 1 + path.size();
   }
 
   void CheckKind() {

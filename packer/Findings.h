@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ public:
 
   /// Adds what `others` holds, without what stands at the place of an error: that is most likely its consequence.
   void Merge(const Findings &others);
+
+  /// Where the names of all keys that a manifest was asked for are gathered, if anywhere.
+  std::set<std::string, std::less<>> *asked_keys = nullptr;
 
   bool HasErrors() const {
     return std::any_of(list_.begin(), list_.end(), [](const Finding &f) { return f.severity == Severity::kError; });

@@ -3,6 +3,7 @@
 
 #include "packer/FileTree.h"
 #include "packer/ManifestContext.h"
+#include "packer/VersionResource.h"
 
 namespace korb::packer {
 
@@ -21,7 +22,18 @@ std::string WithBackslashes(std::string path) {
 struct Settings {
   FileEntry entry;
   std::optional<FileTime> date; // nothing: the file's own
+  bool has_label = false;
 };
+
+// The version that a present file is compared with. The installer takes that file's version in capitals, and letters
+// count, so this one has to be in capitals too.
+std::string VersionLabel(const Bytes &file) {
+  std::string version = FileVersionOf(file).value_or(std::string());
+  for (char &c : version)
+    if (c >= 'a' && c <= 'z')
+      c = static_cast<char>(c - 'a' + 'A');
+  return version;
+}
 
 Settings ReadSettings(ManifestContext &context, ManifestTable &table, const Settings &fallback) {
   Settings settings = fallback;
@@ -69,13 +81,17 @@ public:
                                                                : context_.Convert(name, entry.place));
     table.Find("name");
     entry.label = context_.Text(table, "label");
+    settings.has_label = table.Raw()->contains("label");
     entry.icon = context_.Text(table, "icon");
     entry.arguments = context_.Text(table, "arguments");
     entry.target = context_.Text(table, "target");
     table.RefuseUnknown();
     if (inline_text)
       entry.contents.assign(inline_text->begin(), inline_text->end());
-    if (source)
+    if (source && source->find_first_of("*?") != source->npos)
+      context_.findings.Error(table.PlaceOfKey("source"), "'source' of a [[file]] names one file: for several, give a "
+                                                          "[[tree]] their folder and 'include' the pattern");
+    else if (source)
       Take(*source, table.PlaceOfKey("source"), settings);
     else
       Add(entry, settings.date.value_or(FileTime{}));
@@ -106,6 +122,11 @@ public:
     }
     if (files.empty())
       context_.findings.Error(place, "no file of '" + *source + "' fits");
+    for (const std::string &pattern : include)
+      if (std::none_of(files.begin(), files.end(),
+                       [&](const std::string &file) { return MatchesPattern(file, pattern); }) &&
+          !files.empty())
+        context_.findings.Warn(table.PlaceOfKey("include"), "no file of '" + *source + "' fits '" + pattern + "'");
     for (const std::string &file : files) {
       const std::string path = *source + "/" + file;
       if (claimed_.contains(Canonical(context_.InputPath(path))))
@@ -130,6 +151,8 @@ private:
     if (!contents)
       return;
     settings.entry.contents = std::move(*contents);
+    if (!settings.has_label && (settings.entry.kind == KindSystem || settings.entry.kind == KindSystemCom))
+      settings.entry.label = VersionLabel(settings.entry.contents);
     Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
   }
 

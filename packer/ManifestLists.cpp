@@ -91,7 +91,7 @@ void ReadTexts(ManifestContext &context, const toml::table *table, int page, Lan
   if (!table)
     return;
   for (const auto &[key, node] : *table) {
-    const Place place{key.source().begin.line, key.source().begin.column};
+    const Place place = PlaceOf(key.source());
     const int number = TextNumber(context, key.str(), place);
     if (number < 0)
       continue;
@@ -100,6 +100,20 @@ void ReadTexts(ManifestContext &context, const toml::table *table, int page, Lan
     language.texts[static_cast<size_t>(number)] =
         context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page);
     context.product().places["texts." + language.name + "." + std::to_string(number)] = place;
+  }
+}
+
+// A file of texts, by their names as in [texts]. Its faults are told with its own lines.
+std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::string &name, Place place) {
+  const auto bytes = context.ReadInput(name, place);
+  if (!bytes)
+    return std::nullopt;
+  try {
+    return toml::parse(std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size()),
+                       context.InputPath(name).generic_string());
+  } catch (const toml::parse_error &error) {
+    context.findings.Error(PlaceOf(error.source()), std::string(error.description()));
+    return std::nullopt;
   }
 }
 
@@ -115,8 +129,12 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
   else
     context.findings.Error(table.PlaceOfTable(), "a [[language]] needs a 'name'");
   ManifestTable texts = table.Table("texts");
+  const auto file = table.Text("file");
   table.RefuseUnknown();
-  ReadTexts(context, texts.Raw(), page, language);
+  if (file)
+    if (const auto parsed = ParseTextFile(context, *file, table.PlaceOfKey("file")))
+      ReadTexts(context, &*parsed, page, language);
+  ReadTexts(context, texts.Raw(), page, language); // they win over those of the file
   if (language.name != kDefaultLanguage) {
     std::string untranslated;
     for (size_t number = 0; number < kTexts.size(); ++number)

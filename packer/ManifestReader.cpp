@@ -148,7 +148,7 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   product.payload.layout = static_cast<PayloadLayout>(table.Named("layout", kLayouts, 0, 1).value_or(0));
   product.payload.volume_size =
-      static_cast<int32_t>(table.Integer("volume_size", kVolumeHeaderSize + 1, kMaxI32).value_or(0));
+      static_cast<int32_t>(table.Named("volume_size", kDiskSizes, kVolumeHeaderSize + 1, kMaxI32).value_or(0));
   if (const auto size = table.Integer("first_part_size", 0, kMaxI32))
     product.payload.first_part_size = static_cast<int32_t>(*size);
   if (product.payload.first_part_size && product.payload.volume_size == 0)
@@ -172,6 +172,21 @@ void ReadOptions(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+void ReadTables(ManifestContext &context, ManifestTable root) {
+  ReadProduct(context, root.Table("product"));
+  ReadInstall(context, root.Table("install"));
+  ReadUninstall(context, root.Table("uninstall"));
+  ReadAppearance(context, root.Table("appearance"));
+  ReadPages(context, root.Table("pages"));
+  ReadBatches(context, root.Table("batch"));
+  ReadPayload(context, root.Table("payload"));
+  ReadOptions(context, root.Table("options"));
+  ReadLists(context, root);
+  ReadLanguages(context, root);
+  ReadFiles(context, root);
+  root.RefuseUnknown();
+}
+
 } // namespace
 
 Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
@@ -185,24 +200,27 @@ Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findi
   try {
     parsed = toml::parse(std::string_view(reinterpret_cast<const char *>(text->data()), text->size()));
   } catch (const toml::parse_error &error) {
-    findings.Error({error.source().begin.line, error.source().begin.column}, std::string(error.description()));
+    findings.Error(PlaceOf(error.source()), std::string(error.description()));
     return context.manifest;
   }
   context.manifest.was_parsed = true;
-  ManifestTable root(&parsed, "", findings);
-  ReadProduct(context, root.Table("product"));
-  ReadInstall(context, root.Table("install"));
-  ReadUninstall(context, root.Table("uninstall"));
-  ReadAppearance(context, root.Table("appearance"));
-  ReadPages(context, root.Table("pages"));
-  ReadBatches(context, root.Table("batch"));
-  ReadPayload(context, root.Table("payload"));
-  ReadOptions(context, root.Table("options"));
-  ReadLists(context, root);
-  ReadLanguages(context, root);
-  ReadFiles(context, root);
-  root.RefuseUnknown();
+  ReadTables(context, ManifestTable(&parsed, "", findings));
   return std::move(context.manifest);
+}
+
+const std::set<std::string, std::less<>> &KnownKeys() {
+  static const auto keys = [] {
+    std::set<std::string, std::less<>> asked;
+    Findings findings;
+    findings.asked_keys = &asked;
+    ManifestContext context({}, std::nullopt, findings);
+    const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
+                                          "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                                          "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
+    ReadTables(context, ManifestTable(&least, "", findings));
+    return asked;
+  }();
+  return keys;
 }
 
 } // namespace korb::packer

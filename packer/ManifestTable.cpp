@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "packer/ManifestReader.h"
+
 namespace korb::packer {
 
 namespace {
@@ -49,10 +51,18 @@ std::string Suggestion(std::string_view word, std::span<const std::string_view> 
   return near.empty() ? std::string() : "; did you mean '" + std::string(near) + "'?";
 }
 
+// What to say of a key that its table doesn't know: `suggestion`, unless another table knows that very key.
+std::string Elsewhere(std::string_view key, const std::string &suggestion) {
+  for (const std::string &known : KnownKeys())
+    if (known.ends_with("." + std::string(key)))
+      return "; did you mean '" + known + "'?";
+  return suggestion;
+}
+
 } // namespace
 
-Place PlaceOf(const toml::node &node) {
-  return {node.source().begin.line, node.source().begin.column};
+Place PlaceOf(const toml::source_region &source) {
+  return {source.begin.line, source.begin.column, source.path ? *source.path : std::string()};
 }
 
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words) {
@@ -77,6 +87,8 @@ std::string ManifestTable::FullName(std::string_view key) const {
 
 const toml::node *ManifestTable::Find(std::string_view key) {
   known_.emplace(key);
+  if (findings_.asked_keys)
+    findings_.asked_keys->insert(FullName(key));
   return table_ ? table_->get(key) : nullptr;
 }
 
@@ -220,8 +232,8 @@ void ManifestTable::RefuseUnknown() {
   const std::vector<std::string_view> words(known_.begin(), known_.end());
   for (const auto &[key, node] : *table_)
     if (!known_.contains(key.str()))
-      findings_.Error({key.source().begin.line, key.source().begin.column},
-                      "unknown key '" + FullName(key.str()) + "'" + Suggestion(key.str(), words));
+      findings_.Error(PlaceOf(key.source()),
+                      "unknown key '" + FullName(key.str()) + "'" + Elsewhere(key.str(), Suggestion(key.str(), words)));
 }
 
 } // namespace korb::packer

@@ -14,7 +14,10 @@
 
 namespace korb::packer {
 
-Place PlaceOf(const toml::node &node);
+Place PlaceOf(const toml::source_region &source);
+inline Place PlaceOf(const toml::node &node) {
+  return PlaceOf(node.source());
+}
 
 /// The one of `words` that `word` was probably meant to be, within two or three typing slips; empty for none.
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words);

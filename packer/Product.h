@@ -23,6 +23,7 @@ struct PackError : std::runtime_error {
 struct Place {
   uint32_t line = 0;
   uint32_t column = 0;
+  std::string file = {}; ///< empty for the manifest itself
 };
 
 /// A last-write time as files carry it, local time. Month 0 means none.

@@ -22,7 +22,8 @@ void CheckNames(const Product &product, Findings &findings) {
     error("uninstall.name", "must hold neither quotes nor backslashes: it is the name of a registry key");
   if (HoldsRecordMarker(product.name))
     error("product.name", "must not hold \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
-  if (product.install_dir.empty() && (HoldsIllegalCharacter(product.name)))
+  if (product.install_dir.empty() &&
+      (HoldsIllegalCharacter(product.name) || product.name.find(';') != std::string::npos))
     findings.Warn(product.PlaceOf("product.name"),
                   "'product.name' can't be the name of a directory: give an 'install.directory'");
   if (HoldsHugeNumber(product.version))
@@ -41,10 +42,10 @@ void CheckDirectories(const Product &product, Findings &findings) {
       {"install.desktop_group", product.desktop_group},  {"install.start_menu", product.start_menu},
       {"uninstall.directory", product.uninstall_subdir}, {"uninstall.program", product.uninstaller_name}};
   for (const auto &[key, text] : texts)
-    if (HoldsRecordMarker(text))
+    if (HoldsRecordMarker(text) || text.find(';') != text.npos)
       findings.Error(product.PlaceOf(key), "'" + std::string(key) +
-                                               "' must not hold \"[Strings]\" or \"[Associations]\", which divide the "
-                                               "uninstaller's record");
+                                               "' must not hold ';', \"[Strings]\" or \"[Associations]\", which divide "
+                                               "the uninstaller's record");
   if (LowerCase(product.install_dir) == "<master>" && !product.Has(IF_MASTER_PRODUCT))
     findings.Error(product.PlaceOf("install.directory"), "\"<master>\" needs a 'product.master_product'");
   const std::string &subdir = product.uninstall_subdir;

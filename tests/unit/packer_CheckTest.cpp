@@ -23,7 +23,7 @@ Product Sound() {
 }
 
 struct Row {
-  const char *report; // "" for none
+  std::string report; // "" for none
   std::function<void(Product &)> change;
 };
 
@@ -33,7 +33,7 @@ void CheckRows(const std::vector<Row> &rows) {
     row.change(product);
     packer::Findings findings;
     packer::CheckProduct(product, findings);
-    CHECK(findings.Report("m") == (*row.report ? "m: " + std::string(row.report) + "\n" : std::string()));
+    CHECK(findings.Report("m") == (row.report.empty() ? "" : "m: " + row.report + "\n"));
   }
 }
 
@@ -68,8 +68,8 @@ TEST_CASE("names and options that an installer can't work with are refused, idle
        [](auto &p) {
          p.expiry = {2001, 2, 29};
        }},
-      {"error: 'install.directory' must not hold \"[Strings]\" or \"[Associations]\", which divide the uninstaller's "
-       "record",
+      {"error: 'install.directory' must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the "
+       "uninstaller's record",
        [](auto &p) { p.install_dir = "x[strings]"; }},
       {"error: \"<master>\" needs a 'product.master_product'", [](auto &p) { p.install_dir = "<Master>"; }},
       {"warning: of several levels, the uninstaller removes the last one only",
@@ -150,6 +150,10 @@ TEST_CASE("files are refused that the installer or the uninstaller would lose") 
       {"error: file 'a;b': a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the "
        "uninstaller's record",
        [](auto &p) { p.files[0].name = "a;b"; }},
+      {"warning: file '" + std::string(238, 'x') +
+           "': its path has more than 259 characters where the product is proposed to go, which most systems refuse",
+       [](auto &p) { p.files[0].name.assign(238, 'x'); }},
+      {"", [](auto &p) { p.files[0].name.assign(236, 'x'); }},
       {"error: file 'a*b': 'a*b' is no relative path that Windows could have",
        [](auto &p) { p.files[0].name = "a*b"; }},
       {"error: file '..\\x': '..' in a name leads out of the product's directory: use 'target'",

@@ -92,7 +92,7 @@ uninstall_first = "first"
 uninstall_last = { file = "page.txt" }
 [payload]
 layout = "file"
-volume_size = 1_457_664
+volume_size = "1.44M"
 first_part_size = 77
 volume_name = "DISK"
 volume_serial = 0xFFFFFFFE
@@ -280,6 +280,13 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
   CHECK(two.product.languages[1].texts[48] == "\xC4\xE0");
   CHECK(two.report.find("m:3:1: warning: these texts of 'Russian' stay English: main_title, ") == 0);
   CHECK(two.report.find("ok_button") == std::string::npos);
+
+  folder.Write("fr.toml", "ok_button = 'Continuer'\ncancel_button = 'Annuler'\nnone = 1");
+  const ReadResult file = folder.Read("[[language]]\nname='Fran\u00E7ais'\nfile='fr.toml'\n"
+                                      "[language.texts]\nok_button='Suite'");
+  CHECK(file.product.languages.at(0).texts[48] + file.product.languages[0].texts[49] == "SuiteAnnuler");
+  CHECK(file.report.find((folder.Path() / "fr.toml").generic_string() + ":3:1: error: unknown text 'none'") !=
+        std::string::npos);
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
@@ -314,6 +321,12 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
       {"[uninstall]\npatch_offset = 9", "m:2:16: error: there is neither an icon nor a patch to put there\n"},
       {"[pages]\nlicense = [1]", "m:2:12: error: 'pages.license' has to be a text or { file = \"...\" }\n"},
       {"[pages]\nreadme = { file = 'gone.txt' }", "m:2:19: error: can't read the file 'gone.txt'\n"},
+      {"[product]\nlicense = 'x'", "m:2:1: error: unknown key 'product.license'; did you mean 'pages.license'?\n"},
+      {"[payload]\nvolume_size = '1.44MB'", "m:2:15: error: 'payload.volume_size' doesn't know '1.44MB'; did you mean "
+                                            "'1.44M'? (360K, 720K, 1.2M, 1.44M, 2.88M)\n"},
+      {"[[file]]\nsource = '*.txt'", "m:2:10: error: 'source' of a [[file]] names one file: for several, give a "
+                                     "[[tree]] their folder and 'include' the pattern\n"},
+      {"[[tree]]\nsource = '.'\ninclude = ['*.toml', '*.c']", "m:3:11: warning: no file of '.' fits '*.c'\n"},
       {"[payload]\nfirst_part_size = 5", "m:2:19: error: 'payload.first_part_size' needs 'payload.volume_size'\n"},
       {"[texts]\ntitel = 'x'", "m:2:1: error: unknown text 'titel'; a text has a name, or a number from 0 to 9999\n"},
       {"[texts]\nok_buton = 'x'", "m:2:1: error: unknown text 'ok_buton'; did you mean 'ok_button'?\n"},
