@@ -31,7 +31,7 @@ struct Case {
   size_t files;
   size_t smallest, largest;
   bool packed;
-  double limit; ///< times the floor
+  double limit; ///< times the floor; 0: only told
 };
 
 std::string Corpus(size_t size) {
@@ -158,6 +158,7 @@ int main(int argc, char **argv) {
       directory = word;
   }
   const Case cases[] = {
+      {"1 file of 1 KB", 1, 1024, 1024, false, 0},
       {"2,000 files of 1 to 8 KB, stored", 2000, 1024, 8192, false, 1.3},
       {"2,000 files of 1 to 8 KB, packed", 2000, 1024, 8192, true, 1.3},
       {"20 files of 2 MB, stored", 20, 2 << 20, 2 << 20, false, 1.4},
@@ -179,11 +180,11 @@ int main(int argc, char **argv) {
     }
     const double ratio = Median(ours) / Median(floor);
     each[c] = Median(ours) / static_cast<double>(which.files);
-    kept = kept && ratio <= which.limit;
+    kept = kept && (which.limit == 0 || ratio <= which.limit);
     printf("%-36s %9.1f %9.1f %6.2f %6.1f\n", which.name, Median(floor) * 1e3, Median(ours) * 1e3, ratio, which.limit);
     fflush(stdout);
   }
-  const double growth = each[std::size(cases) - 1] / each[0];
+  const double growth = each[std::size(cases) - 1] / each[1];
   printf("for each file, 20,000 against 2,000 %27.2f    1.3\n", growth);
   if (require && (!kept || growth > 1.3)) {
     fprintf(stderr, "install: above a limit\n");
