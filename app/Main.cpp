@@ -1,11 +1,12 @@
 #include "app/CommandLine.h"
 #include "app/FailureTexts.h"
 #include "app/Installation.h"
-#include "app/PhasesToCome.h"
 #include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
+#include "engine/RemoveSelf.h"
+#include "engine/Uninstall.h"
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
 #include "system/OsIdentity.h"
@@ -28,7 +29,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
   CommandLine options;
   ParseCommandLine(arguments, options);
   if (UninstallMode) {
-    if (RunUninstall())
+    if (RunUninstall(options.uninstall_name))
       RemoveSelf();
     ExitInstaller();
   }

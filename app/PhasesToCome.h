@@ -4,11 +4,6 @@
 
 namespace korb {
 
-inline bool RunUninstall() {
-  return false;
-} // Not built yet: the uninstall run; true when the uninstaller may go.
-inline void RemoveSelf() {} // Not built yet: the uninstaller's own removal.
-
 inline void ChooseLanguage() {}          // Not built yet: the language dialog.
 inline void ShowMainTitle() {}           // Not built yet: the background window's title.
 inline void RefuseExpired() {}           // Not built yet: the last day of the installer.

@@ -6,6 +6,7 @@
 //   choose:ID=TEXT picks an entry of a list
 //   closed         waits until that window is closed
 //   list           prints all windows
+//   run:COMMAND    runs a command line, as the system would, to its end
 //   within:MS      how long later steps wait, 20000 at first
 //
 // Ends with 1, and prints all windows, at the first step that can't be done.
@@ -13,6 +14,7 @@
 #include <cstdlib>
 
 #include "tests/support/Desktop.h"
+#include "tests/support/Process.h"
 
 using namespace korb::test;
 
@@ -35,6 +37,8 @@ public:
     } else if (verb == "list") {
       for (const Window &window : OpenWindows())
         Print(window);
+    } else if (verb == "run") {
+      Run(rest);
     } else if (verb == "wait") {
       window_ = WaitForWindow(rest, time_);
       if (window_)

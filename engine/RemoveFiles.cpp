@@ -1,0 +1,76 @@
+#include "engine/RemoveFiles.h"
+
+#include "archive/TextNumber.h"
+#include "core/RunPaths.h"
+#include "engine/UninstallList.h"
+#include "files/DeferredFiles.h"
+#include "files/Directories.h"
+#include "files/FileInfo.h"
+#include "files/PathText.h"
+#include "registry/RegistryKey.h"
+#include "ui/Progress.h"
+#include "ui/TextLookup.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int32_t kFirstPercent = 10;
+constexpr int32_t kPercents = 80; ///< of the bar, for all entries together
+
+void RemoveFile(const String &path, String &report) {
+  SetStepTextFormat("%s", path);
+  if (!FileExists(path) || DeleteOrSchedule(path, 0))
+    return;
+  report.append_format("%s %s\r\n", TextLookup(kTextFileStays), path);
+  AddUninstallEntry(path, kUninstallFile);
+}
+
+void DeleteClassesKey(const char *path) {
+  RegistryKey key;
+  key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path, 0);
+}
+
+/// Climbs from an empty directory to those that it leaves empty.
+void RemoveEmptiedDirectories(String path) {
+  SetStepTextFormat("%s", path);
+  while (!path.equals_no_case(InstallDir) && RemoveEmptyDirectory(path)) {
+    path.remove_last_if('\\');
+    path = DirectoryPart(path);
+  }
+}
+
+int CompareLength(const void *a, const void *b) {
+  const auto length = [](const void *cell) { return (*static_cast<const String *const *>(cell))->length(); };
+  return length(a) < length(b) ? 1 : length(a) > length(b) ? -1 : 0;
+}
+
+} // namespace
+
+void RemoveListedFiles(const Vector<String> &entries, String &report) {
+  StartPhase();
+  ClearUninstallList();
+  Vector<String> directories;
+  for (int32_t i = 0; i < entries.count; ++i) {
+    const String &entry = entries.at(i);
+    const char *rest = entry.c_str() + 1;
+    switch (entry.first_char()) {
+    case '\0':
+      break;
+    case '~':
+      directories.append(rest);
+      break;
+    case '!':
+      DeleteClassesKey(rest);
+      break;
+    default:
+      SetProgress(kFirstPercent + static_cast<int32_t>(int64_t{kPercents} * i / entries.count));
+      RemoveFile(entry, report);
+    }
+  }
+  directories.sort(CompareLength); // the longest first: children before their parents
+  for (int32_t i = 0; i < directories.count; ++i)
+    RemoveEmptiedDirectories(directories.at(i));
+}
+
+} // namespace korb

@@ -1,0 +1,42 @@
+#include "engine/RemoveFonts.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/RunMode.h"
+#include "engine/UninstallQuestion.h"
+#include "files/DeferredFiles.h"
+#include "files/PathText.h"
+#include "system/SystemFolders.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+namespace {
+
+String TakeName(String &fonts) {
+  fonts.trim_left();
+  return fonts.take_quoted(0);
+}
+
+} // namespace
+
+void RemoveFonts(RegistryKey &product_key, String fonts) {
+  bool any_removed = false;
+  do {
+    const String title = TakeName(fonts);
+    const String file = title.is_empty() ? title : TakeName(fonts);
+    if (file.is_empty())
+      break;
+    if (!MayRemove(IF_ASK_FONT_REMOVAL, kTextRemoveFont, kTextRemoveFontCaption, title))
+      continue;
+    RemoveFontResourceA(file);
+    DeleteOrSchedule(PathJoin(FontFolder(), file), 0);
+    any_removed = true;
+  } while (!fonts.is_empty());
+  product_key.WriteString("ProductFonts", fonts, RK_DELETE_EMPTY);
+  if (any_removed)
+    SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
+}
+
+} // namespace korb

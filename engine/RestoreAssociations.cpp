@@ -1,0 +1,104 @@
+#include "engine/RestoreAssociations.h"
+
+#include "engine/RecordNames.h"
+#include "registry/RegistryKey.h"
+
+namespace korb {
+
+namespace {
+
+/// Makes the backup in the open key its default value again. True when there was one, even if it could not be written:
+/// nothing is to be deleted on its account.
+bool RestoreDefault(RegistryKey &key, const String &backup_name) {
+  String backup;
+  key.ReadString(backup, backup_name, "", 0);
+  if (IsBlank(backup))
+    return false;
+  if (key.WriteString("", backup, 0))
+    key.DeleteValue(backup_name);
+  return true;
+}
+
+/// Deletes a key right below the root, or deeper when the name is a path.
+void DeleteClassesKey(RegistryKey &key, const String &path) {
+  const RegistryHandle root = HandleOf(RegistryRoot::ClassesRoot);
+  if (path.contains_char('\\'))
+    key.DeleteKey(root, path, 0);
+  else
+    key.DeleteKeyIn(root, "", path, 0);
+}
+
+/// Below "shell", the open key. A verb without a backup came with the installation and goes.
+void RestoreVerb(RegistryKey &key, const String &verb, const String &backup_name) {
+  if (key.OpenChild(verb, 0) == KEY_NOT_OPENED)
+    return;
+  bool is_ours = true;
+  if (key.OpenChild("command", RK_OPEN_ONLY) != KEY_NOT_OPENED) {
+    is_ours = !RestoreDefault(key, backup_name);
+    key.Close();
+  }
+  key.Close();
+  if (is_ours)
+    key.DeleteChild(verb, 0);
+}
+
+void RestoreShell(RegistryKey &key, const String &verb, const String &backup_name) {
+  if (key.OpenChild("shell", RK_OPEN_ONLY) == KEY_NOT_OPENED)
+    return;
+  RestoreDefault(key, backup_name);
+  RestoreVerb(key, verb, backup_name);
+  const bool is_empty = key.SubKeyCount() == 0;
+  key.Close();
+  if (is_empty)
+    key.DeleteChild("shell", 0);
+}
+
+/// True when the extension had an owner before.
+bool RestoreExtension(const String &extension, const String &backup_name) {
+  RegistryKey key;
+  return key.Open(HandleOf(RegistryRoot::ClassesRoot), extension, RK_OPEN_ONLY) != KEY_NOT_OPENED &&
+         RestoreDefault(key, backup_name);
+}
+
+/// True when the class is gone with all that it held.
+bool RestoreClass(const FileAssociation &association, const String &backup_name) {
+  RegistryKey key;
+  if (key.Open(HandleOf(RegistryRoot::ClassesRoot), association.file_class, RK_OPEN_ONLY) == KEY_NOT_OPENED)
+    return false;
+  RestoreDefault(key, backup_name);
+  // A class with an icon is taken for the product's own. Its icon's key stays open, so no verb is found below it, and it
+  // is the icon's subkeys that are counted: there are none, and the class goes as a whole.
+  if (key.OpenChild("DefaultIcon", RK_OPEN_ONLY) != KEY_NOT_OPENED)
+    RestoreDefault(key, backup_name);
+  RestoreShell(key, association.verb, backup_name);
+  const bool is_empty = key.SubKeyCount() == 0;
+  key.Close();
+  if (is_empty)
+    DeleteClassesKey(key, association.file_class);
+  return is_empty;
+}
+
+bool Contains(const Vector<String> &names, const String &name) {
+  for (int32_t i = 0; i < names.count; ++i)
+    if (names.at(i).equals_no_case(name))
+      return true;
+  return false;
+}
+
+} // namespace
+
+void RestoreAssociations(const Vector<FileAssociation> &associations) {
+  const String backup_name = BackupValueName();
+  // The backup is gone after an extension's first verb; it must not fall to the second.
+  Vector<String> given_back;
+  for (int32_t i = 0; i < associations.count; ++i) {
+    const FileAssociation &association = associations.at(i);
+    if (RestoreExtension(association.extension, backup_name))
+      given_back.append(association.extension);
+    RegistryKey key;
+    if (RestoreClass(association, backup_name) && !Contains(given_back, association.extension))
+      DeleteClassesKey(key, association.extension);
+  }
+}
+
+} // namespace korb

@@ -1,0 +1,270 @@
+#include "engine/Uninstall.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Failure.h"
+#include "core/RunMode.h"
+#include "engine/RecordNames.h"
+#include "engine/ReleaseSharedFiles.h"
+#include "engine/RemoveFiles.h"
+#include "engine/RemoveFonts.h"
+#include "engine/RestoreAssociations.h"
+#include "engine/RunLists.h"
+#include "engine/UninstallData.h"
+#include "engine/UninstallList.h"
+#include "engine/UninstallRecord.h"
+#include "files/DeferredFiles.h"
+#include "files/Directories.h"
+#include "files/DiskFile.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+#include "files/WholeFile.h"
+#include "registry/RegistryKey.h"
+#include "system/BatchRunner.h"
+#include "system/SearchPath.h"
+#include "system/SystemFolders.h"
+#include "ui/Progress.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int32_t kPhaseMs = 500; ///< shortest time that a phase stays readable
+constexpr int32_t kMaxLevels = 20;
+
+void Wait() {
+  WaitPhase(kPhaseMs);
+}
+
+class UninstallRun {
+public:
+  explicit UninstallRun(const String &name) : name_(name) {}
+
+  bool Open();
+  void ReadValues();
+  void ReadRecord();
+  void Ask();
+  void RunFirstBatch() { RunBatchOnce("UninstallBatch1", InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
+  void UndoAssociations();
+  void UndoFonts();
+  void UndoFiles();
+  void RewriteRecord();
+  void RemoveStartMenuGroup();
+  void UndoSharedFiles();
+  void RemoveProductKeys();
+  void RemoveWholeDirectory();
+  void RemoveRecord();
+  bool Finish();
+
+private:
+  String Read(const char *value);
+  void RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag);
+  void RemoveKeyUpward(String path, bool current_user);
+
+  const String &name_;
+  RegistryKey key_;
+  UninstallRecord record_;
+  String fonts_;
+  bool for_all_users_ = false;
+  String report_; // what could not be removed
+};
+
+String UninstallRun::Read(const char *value) {
+  String text;
+  key_.ReadString(text, value, "", 0);
+  return text;
+}
+
+/// The archive's flags are not known before the key has told them, so these reports show unless /a was typed.
+bool UninstallRun::Open() {
+  const String path = PathJoin(kUninstallKeys, name_);
+  if (!RegistryKey::SoftwareKeyExists(path, false)) {
+    ReportError("No product named '%s' is installed.", name_);
+    return false;
+  }
+  if (key_.OpenSoftware(path, false, 0) == KEY_NOT_OPENED) {
+    ReportError("Unable to access the uninstall information for:\r\n%s\r\n\r\nThe uninstallation cannot be performed.",
+                ProductName);
+    return false;
+  }
+  ProductName = Read("DisplayName");
+  if (IsBlank(ProductName))
+    ProductName = name_;
+  InstallDir = Read("InstallLocation");
+  if (IsBlank(InstallDir)) {
+    ReportError("The uninstall information for %s is corrupt.\r\n\r\nThe uninstallation cannot be performed.",
+                ProductName);
+    return false;
+  }
+  InstallFlags = static_cast<uint64_t>(Read("ProductFlags").to_int64());
+  if (HasInstallFlag(IF_AUTOMATIC_UNINSTALL))
+    AutomaticMode = true;
+  return true;
+}
+
+/// What is missing keeps the colours that the entry point has taken from the system.
+void UninstallRun::ReadValues() {
+  TitleColor = static_cast<uint32_t>(key_.ReadNumber("TitleColor", static_cast<int32_t>(TitleColor), 0));
+  TitleShadow = static_cast<uint8_t>(key_.ReadNumber("TitleShadow", TitleShadow, 0));
+  TopColor = static_cast<uint32_t>(key_.ReadNumber("TopColor", static_cast<int32_t>(TopColor), 0));
+  BottomColor = static_cast<uint32_t>(key_.ReadNumber("BottomColor", static_cast<int32_t>(BottomColor), 0));
+  MonoColor = key_.ReadBoolean("MonoColor", MonoColor, 0);
+  UninstallSubdir = Read("UninstallSubdir");
+  UninstallDir = PathJoin(InstallDir, UninstallSubdir);
+  fonts_ = Read("ProductFonts");
+  for_all_users_ = key_.ReadNumber("ShortcutMode", 0, 0) == kShortcutsForAllUsers;
+}
+
+/// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
+void UninstallRun::ReadRecord() {
+  String text;
+  if (ReadWholeFile(UninstallDataPath(), text) == OPEN_OK)
+    ReadUninstallRecord(text, record_);
+}
+
+void UninstallRun::Ask() {
+  if (!AutomaticMode && MessageBoxA(MainWindow, TextLookup(kTextUninstallQuestion), TextLookup(kTextUninstallTitle),
+                                    MB_YESNO | MB_ICONQUESTION) != IDYES)
+    ExitInstaller();
+  CreateProgressDialog();
+  CommonDir = Read("SharedPath");
+}
+
+/// A second run, after one that left something behind, doesn't run it again.
+void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
+  const String script = Read(value);
+  if (script.is_empty())
+    return;
+  RunBatch(directory, script, HasInstallFlag(hide_flag));
+  key_.DeleteValue(value);
+}
+
+void UninstallRun::UndoAssociations() {
+  if (record_.associations.is_empty())
+    return;
+  SetStep(kTextUninstallStepStart, 1);
+  RestoreAssociations(record_.associations);
+  Wait();
+}
+
+void UninstallRun::UndoFonts() {
+  if (fonts_.is_empty())
+    return;
+  SetStep(kTextUninstallStepFonts, 5);
+  RemoveFonts(key_, fonts_);
+  Wait();
+}
+
+void UninstallRun::UndoFiles() {
+  RemoveListedFiles(record_.entries, report_);
+  Wait();
+}
+
+/// A later run finds what stayed, and nothing else: associations are undone by now.
+void UninstallRun::RewriteRecord() {
+  SetStep(kTextUninstallStepRegistry, 90);
+  DeleteOrSchedule(InstallLogPath(), 0);
+  WriteUninstallData();
+  UninstallList.clear();
+}
+
+void UninstallRun::RemoveStartMenuGroup() {
+  String path =
+      PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), Read("ProductStartMenu"));
+  for (int32_t level = 0; level < kMaxLevels && RemoveEmptyDirectory(path); ++level) {
+    path.remove_last_if('\\');
+    if (!CutToDirectory(path))
+      break;
+  }
+}
+
+void UninstallRun::UndoSharedFiles() {
+  const String files = Read("SharedFiles");
+  if (!files.is_empty() && !ReleaseSharedFiles(files))
+    report_ += "REGISTRY ERROR:  Unable to adjust shared file reference counts.\r\n\r\n";
+  RemoveEmptyDirectory(CommonDir);
+  Wait();
+}
+
+/// The product's key goes with all that it holds, the keys above it only where that leaves them empty.
+void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
+  uint32_t options = 0;
+  for (int32_t level = 0; level < kMaxLevels; ++level) {
+    path.remove_last_if('\\');
+    if (path.is_empty() || key_.DeleteSoftwareKey(path, current_user, options) != DELETE_DONE || !CutToDirectory(path))
+      break;
+    options = RK_ONLY_IF_EMPTY;
+  }
+}
+
+void UninstallRun::RemoveProductKeys() {
+  SetStep(kTextUninstallStepEnd, 95);
+  const String path = Read("ProductRegistry");
+  if (!path.is_empty()) {
+    RemoveKeyUpward(path, false);
+    RemoveKeyUpward(path, true);
+    key_.DeleteValue("ProductRegistry");
+  }
+  Wait();
+}
+
+void UninstallRun::RemoveWholeDirectory() {
+  if (HasInstallFlag(IF_NO_UNINSTALL_RECORDS) && !SamePath(InstallDir, ProgramFilesFolder()) &&
+      !SamePath(InstallDir, WindowsDirectory))
+    DeleteDirectoryTree(InstallDir);
+}
+
+/// Only when all is undone: else they tell a second run what is left.
+void UninstallRun::RemoveRecord() {
+  if (!report_.is_empty())
+    return;
+  DeleteOrSchedule(UninstallDataPath(), 0);
+  if (HasInstallFlag(IF_EDIT_PATH)) {
+    const String complaint = EditAutoexecPath(false);
+    if (!AutomaticMode)
+      ReportError("%s", complaint);
+  }
+  RunBatchOnce("UninstallBatch2", PathRoot(InstallDir), IF_HIDE_UNINSTALL_BATCH2);
+  key_.DeleteSoftwareChild(kUninstallKeys, name_, false, 0);
+}
+
+bool UninstallRun::Finish() {
+  key_.Close();
+  DestroyProgressDialog();
+  const bool done = report_.is_empty();
+  if (AutomaticMode)
+    return done;
+  if (done)
+    MessageBoxA(MainWindow, TextLookup(kTextUninstallDone), TextLookup(kTextUninstallEndCaption), MB_ICONINFORMATION);
+  else
+    MessageBoxA(MainWindow, str_format(TextLookup(kTextUninstallIncomplete), report_), TextLookup(kTextWarningCaption),
+                MB_ICONWARNING);
+  return done;
+}
+
+} // namespace
+
+/// The order counts: batches and registered files find the product still there, and the key that tells all goes last.
+bool RunUninstall(const String &name) {
+  UninstallRun run(name);
+  if (!run.Open())
+    return false;
+  run.ReadValues();
+  run.ReadRecord();
+  run.Ask();
+  run.RunFirstBatch();
+  run.UndoAssociations();
+  run.UndoFonts();
+  run.UndoFiles();
+  run.RewriteRecord();
+  run.RemoveStartMenuGroup();
+  run.UndoSharedFiles();
+  run.RemoveProductKeys();
+  run.RemoveWholeDirectory();
+  run.RemoveRecord();
+  return run.Finish();
+}
+
+} // namespace korb
