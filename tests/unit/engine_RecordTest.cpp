@@ -1,0 +1,149 @@
+// The texts that an installation leaves and an uninstaller reads.
+#include <doctest/doctest.h>
+
+#include <string>
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "engine/InstallLog.h"
+#include "engine/RemoveSelf.h"
+#include "engine/RunLists.h"
+#include "engine/SharedEntry.h"
+#include "engine/UninstallList.h"
+#include "engine/UninstallRecord.h"
+
+using namespace korb;
+
+namespace {
+
+/// "entries|associations|texts" as they were understood: `a,b|.x/c/v|10=text`.
+std::string Understood(const std::string &bytes) {
+  TextTable.clear();
+  UninstallRecord record;
+  ReadUninstallRecord(String(bytes.data(), static_cast<int32_t>(bytes.size())), record);
+  std::string all;
+  for (int32_t i = 0; i < record.entries.count; ++i)
+    all += (i != 0 ? "," : "") + std::string(record.entries.at(i));
+  all += "|";
+  for (int32_t i = 0; i < record.associations.count; ++i) {
+    const FileAssociation &one = record.associations.at(i);
+    all += std::string(one.extension) + "/" + one.file_class.c_str() + "/" + one.verb.c_str() + " ";
+  }
+  all += "|";
+  for (int32_t i = 0; i < TextTable.count; ++i)
+    if (TextTable.at(i).count > 0)
+      all += std::to_string(i) + "=" + TextTable.at(i).at(0).c_str() + " ";
+  TextTable.clear();
+  return all;
+}
+
+} // namespace
+
+TEST_CASE("a record is read as far as it can be understood") {
+  const struct {
+    const char *bytes, *understood;
+  } rows[] = {
+      {"", "||"},
+      {"a\r\n\r\n~b", "a,,~b||"},
+      {"a[sTRINGS]~5\nx\n[aSSOCIATIONS].a~!~b~!~c", "a|.a/b/c |5=x "},
+      {"[Strings]\r\n~1\r\none\r\n\r\n two\r\n \r\n~2\r\n~3\r\nlast", "||1=one\r\n\r\n two 2= 3=last "},
+      {"[Strings]\r\nnot a text\r\n~1000x\r\nlargest\r\n~1\r\none\r\n~1\r\nagain", "||1=again 1000=largest "},
+      {"[Strings]~0\nx\n~1001\nx\n~-5\nx\n~\nx\n~99999999999\nx\n~7\ngood", "||7=good "},
+      {"[Associations]\r\n.a~!~b~!~c", "[Associations],.a~!~b~!~c||"}, // no heading of its own in front of the texts
+      {"[Strings][Associations].a~!~b\n.a~!~ ~!~c\n.a~!~b~!~c~!~d\n~!~b~!~c\n\n.e~!~f~!~g", "|.a/b/c~!~d .e/f/g |"},
+      {"a\r\n[Strings]\r\n~5\r\ncut o", "a,||5=cut o "},
+  };
+  for (const auto &row : rows) {
+    CAPTURE(row.bytes);
+    CHECK(Understood(row.bytes) == row.understood);
+  }
+  std::string many = "[Strings]\r\n~5\r\nx\r\n[Associations]\r\n", texts = "[Strings]\r\n";
+  for (int i = 0; i < 600; ++i)
+    many += ".a~!~b~!~c\r\n", texts += "~7\r\n" + std::to_string(i) + "\r\n";
+  CHECK(Understood(many).size() == 499 * 7 + sizeof "||5=x " - 1);
+  CHECK(Understood(texts) == "||7=498 "); // the line behind the heading is one of the 500
+}
+
+TEST_CASE("what a record is made of comes back") {
+  TextTable.clear();
+  TextTable.set_count(72);
+  for (const int8_t *number = kUninstallTexts; *number >= 0; ++number) {
+    TextTable.at(*number).set_count(1);
+    TextTable.at(*number).at(0) = str_format("<product> %d\r\n\r\n%%s", *number);
+  }
+  ProductName = "Thing";
+  UninstallList = String("x:\\") + std::string(70000, 'p').c_str() + "\r\n~C:\\a\r\n"; // longer than a format gives
+  AssociationLines = "";
+  std::string text = UninstallRecordText().c_str();
+  CHECK(text.find("~C:\\a\r\n\r\n\r\n[Strings]\r\n~10\r\nThing 10\r\n\r\n%s\r\n~15\r\n") == 70005);
+  CHECK(text.substr(text.size() - 24) == "\r\n~71\r\nThing 71\r\n\r\n%s\r\n");
+  AssociationLines = ".a~!~b~!~c\r\n";
+  text = UninstallRecordText().c_str();
+  CHECK(text.find("\r\n%s\r\n\r\n\r\n[Associations]\r\n.a~!~b~!~c\r\n") == text.size() - 38);
+  const std::string back = Understood(text);
+  CHECK(back.substr(70004, 30) == "~C:\\a,,,|.a/b/c |10=Thing 10\r\n");
+  UninstallList.clear();
+  AssociationLines.clear();
+}
+
+TEST_CASE("a log tells of each run") {
+  ProductName = "Thing";
+  InstallDir = "C:\\Thing";
+  Version.clear();
+  LogText.clear();
+  InstallFlags = 0;
+  const DateTime now = DateTime::from({2001, 5, 7, 15, 4, 9});
+  CHECK(InstallLogBlock(true, "Done\r\n\r\n", now) ==
+        "\r\nInstallation log for: Thing\r\nInstall date: 7-May-2001 3:04:09p\r\nInstall location: C:\\Thing\r\n"
+        "Installer version: 11.0\r\n\r\nDone\r\n\r\n");
+  InstallFlags = IF_UNINSTALL;
+  Version = "1.2";
+  LogText = "a.txt\r\n";
+  for (const bool again : {false, true})
+    CHECK(InstallLogBlock(again, "Bad\r\n", now)
+              .find(again ? "\r\nInstall type: Reinstall\r\n" : "\r\nInstall type: New\r\n") > 0);
+  const String block = InstallLogBlock(false, "Bad\r\n", now);
+  CHECK(block.mid(block.find("11.0")) == "11.0\r\nProduct version: 1.2\r\n\r\na.txt\r\n\r\nBad\r\n");
+  InstallFlags = 0;
+  Version.clear();
+  LogText.clear();
+}
+
+TEST_CASE("shared files are taken off with their marks") {
+  const struct {
+    const char *text, *path;
+    bool com, kept;
+    const char *rest;
+  } rows[] = {
+      {"\"a\";\"b\"", "a", false, false, "\"b\""},
+      {"\"a \"", "a", false, true, ""},
+      {"\"a^\";;", "a", true, false, ";"},
+      {"\"a ^\"", "a", true, true, ""},
+      {"\"a^ \"", "a^", false, true, ""},
+      {"\"a\"\"b\"", "a\"b", false, false, ""},
+      {"\"a", "a", false, false, ""},
+  };
+  for (const auto &row : rows) {
+    CAPTURE(row.text);
+    String text(row.text);
+    SharedEntry entry;
+    CHECK(TakeSharedEntry(text, entry));
+    CHECK(entry.path == row.path);
+    CHECK((entry.is_com == row.com && entry.is_kept == row.kept));
+    CHECK(text == row.rest);
+  }
+  for (const char *none : {"", "a", "\"\";\"b\"", "\" ^\"", ";\"a\""}) {
+    CAPTURE(none);
+    String text(none);
+    SharedEntry entry;
+    CHECK_FALSE(TakeSharedEntry(text, entry));
+  }
+}
+
+TEST_CASE("the batch removes the program before its directories, and itself last") {
+  CHECK(SelfRemovalText("C:\\T\\Un\\u.exe", "C:\\T", "Un") ==
+        ":Repeat\r\ndel \"C:\\T\\Un\\u.exe\"\r\nif exist \"C:\\T\\Un\\u.exe\" goto Repeat\r\nrd \"C:\\T\\Un\"\r\nrd "
+        "\"C:\\T\"\r\ndel \"c:\\delunins.bat\"\r\n");
+  CHECK(SelfRemovalText("p", "C:\\T", "").find("rd \"C:\\T\"\r\ndel \"c") ==
+        SelfRemovalText("p", "C:\\T", "").find("rd"));
+}
