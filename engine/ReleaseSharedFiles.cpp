@@ -2,8 +2,8 @@
 
 #include "archive/RunValues.h"
 #include "archive/TextNumber.h"
-#include "engine/RecordNames.h"
 #include "core/Windows.h"
+#include "engine/RecordNames.h"
 #include "engine/SelfRegistration.h"
 #include "engine/SharedEntry.h"
 #include "engine/UninstallQuestion.h"

@@ -8,7 +8,6 @@
 #include "engine/InstallLog.h"
 #include "engine/RemoveSelf.h"
 #include "engine/RunLists.h"
-#include "engine/SharedEntry.h"
 #include "engine/UninstallList.h"
 #include "engine/UninstallRecord.h"
 
@@ -76,7 +75,7 @@ TEST_CASE("what a record is made of comes back") {
   AssociationLines = "";
   std::string text = UninstallRecordText().c_str();
   CHECK(text.find("~C:\\a\r\n\r\n\r\n[Strings]\r\n~10\r\nThing 10\r\n\r\n%s\r\n~15\r\n") == 70005);
-  CHECK(text.substr(text.size() - 24) == "\r\n~71\r\nThing 71\r\n\r\n%s\r\n");
+  CHECK(text.substr(text.size() - 23) == "\r\n~71\r\nThing 71\r\n\r\n%s\r\n");
   AssociationLines = ".a~!~b~!~c\r\n";
   text = UninstallRecordText().c_str();
   CHECK(text.find("\r\n%s\r\n\r\n\r\n[Associations]\r\n.a~!~b~!~c\r\n") == text.size() - 38);
@@ -107,37 +106,6 @@ TEST_CASE("a log tells of each run") {
   InstallFlags = 0;
   Version.clear();
   LogText.clear();
-}
-
-TEST_CASE("shared files are taken off with their marks") {
-  const struct {
-    const char *text, *path;
-    bool com, kept;
-    const char *rest;
-  } rows[] = {
-      {"\"a\";\"b\"", "a", false, false, "\"b\""},
-      {"\"a \"", "a", false, true, ""},
-      {"\"a^\";;", "a", true, false, ";"},
-      {"\"a ^\"", "a", true, true, ""},
-      {"\"a^ \"", "a^", false, true, ""},
-      {"\"a\"\"b\"", "a\"b", false, false, ""},
-      {"\"a", "a", false, false, ""},
-  };
-  for (const auto &row : rows) {
-    CAPTURE(row.text);
-    String text(row.text);
-    SharedEntry entry;
-    CHECK(TakeSharedEntry(text, entry));
-    CHECK(entry.path == row.path);
-    CHECK((entry.is_com == row.com && entry.is_kept == row.kept));
-    CHECK(text == row.rest);
-  }
-  for (const char *none : {"", "a", "\"\";\"b\"", "\" ^\"", ";\"a\""}) {
-    CAPTURE(none);
-    String text(none);
-    SharedEntry entry;
-    CHECK_FALSE(TakeSharedEntry(text, entry));
-  }
 }
 
 TEST_CASE("the batch removes the program before its directories, and itself last") {
