@@ -13,7 +13,10 @@ set(KORB_STUB_FLAGS -Os -fno-exceptions -fno-rtti -ffunction-sections -fno-async
   -mpreferred-stack-boundary=2 -march=i486 -mtune=i686
   # Pushed arguments make shorter code. The compiler has them only without its stack probes, which no frame under a
   # page needs: the linker's second look at every function keeps it so.
-  -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=4000)
+  -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=4000
+  # A function that is called once stays one: put into its caller it takes a call away, but makes one frame so large that
+  # every access to it gets longer. Two percent of the program.
+  -fno-inline-functions-called-once)
 # The whole program is compiled at the link: what only it calls then passes its arguments in registers.
 set(KORB_STUB_LTO -flto -fno-fat-lto-objects)
 
