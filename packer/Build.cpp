@@ -52,7 +52,7 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
                std::ostream &summary) {
   char line[160];
   summary << product.name << (product.version.empty() ? "" : " ") << product.version << ", " << product.files.size()
-          << " files\n";
+          << (product.files.size() == 1 ? " file\n" : " files\n");
   const double ratio = installer.plain_size == 0 ? 100.0
                                                  : 100.0 * static_cast<double>(installer.payload_size) /
                                                        static_cast<double>(installer.plain_size);

@@ -1,0 +1,2 @@
+@echo off
+echo final: %InstallDir%>>"%BootDrive%\atlas-batches.txt"

@@ -1,0 +1,2 @@
+@echo off
+echo post: %InstallDir%>>"%BootDrive%\atlas-batches.txt"

@@ -1,0 +1,2 @@
+@echo off
+echo pre: %InstallDir%>>"%BootDrive%\atlas-batches.txt"

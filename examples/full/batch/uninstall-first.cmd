@@ -1,0 +1,2 @@
+@echo off
+echo uninstall-first: %InstallDir%>>"%BootDrive%\atlas-batches.txt"

@@ -1,0 +1,90 @@
+// The products of examples/, built, verified and installed as an author's users would.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+
+#include "packer/Build.h"
+#include "packer/InstallerReport.h"
+#include "tests/support/PackedProduct.h"
+
+using namespace korb;
+using namespace korb::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+// The folder of an example, on the drive that leads to the machine's own files.
+fs::path Example(const std::string &name) {
+  const char *examples = std::getenv("KORB_EXAMPLES");
+  REQUIRE(examples);
+  return "Z:" + std::string(examples) + "/" + name;
+}
+
+// Builds `name` into a folder of its own, which is given, has it verified, and installs it silently.
+fs::path InstallExample(const std::string &name) {
+  const fs::path folder = fs::path("C:\\") / name, setup = folder / "setup.exe";
+  fs::create_directories(folder);
+  std::ostringstream summary, problems;
+  REQUIRE(packer::BuildFromManifest({Example(name) / "setup.toml", setup, "korb.exe", {}}, summary, problems));
+  CHECK(problems.str() == "");
+  CHECK(packer::VerifyInstaller(setup, summary));
+  Run("\"" + setup.string() + "\" /a", folder.string());
+  return folder;
+}
+
+} // namespace
+
+TEST_CASE("what is extracted from an example is what it installs, on one disk and on several") {
+  const struct {
+    const char *example, *home;
+    bool on_several;
+  } rows[] = {{"hello", "C:\\Program Files\\Hello", false}, {"volumes", "C:\\Program Files\\Korb Sources", true}};
+  for (const auto &row : rows) {
+    CAPTURE(std::string(row.example));
+    const fs::path folder = InstallExample(row.example), files = folder / "files";
+    const fs::directory_iterator disks(folder);
+    CHECK((std::distance(begin(disks), end(disks)) > 1) == row.on_several);
+    std::ostringstream summary, problems;
+    CHECK(packer::ExtractInstaller(folder / "setup.exe", files, 1252, summary, problems));
+    size_t compared = 0;
+    for (const auto &file : fs::recursive_directory_iterator(files))
+      if (file.is_regular_file()) {
+        const fs::path installed = row.home / file.path().lexically_relative(files);
+        CHECK((FileBytes(file.path().string()) == FileBytes(installed.string())));
+        ++compared;
+      }
+    CHECK(compared > 0);
+  }
+}
+
+TEST_CASE("the example with everything puts each kind of file where it belongs") {
+  InstallExample("hello"); // its master product
+  InstallExample("full");
+  const std::string home = "C:\\Program Files\\Korb Atlas\\",
+                    shared = "C:\\Program Files\\Common Files\\Korb Examples\\", windows = "C:\\windows\\";
+  const std::string date = " 2026-01-02 03:04:06";
+  const std::pair<std::string, std::string> rows[] = {
+      {home + "atlas.exe", "archive" + date},
+      {home + "greeting.exe", "archive" + date},
+      {home + "readme.txt", "archive read-only" + date},
+      {home + "settings\\atlas.cfg", "archive" + date},
+      {home + "maps\\sea.kmap", "archive" + date},
+      {home + "maps\\hills.kmap", "archive" + date},
+      {home + "maps\\new.draft", "missing"},
+      {home + "never.txt", "missing"},
+      {home + "over.txt", "missing"},
+      {home + "Undo\\atlas.ico", "archive" + date},
+      {windows + "system32\\atlas_core.dll", "archive" + date},
+      {windows + "system32\\atlas_com.dll", "archive" + date},
+      {windows + "Fonts\\korb-blocks.ttf", "archive" + date},
+      {shared + "atlas.shared", "archive" + date},
+      {shared + "marker", "archive" + date},
+  };
+  for (const auto &[path, expected] : rows) {
+    CAPTURE(path);
+    CHECK(DescribeFile(path) == expected);
+  }
+}
