@@ -1,0 +1,195 @@
+// The batches of a run, its end, and what waits for the next start of the machine.
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "tests/support/PackedProduct.h"
+
+using namespace korb::test;
+
+namespace {
+
+/// A file that somebody uses, until Release.
+class LockedFile {
+public:
+  explicit LockedFile(const std::string &path) {
+    handle_ = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    REQUIRE(handle_ != INVALID_HANDLE_VALUE);
+  }
+  ~LockedFile() { Release(); }
+  void Release() {
+    if (handle_ != INVALID_HANDLE_VALUE)
+      CloseHandle(handle_);
+    handle_ = INVALID_HANDLE_VALUE;
+  }
+
+private:
+  HANDLE handle_;
+};
+
+bool Becomes(const std::function<bool()> &condition) {
+  for (int i = 0; i < 400; ++i) {
+    if (condition())
+      return true;
+    Sleep(50);
+  }
+  return false;
+}
+
+bool Exists(const std::string &path) {
+  return std::filesystem::exists(path);
+}
+
+/// What the system of a program of this name says that it is.
+void SetWindowsVersion(const std::string &program, const std::string &version) {
+  REQUIRE(Run("reg add \"HKCU\\Software\\Wine\\AppDefaults\\" + program + "\" /v Version /d " + version + " /f") == 0);
+}
+
+} // namespace
+
+TEST_CASE("batches run at their moments, and the program of /r only behind a clean run") {
+  PackedProduct product(R"(
+[product]
+name = "Batches"
+[install]
+directory = 'C:\Batches'
+[uninstall]
+directory = "un"
+[options]
+edit_path = true
+hide_pre_batch = true
+[batch]
+pre_install = """
+PAUSE
+if not exist a.txt if exist %InstallDir%\\nul echo pre %InstallDir% >> C:\\batches.txt
+"""
+post_install = """
+@pause
+if exist a.txt if exist un\\Uninstall.DAT if not exist un\\Install.LOG echo post >> C:\\batches.txt
+"""
+final = """
+if exist un\\Install.LOG echo final >> C:\\batches.txt
+"""
+[[file]]
+contents = "a"
+name = "a.txt"
+)");
+  product.Pack();
+  const std::string install = "/a /r:\"cmd /c echo ran >> C:\\batches.txt\"";
+  CHECK(product.Start(install).Wait());
+  // Nothing waits for the program, and a clean run leaves no log.
+  const std::string clean = "pre C:\\Batches \r\npost \r\nran \r\n";
+  CHECK(Becomes([&] { return FileBytes("C:\\batches.txt") == clean; }));
+  CHECK(FileBytes("C:\\autoexec.bat") == "\r\nPATH=%PATH%;C:\\Batches\r\n");
+
+  std::filesystem::remove("C:\\autoexec.bat");
+  std::filesystem::create_directory("C:\\autoexec.bat");
+  std::filesystem::remove("C:\\Batches\\a.txt");
+  CHECK(product.Start(install).Wait());
+  std::filesystem::remove("C:\\autoexec.bat");
+  CHECK(FileBytes("C:\\Batches\\un\\Install.LOG")
+            .ends_with(
+                "\r\n\r\nUnable to modify C:\\autoexec.bat.  You will need to manually add C:\\Batches to the PATH "
+                "environment variable.\r\n\r\n"));
+  Sleep(300);
+  CHECK(FileBytes("C:\\batches.txt") == clean + "pre C:\\Batches \r\npost \r\nfinal \r\n");
+}
+
+TEST_CASE("a run that places nothing leaves no empty directories") {
+  PackedProduct product(R"(
+[product]
+name = "Nothing"
+[install]
+directory = 'C:\Nothing'
+[options]
+uninstall = false
+[uninstall]
+directory = "un"
+[[file]]
+contents = "a"
+name = "a.txt"
+condition = "over"
+)");
+  product.Pack();
+  product.Install();
+  CHECK_FALSE(Exists("C:\\Nothing"));
+}
+
+TEST_CASE("what is in use waits for the restart that the run asks for") {
+  PackedProduct product(R"(
+[product]
+name = "Restart"
+[install]
+directory = 'C:\Restarted'
+[options]
+replace_in_use = true
+always_log = true
+uninstall = false
+[batch]
+final = """
+echo waiting > C:\\waiting
+:wait
+if not exist C:\\go goto wait
+del C:\\go
+"""
+[[delete]]
+name = "old file.txt"
+at_restart = true
+[[delete]]
+name = "other.txt"
+[[file]]
+contents = "new"
+name = "used file.txt"
+[texts]
+file_failed = "Failed:"
+installed_caption = "Done"
+)");
+  const std::string home = "C:\\Restarted\\";
+  for (const char *version : {"winxp", "win98"}) {
+    CAPTURE(version);
+    const std::string name = std::string(version) + ".exe";
+    SetWindowsVersion(name, version);
+    product.Pack(name);
+    std::filesystem::remove_all(home);
+    std::filesystem::create_directories(home);
+    std::filesystem::remove("C:\\waiting");
+    for (const char *file : {"used file.txt", "old file.txt", "other.txt"})
+      WriteFileBytes(home + file, "old");
+    LockedFile used(home + "used file.txt"), old(home + "old file.txt"), other(home + "other.txt");
+
+    Process setup = product.Start("/a");
+    REQUIRE(Becomes([] { return Exists("C:\\waiting"); }));
+    const std::string log = FileBytes(home + "Install.LOG");
+    const std::string in_use = "Sharing violation.\r\n";
+    const std::string said = log.substr(log.find("\r\n\r\n", 2) + 4);
+    const size_t temporary_at = said.find("Temporary file is ") + 18;
+    const std::string temporary = said.substr(temporary_at, said.find("\r\n", temporary_at) - temporary_at);
+    CHECK(said == "File '" + home + "old file.txt' will be deleted after rebooting: " + in_use +
+                      "\r\nFailed to delete file '" + home + "other.txt': " + in_use + "\r\nFailed: " + home +
+                      "used file.txt\r\n" + in_use + "\r\n" + home +
+                      "used file.txt has been successfully registered for replacement.\r\nTemporary file is " +
+                      temporary + "\r\nReboot will be required.\r\n\r\n\r\nDone\r\n\r\n");
+    CHECK(FileBytes(temporary) == "new");
+    if (std::string(version) == "win98") {
+      char short_name[MAX_PATH];
+      const auto short_path = [&](const char *file) {
+        GetShortPathNameA((home + file).c_str(), short_name, sizeof short_name);
+        return std::string(short_name);
+      };
+      const std::string used_line = short_path("used file.txt") + "=" + temporary;
+      CHECK(FileBytes("C:\\windows\\wininit.ini") ==
+            "\r\n[rename]\r\n" + used_line + "\r\nNUL=" + short_path("old file.txt"));
+      CHECK(used_line.find(' ') == std::string::npos);
+    } else {
+      CHECK_FALSE(Exists("C:\\windows\\wininit.ini"));
+    }
+    used.Release();
+    old.Release();
+    WriteFileBytes("C:\\go", "");
+    CHECK(setup.Wait() == DWORD{1});
+    CHECK(Becomes([&] { return !Exists(home + "old file.txt") && !Exists(temporary); }));
+    CHECK(FileBytes(home + "used file.txt") == "new");
+    CHECK(Exists(home + "other.txt"));
+  }
+}
