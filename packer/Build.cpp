@@ -41,10 +41,10 @@ void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector
   for (size_t i = 0; i < outputs.size(); ++i) {
     for (const fs::path &input : inputs)
       if (IsSameFile(outputs[i].path, input))
-        throw PackError("'" + outputs[i].path.string() + "' would overwrite a file that it is made from");
+        throw PackError("'" + ShowPath(outputs[i].path) + "' would overwrite a file that it is made from");
     for (size_t j = 0; j < i; ++j)
       if (IsSameFile(outputs[i].path, outputs[j].path))
-        throw PackError("'" + outputs[i].path.string() + "' would be the installer and a volume at once");
+        throw PackError("'" + ShowPath(outputs[i].path) + "' would be the installer and a volume at once");
   }
 }
 
@@ -60,7 +60,7 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
                 installer.plain_size, installer.payload_size, ratio, installer.config_size);
   summary << line;
   for (const OutputFile &file : outputs)
-    summary << file.path.string() << ": " << file.bytes->size() << " bytes\n";
+    summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
 }
 
 } // namespace
@@ -77,15 +77,15 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   try {
     auto stub = ReadWholeFile(request.stub);
     if (!stub)
-      findings.Error({}, "can't read the stub '" + request.stub.string() + "'");
+      findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "'");
     else if (!findings.HasErrors())
       LocatePatch(product, StubImage(*stub), findings);
-    problems << findings.Report(request.manifest.string());
+    problems << findings.Report(ShowPath(request.manifest));
     if (findings.HasErrors())
       return false;
     const Installer installer = BuildInstaller(product, *stub);
     if (product.Has(IF_UNINSTALL) && installer.tail_size > 0)
-      problems << request.manifest.string() << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
+      problems << ShowPath(request.manifest) << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
                << " bytes of the payload stay in the uninstaller\n";
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
     manifest.inputs.push_back(request.stub);
@@ -94,7 +94,7 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     Summarise(installer, product, outputs, summary);
     return true;
   } catch (const PackError &error) {
-    problems << request.manifest.string() << ": error: " << error.what() << "\n";
+    problems << ShowPath(request.manifest) << ": error: " << error.what() << "\n";
     return false;
   }
 }

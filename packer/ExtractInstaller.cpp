@@ -7,6 +7,7 @@
 #include "packer/InstallerReader.h"
 #include "packer/InstallerReport.h"
 #include "packer/Product.h"
+#include "packer/ReadFile.h"
 #include "packer/TextTests.h"
 
 namespace korb::packer {
@@ -48,10 +49,6 @@ std::vector<std::string> SafeParts(const std::string &name) {
   return parts;
 }
 
-fs::path FromUtf8(const std::string &text) {
-  return fs::path(std::u8string(text.begin(), text.end()));
-}
-
 // A path in `folder` where nothing stands yet, its folders made.
 fs::path FreePlace(const fs::path &folder, std::vector<std::string> parts) {
   fs::path place = folder;
@@ -59,15 +56,15 @@ fs::path FreePlace(const fs::path &folder, std::vector<std::string> parts) {
   const std::string last = parts.back();
   parts.pop_back();
   for (const std::string &part : parts) {
-    const fs::path next = place / FromUtf8(part);
+    const fs::path next = place / PathFromUtf8(part);
     if (fs::exists(next, error) && !fs::is_directory(next, error))
       break; // a file of that name came first: what is below it goes beside it
     place = next;
   }
   fs::create_directories(place);
-  fs::path free = place / FromUtf8(last);
+  fs::path free = place / PathFromUtf8(last);
   for (int number = 2; fs::exists(fs::symlink_status(free, error)); ++number)
-    free = place / FromUtf8(last + " (" + std::to_string(number) + ")");
+    free = place / PathFromUtf8(last + " (" + std::to_string(number) + ")");
   return free;
 }
 
@@ -100,11 +97,11 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
                       std::ostream &problems) {
   std::error_code error;
   if (fs::exists(folder, error) && !fs::is_empty(folder, error))
-    throw PackError("'" + folder.string() + "' is not an empty folder");
+    throw PackError("'" + ShowPath(folder) + "' is not an empty folder");
   InstallerReader installer(path);
   installer.Read();
   if (installer.reached < Part::kFiles) {
-    problems << path.string() << ": error: " << installer.damage->text << "\n";
+    problems << ShowPath(path) << ": error: " << installer.damage->text << "\n";
     return false;
   }
   fs::create_directories(folder);
@@ -120,7 +117,7 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
     }
     problems << "error: can't write '" << parts.back() << "'\n";
   }
-  out << written << " of " << installer.records.size() << " files written to " << folder.string() << "\n";
+  out << written << " of " << installer.records.size() << " files written to " << ShowPath(folder) << "\n";
   return written == installer.records.size();
 }
 

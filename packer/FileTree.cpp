@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "packer/ReadFile.h"
+
 namespace korb::packer {
 
 namespace {
@@ -60,8 +62,7 @@ std::vector<std::string> ListFiles(const std::filesystem::path &folder, const st
   for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
     if (!entry.is_regular_file())
       continue;
-    const std::u8string relative = entry.path().lexically_relative(folder).generic_u8string();
-    std::string path(relative.begin(), relative.end());
+    std::string path = ManifestPath(entry.path().lexically_relative(folder));
     if ((include.empty() || fits_one(path, include)) && !fits_one(path, exclude))
       files.push_back(std::move(path));
   }

@@ -89,7 +89,7 @@ public:
     bytes_.reset();
     // A name that leads to another folder is not followed.
     if (name_.find_first_of("/\\:") == name_.npos)
-      bytes_ = ReadWholeFile(folder_ / fs::path(std::u8string(name_.begin(), name_.end())));
+      bytes_ = ReadWholeFile(folder_ / PathFromUtf8(name_));
     if (!bytes_ || bytes_->size() > INT32_MAX)
       return nullptr;
     source_ = Source(*bytes_);
@@ -146,9 +146,9 @@ void ResetRunValues() {
 InstallerReader::InstallerReader(const fs::path &path) : folder_(path.parent_path()) {
   auto bytes = ReadWholeFile(path);
   if (!bytes)
-    throw PackError("can't read '" + path.string() + "'");
+    throw PackError("can't read '" + ShowPath(path) + "'");
   if (bytes->size() > INT32_MAX)
-    throw PackError("'" + path.string() + "' is too large: an installer has less than 2 GiB");
+    throw PackError("'" + ShowPath(path) + "' is too large: an installer has less than 2 GiB");
   file = std::move(*bytes);
 }
 

@@ -6,6 +6,7 @@
 #include "packer/CodePage.h"
 #include "packer/FlagNames.h"
 #include "packer/InstallerReader.h"
+#include "packer/ReadFile.h"
 #include "packer/Texts.h"
 #include "packer/ValueTree.h"
 #include "packer/Words.h"
@@ -305,7 +306,7 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
     all.WriteOutline(out);
   }
   if (installer.damage)
-    problems << path.string() << ": error: " << Describe(*installer.damage) << "\n";
+    problems << ShowPath(path) << ": error: " << Describe(*installer.damage) << "\n";
   return !installer.damage;
 }
 
@@ -316,7 +317,7 @@ bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
     const bool good = installer.reached >= part.part;
     out << (good ? "good     " : "DAMAGED  ") << part.what;
     if (!good) {
-      out << ": " << Describe(installer.damage.value()) << "\n" << path.string() << ": damaged\n";
+      out << ": " << Describe(installer.damage.value()) << "\n" << ShowPath(path) << ": damaged\n";
       return false;
     }
     if (part.part == Part::kProgram && !installer.program_as_built)
@@ -327,7 +328,7 @@ bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
       out << ": " << installer.records.size();
     out << "\n";
   }
-  out << path.string() << ": sound\n";
+  out << ShowPath(path) << ": sound\n";
   return true;
 }
 

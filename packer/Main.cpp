@@ -1,6 +1,6 @@
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 #include <CLI/App.hpp>
@@ -8,11 +8,16 @@
 #include <CLI/Formatter.hpp>
 
 #include "archive/Format.h"
+#ifdef _WIN32
+#include "core/Windows.h"
+#include <shellapi.h>
+#endif
 #include "packer/Build.h"
 #include "packer/CodePage.h"
 #include "packer/InstallerReport.h"
 #include "packer/OutputFiles.h"
 #include "packer/Product.h"
+#include "packer/ReadFile.h"
 #include "packer/Starter.h"
 
 namespace fs = std::filesystem;
@@ -32,11 +37,27 @@ fs::path FindStub(const fs::path &program) {
 fs::path OwnPath(const char *typed) {
   std::error_code error;
 #ifdef _WIN32
-  const fs::path path = _pgmptr;
+  const fs::path path = _wpgmptr;
 #else
   const fs::path path = fs::read_symlink("/proc/self/exe", error);
 #endif
   return path.empty() ? fs::absolute(typed, error) : path;
+}
+
+// What was typed behind the program's name, in UTF-8.
+std::vector<std::string> Arguments([[maybe_unused]] int argc, [[maybe_unused]] char **argv) {
+#ifdef _WIN32
+  std::vector<std::string> arguments;
+  int count = 0;
+  wchar_t **wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  for (int i = 1; i < count; ++i)
+    arguments.push_back(ShowPath(wide[i]));
+  LocalFree(wide);
+  SetConsoleOutputCP(CP_UTF8);
+  return arguments;
+#else
+  return std::vector<std::string>(argv + 1, argv + argc);
+#endif
 }
 
 // The date that reproducible builds are given: no file in an installer is newer.
@@ -98,11 +119,12 @@ public:
     options.add_option("-o,--output", output_, "The manifest to write (setup.toml); never overwrites one");
   }
   bool Run(const fs::path &) override {
-    if (fs::exists(output_))
+    const fs::path output = PathFromUtf8(output_);
+    if (fs::exists(output))
       throw PackError("'" + output_ + "' exists already");
-    const std::string text = StarterManifest(folder_, output_);
+    const std::string text = StarterManifest(PathFromUtf8(folder_), output);
     const Bytes bytes(text.begin(), text.end());
-    WriteOutputFiles({{output_, &bytes}});
+    WriteOutputFiles({{output, &bytes}});
     std::cout << output_ << " written. Look through it, then: korbpack build " << output_ << "\n";
     return true;
   }
@@ -124,9 +146,9 @@ public:
   }
   bool Run(const fs::path &program) override {
     BuildRequest request;
-    request.manifest = manifest_;
-    request.output = output_.empty() ? fs::path(manifest_).replace_extension(".exe") : fs::path(output_);
-    request.stub = stub_.empty() ? FindStub(program) : fs::path(stub_);
+    request.manifest = PathFromUtf8(manifest_);
+    request.output = output_.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(output_);
+    request.stub = stub_.empty() ? FindStub(program) : PathFromUtf8(stub_);
     request.newest = ReadSourceDate();
     return BuildFromManifest(request, std::cout, std::cerr);
   }
@@ -145,7 +167,9 @@ public:
     options.add_flag("--json", json_, "As JSON, with all texts in full");
     AddCodePage();
   }
-  bool Run(const fs::path &) override { return InspectInstaller(installer_, page_, json_, std::cout, std::cerr); }
+  bool Run(const fs::path &) override {
+    return InspectInstaller(PathFromUtf8(installer_), page_, json_, std::cout, std::cerr);
+  }
 
 private:
   bool json_ = false;
@@ -158,7 +182,7 @@ public:
                 "  korbpack verify setup.exe           its volumes are looked for beside it") {
     AddInstaller();
   }
-  bool Run(const fs::path &) override { return VerifyInstaller(installer_, std::cout); }
+  bool Run(const fs::path &) override { return VerifyInstaller(PathFromUtf8(installer_), std::cout); }
 };
 
 class Extract : public Command {
@@ -170,7 +194,9 @@ public:
     options.add_option("folder", folder_, "Where to; empty or not there yet")->required();
     AddCodePage();
   }
-  bool Run(const fs::path &) override { return ExtractInstaller(installer_, folder_, page_, std::cout, std::cerr); }
+  bool Run(const fs::path &) override {
+    return ExtractInstaller(PathFromUtf8(installer_), PathFromUtf8(folder_), page_, std::cout, std::cerr);
+  }
 
 private:
   std::string folder_;
@@ -188,7 +214,13 @@ int main(int argc, char **argv) {
   Inspect inspect(app);
   Verify verify(app);
   Extract extract(app);
-  CLI11_PARSE(app, argc, argv);
+  std::vector<std::string> arguments = Arguments(argc, argv);
+  std::reverse(arguments.begin(), arguments.end());
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::ParseError &end) {
+    return app.exit(end);
+  }
   try {
     for (Command *command :
          {static_cast<Command *>(&init), static_cast<Command *>(&build), static_cast<Command *>(&inspect),

@@ -85,7 +85,7 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
 }
 
 fs::path ManifestContext::InputPath(const std::string &name) const {
-  return folder / fs::path(std::u8string(name.begin(), name.end()));
+  return folder / PathFromUtf8(name);
 }
 
 std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, Place place) {

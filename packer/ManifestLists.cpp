@@ -1,5 +1,6 @@
 #include "packer/CodePage.h"
 #include "packer/ManifestContext.h"
+#include "packer/ReadFile.h"
 #include "packer/Texts.h"
 
 namespace korb::packer {
@@ -110,7 +111,7 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
     return std::nullopt;
   try {
     return toml::parse(std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size()),
-                       context.InputPath(name).generic_string());
+                       ShowPath(context.InputPath(name)));
   } catch (const toml::parse_error &error) {
     context.findings.Error(PlaceOf(error.source()), std::string(error.description()));
     return std::nullopt;

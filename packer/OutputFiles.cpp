@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "packer/Product.h"
+#include "packer/ReadFile.h"
 
 namespace korb::packer {
 
@@ -28,7 +29,7 @@ public:
     stream.write(reinterpret_cast<const char *>(file.bytes->data()), static_cast<std::streamsize>(file.bytes->size()));
     stream.close();
     if (!stream)
-      throw PackError("can't write '" + file.path.string() + "': " + std::generic_category().message(errno));
+      throw PackError("can't write '" + ShowPath(file.path) + "': " + std::generic_category().message(errno));
   }
 
   static fs::path PendingName(fs::path path) {
@@ -46,14 +47,14 @@ void WriteOutputFiles(const std::vector<OutputFile> &files) {
   PendingFiles pending;
   for (const OutputFile &file : files) {
     if (fs::exists(file.path) && !fs::is_regular_file(file.path))
-      throw PackError("'" + file.path.string() + "' is no file that could be replaced");
+      throw PackError("'" + ShowPath(file.path) + "' is no file that could be replaced");
     pending.Write(file);
   }
   for (const OutputFile &file : files) {
     std::error_code error;
     fs::rename(PendingFiles::PendingName(file.path), file.path, error);
     if (error)
-      throw PackError("can't write '" + file.path.string() + "': " + error.message());
+      throw PackError("can't write '" + ShowPath(file.path) + "': " + error.message());
   }
 }
 

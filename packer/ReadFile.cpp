@@ -21,4 +21,18 @@ std::optional<Bytes> ReadWholeFile(const fs::path &path) {
   return bytes;
 }
 
+fs::path PathFromUtf8(const std::string &utf8) {
+  return fs::path(std::u8string(utf8.begin(), utf8.end()));
+}
+
+std::string ShowPath(const fs::path &path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
+}
+
+std::string ManifestPath(const fs::path &path) {
+  const std::u8string text = path.generic_u8string();
+  return std::string(text.begin(), text.end());
+}
+
 } // namespace korb::packer

@@ -61,11 +61,6 @@ constexpr char kMore[] =
 #command = '"%InstallDir%\thing.exe" "%1"'
 )";
 
-std::string Utf8(const fs::path &path) {
-  const std::u8string text = path.generic_u8string();
-  return std::string(text.begin(), text.end());
-}
-
 std::string Quoted(const std::string &text) {
   std::string out = "\"";
   for (char c : text)
@@ -97,6 +92,15 @@ std::string Pages(const std::vector<std::string> &files, const std::string &pref
   return pages + "\n";
 }
 
+// The folder's name, or, when that is one that folders of files have, the name of the folder with the manifest.
+std::string ProductName(const fs::path &folder, const fs::path &home) {
+  const std::string name = ManifestPath(folder.filename());
+  for (const char *usual : {"files", "bin", "build", "dist", "out", "output", "release"})
+    if (LowerCase(name) == usual)
+      return ManifestPath((folder == home ? home.parent_path() : home).filename());
+  return name;
+}
+
 // A program at the top is what users start.
 bool IsStarted(const std::string &file) {
   const std::string lower = LowerCase(file);
@@ -109,38 +113,39 @@ bool IsStarted(const std::string &file) {
 std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
   std::error_code error;
   if (!fs::is_directory(folder, error))
-    throw PackError("'" + folder.string() + "' is no folder");
+    throw PackError("'" + ShowPath(folder) + "' is no folder");
   const std::vector<std::string> files = ListFiles(folder, {}, {});
   if (files.empty())
-    throw PackError("there is no file in '" + folder.string() + "'");
+    throw PackError("there is no file in '" + ShowPath(folder) + "'");
 
   const fs::path home = fs::weakly_canonical(fs::absolute(manifest)).parent_path();
   const fs::path top = fs::weakly_canonical(folder);
-  const std::string source = Utf8(top.lexically_relative(home));
+  const std::string source = ManifestPath(top.lexically_relative(home));
   const std::string prefix = source == "." ? std::string() : source + "/";
-  std::string name = Utf8(top.filename()), version = "1.0", programs;
+  std::string name = ProductName(top, home), version = "1.0", programs;
   std::replace(name.begin(), name.end(), '"', '\'');
   for (const std::string &file : files) {
     if (!IsStarted(file))
       continue;
     if (programs.empty())
-      if (const auto bytes = ReadWholeFile(top / fs::path(std::u8string(file.begin(), file.end()))))
+      if (const auto bytes = ReadWholeFile(top / PathFromUtf8(file)))
         version = FileVersionOf(*bytes).value_or(version);
     programs += "[[file]]\nsource = " + Quoted(prefix + file) +
                 "\nstart_menu = true\n#desktop = true\nlabel = " + Quoted(file.substr(0, file.size() - 4)) + "\n\n";
   }
 
   const fs::path installer = fs::path(manifest.filename()).replace_extension(".exe");
-  const bool inside = !Utf8(home.lexically_relative(top)).starts_with("..");
-  const std::string where =
-      Utf8(home.lexically_relative(top)) == "." ? std::string() : Utf8(home.lexically_relative(top)) + "/";
+  const bool inside = !ManifestPath(home.lexically_relative(top)).starts_with("..");
+  const std::string where = ManifestPath(home.lexically_relative(top)) == "."
+                                ? std::string()
+                                : ManifestPath(home.lexically_relative(top)) + "/";
   std::string text = kHead;
-  text.replace(text.find("MANIFEST"), 8, Utf8(manifest.filename()));
+  text.replace(text.find("MANIFEST"), 8, ManifestPath(manifest.filename()));
   text +=
       "name = " + Quoted(name) + "\nversion = " + Quoted(version) + "\n" + kSettings + Pages(files, prefix) + programs;
   text += "[[tree]]\nsource = " + Quoted(source) + "\n";
-  text += inside ? "exclude = [" + Quoted(where + Utf8(manifest.filename())) + ", " + Quoted(where + Utf8(installer)) +
-                       "]\n"
+  text += inside ? "exclude = [" + Quoted(where + ManifestPath(manifest.filename())) + ", " +
+                       Quoted(where + ManifestPath(installer)) + "]\n"
                  : "#exclude = [\"*.pdb\", \"old/**\"]\n";
   return text + "\n" + kMore;
 }
