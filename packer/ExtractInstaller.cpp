@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <set>
 
 #include "packer/CodePage.h"
 #include "packer/InstallerReader.h"
@@ -16,14 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Names that Windows has for devices, in every folder and with any extension.
-bool IsDevice(const std::string &part) {
-  const std::string stem = LowerCase(part.substr(0, part.find('.')));
-  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
-  return kDevices.contains(stem) ||
-         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
-}
-
 // One part of a path as every system takes it: no way up, no drive, no stream, no device.
 std::string SafePart(std::string part) {
   for (char &c : part)
@@ -31,7 +22,7 @@ std::string SafePart(std::string part) {
         std::string_view("<>:\"|?*").find(c) != std::string_view::npos)
       c = '_';
   part.erase(part.find_last_not_of(". ") + 1);
-  return IsDevice(part) ? "_" + part : part;
+  return IsDeviceName(part) ? "_" + part : part;
 }
 
 // The parts of `name` that are left; never none.

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <map>
 
 #include "packer/ProductCheck.h"
@@ -42,6 +43,8 @@ private:
       Error("'" + name_ + "' is no relative path that Windows could have");
     if (("\\" + name_ + "\\").find("\\..\\") != std::string::npos)
       Error("'..' in a name leads out of the product's directory: use 'target'");
+    if (HasUnusablePart())
+      Error("a part of '" + name_ + "' is a device, or ends in a dot or a space, which Windows drops");
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
@@ -50,6 +53,17 @@ private:
     const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
       Warn("the folder in its name is not created there: the file fails unless the folder exists");
+  }
+
+  bool HasUnusablePart() const {
+    for (size_t begin = 0; begin <= name_.size();) {
+      const size_t end = std::min(name_.find('\\', begin), name_.size());
+      const std::string part = name_.substr(begin, end - begin);
+      if (IsDeviceName(part) || part.ends_with(' ') || (part.ends_with('.') && part != ".."))
+        return true;
+      begin = end + 1;
+    }
+    return false;
   }
 
   // Of the whole path, with the directory that is proposed on most systems; variables count as they are written.
@@ -102,6 +116,13 @@ private:
       return;
     if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
       Error("'" + file_->label + "' can't be the file name of a shortcut");
+    if (!file_->label.empty()) {
+      const uint32_t where = Is(KindStartup) ? 0 : file_->flags & FF_SHORTCUTS;
+      const auto [before, is_new] =
+          titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
+      if (!is_new)
+        Warn("its shortcut has the title of an earlier one, which it replaces");
+    }
     for (const Language &language : product_.languages)
       if (file_->label.empty() && (language.texts.size() <= 38 || IsBlank(language.texts[38])))
         Error("its shortcut has no title, and text 38 (shortcut_title) of '" + language.name + "' is blank");
@@ -131,7 +152,7 @@ private:
   const FileEntry *file_ = nullptr;
   bool has_path_ = false; // an explicit destination, not only a new name
   std::string name_;      // under which it is installed
-  std::map<std::string, Place> seen_;
+  std::map<std::string, Place> seen_, titles_;
 };
 
 } // namespace

@@ -57,6 +57,8 @@ void CheckAssociation(const Association &association, const Product &product, Fi
     error("without an extension it is passed over");
   if (IsBlank(association.verb))
     error("it has no verb, so the uninstaller can't take it back");
+  if (IsBlank(association.command))
+    findings.Warn(association.place, "association of '" + association.extension + "': its verb has no command");
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
     if (text->find("~!~") != text->npos || text->find_first_of("\r\n") != text->npos || HoldsRecordMarker(*text))
       error("extension, class and verb must not hold \"~!~\", a line end, \"[Strings]\" or \"[Associations]\"");
@@ -74,6 +76,8 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
   const bool own = std::any_of(std::begin(kOwnValues), std::end(kOwnValues),
                                [&](const char *name) { return LowerCase(name) == LowerCase(value.name); });
   const std::string what = "uninstall value '" + value.name + "': ";
+  if (IsBlank(value.name))
+    findings.Error(value.place, what + "it has no name");
   if (own)
     findings.Warn(value.place, what + "it overwrites a value that the uninstaller reads" +
                                    (LowerCase(value.name) == "displayname"

@@ -36,6 +36,7 @@ void ReadProduct(ManifestContext &context, ManifestTable table) {
   const FileTime expiry = context.Time(table, "expires").value_or(FileTime{});
   product.expiry = {expiry.year, expiry.month, expiry.day};
   product.places["product.expires"] = table.PlaceOfKey("expires");
+  product.places["product.excluded_platforms"] = table.PlaceOfKey("excluded_platforms");
   product.excluded_platforms = static_cast<uint32_t>(table.NamedBits("excluded_platforms", kPlatforms).value_or(0));
   table.RefuseUnknown();
 }

@@ -1,10 +1,19 @@
 #include "packer/ProductCheck.h"
 
+#include <chrono>
+
 #include "packer/TextTests.h"
 
 namespace korb::packer {
 
 namespace {
+
+bool IsOver(const Day &day) {
+  using namespace std::chrono;
+  const year_month_day last{year(day.year), month(static_cast<unsigned>(day.month)),
+                            std::chrono::day(static_cast<unsigned>(day.day))};
+  return sys_days(last) < floor<days>(system_clock::now());
+}
 
 void CheckNames(const Product &product, Findings &findings) {
   const auto error = [&](const char *key, const char *message) {
@@ -34,6 +43,29 @@ void CheckNames(const Product &product, Findings &findings) {
   const Day &expiry = product.expiry;
   if (expiry.month != 0 && (!IsCalendarDay(expiry.year, expiry.month, expiry.day) || expiry.year < 1600))
     error("product.expires", "is a day that doesn't exist");
+  else if (expiry.month != 0 && IsOver(expiry))
+    findings.Warn(product.PlaceOf("product.expires"), "'product.expires' is over: the installer won't run");
+  if (product.excluded_platforms & 1)
+    findings.Warn(product.PlaceOf("product.excluded_platforms"),
+                  "\"other\" is every Windows after XP: the installer won't run on any of them");
+  const std::string &key = product.registry_key;
+  if (LowerCase(key).starts_with("software\\"))
+    findings.Warn(product.PlaceOf("product.registry_key"), "'product.registry_key' stands below Software already");
+  else if (!key.empty() && key.find('\\') == key.npos && product.Has(IF_UNINSTALL))
+    findings.Warn(
+        product.PlaceOf("product.registry_key"),
+        "'product.registry_key' is removed at uninstall with all that it holds: below a publisher's key it would "
+        "take only the product's own");
+}
+
+// What the installation directory or the common one may be: a path, perhaps with variables, or with one of the marks.
+bool IsDirectoryText(std::string text) {
+  for (const char *mark : {"<os>", "<master>"})
+    if (const size_t at = LowerCase(text).find(mark); at != text.npos)
+      text.erase(at, std::string_view(mark).size());
+  if (text.size() > 1 && text[1] == ':')
+    text.erase(1, 1);
+  return !HoldsIllegalCharacter(text);
 }
 
 void CheckDirectories(const Product &product, Findings &findings) {
@@ -46,6 +78,10 @@ void CheckDirectories(const Product &product, Findings &findings) {
       findings.Error(product.PlaceOf(key), "'" + std::string(key) +
                                                "' must not hold ';', \"[Strings]\" or \"[Associations]\", which divide "
                                                "the uninstaller's record");
+  for (size_t i = 0; i < 4; ++i) // those that lead to folders
+    if (i < 2 ? !IsDirectoryText(texts[i].second) : HoldsIllegalCharacter(texts[i].second))
+      findings.Error(product.PlaceOf(texts[i].first),
+                     "'" + std::string(texts[i].first) + "' holds a character that no folder's name can have");
   if (LowerCase(product.install_dir) == "<master>" && !product.Has(IF_MASTER_PRODUCT))
     findings.Error(product.PlaceOf("install.directory"), "\"<master>\" needs a 'product.master_product'");
   const std::string &subdir = product.uninstall_subdir;

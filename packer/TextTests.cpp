@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <set>
 
 namespace korb::packer {
 
@@ -29,6 +30,13 @@ bool HoldsIllegalCharacter(std::string_view name) {
   return std::any_of(name.begin(), name.end(), [](char c) {
     return static_cast<unsigned char>(c) < 0x20 || std::string_view("<>:\"|?*/").find(c) != std::string_view::npos;
   });
+}
+
+bool IsDeviceName(std::string_view part) {
+  const std::string stem = LowerCase(part.substr(0, part.find('.')));
+  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
+  return kDevices.contains(stem) ||
+         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
 }
 
 bool HoldsHugeNumber(std::string_view text, int64_t most) {

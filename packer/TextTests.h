@@ -22,6 +22,9 @@ bool HoldsRecordMarker(std::string_view text);
 /// Characters that Windows has in no file name, and control characters.
 bool HoldsIllegalCharacter(std::string_view name);
 
+/// Whether Windows takes one part of a path for a device, with any extension, in any folder.
+bool IsDeviceName(std::string_view part);
+
 /// Whether one of the runs of digits in `text` is above `most`.
 bool HoldsHugeNumber(std::string_view text, int64_t most = INT32_MAX);
 

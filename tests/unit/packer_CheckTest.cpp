@@ -8,6 +8,7 @@
 #include "packer/Texts.h"
 
 using namespace korb;
+using packer::Day;
 using packer::Product;
 
 namespace {
@@ -64,6 +65,19 @@ TEST_CASE("names and options that an installer can't work with are refused, idle
       {"", [](auto &p) { p.version = "1.2147483647"; }},
       {"error: 'payload.volume_name' has to be the beginning of a file name, even without volumes",
        [](auto &p) { p.volume_base_name = " \t"; }},
+      {"warning: 'product.expires' is over: the installer won't run",
+       [](auto &p) {
+         p.expiry = Day{2001, 2, 28};
+       }},
+      {"warning: \"other\" is every Windows after XP: the installer won't run on any of them",
+       [](auto &p) { p.excluded_platforms = 0x41; }},
+      {"warning: 'product.registry_key' stands below Software already",
+       [](auto &p) { p.registry_key = "SOFTWARE\\Maker\\Thing"; }},
+      {"error: 'install.directory' holds a character that no folder's name can have",
+       [](auto &p) { p.install_dir = "C:\\a?"; }},
+      {"", [](auto &p) { p.install_dir = "<OS>\\%Temp%\\x", p.common_dir = "D:\\x"; }},
+      {"error: 'install.start_menu' holds a character that no folder's name can have",
+       [](auto &p) { p.start_menu = "Maker/Thing"; }},
       {"error: 'product.expires' is a day that doesn't exist",
        [](auto &p) {
          p.expiry = {2001, 2, 29};
@@ -154,6 +168,13 @@ TEST_CASE("files are refused that the installer or the uninstaller would lose") 
            "': its path has more than 259 characters where the product is proposed to go, which most systems refuse",
        [](auto &p) { p.files[0].name.assign(238, 'x'); }},
       {"", [](auto &p) { p.files[0].name.assign(236, 'x'); }},
+      {"error: file 'a\\AUX.h': a part of 'a\\AUX.h' is a device, or ends in a dot or a space, which Windows drops",
+       [](auto &p) { p.files[0].name = "a\\AUX.h"; }},
+      {"warning: file 'b': its shortcut has the title of an earlier one, which it replaces",
+       [](auto &p) {
+         p.files[0].label = "T", p.files[0].flags = FF_DESKTOP;
+         p.files.push_back(p.files[0]), p.files[1].name = "b";
+       }},
       {"error: file 'a*b': 'a*b' is no relative path that Windows could have",
        [](auto &p) { p.files[0].name = "a*b"; }},
       {"error: file '..\\x': '..' in a name leads out of the product's directory: use 'target'",
@@ -183,6 +204,7 @@ TEST_CASE("lists are refused where the installer would call them damaged or the 
   const auto associate = [](Product &p, const char *extension, const char *file_class, const char *verb) {
     Association association;
     association.extension = extension, association.file_class = file_class, association.verb = verb;
+    association.command = "x.exe";
     p.associations.push_back(association);
   };
   const auto remove = [](int8_t kind, const char *value) {

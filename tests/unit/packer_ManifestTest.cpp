@@ -285,8 +285,7 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
   const ReadResult file = folder.Read("[[language]]\nname='Fran\u00E7ais'\nfile='fr.toml'\n"
                                       "[language.texts]\nok_button='Suite'");
   CHECK(file.product.languages.at(0).texts[48] + file.product.languages[0].texts[49] == "SuiteAnnuler");
-  CHECK(file.report.find((folder.Path() / "fr.toml").generic_string() + ":3:1: error: unknown text 'none'") !=
-        std::string::npos);
+  CHECK(file.report.find("fr.toml:3:1: error: unknown text 'none'") != std::string::npos);
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
