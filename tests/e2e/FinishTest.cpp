@@ -4,29 +4,12 @@
 #include <filesystem>
 #include <functional>
 
+#include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 
 using namespace korb::test;
 
 namespace {
-
-/// A file that somebody uses, until Release.
-class LockedFile {
-public:
-  explicit LockedFile(const std::string &path) {
-    handle_ = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    REQUIRE(handle_ != INVALID_HANDLE_VALUE);
-  }
-  ~LockedFile() { Release(); }
-  void Release() {
-    if (handle_ != INVALID_HANDLE_VALUE)
-      CloseHandle(handle_);
-    handle_ = INVALID_HANDLE_VALUE;
-  }
-
-private:
-  HANDLE handle_;
-};
 
 bool Becomes(const std::function<bool()> &condition) {
   for (int i = 0; i < 400; ++i) {
@@ -39,11 +22,6 @@ bool Becomes(const std::function<bool()> &condition) {
 
 bool Exists(const std::string &path) {
   return std::filesystem::exists(path);
-}
-
-/// What the system of a program of this name says that it is.
-void SetWindowsVersion(const std::string &program, const std::string &version) {
-  REQUIRE(Run("reg add \"HKCU\\Software\\Wine\\AppDefaults\\" + program + "\" /v Version /d " + version + " /f") == 0);
 }
 
 } // namespace
@@ -156,13 +134,13 @@ installed_caption = "Done"
     std::filesystem::remove("C:\\waiting");
     for (const char *file : {"used file.txt", "old file.txt", "other.txt"})
       WriteFileBytes(home + file, "old");
-    LockedFile used(home + "used file.txt"), old(home + "old file.txt"), other(home + "other.txt");
+    HeldFile used((home + "used file.txt").c_str()), old((home + "old file.txt").c_str()),
+        other((home + "other.txt").c_str());
 
     Process setup = product.Start("/a");
     REQUIRE(Becomes([] { return Exists("C:\\waiting"); }));
-    const std::string log = FileBytes(home + "Install.LOG");
     const std::string in_use = "Sharing violation.\r\n";
-    const std::string said = log.substr(log.find("\r\n\r\n", 2) + 4);
+    const std::string said = InstallLog(home);
     const size_t temporary_at = said.find("Temporary file is ") + 18;
     const std::string temporary = said.substr(temporary_at, said.find("\r\n", temporary_at) - temporary_at);
     CHECK(said == "File '" + home + "old file.txt' will be deleted after rebooting: " + in_use +

@@ -76,12 +76,6 @@ void SetClass(const char *key, const char *text) {
   REQUIRE(RegSetValueA(HKEY_CLASSES_ROOT, key, REG_SZ, text, 0) == ERROR_SUCCESS);
 }
 
-std::string Log(const std::string &home) {
-  const std::string log = FileBytes(home + "\\Install.LOG");
-  const size_t start = log.find("\r\n\r\n", 2);
-  return start == std::string::npos ? log : log.substr(start + 4);
-}
-
 /// The list of what goes at uninstall.
 std::string Recorded(const std::string &home) {
   const std::string record = FileBytes(home + "\\Uninstall.DAT");
@@ -143,14 +137,15 @@ installed_caption = "Done"
   CHECK(Recorded("C:\\Links") == "C:\\Links\\a.exe\r\nC:\\Links\\b.exe\r\n" + desktop + "Do A.LNK\r\n" + menu +
                                      "Do A.LNK\r\n" + startup + "\r\n" + desktop + "Drop it.LNK\r\n" + menu +
                                      "Drop it.LNK\r\nC:\\Links\\Drop it.LNK\r\n");
-  CHECK(Log("C:\\Links") == "a.exe -> C:\\Links\\a.exe\r\nb.exe -> C:\\Links\\b.exe\r\nc.exe -> C:\\Links\\c.exe\r\n"
-                            "Desktop Shortcut(Do A) -> " +
-                                desktop + "Do A.LNK\r\nStart Menu Shortcut(Do A) -> " + menu +
-                                "Do A.LNK\r\nStartup Shortcut(Sub\\My.Lnk.file) -> " + startup +
-                                "\r\nDesktop Shortcut(Shortcut to c.exe) -> " + desktop +
-                                "Shortcut to c.exe.LNK\r\nDesktop Shortcut(Drop it) -> " + desktop +
-                                "Drop it.LNK\r\nUninstaller Shortcut -> " + menu +
-                                "Drop it.LNK\r\nUninstaller Shortcut -> C:\\Links\\Drop it.LNK\r\n\r\nDone\r\n\r\n");
+  CHECK(InstallLog("C:\\Links") ==
+        "a.exe -> C:\\Links\\a.exe\r\nb.exe -> C:\\Links\\b.exe\r\nc.exe -> C:\\Links\\c.exe\r\n"
+        "Desktop Shortcut(Do A) -> " +
+            desktop + "Do A.LNK\r\nStart Menu Shortcut(Do A) -> " + menu +
+            "Do A.LNK\r\nStartup Shortcut(Sub\\My.Lnk.file) -> " + startup +
+            "\r\nDesktop Shortcut(Shortcut to c.exe) -> " + desktop +
+            "Shortcut to c.exe.LNK\r\nDesktop Shortcut(Drop it) -> " + desktop +
+            "Drop it.LNK\r\nUninstaller Shortcut -> " + menu +
+            "Drop it.LNK\r\nUninstaller Shortcut -> C:\\Links\\Drop it.LNK\r\n\r\nDone\r\n\r\n");
 }
 
 TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in its way is reported") {
@@ -179,7 +174,7 @@ file_failed = "Failed:"
   const std::string menu = ShellFolder(CSIDL_COMMON_PROGRAMS) + "\\Group\\A.LNK";
   WriteFileBytes(group, "in the way");
   product.Install();
-  const std::string log = Log("C:\\Group");
+  const std::string log = InstallLog("C:\\Group");
   CHECK(log.find("Failed to create directory " + group + ": ") != std::string::npos);
   CHECK(log.find("Failed: " + group + "\\A.LNK\r\n") != std::string::npos);
   CHECK(log.find("Start Menu Shortcut(A) -> " + menu + "\r\n") != std::string::npos);
@@ -189,7 +184,7 @@ file_failed = "Failed:"
   std::filesystem::remove("C:\\Group\\Install.LOG");
   product.Install();
   CHECK(DescribeLink(group + "\\A.LNK") == "C:\\Group\\a.exe||C:\\Group|C:\\Group\\a.exe,0");
-  CHECK(Log("C:\\Group").find("Desktop Folder Shortcut(A) -> " + group + "\\A.LNK\r\n") != std::string::npos);
+  CHECK(InstallLog("C:\\Group").find("Desktop Folder Shortcut(A) -> " + group + "\\A.LNK\r\n") != std::string::npos);
   CHECK(Recorded("C:\\Group") == "~" + group + "\r\n");
 }
 
@@ -264,7 +259,7 @@ language = "english"
     product.Install();
     CHECK(Classes({".free", ".owned", "FreeFile", ".foreign", "ForeignFile", ".none", ".bare", ".other",
                    "OtherFile"}) == expected);
-    CHECK(Log("C:\\Types").find("Failed to associate") == std::string::npos);
+    CHECK(InstallLog("C:\\Types").find("Failed to associate") == std::string::npos);
     CHECK(FileBytes("C:\\Types\\Uninstall.DAT")
               .ends_with("\r\n\r\n[Associations]\r\n.free~!~FreeFile~!~open\r\n.owned~!~FreeFile~!~print\r\n"
                          ".foreign~!~ForeignFile~!~view\r\n"));

@@ -14,8 +14,14 @@ public:
       : handle_(CreateFileA(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
     REQUIRE(handle_ != INVALID_HANDLE_VALUE);
   }
-  ~HeldFile() { CloseHandle(handle_); }
+  ~HeldFile() { Release(); }
   HeldFile(const HeldFile &) = delete;
+
+  void Release() {
+    if (handle_ != INVALID_HANDLE_VALUE)
+      CloseHandle(handle_);
+    handle_ = INVALID_HANDLE_VALUE;
+  }
 
 private:
   HANDLE handle_;

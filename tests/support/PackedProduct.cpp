@@ -43,6 +43,28 @@ void PackedProduct::Install() const {
     throw std::runtime_error("the installer does not come to an end");
 }
 
+std::string InstallLog(const std::string &home) {
+  const std::string log = FileBytes(home + "\\Install.LOG");
+  const size_t heading_end = log.find("\r\n\r\n", log.rfind("\r\nInstall date"));
+  return heading_end == std::string::npos ? log : log.substr(heading_end + 4);
+}
+
+std::string MachineValue(const std::string &key, const std::string &name) {
+  union {
+    char text[1000];
+    DWORD number;
+  } value{};
+  DWORD size = sizeof value - 1, type = REG_NONE;
+  if (RegGetValueA(HKEY_LOCAL_MACHINE, key.c_str(), name.c_str(), RRF_RT_REG_SZ | RRF_RT_REG_DWORD, &type, &value,
+                   &size) != ERROR_SUCCESS)
+    return "missing";
+  return type == REG_DWORD ? std::to_string(value.number) : value.text;
+}
+
+void SetWindowsVersion(const std::string &program, const std::string &version) {
+  Run("reg add \"HKCU\\Software\\Wine\\AppDefaults\\" + program + "\" /v Version /d " + version + " /f");
+}
+
 std::string FileBytes(const std::string &path) {
   std::ifstream file(path, std::ios::binary);
   if (!file)

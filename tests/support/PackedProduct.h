@@ -34,6 +34,15 @@ private:
   std::string installer_;
 };
 
+/// What the last installation into `home` wrote to its log below the heading, its report and notes.
+std::string InstallLog(const std::string &home);
+
+/// A text or number below HKEY_LOCAL_MACHINE; "missing" when it isn't there.
+std::string MachineValue(const std::string &key, const std::string &name);
+
+/// What the system of a program of this name says that it is, as Wine calls it: "win98".
+void SetWindowsVersion(const std::string &program, const std::string &version);
+
 /// A file's bytes. Throws std::runtime_error when it can't be read.
 std::string FileBytes(const std::string &path);
 void WriteFileBytes(const std::string &path, const std::string &bytes);
