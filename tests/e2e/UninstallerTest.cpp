@@ -39,6 +39,8 @@ TEST_CASE("the uninstaller is the program again, and runs") {
     CHECK(image.size() - stub.size() < 0x1000 + 10); // some padding, no archive
     CHECK((image.substr(0x400, stub.size() - 0x400) == stub.substr(0x400)));
     CHECK((image.find("signature") != std::string::npos) == signed_behind);
+    product.Install();
+    CHECK((FileBytes("C:\\Program Files\\Thing\\Uninstall.exe") == image));
 
     const std::string path = product.Folder() + "\\uninstall.exe";
     WriteFileBytes(path, image);

@@ -1,0 +1,207 @@
+// What an installation leaves behind, and that its uninstaller leaves nothing.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <regex>
+#include <sstream>
+
+#include "packer/Build.h"
+#include "tests/support/PackedProduct.h"
+#include "tests/support/Snapshot.h"
+#include "tests/support/Uninstallation.h"
+
+using namespace korb;
+using namespace korb::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A folder of this machine, on the drive that leads there.
+fs::path Given(const char *variable) {
+  const char *folder = std::getenv(variable);
+  REQUIRE(folder);
+  return "Z:" + std::string(folder);
+}
+
+/// Compares `text` with the file of this name, which has no carriage returns; with KORB_REGENERATE set, writes it.
+void CheckWhole(const char *name, const std::string &text) {
+  const fs::path path = Given("KORB_EXPECTED") / name;
+  const std::string shown = std::regex_replace(text, std::regex("\r"), "");
+  CHECK(std::count(text.begin(), text.end(), '\n') == std::count(text.begin(), text.end(), '\r'));
+  if (std::getenv("KORB_REGENERATE"))
+    WriteFileBytes(path.string(), shown);
+  CHECK(shown == FileBytes(path.string()));
+}
+
+std::string BuildExample(const std::string &name) {
+  const fs::path setup = fs::path("C:\\") / name / "setup.exe";
+  fs::create_directories(setup.parent_path());
+  std::ostringstream summary, problems;
+  REQUIRE(packer::BuildFromManifest({Given("KORB_EXAMPLES") / name / "setup.toml", setup, "korb.exe", {}}, summary,
+                                    problems));
+  return setup.string();
+}
+
+const std::regex kDate("[0-9]+(/|-)[0-9A-Za-z]+(/|-)[0-9]+ [0-9]+:[0-9]+:[0-9]+[ap]");
+
+/// The Uninstall key of `name`, a line for each value.
+std::string KeyText(const std::string &name) {
+  Snapshot key;
+  const std::string path = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + name;
+  AddKey(key, HKEY_LOCAL_MACHINE, path);
+  std::string text;
+  for (auto [value, what] : key) {
+    if (what[0] == '4') { // a number
+      uint32_t number;
+      memcpy(&number, &what[2], sizeof number);
+      what = "4 " + std::to_string(number);
+    }
+    text += value.substr(path.size()) + " = " + std::regex_replace(what.c_str(), kDate, "<date>") + "\n";
+  }
+  return std::regex_replace(text, std::regex("\r\n"), "\\r\\n\n");
+}
+
+void CheckRecord(const std::string &product, const std::string &directory, const std::string &name) {
+  CheckWhole((product + "-record.txt").c_str(), FileBytes(directory + "\\Uninstall.DAT"));
+  if (fs::exists(directory + "\\Install.LOG"))
+    CheckWhole((product + "-log.txt").c_str(),
+               std::regex_replace(FileBytes(directory + "\\Install.LOG"), kDate, "<date>"));
+  const std::string text = KeyText(name);
+  CheckWhole((product + "-key.txt").c_str(), std::regex_replace(text, std::regex("\n"), "\r\n"));
+}
+
+/// What a round trip may leave, and why.
+const std::pair<const char *, const char *> kMayDiffer[] = {
+    {"gone C:\\users\\Public\\Desktop",
+     "it was empty before: a removed folder takes along parents that it leaves empty"},
+    {"new C:\\Program Files\\Korb Atlas", "the directory of"},
+    {"new C:\\Program Files\\Korb Atlas\\settings", "the directory of"},
+    {"new C:\\Program Files\\Korb Atlas\\settings\\atlas.cfg", "a file that is to stay"},
+    {"new C:\\autoexec.bat", "made for the search path; its line is gone"},
+    {"new C:\\windows\\system32\\atlas_core.dll", "system files stay when nobody counts them any more"},
+    {"new Software\\Classes\\Had.Owner\\shell\\open|", "a verb's label has no backup"},
+    {"new S-1-5-21-0-0-0-1000\\Console", "the system's, for the first console of a batch"},
+};
+
+bool MayDiffer(const std::string &difference) {
+  return std::any_of(std::begin(kMayDiffer), std::end(kMayDiffer), [&](const auto &one) {
+    return difference == one.first || difference.rfind(std::string(one.first) + "|", 0) == 0;
+  });
+}
+
+void SetDefault(const char *key, const char *value) {
+  RegSetValueA(HKEY_CLASSES_ROOT, key, REG_SZ, value, static_cast<DWORD>(strlen(value)));
+}
+
+/// One of two products that share a file, and file types with who was there before.
+std::string PairManifest(const std::string &name, const std::string &version, const std::string &more) {
+  return "[product]\nname = \"" + name + "\"\nversion = \"" + version +
+         R"("
+publisher = "Pair"
+registry_key = 'Pair\)" +
+         name + R"('
+[install]
+common_directory = "Pair"
+[options]
+always_log = true
+no_reinstall_question = true
+[[file]]
+contents = "shared"
+name = "pair.dll"
+kind = "shared"
+date = 2001-01-01
+)" + more;
+}
+
+const char kFirstVersion[] = R"(
+[[file]]
+contents = "one"
+name = "old/one.txt"
+start_menu = true
+[[file]]
+contents = "mine"
+name = "mine.dll"
+kind = "shared"
+[[association]]
+extension = "had"
+class = "Had.Owner"
+verb = "open"
+command = "'%InstallDir%' %1"
+[[association]]
+extension = "had"
+class = "Pair.Class"
+description = "Pair document"
+verb = "print"
+command = "'%InstallDir%' /p %1"
+[[uninstall_value]]
+name = "Gone"
+value = "with the upgrade"
+)";
+
+const char kSecondVersion[] = R"(
+[[file]]
+contents = "two"
+name = "new/two.txt"
+[[uninstall_value]]
+name = "Gone"
+value = ""
+)";
+
+const char kShared[] = "C:\\Program Files\\Common Files\\Pair\\pair.dll";
+const char kMine[] = "C:\\Program Files\\Common Files\\Pair\\mine.dll";
+
+void InstallPair(const std::string &name, const std::string &version, const char *more) {
+  PackedProduct product(PairManifest(name, version, more));
+  product.Pack("C:\\pair.exe");
+  product.Install();
+}
+
+DWORD Count(const std::string &path) {
+  DWORD count = 0, size = sizeof count;
+  RegGetValueA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs", path.c_str(),
+               RRF_RT_REG_DWORD, nullptr, &count, &size);
+  return count;
+}
+
+} // namespace
+
+TEST_CASE("a product that uses everything leaves the machine as it was") {
+  Run(BuildExample("hello") + " /a"); // its master product
+  const std::string setup = BuildExample("full");
+  DestroyWindow(CreateWindowA("STATIC", "", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr)); // starts the desktop
+  const Snapshot before = TakeSnapshot();
+  Run(setup + " /a");
+  CheckRecord("full", "C:\\Program Files\\Korb Atlas\\Undo", "KorbAtlas");
+  CHECK(Differences(before, TakeSnapshot()).size() > 60);
+  UninstallQuietly("KorbAtlas");
+  for (const std::string &difference : Differences(before, TakeSnapshot())) {
+    CAPTURE(difference);
+    CHECK(MayDiffer(difference));
+  }
+  CHECK(FileBytes("C:\\autoexec.bat").find("Atlas") == std::string::npos);
+}
+
+TEST_CASE("two products leave what was there before, and the last takes what they share") {
+  SetDefault(".had", "Had.Owner");
+  SetDefault("Had.Owner", "Had");
+  SetDefault("Had.Owner\\shell\\open\\command", "before %1");
+  const Snapshot before = TakeSnapshot();
+  InstallPair("Left", "1.0", kFirstVersion);
+  CheckRecord("pair-first", "C:\\Program Files\\Left", "Left");
+  InstallPair("Right", "3", kSecondVersion);
+  CheckRecord("pair-second", "C:\\Program Files\\Right", "Right");
+  CHECK(Count(kShared) == 2);
+  CHECK(Count(kMine) == 1);
+  UninstallQuietly("Left");
+  CHECK(Count(kShared) == 1);
+  CHECK(FileBytes(kShared) == "shared");
+  CHECK(DescribeFile(kMine) == "missing");
+  UninstallQuietly("Right");
+  fs::remove("C:\\pair.exe");
+  for (const std::string &difference : Differences(before, TakeSnapshot())) {
+    CAPTURE(difference);
+    CHECK(MayDiffer(difference));
+  }
+}
