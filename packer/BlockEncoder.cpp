@@ -215,7 +215,7 @@ private:
 
 } // namespace
 
-Bytes PackBlock(std::span<const uint8_t> plain) {
+Bytes PackBlock(std::span<const uint8_t> plain, const Progress &progress) {
   Bytes out;
   PutU32(out, kPackedMagic);
   PutU32(out, static_cast<uint32_t>(plain.size()));
@@ -224,6 +224,8 @@ Bytes PackBlock(std::span<const uint8_t> plain) {
   TokenWriter writer(plain, out);
   for (uint32_t begin = 0; begin < size;) {
     const uint32_t end = begin + std::min(kStretch, size - begin);
+    if (progress)
+      progress("packing", static_cast<int>(uint64_t{begin} * 100 / size));
     parser.Parse(begin, end, writer);
     begin = end;
   }

@@ -66,7 +66,12 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
 } // namespace
 
 bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems) {
+  const auto tell = [&](const char *step) {
+    if (request.progress)
+      request.progress(step, 0);
+  };
   Findings findings;
+  tell("reading");
   Manifest manifest = ReadManifest(request.manifest, request.newest, findings);
   Product &product = manifest.product;
   if (manifest.was_parsed) {
@@ -83,13 +88,14 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     problems << findings.Report(ShowPath(request.manifest));
     if (findings.HasErrors())
       return false;
-    const Installer installer = BuildInstaller(product, *stub);
+    const Installer installer = BuildInstaller(product, *stub, request.progress);
     if (product.Has(IF_UNINSTALL) && installer.tail_size > 0)
       problems << ShowPath(request.manifest) << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
                << " bytes of the payload stay in the uninstaller\n";
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
     manifest.inputs.push_back(request.stub);
     RefuseToOverwrite(outputs, manifest.inputs);
+    tell("writing");
     WriteOutputFiles(outputs);
     Summarise(installer, product, outputs, summary);
     return true;

@@ -5,6 +5,8 @@
 #include <optional>
 #include <ostream>
 
+#include "packer/Progress.h"
+
 namespace korb::packer {
 
 struct BuildRequest {
@@ -12,6 +14,7 @@ struct BuildRequest {
   std::filesystem::path output;  ///< of the installer; its volumes go beside it
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
+  Progress progress = {};
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was

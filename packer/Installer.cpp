@@ -106,8 +106,8 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   return installer;
 }
 
-Installer BuildInstaller(const Product &product, const Bytes &stub) {
-  return AssembleInstaller(product, WriteConfig(product), WritePayload(product), stub);
+Installer BuildInstaller(const Product &product, const Bytes &stub, const Progress &progress) {
+  return AssembleInstaller(product, WriteConfig(product), WritePayload(product, progress), stub);
 }
 
 std::string VolumeFileName(const Product &product, size_t number) {

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <sstream>
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -10,7 +12,11 @@
 #include "archive/Format.h"
 #ifdef _WIN32
 #include "core/Windows.h"
+
+#include <io.h>
 #include <shellapi.h>
+#else
+#include <unistd.h>
 #endif
 #include "packer/Build.h"
 #include "packer/CodePage.h"
@@ -76,6 +82,31 @@ std::string Version() {
   return "korbpack 11.0, archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
          std::to_string(korb::kFormatVersion / 10 % 10);
 }
+
+// One line on a terminal that is written over and taken away at the end; elsewhere nothing.
+class ProgressLine {
+public:
+#ifdef _WIN32
+  bool IsShown() const {
+    return _isatty(_fileno(stderr)) != 0;
+  }
+#else
+  bool IsShown() const {
+    return isatty(STDERR_FILENO) != 0;
+  }
+#endif
+  void Show(const char *step, int percent) const {
+    if (percent > 0)
+      std::fprintf(stderr, "\r%s %d %%   ", step, percent);
+    else
+      std::fprintf(stderr, "\r%s...   ", step);
+    std::fflush(stderr);
+  }
+  void Clear() const {
+    if (IsShown())
+      std::fputs("\r                        \r", stderr);
+  }
+};
 
 constexpr char kExamples[] = R"(Examples:
   korbpack init files                 write setup.toml for the files below a folder
@@ -150,7 +181,15 @@ public:
     request.output = output_.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(output_);
     request.stub = stub_.empty() ? FindStub(program) : PathFromUtf8(stub_);
     request.newest = ReadSourceDate();
-    return BuildFromManifest(request, std::cout, std::cerr);
+    std::ostringstream summary, problems; // behind the line of progress, not within it
+    const ProgressLine line;
+    if (line.IsShown())
+      request.progress = [&](const char *step, int percent) { line.Show(step, percent); };
+    const bool built = BuildFromManifest(request, summary, problems);
+    line.Clear();
+    std::cerr << problems.str();
+    std::cout << summary.str();
+    return built;
   }
 
 private:

@@ -42,7 +42,7 @@ void PutFileTime(Bytes &out, const FileTime &time) {
     PutI32(out, value);
 }
 
-Payload WritePayload(const Product &product) {
+Payload WritePayload(const Product &product, const Progress &progress) {
   Payload payload;
   for (const FileEntry &file : product.files) {
     if (file.contents.size() > kMaxFileSize)
@@ -54,7 +54,7 @@ Payload WritePayload(const Product &product) {
   }
   payload.plain_size = payload.stored.size();
   if (product.Has(IF_PACKED_PAYLOAD) && payload.plain_size > 0) {
-    payload.stored = PackBlock(payload.stored);
+    payload.stored = PackBlock(payload.stored, progress);
     if (payload.stored.size() > kMaxPackedBlock)
       throw PackError("the packed payload has " + std::to_string(payload.stored.size()) +
                       " bytes, but at most 268,435,455 can be unpacked: store it unpacked");

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "packer/Product.h"
+#include "packer/Progress.h"
 
 namespace korb::packer {
 
@@ -22,6 +23,6 @@ struct Payload {
 
 /// Writes the records of all files. Throws PackError for an empty name, a text with a 0 byte, a file above
 /// kMaxFileSize, or a payload beyond what the format can hold.
-Payload WritePayload(const Product &product);
+Payload WritePayload(const Product &product, const Progress &progress = {});
 
 } // namespace korb::packer
