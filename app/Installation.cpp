@@ -27,6 +27,7 @@
 #include "engine/SharedFiles.h"
 #include "engine/Shortcuts.h"
 #include "engine/UninstallData.h"
+#include "engine/UninstallList.h"
 #include "engine/Uninstaller.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
@@ -35,6 +36,8 @@
 #include "system/BatchRunner.h"
 #include "system/ExitSystem.h"
 #include "system/SearchPath.h"
+#include "ui/BackgroundWindow.h"
+#include "ui/Notice.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -139,6 +142,15 @@ void LeaveUninstallData() {
     AppendFileError(ErrorReport, UninstallDataPath());
 }
 
+/// Listed for removal even where it can't be written: an earlier installation may have left one there.
+void SaveBackground() {
+  if (BackgroundImage.is_empty() || !HasInstallFlag(IF_BACKGROUND_BITMAP))
+    return;
+  const String path = BackgroundBitmapPath();
+  BackgroundImage.save(path);
+  AddUninstallEntry(path, kUninstallFile);
+}
+
 /// Whether a batch could be run is its author's business: nobody reports it.
 void RunInstallBatch(const String &script, uint64_t hide) {
   RunBatch(InstallDir, script, HasInstallFlag(hide));
@@ -172,7 +184,8 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   RefusePlatform();
   RequireMasterProduct();
   FindEarlierInstallation();
-  ShowNotice();
+  if (!AutomaticMode && RunNotice())
+    ExitInstaller();
   ShowPages();
   run.DropPages();
   DecideOnReinstall();

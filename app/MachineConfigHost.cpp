@@ -5,10 +5,14 @@
 #include "files/ProgramPaths.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
+#include "ui/BackgroundWindow.h"
+#include "ui/WindowHandles.h"
 
 namespace korb {
 
-void MachineConfigHost::CreateMainWindow() {} // The background window is not built yet.
+void MachineConfigHost::CreateMainWindow() {
+  korb::CreateMainWindow(InstanceHandle, nullptr);
+}
 
 String MachineConfigHost::CommonFilesFolder() {
   return korb::CommonFilesFolder();
@@ -34,6 +38,8 @@ void MachineConfigHost::CreateDirectoryTree(const String &path) {
   korb::CreateDirectoryTree(path.c_str());
 }
 
-void MachineConfigHost::LoadBackground(const String &) {} // The bitmap reader is not built yet.
+void MachineConfigHost::LoadBackground(const String &block) {
+  BackgroundImage.set_block(block, block.length());
+}
 
 } // namespace korb

@@ -5,16 +5,12 @@
 namespace korb {
 
 inline void ChooseLanguage() {}          // Not built yet: the language dialog.
-inline void ShowMainTitle() {}           // Not built yet: the background window's title.
 inline void RefuseExpired() {}           // Not built yet: the last day of the installer.
 inline void RefusePlatform() {}          // Not built yet: the systems that the archive excludes.
 inline void RequireMasterProduct() {}    // Not built yet: the product that must be there.
 inline void FindEarlierInstallation() {} // Not built yet: what the product's Uninstall key tells.
-inline void ShowNotice() {}              // Not built yet: the notice before the pages.
 inline void ShowPages() {}               // Not built yet: licence and readme dialogs.
 inline void DecideOnReinstall() {}       // Not built yet: the question before installing over an earlier installation.
 inline void AskDirectory() {}            // Not built yet: the directory dialog.
-
-inline void SaveBackground() {}           // Not built yet: the bitmap that the uninstaller shows.
 
 } // namespace korb

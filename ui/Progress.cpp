@@ -1,8 +1,13 @@
 #include "ui/Progress.h"
 
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
 #include "core/MessagePump.h"
 #include "core/RunMode.h"
 #include "core/String.h"
+#include "ui/CancelQuestion.h"
+#include "ui/CenterDialog.h"
+#include "ui/DialogControls.h"
 #include "ui/PhaseTime.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -13,17 +18,48 @@ namespace korb {
 
 namespace {
 
-constexpr int kStepTextControl = 1011;
 constexpr DWORD kWaitStep = 50; // milliseconds
 
 // Keeps its value when the dialog goes: a position posted to a window that is gone harms nothing.
 HWND ProgressBar = nullptr;
 uint32_t PhaseStart = 0;
 
+/// The bar lies over its frame, a pixel beyond it on each side.
+void MakeBar(HWND dialog) {
+  WINDOWPLACEMENT frame;
+  frame.length = sizeof frame;
+  GetWindowPlacement(GetDlgItem(dialog, KORB_CONTROL_BAR_PLACE), &frame);
+  const RECT &place = frame.rcNormalPosition;
+  ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE, place.left - 1, place.top - 1,
+                                place.right - place.left + 3, place.bottom - place.top + 3, dialog, nullptr,
+                                InstanceHandle, nullptr);
+}
+
+INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+  if (message == WM_INITDIALOG) {
+    CenterDialog(dialog);
+    MakeBar(dialog);
+    SetDlgItemTextA(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
+    if (UninstallMode || HasInstallFlag(IF_NO_CANCEL))
+      EnableWindow(GetDlgItem(dialog, KORB_CONTROL_CANCEL), FALSE);
+    return TRUE;
+  }
+  if (message == WM_COMMAND && LOWORD(word) == KORB_CONTROL_CANCEL && !HasInstallFlag(IF_NO_CANCEL)) {
+    AskCancel();
+    return TRUE;
+  }
+  return FALSE;
+}
+
 } // namespace
 
-// The dialog itself is not built yet: ProgressDialog and ProgressBar stay null, and all below works without them.
-void CreateProgressDialog() {}
+void CreateProgressDialog() {
+  InitCommonControls(); // older systems know the bar's class from here on
+  ProgressDialog = CreateDialogParamA(InstanceHandle, "ProgressDlg", DialogOwner(), ProgressProcedure, 0);
+  SetWindowTextA(ProgressDialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
+  SetDlgItemTextA(ProgressDialog, KORB_CONTROL_LABEL,
+                  TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
+}
 
 void DestroyProgressDialog() {
   if (IsWindow(ProgressDialog))
@@ -35,7 +71,7 @@ void SetStepTextArgs(const char *format, const FormatArgs &args) {
   if (ProgressDialog != nullptr) {
     String text;
     text.format_args(format, args);
-    SetDlgItemTextA(ProgressDialog, kStepTextControl, text.c_str());
+    SetDlgItemTextA(ProgressDialog, KORB_CONTROL_STEP, text.c_str());
     UpdateWindow(ProgressDialog);
   }
   PumpMessages();

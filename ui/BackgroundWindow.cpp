@@ -1,0 +1,135 @@
+#include "ui/BackgroundWindow.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Failure.h"
+#include "core/Text.h"
+#include "ui/PaintGradient.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+String MainTitle;
+DibImage BackgroundImage;
+
+namespace {
+
+constexpr char kClassName[] = "KRB Window Class";
+constexpr int kLargestTitle = 26; // points
+constexpr int kSmallestTitle = 6;
+constexpr int kTitleLeft = 2;
+
+void PaintBackground(HWND window, HDC hdc) {
+  RECT rect;
+  GetClientRect(window, &rect);
+  if (!BackgroundImage.is_empty() && BackgroundImage.has_all_pixels())
+    BackgroundImage.draw(hdc, rect, SRCCOPY);
+  else if (MonoColor)
+    FillColor(hdc, rect, TopColor);
+  else
+    PaintGradient(hdc, TopColor, rect, BottomColor);
+}
+
+HFONT TitleFont(int height) {
+  return CreateFontA(height, 0, 0, 0, FW_BOLD, TRUE, FALSE, FALSE, DEFAULT_CHARSET, OUT_TT_PRECIS, CLIP_DEFAULT_PRECIS,
+                     PROOF_QUALITY, DEFAULT_PITCH, "Times New Roman");
+}
+
+/// The largest size in which all of the title, taken as one line, is no wider than the window. The font is left selected
+/// and is the caller's; `old_font` is what was selected before, `height` the font's in pixels.
+HFONT SelectTitleFont(HDC hdc, int width, HGDIOBJ &old_font, int &height) {
+  for (int size = kLargestTitle;; --size) {
+    height = GetDeviceCaps(hdc, LOGPIXELSY) * size / 72;
+    const HFONT font = TitleFont(height);
+    old_font = SelectObject(hdc, font);
+    SIZE extent;
+    if (size <= kSmallestTitle ||
+        (GetTextExtentPoint32A(hdc, MainTitle, MainTitle.length(), &extent) && extent.cx + kTitleLeft < width))
+      return font;
+    SelectObject(hdc, old_font);
+    DeleteObject(font);
+  }
+}
+
+void DrawTitleLines(HDC hdc, int x, int y, int line_height, const String &text) {
+  for (int32_t start = 0; start < text.length(); y += line_height) {
+    int32_t next = text.find_line_end(start, 0);
+    if (next < 0)
+      next = text.length();
+    int32_t end = next;
+    while (end > start && is_space(text.char_at(end - 1)))
+      --end;
+    TextOutA(hdc, x, y, text.c_str() + start, end - start);
+    start = next;
+  }
+}
+
+void PaintTitle(HWND window, HDC hdc) {
+  if (MainTitle.is_empty())
+    return;
+  RECT rect;
+  GetClientRect(window, &rect);
+  HGDIOBJ old_font;
+  int height;
+  const HFONT font = SelectTitleFont(hdc, rect.right, old_font, height);
+  SetBkMode(hdc, TRANSPARENT);
+  if (TitleShadow != 0) {
+    SetTextColor(hdc, RGB(0, 0, 0));
+    DrawTitleLines(hdc, TitleShadow + kTitleLeft, TitleShadow, height, MainTitle);
+  }
+  SetTextColor(hdc, TitleColor);
+  DrawTitleLines(hdc, kTitleLeft, 0, height, MainTitle);
+  SelectObject(hdc, old_font);
+  DeleteObject(font);
+}
+
+LRESULT CALLBACK MainWindowProcedure(HWND window, UINT message, WPARAM word, LPARAM value) {
+  if (message == WM_ERASEBKGND) {
+    PaintBackground(window, reinterpret_cast<HDC>(word));
+    return 1;
+  }
+  if (message == WM_PAINT) {
+    PAINTSTRUCT paint;
+    PaintTitle(window, BeginPaint(window, &paint));
+    EndPaint(window, &paint);
+    return 0;
+  }
+  return DefWindowProcA(window, message, word, value);
+}
+
+void RegisterMainClass(HINSTANCE instance) {
+  static bool registered = false;
+  if (registered)
+    return;
+  WNDCLASSA kind{};
+  kind.style = CS_HREDRAW | CS_VREDRAW;
+  kind.lpfnWndProc = MainWindowProcedure;
+  kind.hInstance = instance;
+  kind.lpszClassName = kClassName;
+  if (RegisterClassA(&kind) == 0)
+    InternalError("Installer", 54);
+  registered = true;
+}
+
+} // namespace
+
+void CreateMainWindow(HINSTANCE instance, HWND parent) {
+  RegisterMainClass(instance);
+  MainWindow = CreateWindowExA(0, kClassName, "", WS_POPUP, 0, 0, 0, 0, parent, nullptr, instance, nullptr);
+  if (MainWindow == nullptr)
+    FatalMessage("Failed to create the window.  Please reboot your machine and try again.");
+  ShowWindow(MainWindow, SW_HIDE);
+  ShowWindow(MainWindow, SW_MAXIMIZE);
+  SetForegroundWindow(MainWindow);
+  SetActiveWindow(MainWindow);
+  InvalidateRect(MainWindow, nullptr, TRUE);
+}
+
+void ShowMainTitle() {
+  MainTitle = TextLookup(kTextMainTitle);
+  if (MainWindow != nullptr)
+    InvalidateRect(MainWindow, nullptr, TRUE);
+}
+
+} // namespace korb
