@@ -8,7 +8,7 @@ set(KORB_WARNINGS -Wall -Wextra -Wconversion -Wno-sign-conversion -Werror)
 # No path of the build machine goes into a binary.
 set(KORB_COMMON ${KORB_WARNINGS} "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
 set(KORB_SANITIZERS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-set(KORB_STUB_FLAGS -Os -fno-exceptions -fno-rtti -ffunction-sections -fno-asynchronous-unwind-tables
+set(KORB_STUB_FLAGS -Oz -fno-exceptions -fno-rtti -ffunction-sections -fno-asynchronous-unwind-tables
   -fno-unwind-tables -fno-threadsafe-statics -fno-ident -fno-stack-protector -fmerge-all-constants
   -mpreferred-stack-boundary=2 -march=i486 -mtune=i686
   # Pushed arguments make shorter code. The compiler has them only without its stack probes, which no frame under a
@@ -111,16 +111,17 @@ function(korb_win32_test name)
   endif()
 endfunction()
 
-# korb_e2e_test(<name> <source>... [USES <library>...]): whole runs of the program that ships, which lies beside the test.
+# korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...]): whole runs of the program that ships, which lies beside the test.
 # E: is a small disk, where this machine mounts one.
 function(korb_e2e_test name)
-  cmake_parse_arguments(arg "" "" "USES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "USES;WITH" ${ARGN})
+  list(TRANSFORM arg_WITH REPLACE "(.+)" "--with;$<TARGET_FILE:\\1>" OUTPUT_VARIABLE with)
   list(TRANSFORM arg_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
   korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
-    RUN_WITH --with $<TARGET_FILE:korb> --small-drive 256)
-  add_dependencies(e2e_${name} korb)
+    RUN_WITH --with $<TARGET_FILE:korb> ${with} --small-drive 256)
+  add_dependencies(e2e_${name} korb ${arg_WITH})
 endfunction()
 
 # korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program. Its test fuzzes for KORB_FUZZ_SECONDS, from the

@@ -13,7 +13,7 @@ namespace korb {
 class String;
 
 /// One argument of a format and what it is.
-struct FormatArg {
+struct [[gnu::packed, gnu::aligned(4)]] FormatArg {
   enum class Kind : uint8_t { Int32, UInt32, Int64, UInt64, Double, Text };
 
   Kind kind;

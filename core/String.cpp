@@ -23,20 +23,20 @@ int32_t CompareBytes(const char *a, const char *b, bool case_sensitive, int32_t 
 
 } // namespace
 
-String::String(const char *text) {
+String::String(const char *text) : String() {
   assign(text);
 }
 
-String::String(const String &other) {
+String::String(const String &other) : String() {
   assign(other.data_, other.length_);
 }
 
 String::String(String &&other) noexcept : data_(other.data_), length_(other.length_), capacity_(other.capacity_) {
-  other.data_ = nullptr;
+  other.data_ = no_text_;
   other.length_ = other.capacity_ = 0;
 }
 
-String::String(const char *p, int32_t n) {
+String::String(const char *p, int32_t n) : String() {
   assign(p, n);
 }
 
@@ -64,7 +64,7 @@ void String::assign(const char *p, int32_t n) {
   }
   if (n == STRING_ALL)
     n = text_length(p);
-  if (!data_ || p < data_ || p >= data_ + length_) {
+  if (p < data_ || p >= data_ + length_) {
     splice(0, STRING_ALL, p, n);
     return;
   }
@@ -74,7 +74,7 @@ void String::assign(const char *p, int32_t n) {
   char *block = static_cast<char *>(heap_take(static_cast<size_t>(n) + STRING_SLACK));
   memcpy(block, p, static_cast<size_t>(n));
   block[n] = '\0';
-  free(data_);
+  free(data());
   data_ = block;
   length_ = n;
   capacity_ = n + STRING_SLACK;
@@ -96,7 +96,7 @@ bool String::try_assign(const char *p, int32_t n) {
   }
   if (n == STRING_ALL)
     n = text_length(p);
-  if (data_ && p >= data_ && p < data_ + length_) {
+  if (p >= data_ && p < data_ + length_) {
     String copy;
     if (!copy.try_assign(p, n))
       return false;
@@ -125,15 +125,15 @@ void String::attach(char *p, int32_t n) {
 }
 
 char *String::detach() {
-  char *block = data_;
-  data_ = nullptr;
+  char *block = data();
+  data_ = no_text_;
   length_ = capacity_ = 0;
   return block;
 }
 
 void String::clear() {
-  free(data_);
-  data_ = nullptr;
+  free(data());
+  data_ = no_text_;
   length_ = capacity_ = 0;
 }
 
@@ -188,7 +188,7 @@ bool String::resize(int64_t n, bool may_refuse) {
     const bool too_long = n > STRING_ALL - STRING_SLACK;
     if (!may_refuse && too_long)
       OutOfMemory(size);
-    void *block = too_long ? nullptr : (may_refuse ? heap_try_resize(data_, size) : heap_resize(data_, size));
+    void *block = too_long ? nullptr : (may_refuse ? heap_try_resize(data(), size) : heap_resize(data(), size));
     if (!block)
       return false;
     data_ = static_cast<char *>(block);
@@ -244,14 +244,14 @@ bool operator==(const String &a, const char *b) {
 int32_t String::compare(const char *text, bool case_sensitive, int32_t max) const {
   if (!text || !*text)
     return is_empty() ? 0 : 1;
-  if (!data_)
+  if (capacity_ == 0)
     return -1;
   const int32_t n = Smaller(Smaller(length_, text_length(text)) + 1, max);
   return n < 1 ? -1 : CompareBytes(data_, text, case_sensitive, n);
 }
 
 int32_t String::compare(const String &other, bool case_sensitive, int32_t max) const {
-  if (!data_)
+  if (capacity_ == 0)
     return -1;
   const int32_t n = Smaller(Smaller(length_, other.length_) + 1, max);
   return n < 1 ? -1 : CompareBytes(data_, other.c_str(), case_sensitive, n);

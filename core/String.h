@@ -53,7 +53,8 @@ inline constexpr uint32_t SPLIT_DOUBLED_DELIMITER = 0x0800; ///< a doubled delim
 
 class String {
 public:
-  String() = default;
+  /// Out of line, being in every function, but still evaluated by the compiler for what lives as long as the program.
+  [[gnu::noinline]] constexpr String() : data_(no_text_), length_(0), capacity_(0) {}
   String(const char *text);
   String(const String &other);
   String(String &&other) noexcept;
@@ -81,18 +82,18 @@ public:
   int32_t length() const { return length_; }
   bool is_empty() const { return length_ < 1; }
   /// Never null; ends in a NUL.
-  const char *c_str() const { return data_ ? data_ : ""; }
+  const char *c_str() const { return data_; }
   operator const char *() const { return c_str(); }
   /// The block for writing into; null when the string owns none.
-  char *data() { return data_; }
-  const char *data() const { return data_; }
+  char *data() { return capacity_ ? data_ : nullptr; }
+  const char *data() const { return capacity_ ? data_ : nullptr; }
   bool is_out_of_range(int32_t i) const { return i < 0 || i >= length_; }
   /// Byte `i`; out of range ends the process.
   char &at(int32_t i);
   /// Byte `i`, 0 when out of range.
   char char_at(int32_t i) const { return is_out_of_range(i) ? '\0' : data_[i]; }
-  char first_char() const { return data_ ? data_[0] : '\0'; }
-  char last_char() const { return data_ && length_ > 0 ? data_[length_ - 1] : '\0'; }
+  char first_char() const { return data_[0]; }
+  char last_char() const { return length_ > 0 ? data_[length_ - 1] : '\0'; }
   bool starts_with_char(char c) const { return first_char() == c; }
   bool ends_with_char(char c) const { return last_char() == c; }
   bool ends_with_newline() const { return is_line_break(last_char()); }
@@ -242,15 +243,18 @@ protected:
   /// nothing to do.
   bool make_gap(int32_t pos, int32_t remove, int32_t n);
   /// Whether `p` points into the block, which any change of length may move.
-  bool owns(const char *p) const { return p && data_ && p >= data_ && p < data_ + capacity_; }
+  bool owns(const char *p) const { return p >= data_ && p < data_ + capacity_; }
   /// Both forms of set_length. A sum of lengths comes in 64 bits: what no string can hold is a refusal of the heap.
   bool resize(int64_t n, bool may_refuse);
   /// What the first line takes with its end; `line_length` without.
   int32_t scan_line(int32_t &line_length) const;
 
-  char *data_ = nullptr;
-  int32_t length_ = 0;
-  int32_t capacity_ = 0;
+  /// What a string without a block points to: then nobody has to ask whether there is one. Never written.
+  static inline char no_text_[1] = {};
+
+  char *data_;
+  int32_t length_;
+  int32_t capacity_; ///< of the block; 0 when there is none
 };
 
 /// The same length and the same bytes, NULs included.

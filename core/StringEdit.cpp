@@ -52,7 +52,7 @@ bool String::remove_prefix(const char *text, int32_t max) {
 }
 
 bool String::remove_first_in_set(const char *set) {
-  if (!set || !data_ || !IsIn(data_[0], set))
+  if (!set || is_empty() || !IsIn(data_[0], set))
     return false;
   remove_first(1);
   return true;
@@ -100,7 +100,7 @@ void String::trim() {
 }
 
 void String::trim_left_set(const char *set) {
-  if (!data_ || !set)
+  if (!set)
     return;
   int32_t n = 0;
   while (n < length_ && IsIn(data_[n], set))
@@ -109,7 +109,7 @@ void String::trim_left_set(const char *set) {
 }
 
 void String::trim_right_set(const char *set) {
-  if (!data_ || !set)
+  if (!set)
     return;
   int32_t n = length_;
   while (n > 0 && IsIn(data_[n - 1], set))

@@ -76,6 +76,13 @@ bool DiskFile::Fail(const char *sentence) {
   return false;
 }
 
+// Out of line, as every function that handles a file would carry them.
+DiskFile::DiskFile() = default;
+
+DiskFile::~DiskFile() {
+  Close();
+}
+
 int32_t DiskFile::Open(const char *name, uint32_t flags, uint32_t attributes) {
   const int32_t code = OpenQuiet(name, flags, attributes);
   if (code != OPEN_OK) {

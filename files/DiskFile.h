@@ -67,8 +67,8 @@ inline constexpr const char *TypeName<FileLock> = "FileLock";
 /// leave one only by those.
 class DiskFile final : public ByteStream {
 public:
-  DiskFile() = default;
-  ~DiskFile() { Close(); }
+  DiskFile();
+  ~DiskFile();
   DiskFile(const DiskFile &) = delete;
   DiskFile &operator=(const DiskFile &) = delete;
 

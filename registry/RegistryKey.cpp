@@ -45,6 +45,13 @@ void RegistryKey::RequiredValueMissing(const char *name) const {
       ApplicationName, current_path_, name);
 }
 
+// Out of line, as every function that looks into the registry would carry them.
+RegistryKey::RegistryKey() = default;
+
+RegistryKey::~RegistryKey() {
+  CloseAll();
+}
+
 int32_t RegistryKey::Open(RegistryHandle root, const char *subkey, uint32_t options) {
   HKEY key;
   DWORD disposition = REG_OPENED_EXISTING_KEY;

@@ -65,8 +65,8 @@ inline RegistryHandle SoftwareRoot(bool current_user) {
 /// Keys are reached by the stack, so paths of the TreeWalker lead nowhere.
 class RegistryKey final : public TreeWalker {
 public:
-  RegistryKey() = default;
-  ~RegistryKey() { CloseAll(); }
+  RegistryKey();
+  ~RegistryKey();
   RegistryKey(const RegistryKey &) = delete;
   RegistryKey &operator=(const RegistryKey &) = delete;
 

@@ -24,7 +24,8 @@ struct Probe : String {
   using String::String;
   int32_t capacity() const { return capacity_; }
   bool sound() const {
-    return data_ ? length_ >= 0 && capacity_ > length_ && data_[length_] == '\0' : length_ == 0 && capacity_ == 0;
+    return data_[length_] == '\0' &&
+           (data_ != no_text_ ? length_ >= 0 && capacity_ > length_ : length_ == 0 && capacity_ == 0);
   }
 };
 
