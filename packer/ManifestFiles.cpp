@@ -67,6 +67,16 @@ public:
       claimed_.insert(Canonical(context_.InputPath(*source)));
   }
 
+  // Remembers where a tree brings its files from and to; its faults are told by ReadTree.
+  void NoteTree(const toml::table &node) {
+    Findings ignored;
+    ManifestTable table(&node, "tree", ignored);
+    if (const auto source = table.Text("source"))
+      branches_.push_back({Canonical(context_.InputPath(*source)) + "/", AsFolder(table.Text("into").value_or("")),
+                           AsFolder(table.Text("target").value_or("")), table.Texts("include"),
+                           table.Texts("exclude")});
+  }
+
   void ReadFile(const toml::table &node) {
     ManifestTable table(&node, "file", context_.findings);
     Settings settings = ReadSettings(context_, table, defaults_);
@@ -75,17 +85,15 @@ public:
     const auto inline_text = table.Text("contents");
     if (source.has_value() == inline_text.has_value())
       context_.findings.Error(table.PlaceOfTable(), "a [[file]] needs either 'source' or 'contents'");
-    std::string name = source ? *source : std::string();
-    name.erase(0, name.find_last_of('/') + 1);
-    entry.name = WithBackslashes(table.Raw()->contains("name") ? context_.Text(table, "name")
-                                                               : context_.Convert(name, entry.place));
-    table.Find("name");
+    entry.name = WithBackslashes(context_.Text(table, "name"));
     entry.label = context_.Text(table, "label");
     settings.has_label = table.Raw()->contains("label");
     entry.icon = context_.Text(table, "icon");
     entry.arguments = context_.Text(table, "arguments");
     entry.target = context_.Text(table, "target");
     table.RefuseUnknown();
+    if (source && !table.Raw()->contains("name"))
+      NameAfter(*source, entry, table.Raw()->contains("target"));
     if (inline_text)
       entry.contents.assign(inline_text->begin(), inline_text->end());
     if (source && source->find_first_of("*?") != source->npos)
@@ -101,17 +109,13 @@ public:
     ManifestTable table(&node, "tree", context_.findings);
     Settings settings = ReadSettings(context_, table, defaults_);
     const auto source = table.Text("source");
-    std::string into = WithBackslashes(context_.Text(table, "into"));
-    std::string target = WithBackslashes(context_.Text(table, "target"));
+    const std::string into = AsFolder(context_.Text(table, "into")), target = AsFolder(context_.Text(table, "target"));
     const auto include = table.Texts("include"), exclude = table.Texts("exclude");
     table.RefuseUnknown();
     if (!source) {
       context_.findings.Error(table.PlaceOfTable(), "a [[tree]] needs a 'source', the folder whose files it brings");
       return;
     }
-    for (std::string *folder : {&into, &target})
-      if (!folder->empty() && folder->back() != '\\')
-        *folder += '\\';
     const Place place = table.PlaceOfKey("source");
     std::vector<std::string> files;
     try {
@@ -141,6 +145,38 @@ public:
   }
 
 private:
+  struct Branch {
+    std::string folder, into, target; // each ends in its separator, or is empty
+    std::vector<std::string> include, exclude;
+
+    // The path of `file` below the folder, or nothing when this tree would not have brought it.
+    std::string Below(const std::string &file) const {
+      const auto fits = [&](const std::string &pattern) { return MatchesPattern(file.substr(folder.size()), pattern); };
+      const bool brings = file.starts_with(folder) &&
+                          (include.empty() || std::any_of(include.begin(), include.end(), fits)) &&
+                          std::none_of(exclude.begin(), exclude.end(), fits);
+      return brings ? file.substr(folder.size()) : std::string();
+    }
+  };
+
+  // A file that has no name goes where its tree would have brought it; without a tree, it keeps its own name alone.
+  void NameAfter(const std::string &source, FileEntry &entry, bool has_target) {
+    const std::string path = Canonical(context_.InputPath(source));
+    for (const Branch &branch : branches_)
+      if (const std::string name = branch.Below(path); !name.empty()) {
+        entry.name = context_.Convert(branch.into + WithBackslashes(name), entry.place);
+        if (!has_target && !branch.target.empty())
+          entry.target = context_.Convert(branch.target + WithBackslashes(name), entry.place);
+        return;
+      }
+    entry.name = context_.Convert(source.substr(source.find_last_of('/') + 1), entry.place);
+  }
+
+  static std::string AsFolder(std::string path) {
+    path = WithBackslashes(path);
+    return path.empty() || path.back() == '\\' ? path : path + '\\';
+  }
+
   static std::string Canonical(const fs::path &path) {
     std::error_code error;
     return fs::weakly_canonical(path, error).generic_string();
@@ -164,6 +200,7 @@ private:
   ManifestContext &context_;
   Settings defaults_;
   std::set<std::string> claimed_;
+  std::vector<Branch> branches_;
 };
 
 } // namespace
@@ -189,7 +226,9 @@ void ReadFiles(ManifestContext &context, ManifestTable &root) {
 
   FileReader reader(context, defaults);
   for (const Entry &entry : entries)
-    if (!entry.is_tree)
+    if (entry.is_tree)
+      reader.NoteTree(*entry.table);
+    else
       reader.Claim(*entry.table);
   for (const Entry &entry : entries)
     if (entry.is_tree)

@@ -89,6 +89,10 @@ TEST_CASE("trees bring their files in one order, around the files that have an e
   CHECK(names("[[tree]]\nsource = 'src'") == "a\\y.obj a\\z.txt a-b\\q.txt A.txt b.txt main.exe ");
   CHECK(names("[[file]]\nsource='x'\n[[tree]]\nsource='src'\ninto='d/e'\ninclude=['*.txt']\nexclude=['a/**']\n"
               "[[file]]\nsource='src/b.txt'\nname='last'") == "x d\\e\\a-b\\q.txt d\\e\\A.txt last ");
+  CHECK(names("[[tree]]\nsource='src'\ninto='d'\n[[file]]\nsource='./src/a/z.txt'\n[[file]]\nsource='x'") ==
+        "d\\a\\y.obj d\\a-b\\q.txt d\\A.txt d\\b.txt d\\main.exe d\\a\\z.txt x ");
+  CHECK(names("[[tree]]\nsource='src/a'\ntarget='t'\n[[file]]\nsource='src/a/z.txt'\ntarget='u.txt'") ==
+        "y.obj>t\\y.obj z.txt>u.txt ");
   CHECK(names("[[tree]]\nsource='src/a'\ntarget='%CommonDir%/t'\nexclude='*.obj'") == "z.txt>%CommonDir%\\t\\z.txt ");
 }
 
