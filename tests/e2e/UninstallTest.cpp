@@ -1,0 +1,211 @@
+// Uninstallations that meet what nobody wishes for: refusals, files in use, other people's files, false records.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "tests/support/Desktop.h"
+#include "tests/support/HeldFile.h"
+#include "tests/support/PackedProduct.h"
+#include "tests/support/Snapshot.h"
+#include "tests/support/Uninstallation.h"
+
+using namespace korb::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kHome = "C:\\Program Files\\Thing";
+
+const char kManifest[] = R"(
+[product]
+name = "Thing"
+[uninstall]
+directory = "un"
+[options]
+ask_shared_removal = true
+[batch]
+uninstall_first = "echo first >> C:\\ran.txt"
+uninstall_last = "echo last >> C:\\ran.txt"
+[[file]]
+contents = "a"
+name = "a.txt"
+attributes = ["read-only"]
+[[file]]
+contents = "b"
+name = "deep/er/b.txt"
+[[file]]
+contents = "shared"
+name = "shared.txt"
+kind = "shared"
+)";
+
+struct Installed {
+  Installed() : product(kManifest) {
+    fs::remove("C:\\ran.txt");
+    product.Pack();
+    product.Install();
+  }
+  PackedProduct product;
+};
+
+/// Waits for the box with these words, answers it, and gives what it says.
+std::string Answer(const std::string &words, const std::string &button) {
+  const auto box = WaitForWindow(words);
+  REQUIRE(box);
+  CHECK(Click(*box, button));
+  std::string said = box->title + ": " + box->Message();
+  said.erase(std::remove(said.begin(), said.end(), '\r'), said.end());
+  return said;
+}
+
+/// The list of a record: what stands in front of the texts.
+std::string Listed() {
+  const std::string record = FileBytes(kHome + "\\un\\Uninstall.DAT");
+  return record.substr(0, record.find("\r\n\r\n[Strings]\r\n"));
+}
+
+/// A product that nobody installed: `record` is its Uninstall.DAT, null for none.
+void RunCrafted(const std::string &location, const std::string &flags, const char *record) {
+  fs::create_directories("C:\\Crafted\\un");
+  fs::copy_file("korb.exe", "C:\\Crafted\\un\\Undo.exe", fs::copy_options::overwrite_existing);
+  HKEY key;
+  REQUIRE(RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Crafted", &key) ==
+          ERROR_SUCCESS);
+  for (const auto &[name, value] : {std::pair<const char *, std::string>{"InstallLocation", location},
+                                    {"ProductFlags", flags},
+                                    {"UninstallSubdir", "un"}})
+    RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
+                   static_cast<DWORD>(value.size() + 1));
+  RegCloseKey(key);
+  fs::remove("C:\\Crafted\\un\\Uninstall.DAT");
+  if (record)
+    WriteFileBytes("C:\\Crafted\\un\\Uninstall.DAT", record);
+  Run("C:\\Crafted\\un\\Undo.exe /a /u:Crafted", "C:\\windows");
+  CHECK(WaitForSelfRemoval());
+}
+
+} // namespace
+
+TEST_CASE("who declines changes nothing; a file in use stays with its record until a second run") {
+  Installed thing;
+  const std::string record = FileBytes(kHome + "\\un\\Uninstall.DAT");
+  const std::string command = UninstallValue("Thing", "UninstallString");
+  {
+    Process uninstaller(command, "C:\\windows");
+    Answer("Do you want to remove Thing", "No");
+    CHECK(uninstaller.Wait() == DWORD{1});
+  }
+  CHECK(FileBytes(kHome + "\\un\\Uninstall.DAT") == record);
+  CHECK(FileBytes(kHome + "\\a.txt") == "a");
+  CHECK_FALSE(fs::exists("C:\\ran.txt"));
+  {
+    const HeldFile held((kHome + "\\deep\\er\\b.txt").c_str());
+    Process uninstaller(command, "C:\\windows");
+    Answer("Do you want to remove Thing", "Yes");
+    Answer("shared.txt", "No");
+    CHECK(Answer("could not be removed", "OK") ==
+          "Thing: Some parts of Thing could not be removed:\n\nUnable to remove: " + kHome + "\\deep\\er\\b.txt\n");
+    CHECK(uninstaller.Wait() == DWORD{1});
+  }
+  CHECK_FALSE(fs::exists("C:\\delunins.bat"));
+  CHECK(Listed() == kHome + "\\deep\\er\\b.txt\r\n");
+  CHECK(DescribeFile(kHome + "\\a.txt") == "missing");
+  CHECK(fs::exists(kHome + "\\un\\Uninstall.exe"));
+  CHECK(FileBytes("C:\\Program Files\\Common Files\\Thing\\shared.txt") == "shared");
+  fs::remove("C:\\Program Files\\Common Files\\Thing\\shared.txt");
+  {
+    Process uninstaller(command, "C:\\windows");
+    Answer("Do you want to remove Thing", "Yes");
+    CHECK(Answer("has been removed", "OK") == "Uninstall Thing: Thing has been removed.");
+    CHECK(uninstaller.Wait() == DWORD{1});
+  }
+  CHECK(WaitForSelfRemoval());
+  CHECK(UninstallValue("Thing", "UninstallString").empty());
+  // Its directory is not on the list any more, and the batch takes only the two that it knows.
+  CHECK(fs::is_empty(kHome + "\\deep\\er"));
+  CHECK(FileBytes("C:\\ran.txt") == "first \r\nlast \r\n");
+  fs::remove_all(kHome);
+}
+
+TEST_CASE("other people's files and the folders around them survive") {
+  Installed thing;
+  for (const char *file : {"\\mine.txt", "\\deep\\mine.txt", "\\un\\mine.txt"})
+    WriteFileBytes(kHome + file, "mine");
+  UninstallQuietly("Thing");
+  std::string left;
+  for (const auto &entry : fs::recursive_directory_iterator(kHome))
+    left += entry.path().string().substr(kHome.size()) + " ";
+  CHECK(left == "\\deep \\deep\\mine.txt \\mine.txt \\un \\un\\mine.txt ");
+  fs::remove_all(kHome);
+}
+
+TEST_CASE("a record that is no record deletes nothing that it does not name") {
+  fs::create_directories("C:\\Crafted\\kept\\empty");
+  WriteFileBytes("C:\\Crafted\\kept\\file.txt", "kept");
+  RegSetValueA(HKEY_CLASSES_ROOT, "Crafted\\child", REG_SZ, "kept", 4);
+  const std::string long_line = "C:\\Crafted\\kept\\" + std::string(100000, 'x') + "\r\n~" + std::string(70000, '\\');
+  const char *const records[] = {
+      nullptr,
+      "",
+      "C:\\Crafted\\kept\\file.tx",           // cut off
+      "~\r\n!\r\n~~\r\n!!\r\n~!~\r\n",        // marks without names
+      "!Crafted\r\n!Crafted\\child\\\r\n!\\", // no key, or none below one
+      "~C:\\\r\n~C:\r\n~\\\r\n~C:\\windows\r\n~C:\\Program "
+      "Files\r\n~C:\\Crafted\\kept\r\nC:\\windows\r\nC:\\Crafted\\kept",
+      "kept\\file.txt", // no full path
+      "\"C:\\Crafted\\kept\\file.txt\"\r\nC:\\Crafted\\kept\\*.*\r\nC:\\Crafted\\kept\\file.txt;",
+      "[Strings]\r\nC:\\Crafted\\kept\\file.txt\r\n~5\r\nC:\\Crafted\\kept\\file.txt\r\n[Associations]\r\n"
+      "\\~!~Crafted~!~\\\r\n.none~!~Crafted\\~!~x\r\nC~!~Crafted~!~open",
+      long_line.c_str(),
+  };
+  for (const char *record : records) {
+    CAPTURE(std::string(record ? record : "none").substr(0, 200));
+    RunCrafted("C:\\Crafted", "0", record);
+    CHECK(FileBytes("C:\\Crafted\\kept\\file.txt") == "kept");
+    CHECK(fs::exists("C:\\Crafted\\kept\\empty"));
+    char value[9];
+    LONG size = sizeof value;
+    CHECK(RegQueryValueA(HKEY_CLASSES_ROOT, "Crafted\\child", value, &size) == ERROR_SUCCESS);
+    CHECK(UninstallValue("Crafted", "InstallLocation").empty());
+    CHECK_FALSE(fs::exists("C:\\Crafted\\un"));
+  }
+  fs::remove_all("C:\\Crafted");
+}
+
+TEST_CASE("a directory goes whole, but never one that is not a product's") {
+  const std::string whole_directory = "1024";
+  const char *const guards[] = {"C:\\guard.txt", "C:\\windows\\guard.txt", "C:\\windows\\system32\\guard.txt",
+                                "C:\\Program Files\\guard.txt"};
+  for (const char *guard : guards)
+    WriteFileBytes(guard, "there");
+  for (const char *location : {"C:\\", "C:", "C:\\windows", "c:\\WINDOWS\\", "C:\\windows\\system32",
+                               "C:\\Program Files", "c:\\program FILES\\\\"}) {
+    CAPTURE(std::string(location));
+    RunCrafted(location, whole_directory, nullptr);
+    for (const char *guard : guards)
+      CHECK(FileBytes(guard) == "there");
+  }
+  fs::create_directories("C:\\Crafted\\deep\\er");
+  WriteFileBytes("C:\\Crafted\\deep\\mine.txt", "mine");
+  RunCrafted("C:\\Crafted", whole_directory, nullptr);
+  CHECK_FALSE(fs::exists("C:\\Crafted"));
+}
+
+TEST_CASE("a product that is not there, or that does not say where, is refused") {
+  RegCloseKey([] {
+    HKEY key = nullptr;
+    RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Blank", &key);
+    return key;
+  }());
+  const std::pair<const char *, const char *> rows[] = {
+      {"Nobody", "Error: No product named 'Nobody' is installed."},
+      {"Blank", "Error: The uninstall information for Blank is corrupt.\n\nThe uninstallation cannot be performed."},
+  };
+  for (const auto &[name, says] : rows) {
+    Process program("korb.exe /u:" + std::string(name));
+    CHECK(Answer(name, "OK") == says);
+    CHECK(program.Wait() == DWORD{1});
+  }
+  CHECK(fs::exists("korb.exe"));
+}
