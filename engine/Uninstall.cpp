@@ -23,6 +23,7 @@
 #include "system/BatchRunner.h"
 #include "system/SearchPath.h"
 #include "system/SystemFolders.h"
+#include "ui/BackgroundWindow.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -44,6 +45,7 @@ public:
 
   bool Open();
   void ReadValues();
+  void ShowWindow();
   void ReadRecord();
   void Ask();
   void RunFirstBatch() { RunBatchOnce("UninstallBatch1", InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
@@ -106,6 +108,7 @@ bool UninstallRun::Open() {
 
 /// What is missing keeps the colours that the entry point has taken from the system.
 void UninstallRun::ReadValues() {
+  MainTitle = Read("DisplayTitle");
   TitleColor = static_cast<uint32_t>(key_.ReadNumber("TitleColor", static_cast<int32_t>(TitleColor), 0));
   TitleShadow = static_cast<uint8_t>(key_.ReadNumber("TitleShadow", TitleShadow, 0));
   TopColor = static_cast<uint32_t>(key_.ReadNumber("TopColor", static_cast<int32_t>(TopColor), 0));
@@ -115,6 +118,14 @@ void UninstallRun::ReadValues() {
   UninstallDir = PathJoin(InstallDir, UninstallSubdir);
   fonts_ = Read("ProductFonts");
   for_all_users_ = key_.ReadNumber("ShortcutMode", 0, 0) == kShortcutsForAllUsers;
+}
+
+/// Made before the record is read, so without any text of the archive's.
+void UninstallRun::ShowWindow() {
+  if (HasInstallFlag(IF_BACKGROUND_BITMAP))
+    BackgroundImage.load(BackgroundBitmapPath());
+  if (!HasInstallFlag(IF_NO_WINDOW))
+    CreateMainWindow(InstanceHandle, nullptr);
 }
 
 /// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
@@ -252,6 +263,7 @@ bool RunUninstall(const String &name) {
   if (!run.Open())
     return false;
   run.ReadValues();
+  run.ShowWindow();
   run.ReadRecord();
   run.Ask();
   run.RunFirstBatch();
