@@ -244,8 +244,11 @@ bool DiskFile::Write(const void *source, int32_t count) {
     DWORD written;
     if (!WriteFile(handle_, p, block, &written, nullptr))
       return Fail(LastErrorText());
-    if (written != block)
+    if (written != block) {
+      // Where the system gives no reason, only a full disk takes a part: callers report the last error.
+      SetLastError(ERROR_DISK_FULL);
       return Fail("Not all data could be written");
+    }
     p += block;
     count -= static_cast<int32_t>(block);
   }

@@ -62,7 +62,11 @@ std::string MachineValue(const std::string &key, const std::string &name) {
 }
 
 void SetWindowsVersion(const std::string &program, const std::string &version) {
-  Run("reg add \"HKCU\\Software\\Wine\\AppDefaults\\" + program + "\" /v Version /d " + version + " /f");
+  HKEY key;
+  RegCreateKeyA(HKEY_CURRENT_USER, ("Software\\Wine\\AppDefaults\\" + program).c_str(), &key);
+  RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE *>(version.c_str()),
+                 static_cast<DWORD>(version.size() + 1));
+  RegCloseKey(key);
 }
 
 std::string FileBytes(const std::string &path) {

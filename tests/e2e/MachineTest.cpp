@@ -1,0 +1,201 @@
+// What an installation leaves in the machine beside its files, what machines differ in, and what refuses.
+#include <doctest/doctest.h>
+
+#include <filesystem>
+
+#include "tests/support/HeldFile.h"
+#include "tests/support/PackedProduct.h"
+
+using namespace korb::test;
+
+namespace {
+
+const std::string kWindowsKey = "Software\\Microsoft\\Windows\\CurrentVersion\\";
+const std::string kFonts = "C:\\windows\\Fonts\\";
+
+std::string Product(const std::string &name, const std::string &more = "") {
+  return "[product]\nname = \"" + name + "\"\n" + more + "[install]\ndirectory = 'C:\\" + name +
+         "'\ncommon_directory = 'Counted'\n[texts]\ninstalled_caption = \"<os>\"\nfile_failed = \"Failed:\"\n"
+         "directory_failed = \"No directory:\"\n[file_defaults]\ndate = 2005-05-05T05:05:04\n"
+         "[options]\nalways_log = true\n";
+}
+
+std::string File(const std::string &lines) {
+  return "[[file]]\ncontents = \"new\"\n" + lines + "\n";
+}
+
+/// The words of a system error as they stand in a report.
+std::string Words(DWORD error) {
+  char text[200] = "";
+  FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, text, sizeof text,
+                 nullptr);
+  return text;
+}
+
+/// A key below which nothing that lasts can be made.
+void MakeVolatileKey(HKEY root, const char *path) {
+  HKEY key;
+  REQUIRE(RegCreateKeyExA(root, path, 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key, nullptr) ==
+          ERROR_SUCCESS);
+  RegCloseKey(key);
+}
+
+} // namespace
+
+TEST_CASE("products count the files that they share") {
+  const std::string shared = "C:\\Program Files\\Common Files\\Counted\\";
+  const auto install = [](const std::string &name, std::initializer_list<const char *> files) {
+    std::string manifest = Product(name);
+    for (const char *file : files)
+      manifest += File(std::string("kind = 'shared'\nname = '") + file + "'");
+    PackedProduct product(manifest);
+    product.Pack();
+    product.Install();
+  };
+  const auto counts = [&] {
+    std::string all;
+    for (const char *file : {"a", "b", "c"})
+      all += MachineValue(kWindowsKey + "SharedDLLs", shared + file) + " ";
+    return all;
+  };
+  install("One", {"a", "b"});
+  CHECK(counts() == "1 1 missing ");
+  install("Two", {"b", "c"});
+  CHECK(counts() == "1 2 1 ");
+  CHECK(std::filesystem::exists(shared + "a"));
+}
+
+TEST_CASE("libraries register themselves and fonts are made known, the broken ones to no harm") {
+  PackedProduct product(Product("Register") + "uninstall = false\n" +
+                        "[[file]]\nsource = 'atlas_com.dll'\nkind = 'system-com'\n" +
+                        File("name = 'no library.dll'\nkind = 'system-com'") +
+                        File("name = 'never.dll'\nkind = 'system-com'\ncondition = 'never'") +
+                        "[[file]]\nsource = 'atlas_core.dll'\nkind = 'system-com'\n" +
+                        "[[file]]\nsource = 'korb-blocks.ttf'\nkind = 'font'\nlabel = 'Korb Blocks'\n" +
+                        File("name = 'no font.ttf'\nkind = 'font'\nlabel = 'No Font'"));
+  for (const char *file : {"atlas_com.dll", "atlas_core.dll", "korb-blocks.ttf"})
+    product.Write(file, FileBytes(file));
+  product.Pack();
+  product.Install();
+  const std::string log = InstallLog("C:\\Register"), library = "Registering COM File \"C:\\windows\\system32\\";
+  CHECK(log == library + "atlas_com.dll\"...OK\r\n" + library + "no library.dll\"...LoadLibrary() Failed\r\n" +
+                   library + "never.dll\"...LoadLibrary() Failed\r\n" + library +
+                   "atlas_core.dll\"...GetProcAddress() Failed\r\n\r\nFailed: " + kFonts + "no font.ttf\r\n" +
+                   log.substr(log.rfind("no font.ttf\r\n") + 13));
+  HKEY mark;
+  CHECK(RegOpenKeyA(HKEY_LOCAL_MACHINE, "Software\\Korb Examples\\Atlas registered", &mark) == ERROR_SUCCESS);
+  CHECK(std::filesystem::exists(kFonts + "no font.ttf"));
+  CHECK(RemoveFontResourceA((kFonts + "korb-blocks.ttf").c_str()) == FALSE); // it is known by its bare name
+}
+
+TEST_CASE("one installer finds the folders and names the system on every version of it") {
+  // Every folder that a batch is told, with the registry's answers and without them.
+  PackedProduct product(Product("Folders") +
+                        "uninstall = false\n[batch]\npost_install = '''\n"
+                        "echo %DesktopDir% %DesktopAllDir%>C:\\folders.txt\n"
+                        "echo %FavoritesAllDir% %DocumentDir%>>C:\\folders.txt\n"
+                        "echo %StartupAllDir% %MediaDir% %DeviceDir%>>C:\\folders.txt\n"
+                        "echo %ProgramsDir% %CommonDir% %SystemDir%>>C:\\folders.txt\n'''\n" +
+                        File("name = 'a.txt'\ntarget = '%SystemDir%\\korb.txt'") +
+                        File("name = 'b.txt'\ntarget = '%FontDir%\\korb.txt'"));
+  const struct {
+    const char *version, *name;
+  } rows[] = {{"win95", "Windows 95"},
+              {"win98", "Windows 98 A"},
+              {"winme", "Windows ME"},
+              {"nt40", "Windows NT 4.0 Service Pack 6a"},
+              {"win2k", "Windows 2000 Service Pack 4"},
+              {"winxp", "Windows XP Service Pack 3"},
+              {"win7", "Windows NT 6.1 Service Pack 1"}};
+  for (const bool empty : {false, true}) {
+    if (empty) {
+      RegDeleteKeyA(HKEY_CURRENT_USER, (kWindowsKey + "Explorer\\Shell Folders").c_str());
+      RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kWindowsKey + "Explorer\\Shell Folders").c_str());
+    }
+    for (const auto &row : rows) {
+      CAPTURE(row.version);
+      const std::string program = std::string(row.version) + ".exe";
+      SetWindowsVersion(program, row.version);
+      product.Pack(program);
+      product.Install();
+      CHECK(InstallLog("C:\\Folders") == std::string(row.name) + "\r\n\r\n");
+      std::filesystem::remove("C:\\Folders\\Install.LOG");
+      const std::string user = "C:\\users\\root\\", all = "C:\\users\\Public\\", menu = "\\Start Menu\\Programs\\";
+      const std::string startup = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\StartUp";
+      const std::string programs = " C:\\windows\\Media C:\\windows\\INF\r\n"
+                                   "C:\\Program Files C:\\Program Files\\Common Files C:\\windows\\system32\r\n";
+      CHECK(FileBytes("C:\\folders.txt") ==
+            (empty ? "C:\\windows\\Desktop C:\\windows\\Desktop\r\nC:\\windows\\Favorites c:\\My Documents\r\n"
+                     "C:\\windows\\Start Menu\\Programs\\StartUp" +
+                         programs
+                   : user + "Desktop " + all + "Desktop\r\n" + user + "Favorites " + user + "Documents\r\n" + startup +
+                         programs));
+      for (const char *file : {"C:\\windows\\system32\\korb.txt", "C:\\windows\\Fonts\\korb.txt"}) {
+        CHECK(FileBytes(file) == "new");
+        std::filesystem::remove(file);
+      }
+    }
+  }
+}
+
+TEST_CASE("whatever refuses is reported in its own words, and the rest is installed") {
+  MakeVolatileKey(HKEY_LOCAL_MACHINE, "Software\\Refusing");
+  MakeVolatileKey(HKEY_CLASSES_ROOT, "RefusingFile");
+  std::filesystem::create_directories("C:\\Refused\\KORBBAT.BAT"); // no batch can be written
+  std::filesystem::create_directories("C:\\Refused\\Uninstall.DAT");
+  WriteFileBytes("C:\\Refused\\file", "in the way");
+  PackedProduct product(
+      Product("Refused", "registry_key = 'Refusing\\Key'\n") +
+      "[batch]\npre_install = 'echo ran > C:\\refused-ran'\npost_install = 'echo ran > C:\\refused-ran'\n" +
+      File("name = 'file\\a.txt'") + "[[file]]\nsource = 'large'\ntarget = 'E:\\'\n" +
+      File("name = 'missing\\b.dat'\nkind = 'shared'") + File("name = 'last.txt'") +
+      "[[association]]\nextension = 'refuse'\nclass = 'RefusingFile'\nverb = 'open'\ncommand = 'x'\n");
+  product.Write("large", std::string(500000, 'x'));
+  product.Pack();
+  REQUIRE(std::filesystem::exists("E:\\"));
+  product.Install();
+  CHECK(FileBytes("C:\\Refused\\last.txt") == "new");
+  CHECK(FileBytes("C:\\Refused\\file") == "in the way");
+  CHECK_FALSE(std::filesystem::exists("C:\\refused-ran"));
+  CHECK(InstallLog("C:\\Refused") ==
+        "No directory: C:\\Refused\\file\r\n" + Words(ERROR_DIRECTORY) +
+            "\r\nNot installed: C:\\Refused\\file\\a.txt\r\n\r\n" + "Failed: E:\\large\r\n" + Words(ERROR_DISK_FULL) +
+            "\r\n" + "Failed: C:\\Program Files\\Common Files\\Counted\\missing\\b.dat\r\n" +
+            Words(ERROR_PATH_NOT_FOUND) +
+            "\r\nError creating registry keys:\r\nRefusing\\Key\r\n\r\n"
+            "Failed to associate file type:  \".refuse\".\r\n\r\n" +
+            "Failed: C:\\Refused\\Uninstall.DAT\r\n" + Words(ERROR_ACCESS_DENIED) + "\r\n");
+}
+
+TEST_CASE("a run that is cut off harms no file but the one that it writes") {
+  constexpr int kFiles = 24;
+  const std::string before(300000, 'o'), after(300001, 'n');
+  std::string manifest = Product("Cut") + "packed_payload = false\n";
+  const auto path = [](int i) { return "C:\\Cut\\file" + std::to_string(i); };
+  for (int i = 0; i < kFiles; ++i)
+    manifest += "[[file]]\nsource = 'data'\nname = 'file" + std::to_string(i) + "'\n";
+  PackedProduct product(manifest);
+  product.Write("data", after);
+  product.Pack();
+  std::filesystem::create_directories("C:\\Cut");
+  int cut_short = 0;
+  for (const int at : {0, 1, 7, 15, 22}) {
+    CAPTURE(at);
+    for (int i = 0; i < kFiles; ++i)
+      WriteFileBytes(path(i), before);
+    {
+      const Process setup = product.Start("/a");
+      while (std::filesystem::file_size(path(at)) == before.size()) {
+      }
+    } // ends the program
+    int old = 0, done = 0, broken = 0;
+    for (int i = 0; i < kFiles; ++i) {
+      const std::string bytes = FileBytes(path(i));
+      bytes == before ? ++old : bytes == after ? ++done : ++broken;
+    }
+    CHECK(done >= at);
+    CHECK(broken <= 1);
+    cut_short += old > 0;
+  }
+  CHECK(cut_short > 0);
+}
