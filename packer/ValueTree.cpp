@@ -45,58 +45,46 @@ std::string Cut(const std::string &text) {
 
 void Value::WriteJson(std::ostream &out, int indent) const {
   const std::string inner(static_cast<size_t>(indent) + 2, ' '), outer(static_cast<size_t>(indent), ' ');
-  const char *separator = "\n";
-  if (const auto *list = std::get_if<List>(&value_)) {
-    out << "[";
-    for (const Value &value : *list) {
-      out << separator << inner;
-      value.WriteJson(out, indent + 2);
-      separator = ",\n";
-    }
-    out << (list->empty() ? "]" : "\n" + outer + "]");
-  } else if (const auto *table = std::get_if<Table>(&value_)) {
-    out << "{";
-    for (const auto &[name, value] : *table) {
-      out << separator << inner << Quoted(name) << ": ";
-      value.WriteJson(out, indent + 2);
-      separator = ",\n";
-    }
-    out << (table->empty() ? "}" : "\n" + outer + "}");
-  } else if (const auto *text = std::get_if<std::string>(&value_)) {
-    out << Quoted(*text);
-  } else {
-    out << OnOneLine();
+  if (kind_ == Kind::kText || kind_ == Kind::kNumber) {
+    out << (kind_ == Kind::kText ? Quoted(text_) : text_);
+    return;
   }
+  const bool is_list = kind_ == Kind::kList;
+  const char *separator = "\n";
+  out << (is_list ? "[" : "{");
+  for (const Value &value : list_) {
+    out << separator << inner;
+    value.WriteJson(out, indent + 2);
+    separator = ",\n";
+  }
+  for (const auto &[name, value] : table_) {
+    out << separator << inner << Quoted(name) << ": ";
+    value.WriteJson(out, indent + 2);
+    separator = ",\n";
+  }
+  if (*separator == ',')
+    out << "\n" << outer;
+  out << (is_list ? "]" : "}");
 }
 
 std::string Value::OnOneLine() const {
-  if (const auto *text = std::get_if<std::string>(&value_))
-    return Cut(*text);
-  if (const auto *number = std::get_if<int64_t>(&value_))
-    return std::to_string(*number);
-  if (const auto *flag = std::get_if<bool>(&value_))
-    return *flag ? "true" : "false";
-  std::string line;
-  if (const auto *list = std::get_if<List>(&value_))
-    for (const Value &value : *list)
-      line += (line.empty() ? "" : ", ") + value.OnOneLine();
-  if (const auto *table = std::get_if<Table>(&value_))
-    for (const auto &[name, value] : *table)
-      line += (line.empty() ? "" : ", ") + name + " = " + value.OnOneLine();
-  return std::holds_alternative<List>(value_) ? "[" + line + "]" : line;
+  std::string line = kind_ == Kind::kText ? Cut(text_) : text_;
+  for (const Value &value : list_)
+    line += (line.empty() ? "" : ", ") + value.OnOneLine();
+  for (const auto &[name, value] : table_)
+    line += (line.empty() ? "" : ", ") + name + " = " + value.OnOneLine();
+  return kind_ == Kind::kList ? "[" + line + "]" : line;
 }
 
 void Value::WriteOutline(std::ostream &out, int indent) const {
   const std::string space(static_cast<size_t>(indent), ' ');
-  for (const auto &[name, value] : std::get<Table>(value_)) {
-    const auto *list = std::get_if<List>(&value.value_);
-    const bool of_tables = list && !list->empty() && std::holds_alternative<Table>(list->front().value_);
-    if (std::holds_alternative<Table>(value.value_)) {
+  for (const auto &[name, value] : table_) {
+    if (value.kind_ == Kind::kTable) {
       out << space << name << "\n";
       value.WriteOutline(out, indent + 2);
-    } else if (of_tables) {
-      out << space << name << " (" << list->size() << ")\n";
-      for (const Value &one : *list)
+    } else if (!value.list_.empty() && value.list_.front().kind_ == Kind::kTable) {
+      out << space << name << " (" << value.list_.size() << ")\n";
+      for (const Value &one : value.list_)
         out << space << "  " << one.OnOneLine() << "\n";
     } else {
       out << space << name << " = " << value.OnOneLine() << "\n";

@@ -5,28 +5,26 @@
 #include <ostream>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace korb::packer {
 
-/// A text (UTF-8), a number, a truth value, a list, or a table whose entries keep their order.
+/// A text (UTF-8), a number, a list, or a table whose entries keep their order.
 class Value {
 public:
   using List = std::vector<Value>;
   using Table = std::vector<std::pair<std::string, Value>>;
 
-  Value() : value_(Table()) {}
-  Value(std::string text) : value_(std::move(text)) {}
-  Value(const char *text) : value_(std::string(text)) {}
-  Value(bool flag) : value_(flag) {}
-  Value(int64_t number) : value_(number) {}
-  Value(int32_t number) : value_(int64_t{number}) {}
-  Value(List list) : value_(std::move(list)) {}
+  Value() : kind_(Kind::kTable) {}
+  Value(std::string text) : kind_(Kind::kText), text_(std::move(text)) {}
+  Value(const char *text) : Value(std::string(text)) {}
+  Value(int64_t number) : kind_(Kind::kNumber), text_(std::to_string(number)) {}
+  Value(int32_t number) : Value(int64_t{number}) {}
+  Value(List list) : kind_(Kind::kList), list_(std::move(list)) {}
 
   /// Adds an entry to a table.
   Value &Add(std::string name, Value value) {
-    std::get<Table>(value_).emplace_back(std::move(name), std::move(value));
+    table_.emplace_back(std::move(name), std::move(value));
     return *this;
   }
 
@@ -37,7 +35,10 @@ public:
 private:
   std::string OnOneLine() const;
 
-  std::variant<std::string, int64_t, bool, List, Table> value_;
+  enum class Kind { kText, kNumber, kList, kTable } kind_;
+  std::string text_; // digits, of a number
+  List list_;
+  Table table_;
 };
 
 } // namespace korb::packer
