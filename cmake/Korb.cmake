@@ -111,18 +111,21 @@ function(korb_win32_test name)
   endif()
 endfunction()
 
-# korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...]): whole runs of the program
-# that ships, which lies beside the test, with the programs of WITH and the files of BESIDE. E: is a small disk, where
-# this machine mounts one.
+# korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...] [SCREEN <width>x<height>]):
+# whole runs of the program that ships, which lies beside the test, with the programs of WITH and the files of BESIDE. E:
+# is a small disk, where this machine mounts one. With a screen, the test sees what windows paint.
 function(korb_e2e_test name)
-  cmake_parse_arguments(arg "" "" "USES;WITH;BESIDE" ${ARGN})
+  cmake_parse_arguments(arg "" "SCREEN" "USES;WITH;BESIDE" ${ARGN})
   list(TRANSFORM arg_BESIDE PREPEND "--with;")
   list(TRANSFORM arg_WITH REPLACE "(.+)" "--with;$<TARGET_FILE:\\1>" OUTPUT_VARIABLE with)
+  if(arg_SCREEN)
+    set(screen --screen ${arg_SCREEN})
+  endif()
   list(TRANSFORM arg_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
   korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
-    RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --small-drive 256)
+    RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --small-drive 256 ${screen})
   add_dependencies(e2e_${name} korb ${arg_WITH})
 endfunction()
 
