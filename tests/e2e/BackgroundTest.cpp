@@ -5,6 +5,7 @@
 
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/TestInstaller.h"
 
 using namespace korb::test;
 
@@ -80,11 +81,6 @@ bool IsNear(COLORREF a, COLORREF b, int tolerance) {
     if (std::abs(static_cast<int>(a >> shift & 0xFF) - static_cast<int>(b >> shift & 0xFF)) > tolerance)
       return false;
   return true;
-}
-
-template <class T>
-std::string Raw(T value) {
-  return std::string(reinterpret_cast<const char *>(&value), sizeof value);
 }
 
 /// A picture of four pixels: red and green over blue and white. `used` palette colours are told, not written.
