@@ -85,7 +85,7 @@ bool DibImage::has_all_pixels() const {
     return false;
   const uint32_t row = static_cast<uint32_t>(width * bit_count + 31) / 32 * 4;
   const uint32_t rows = height < 0 ? 0 - static_cast<uint32_t>(height) : static_cast<uint32_t>(height);
-  return row == 0 || rows <= there / row;
+  return row > 0 && rows <= there / row;
 }
 
 } // namespace korb
