@@ -135,13 +135,38 @@ private:
       Error("its date doesn't exist");
   }
 
+  // Where it goes, in small letters: a variable in front stands for a folder that isn't known here.
+  std::string Destination() const {
+    const std::string common = "%commondir%\\" + LowerCase(product_.common_dir) + "\\", home = "%installdir%\\";
+    if (has_path_) {
+      std::string path = LowerCase(file_->target);
+      if (path.back() == '\\')
+        path += LowerCase(name_.substr(name_.find_last_of('\\') + 1));
+      const bool is_full = path[0] == '%' || path[0] == '\\' || path.find(':') == 1;
+      return is_full ? path : (Is(KindShared) ? common : home) + path;
+    }
+    if (file_->flags & FF_UNINSTALL_DIR)
+      return InUninstallDir(name_);
+    const char *const system = "%systemdir%\\";
+    const std::string folder = Is(KindShared) ? common : Is(KindFont) ? "%fontdir%\\" : GoesToSystem() ? system : home;
+    return folder + LowerCase(name_);
+  }
+
+  std::string InUninstallDir(const std::string &name) const {
+    std::string folder = product_.uninstall_subdir;
+    if (!folder.empty() && folder.back() != '\\')
+      folder += '\\';
+    return "%installdir%\\" + LowerCase(folder + name);
+  }
+
   void CheckTwice() {
-    const std::string target = has_path_ ? file_->target : std::string();
-    const bool whole = has_path_ && target.back() != '\\';
-    const std::string folder = has_path_ ? LowerCase(target) : Is(KindStartup) ? "0" : std::to_string(file_->kind);
-    const std::string key =
-        folder + (file_->flags & FF_UNINSTALL_DIR ? "*" : "|") + (whole ? std::string() : LowerCase(name_));
-    const auto [before, is_new] = seen_.emplace(key, file_->place);
+    const std::string destination = Destination();
+    if (product_.Has(IF_UNINSTALL))
+      for (const std::string &own : {product_.uninstaller_name, std::string("Uninstall.DAT"),
+                                     std::string("Install.LOG"), std::string("Installer Background.BMP")})
+        if (destination == InUninstallDir(own))
+          Error("the installer writes its own '" + own + "' there");
+    const auto [before, is_new] = seen_.emplace(destination, file_->place);
     if (!is_new && !(file_->flags & FF_CONDITION))
       Warn("it goes to the same place as " +
            (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));

@@ -176,6 +176,8 @@ public:
     options.add_option("--stub", stub_, "The program without an archive (korb.exe beside this program)");
   }
   bool Run(const fs::path &program) override {
+    if (options.count("manifest") == 0 && !fs::exists(manifest_))
+      throw PackError("there is no '" + manifest_ + "' here: 'korbpack init' writes one");
     BuildRequest request;
     request.manifest = PathFromUtf8(manifest_);
     request.output = output_.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(output_);

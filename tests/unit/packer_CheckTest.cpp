@@ -193,6 +193,15 @@ TEST_CASE("files are refused that the installer or the uninstaller would lose") 
        [](auto &p) { p.files[0].name = "a\\b", p.files[0].flags = FF_UNINSTALL_DIR; }},
       {"warning: file 'THING.EXE': it goes to the same place as another",
        [](auto &p) { p.files.push_back(p.files[0]), p.files[1].name = "THING.EXE"; }},
+      {"warning: file 'maps\\a': it goes to the same place as another",
+       [](auto &p) {
+         p.files.push_back(p.files[0]), p.files[0].name = "A", p.files[0].target = "%InstallDir%\\Maps\\";
+         p.files[1].name = "maps\\a";
+       }},
+      {"error: file 'UNDO\\uninstall.dat': the installer writes its own 'Uninstall.DAT' there",
+       [](auto &p) { p.uninstall_subdir = "Undo", p.files[0].name = "UNDO\\uninstall.dat"; }},
+      {"error: file 'uninstall.exe': the installer writes its own 'Uninstall.exe' there",
+       [](auto &p) { p.files[0].name = "uninstall.exe", p.files[0].flags = FF_UNINSTALL_DIR; }},
       {"warning: file 'thing.exe': only the attributes 0x1127 are given to a file",
        [](auto &p) { p.files[0].attributes = 0x800; }},
       {"warning: the product has no files", [](auto &p) { p.files.clear(); }},
