@@ -1,14 +1,7 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "app/CommandLine.h"
 #include "archive/RunValues.h"
 #include "core/RunMode.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -38,26 +31,14 @@ TEST_CASE("options are read from the command line") {
   struct Row {
     const char *text, *result;
   };
-  const Row rows[] = {
-      {"", "|||"},
-      {" \t\r\n ", "|||"},
-      {"/a", "A |||"},
-      {"-A /a", "A |||"},
-      {"/ - /a", "A |||"}, // a lone switch character is nothing
-      {"/d:c:\\x", "c:\\x|||"},
-      {"/d:\"c:\\my dir\" /a", "A c:\\my dir|||"},
-      {"/D:\"\"", "|||"},
-      {"/d:\"c:\\a\"b", "\"c:\\a\"b|||"}, // quotes go only when they stand at both ends
-      {"/d:x /d:y", "y|||"},
-      {"/n:\"a\"\"b\"", "|a\"b||"},
-      {"/n:\"open end", "|open end||"},
-      {"/n:a\"b c\"d", "|a\"b c\"d||"},
-      {"/u:\"My Product\"", "U ||My Product|"},
-      {"/u /u:x", "U ||x|"},
-      {"/r:\"a b\"", "|||a b"},
-      {"/R:\"prog\"x", "|||prog\"x"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"", "|||"}, Row{" \t\r\n ", "|||"}, Row{"/a", "A |||"}, Row{"-A /a", "A |||"},
+        Row{"/ - /a", "A |||"}, // a lone switch character is nothing
+        Row{"/d:c:\\x", "c:\\x|||"}, Row{"/d:\"c:\\my dir\" /a", "A c:\\my dir|||"}, Row{"/D:\"\"", "|||"},
+        Row{"/d:\"c:\\a\"b", "\"c:\\a\"b|||"}, // quotes go only when they stand at both ends
+        Row{"/d:x /d:y", "y|||"}, Row{"/n:\"a\"\"b\"", "|a\"b||"}, Row{"/n:\"open end", "|open end||"},
+        Row{"/n:a\"b c\"d", "|a\"b c\"d||"}, Row{"/u:\"My Product\"", "U ||My Product|"}, Row{"/u /u:x", "U ||x|"},
+        Row{"/r:\"a b\"", "|||a b"}, Row{"/R:\"prog\"x", "|||prog\"x"}}) {
     CAPTURE(row.text);
     CHECK(Parse(row.text) == row.result);
   }
@@ -67,22 +48,17 @@ TEST_CASE("a command line that can't be understood is told back") {
   struct Row {
     const char *text, *complaint;
   };
-  const Row rows[] = {
-      {"a", "Unexpected command line parameter:\na"},
-      {"\"/a\"", "Unexpected command line parameter:\n\"/a\""},
-      {"/r:\"prog\" arg", "Unexpected command line parameter:\narg"},
-      {"/a setup", "Unexpected command line parameter:\nsetup"},
-      {"/x", "Illegal command line atom:\nx"},
-      {"//a", "Illegal command line atom:\n/a"},
-      {"/ab", "Illegal command line atom:\nab"},
-      {"/d", "Illegal command line atom:\nd"},
-      {"/r:prog", "Illegal command line atom:\nr:prog"},
-      {"/u", "Product name required"},
-      {"/u:", "Product name required"},
-      {"/u:\"\"", "Product name required"},
-      {"/unknown:\"x\"", "Product name required"}, // anything with a U in front means an uninstall
-  };
-  for (const Row &row : rows) {
+  for (const Row &row : {
+           Row{"a", "Unexpected command line parameter:\na"},
+           Row{"\"/a\"", "Unexpected command line parameter:\n\"/a\""},
+           Row{"/r:\"prog\" arg", "Unexpected command line parameter:\narg"},
+           Row{"/a setup", "Unexpected command line parameter:\nsetup"}, Row{"/x", "Illegal command line atom:\nx"},
+           Row{"//a", "Illegal command line atom:\n/a"}, Row{"/ab", "Illegal command line atom:\nab"},
+           Row{"/d", "Illegal command line atom:\nd"}, Row{"/r:prog", "Illegal command line atom:\nr:prog"},
+           Row{"/u", "Product name required"}, Row{"/u:", "Product name required"},
+           Row{"/u:\"\"", "Product name required"},
+           Row{"/unknown:\"x\"", "Product name required"} // anything with a U in front means an uninstall
+       }) {
     CAPTURE(row.text);
     CHECK(Parse(row.text) == row.complaint);
   }
@@ -98,15 +74,11 @@ TEST_CASE("the running file is the one that was typed") {
   struct Row {
     const char *line, *path;
   };
-  const Row rows[] = {
-      {"setup", "setup.EXE"},
-      {" \t..\\setup.com /a", "..\\setup.com"},
-      {"\"c:\\my dir\\setup\" /a", "c:\\my dir\\setup.EXE"},
-      {"\"c:\\v1.0\\setup\"/a", "c:\\v1.0\\setup.EXE"},
-      {"setup\t/a b", "setup\t/a.EXE"}, // only a space ends it
-      {"\"setup.exe", "setup.exe"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"setup", "setup.EXE"}, Row{" \t..\\setup.com /a", "..\\setup.com"},
+        Row{"\"c:\\my dir\\setup\" /a", "c:\\my dir\\setup.EXE"}, Row{"\"c:\\v1.0\\setup\"/a", "c:\\v1.0\\setup.EXE"},
+        Row{"setup\t/a b", "setup\t/a.EXE"}, // only a space ends it
+        Row{"\"setup.exe", "setup.exe"}}) {
     CAPTURE(row.line);
     CHECK(OwnPath(row.line) == row.path);
   }

@@ -1,11 +1,6 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "app/FailureTexts.h"
 #include "archive/RunValues.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 TEST_CASE("reports use the archive's words where it has any") {
   TextTable.clear();

@@ -1,12 +1,8 @@
 // What the configuration stream leaves in the fields and in the run's values, and what it does on the way.
-#include <doctest/doctest.h>
-
 #include "archive/RunValues.h"
 #include "core/RunMode.h"
 #include "tests/support/ArchiveRun.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -27,12 +23,8 @@ TEST_CASE("every field of the configuration arrives in its place") {
   ConfigRun run{TestInstaller()};
   const InstallConfig &config = run.config;
   CHECK(InstallFlags == (IF_UNINSTALL | IF_CUSTOM_COLORS | IF_MASTER_PRODUCT));
-  CHECK(config.min_phase_ms == 500);
-  CHECK(config.shortcut_mode == 1);
-  CHECK(config.uninstaller_date.month == 2);
-  CHECK(config.uninstaller_date.second == 6);
-  CHECK(config.expiry_date.julian == 2451544);
-  CHECK(config.expiry_date.weekday == 7);
+  CHECK(Values{config.min_phase_ms, config.shortcut_mode, config.uninstaller_date.month, config.uninstaller_date.second,
+               config.expiry_date.julian, config.expiry_date.weekday} == Values{500, 1, 2, 6, 2451544, 7});
   const std::pair<const String *, const char *> texts[] = {
       {&config.publisher, "Maker"},
       {&ProductName, "Thing"},
@@ -78,13 +70,8 @@ TEST_CASE("every field of the configuration arrives in its place") {
     CAPTURE(expected);
     CHECK(std::string(field->c_str()) == expected);
   }
-  CHECK(TitleColor == 0x111111);
-  CHECK(TopColor == 0x222222);
-  CHECK(BottomColor == 0x333333);
-  CHECK_FALSE(MonoColor);
-  CHECK(TitleShadow == 3);
-  CHECK(config.excluded_platforms == 0x40);
-  CHECK(config.payload_in_file == 0);
+  CHECK(Values{TitleColor, TopColor, BottomColor, MonoColor, TitleShadow, config.excluded_platforms,
+               config.payload_in_file} == Values{0x111111, 0x222222, 0x333333, 0, 3, 0x40, 0});
   CHECK(config.volume_serial == 1000);
   CHECK(config.stub_patch_offset == 0x500);
   CHECK(config.stub_patch.length() == kStubPatchSize);
@@ -178,7 +165,5 @@ TEST_CASE("silence and the window follow the flags even of a configuration that 
   installer.product.files.clear();
   ArchiveRun run(installer.Build().executable);
   CHECK(TrappedCode([&] { run.ReadConfiguration(); }) == 25);
-  CHECK(HasInstallFlag(IF_NO_WINDOW));
-  CHECK(AutomaticMode);
-  CHECK(run.host.calls.empty());
+  CHECK(Values{HasInstallFlag(IF_NO_WINDOW), AutomaticMode, run.host.calls.empty()} == Values{1, 1, 1});
 }

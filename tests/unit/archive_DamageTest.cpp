@@ -1,10 +1,6 @@
 // Every way in which an archive can be damaged, each with the code that the run ends with.
-#include <doctest/doctest.h>
-
 #include "tests/support/ArchiveRun.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 

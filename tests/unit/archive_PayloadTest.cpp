@@ -1,11 +1,8 @@
 // Gathering the payload in each of its layouts, and the user who changes disks.
-#include <doctest/doctest.h>
-
 #include "archive/RunValues.h"
 #include "tests/support/ArchiveRun.h"
+#include "tests/support/Testing.h"
 
-using namespace korb;
-using namespace korb::test;
 using packer::PayloadLayout;
 
 namespace {
@@ -193,11 +190,10 @@ TEST_CASE("sections behind the archive's move up in the uninstaller's table") {
   run.Run();
   const Bytes image(run.uninstaller.c_str(), run.uninstaller.c_str() + run.uninstaller.length());
   const uint32_t raw = static_cast<uint32_t>(run.location.section_raw_size);
-  CHECK(run.location.section_index == 3);
-  CHECK(packer::GetU16(image, kPeOffset + pe::kSectionCountAt) == 4);
-  CHECK(packer::GetU32(image, kPeOffset + pe::kImageSizeAt) == 0x5000);
-  CHECK(packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt) == 0x800);
-  CHECK(image[kSectionEntry - 40 + 4] == '3');
+  CHECK(Values{run.location.section_index, packer::GetU16(image, kPeOffset + pe::kSectionCountAt),
+               packer::GetU32(image, kPeOffset + pe::kImageSizeAt),
+               packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt),
+               image[kSectionEntry - 40 + 4]} == Values{3, 4, 0x5000, 0x800, '3'});
   CHECK(packer::GetU32(image, kSectionEntry - 40 + pe::kRawPointerAt) == 0x400 + 0x200 * 3 - raw);
   CHECK(image[kSectionEntry] == '#'); // what stood behind the table comes along, one entry further than there are
   CHECK(image[kSectionEntry + 40] == '@');

@@ -1,34 +1,25 @@
 // The small routines that everyone shares: the checksum, bits, ramps, random numbers, and the report of used-up memory.
-#include <doctest/doctest.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <random>
 #include <set>
-#include <string>
 
 #include "core/Arithmetic.h"
 #include "core/Checksum.h"
 #include "core/Heap.h"
 #include "core/Random.h"
 #include "core/RationalStepper.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
-using korb::test::Trapped;
+#include "tests/support/Testing.h"
 
 TEST_CASE("the checksum adds words, the rest as signed bytes, and the size") {
-  const struct {
+  struct Row {
     std::string bytes;
     uint32_t sum;
-  } rows[] = {{"", 0x79E2BC9D},
-              {"\xFF", 0x79E2BC9D}, // -1 and the size cancel
-              {"\x01", 0x79E2BC9F},
-              {std::string("\0\0\0\x80", 4), 0xF9E2BCA1},
-              {"\xFF\xFF\xFF\xFF", 0x79E2BCA0},
-              {"\x01\x02\x03\x04\x80", 0x7DE5BE9D + 1 + 5 - 0x80},
-              {"\x01\x02\x03\x04\x05\x06\x07", 0x7DE5BE9D + 1 + 5 + 6 + 7 + 7}};
-  for (const auto &row : rows) {
+  };
+  for (const Row &row : {Row{"", 0x79E2BC9D}, Row{"\xFF", 0x79E2BC9D}, // -1 and the size cancel
+                         Row{"\x01", 0x79E2BC9F}, Row{std::string("\0\0\0\x80", 4), 0xF9E2BCA1},
+                         Row{"\xFF\xFF\xFF\xFF", 0x79E2BCA0}, Row{"\x01\x02\x03\x04\x80", 0x7DE5BE9D + 1 + 5 - 0x80},
+                         Row{"\x01\x02\x03\x04\x05\x06\x07", 0x7DE5BE9D + 1 + 5 + 6 + 7 + 7}}) {
     const int32_t size = static_cast<int32_t>(row.bytes.size());
     CHECK_MESSAGE(Checksum32(row.bytes.data(), size) == row.sum, size);
     const std::string shifted = "x" + row.bytes; // at any address
@@ -40,9 +31,7 @@ TEST_CASE("the checksum adds words, the rest as signed bytes, and the size") {
 
 TEST_CASE("a stepper gives steps that add up") {
   RationalStepper down(-7, 3);
-  CHECK(down.next() == -2);
-  CHECK(down.next() == -2);
-  CHECK(down.next() == -3);
+  CHECK(Values{down.next(), down.next(), down.next()} == Values{-2, -2, -3});
   const int32_t numbers[] = {0, 1, 5, 255, -1, -255, 1000003, INT32_MAX, -INT32_MAX};
   for (const int32_t numerator : numbers) {
     for (const int32_t denominator : {1, 2, 3, 64, 255, -3, -64}) {
@@ -59,17 +48,11 @@ TEST_CASE("a stepper gives steps that add up") {
 }
 
 TEST_CASE("rounding up and comparing arrays") {
-  CHECK(RoundUp(5, 4) == 8);
-  CHECK(RoundUp(8, 4) == 8);
-  CHECK(RoundUp(5, 1) == 5);
-  CHECK(RoundUp(-5, 4) == -4);
-  CHECK(RoundUp(5, -1) == 5);
+  CHECK(Values{RoundUp(5, 4), RoundUp(8, 4), RoundUp(5, 1), RoundUp(-5, 4), RoundUp(5, -1)} == Values{8, 8, 5, -4, 5});
   CHECK(RoundUp(0xFFFFFFFFll, 4096) == 0x100000000ll);
   const int32_t a[] = {1, INT32_MIN, 3}, b[] = {1, INT32_MAX, 2};
-  CHECK(CompareIntArrays(a, b, 3) == -1);
-  CHECK(CompareIntArrays(b, a, 3) == 1);
-  CHECK(CompareIntArrays(a, b, 1) == 0);
-  CHECK(CompareIntArrays(a, nullptr, 3) == 0);
+  CHECK(Values{CompareIntArrays(a, b, 3), CompareIntArrays(b, a, 3), CompareIntArrays(a, b, 1),
+               CompareIntArrays(a, nullptr, 3)} == Values{-1, 1, 0, 0});
 }
 
 TEST_CASE("bits are copied to any place and touch no other") {
@@ -90,15 +73,12 @@ TEST_CASE("bits are copied to any place and touch no other") {
     }
   }
   uint8_t byte = 0;
-  CHECK_FALSE(CopyBits(&byte, 0, &byte, 0, 0));
-  CHECK_FALSE(CopyBits(nullptr, 0, &byte, 0, 1));
-  CHECK_FALSE(CopyBits(&byte, 0, nullptr, 0, 1));
+  CHECK(Values{CopyBits(&byte, 0, &byte, 0, 0), CopyBits(nullptr, 0, &byte, 0, 1), CopyBits(&byte, 0, nullptr, 0, 1)} ==
+        Values{0, 0, 0});
 }
 
 TEST_CASE("random numbers stay in their range and reach all of it") {
-  CHECK(RandomNumber(1) == 0);
-  CHECK(RandomNumber(0) == 0);
-  CHECK(RandomNumber(-5) == 0);
+  CHECK(Values{RandomNumber(1), RandomNumber(0), RandomNumber(-5)} == Values{0, 0, 0});
   std::set<int32_t> seen;
   bool high = false;
   for (int i = 0; i < 1000; ++i) {

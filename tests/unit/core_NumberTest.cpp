@@ -1,12 +1,8 @@
 // Numbers as words, sizes and ordinals.
-#include <doctest/doctest.h>
-
 #include <limits>
-#include <string>
 
 #include "core/Number.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 TEST_CASE("numbers in words") {
   const struct {
@@ -89,21 +85,14 @@ TEST_CASE("ordinals, in digits and in words") {
 }
 
 TEST_CASE("sizes and plain numbers") {
-  const struct {
+  struct Row {
     int64_t bytes;
     const char *text;
-  } sizes[] = {{0, "0 bytes"},
-               {1, "1 bytes"},
-               {-5000000000, "-5000000000 bytes"},
-               {1023, "1023 bytes"},
-               {1024, "1.00 KB"},
-               {1048575, "1024.00 KB"},
-               {1048576, "1.00 MB"},
-               {1610612736, "1.50 GB"},
-               {1099511627775, "1024.00 GB"},
-               {1099511627776, "1.00 TB"},
-               {INT64_MAX, "8388608.00 TB"}};
-  for (const auto &row : sizes)
+  };
+  for (const Row &row :
+       {Row{0, "0 bytes"}, Row{1, "1 bytes"}, Row{-5000000000, "-5000000000 bytes"}, Row{1023, "1023 bytes"},
+        Row{1024, "1.00 KB"}, Row{1048575, "1024.00 KB"}, Row{1048576, "1.00 MB"}, Row{1610612736, "1.50 GB"},
+        Row{1099511627775, "1024.00 GB"}, Row{1099511627776, "1.00 TB"}, Row{INT64_MAX, "8388608.00 TB"}})
     CHECK_MESSAGE(std::string(FormatByteSize(row.bytes)) == row.text, row.bytes);
   const struct {
     double value;

@@ -1,15 +1,9 @@
 // The typed reads and writes, and the memory stream that goes on behind its end.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <cstring>
-#include <string>
-#include <vector>
 
 #include "core/MemoryStream.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -17,10 +11,6 @@ MemoryStream StreamOf(const std::string &bytes) {
   MemoryStream stream;
   stream.assign(bytes.data(), static_cast<int32_t>(bytes.size()));
   return stream;
-}
-
-std::string Bytes(const String &text) {
-  return std::string(text.c_str(), static_cast<size_t>(text.length()));
 }
 
 /// Reads as a file does: a failed read leaves the destination alone.
@@ -61,16 +51,10 @@ private:
 TEST_CASE("a read past the end gives what is there, then zeros, and moves on") {
   MemoryStream stream = StreamOf("abcdef");
   uint32_t dword = 0;
-  CHECK(stream.ReadU32(dword));
-  CHECK(dword == 0x64636261);
-  CHECK_FALSE(stream.ReadU32(dword));
-  CHECK(dword == 0x6665);
-  CHECK(stream.Tell() == 8);
-  CHECK_FALSE(stream.HasMore());
+  CHECK(Values{stream.ReadU32(dword), dword, stream.ReadU32(dword), dword, stream.Tell(), stream.HasMore()} ==
+        Values{1, 0x64636261, 0, 0x6665, 8, 0});
   uint64_t qword = 5;
-  CHECK_FALSE(stream.ReadU64(qword));
-  CHECK(qword == 0);
-  CHECK(stream.Tell() == 16);
+  CHECK(Values{stream.ReadU64(qword), qword, stream.Tell()} == Values{0, 0, 16});
 
   struct {
     uint16_t word;
@@ -81,20 +65,13 @@ TEST_CASE("a read past the end gives what is there, then zeros, and moves on") {
   CHECK((record.word == 0x6463 && record.byte[1] == 'f'));
 
   char buffer[4] = "xyz";
-  CHECK(stream.Read(nullptr, 0));
-  CHECK_FALSE(stream.Read(buffer, -1));
-  CHECK_FALSE(stream.Read(nullptr, 1));
-  CHECK(stream.Tell() == 6);
+  CHECK(Values{stream.Read(nullptr, 0), stream.Read(buffer, -1), stream.Read(nullptr, 1), stream.Tell()} ==
+        Values{1, 0, 0, 6});
   stream.Rewind();
   stream.Skip(-2); // in front of the beginning is as empty as behind the end
-  CHECK_FALSE(stream.HasMore());
-  CHECK_FALSE(stream.Read(buffer, 4));
-  CHECK(buffer[2] == 0);
-  CHECK(stream.Tell() == 2);
+  CHECK(Values{stream.HasMore(), stream.Read(buffer, 4), buffer[2], stream.Tell()} == Values{0, 0, 0, 2});
   stream.Skip(INT32_MAX);
-  CHECK(stream.Tell() == INT32_MAX);
-  CHECK_FALSE(stream.Read(buffer, 4));
-  CHECK(stream.Tell() == INT32_MAX);
+  CHECK(Values{stream.Tell(), stream.Read(buffer, 4), stream.Tell()} == Values{INT32_MAX, 0, INT32_MAX});
 }
 
 TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
@@ -116,7 +93,7 @@ TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
   CHECK_FALSE(file.ReadText(text));
   const std::string large(5000, 'x');
   CHECK(StreamOf(large).ReadText(text));
-  CHECK(Bytes(text) == large);
+  CHECK(Std(text) == large);
 
   struct Row {
     std::string bytes;
@@ -145,9 +122,7 @@ TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
 TEST_CASE("counted bytes are appended, or not at all") {
   MemoryStream stream = StreamOf("abcdef");
   String text = "x";
-  CHECK(stream.ReadBytes(text, 2));
-  CHECK(stream.ReadBytes(text, 0));
-  CHECK(stream.ReadBytes(text, -1));
+  CHECK(Values{stream.ReadBytes(text, 2), stream.ReadBytes(text, 0), stream.ReadBytes(text, -1)} == Values{1, 1, 1});
   CHECK(text == "xab");
   CHECK_FALSE(stream.ReadBytes(text, INT32_MAX)); // takes no memory for what isn't there
   CHECK(text == "xab");
@@ -159,19 +134,14 @@ TEST_CASE("counted bytes are appended, or not at all") {
 
 TEST_CASE("typed writes") {
   MemoryStream stream;
-  CHECK(stream.WriteByte(0x11));
-  CHECK(stream.WriteU16(0x2233));
-  CHECK(stream.WriteU32(0x44556677));
-  CHECK(stream.WriteText("ab"));
+  CHECK(Values{stream.WriteByte(0x11), stream.WriteU16(0x2233), stream.WriteU32(0x44556677), stream.WriteText("ab")} ==
+        Values{1, 1, 1, 1});
   CHECK(stream.WriteText(nullptr));
-  CHECK(stream.WriteText8("c", 1));
-  CHECK(stream.WriteText16("de", 2));
-  CHECK(stream.WriteText32("f", 1));
-  CHECK(stream.WriteText32(nullptr, 5));
-  CHECK(stream.WriteText8("x", -1));
-  CHECK(Bytes(stream) == std::string("\x11\x33\x22\x77\x66\x55\x44"
-                                     "ab\1c\2\0de\1\0\0\0f\0\0\0\0\0",
-                                     25));
+  CHECK(Values{stream.WriteText8("c", 1), stream.WriteText16("de", 2), stream.WriteText32("f", 1),
+               stream.WriteText32(nullptr, 5), stream.WriteText8("x", -1)} == Values{1, 1, 1, 1, 1});
+  CHECK(Std(stream) == std::string("\x11\x33\x22\x77\x66\x55\x44"
+                                   "ab\1c\2\0de\1\0\0\0f\0\0\0\0\0",
+                                   25));
   const std::string text(70000, 't');
   NotingSink sink;
   CHECK(sink.WriteText8(text.data(), 300));
@@ -192,35 +162,28 @@ TEST_CASE("typed writes") {
 TEST_CASE("writing overwrites, grows, and never shortens") {
   MemoryStream stream = StreamOf("abcdef");
   stream.Skip(2);
-  CHECK(stream.Write("XY", 2));
-  CHECK(stream.Write("", 0));
-  CHECK_FALSE(stream.Write("x", -1));
-  CHECK_FALSE(stream.Write(nullptr, 1));
-  CHECK(Bytes(stream) == "abXYef");
+  CHECK(Values{stream.Write("XY", 2), stream.Write("", 0), stream.Write("x", -1), stream.Write(nullptr, 1)} ==
+        Values{1, 1, 0, 0});
+  CHECK(Std(stream) == "abXYef");
   stream.Skip(4);
   CHECK(stream.Write("!", 1));
-  CHECK(Bytes(stream) == std::string("abXYef\0\0!", 9));
+  CHECK(Std(stream) == std::string("abXYef\0\0!", 9));
   CHECK(stream.Write(stream.c_str(), 9)); // its own bytes, though the block may move
-  CHECK(Bytes(stream) == std::string("abXYef\0\0!abXYef\0\0!", 18));
+  CHECK(Std(stream) == std::string("abXYef\0\0!abXYef\0\0!", 18));
   stream.Rewind();
   stream.Skip(18);
   CHECK(stream.Write(stream.c_str() + 9, 9));
   CHECK(stream.Write(stream.c_str() + 9, 18));
-  CHECK(Bytes(stream).substr(27) == Bytes(stream).substr(0, 18));
+  CHECK(Std(stream).substr(27) == Std(stream).substr(0, 18));
   CHECK(stream.Seek(18));
   stream.Truncate();
-  CHECK(stream.Seek(18));
-  CHECK_FALSE(stream.Seek(19));
-  CHECK_FALSE(stream.Seek(-1));
-  CHECK(stream.Tell() == 18);
-  CHECK(stream.SeekFromEnd(-16));
-  CHECK_FALSE(stream.SeekFromEnd(-19));
-  CHECK_FALSE(stream.SeekFromEnd(INT32_MAX));
+  CHECK(Values{stream.Seek(18), stream.Seek(19), stream.Seek(-1), stream.Tell(), stream.SeekFromEnd(-16),
+               stream.SeekFromEnd(-19), stream.SeekFromEnd(INT32_MAX)} == Values{1, 0, 0, 18, 1, 0, 0});
   CHECK(stream.Tell() == 2);
   stream.Truncate();
-  CHECK(Bytes(stream) == "ab");
+  CHECK(Std(stream) == "ab");
   memcpy(stream.Reserve(3), "cde", 3);
-  CHECK(Bytes(stream) == "abcde");
+  CHECK(Std(stream) == "abcde");
   CHECK(stream.Tell() == 5);
   stream.Skip(-9);
   CHECK_FALSE(stream.Write("x", 1));
@@ -245,7 +208,7 @@ TEST_CASE("a copy within never sees its own output") {
     MemoryStream stream = StreamOf("abcdef");
     stream.Skip(row.place);
     CHECK(stream.CopyWithin(row.from, row.count) == (row.result != nullptr));
-    CHECK(Bytes(stream) == (row.result != nullptr ? row.result : "abcdef"));
+    CHECK(Std(stream) == (row.result != nullptr ? row.result : "abcdef"));
     CHECK(stream.Tell() == row.place + (row.result != nullptr ? row.count : 0));
   }
 }

@@ -1,22 +1,12 @@
 // Searching, replacing, splitting, and taking parts off the front.
-#include <doctest/doctest.h>
-
 #include <random>
-#include <string>
 
 #include "core/Array.h"
 #include "core/List.h"
-#include "core/String.h"
 #include "core/Vector.h"
-
-using namespace korb;
-using namespace std::string_literals;
+#include "tests/support/Testing.h"
 
 namespace {
-
-std::string Bytes(const String &text) {
-  return std::string(text.c_str(), static_cast<size_t>(text.length()));
-}
 
 String Make(const std::string &bytes) {
   return String(bytes.data(), static_cast<int32_t>(bytes.size()));
@@ -28,7 +18,7 @@ std::string Show(const Collection<String> &entries) {
   CollectionIterator it;
   entries.begin(it);
   while (const String *entry = entries.next(it))
-    all += "[" + Bytes(*entry) + "]";
+    all += "[" + Std(*entry) + "]";
   return all;
 }
 
@@ -78,9 +68,8 @@ TEST_CASE("find") {
   for (const auto &row : rows)
     CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, std::string(row.text), " / ",
                   std::string(row.pattern), " / ", row.flags);
-  CHECK(String("abcd").find("bcX", 0, 0, 2) == 1);
-  CHECK(String("abcd").find("bc", 0, 0, 0) == -1);
-  CHECK(String("abcd").find(nullptr) == -1);
+  CHECK(Values{String("abcd").find("bcX", 0, 0, 2), String("abcd").find("bc", 0, 0, 0), String("abcd").find(nullptr)} ==
+        Values{1, -1, -1});
 }
 
 TEST_CASE("single characters and sets") {
@@ -88,42 +77,28 @@ TEST_CASE("single characters and sets") {
   CHECK(text.find_char('b') == 2);
   CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED) == -1);
   CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED | FIND_IGNORE_CASE) == 4);
-  CHECK(String("\"b").find_char('b', 0, FIND_SKIP_QUOTED) == -1);
-  CHECK(text.rfind_char('"') == 3);
-  CHECK(text.rfind_char('"', 2) == 1);
-  CHECK(text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED) == -1);
-  CHECK(text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED) == 0);
-  CHECK(text.rfind_char('a', -1) == -1);
-  CHECK(text.find_any("12") == 6);
-  CHECK(text.find_any("") == -1);
-  CHECK(text.find_any("a", 8) == -1);
-  CHECK(text.find_not_in("a\"") == 2);
-  CHECK(text.find_not_in("") == 0);
-  CHECK(text.find_not_in(nullptr) == -1);
-  CHECK(Make("ab\0"s).find_any("\0x") == -1);
-  CHECK(Make("ab\0"s).find_not_in("ab") == 2);
+  CHECK(Values{String("\"b").find_char('b', 0, FIND_SKIP_QUOTED), text.rfind_char('"'), text.rfind_char('"', 2),
+               text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED), text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED),
+               text.rfind_char('a', -1), text.find_any("12")} == Values{-1, 3, 1, -1, 0, -1, 6});
+  CHECK(Values{text.find_any(""), text.find_any("a", 8), text.find_not_in("a\""), text.find_not_in(""),
+               text.find_not_in(nullptr), Make("ab\0"s).find_any("\0x"),
+               Make("ab\0"s).find_not_in("ab")} == Values{-1, -1, 2, 0, -1, -1, 2});
   CHECK(text.find_number_start(0) == 5);
   CHECK(String("a\tb").find_space() == 1);
 }
 
 TEST_CASE("line ends") {
-  const struct {
+  struct Row {
     const char *text;
     int32_t start;
     uint32_t flags;
     int32_t result;
-  } rows[] = {{"ab\r\nc", 0, 0, 4},
-              {"ab\n\rc", 0, 0, 4},
-              {"ab\n\nc", 0, 0, 3},
-              {"ab\r\nc", 0, LINE_AT_BREAK, 2},
-              {"ab\r\nc", 4, 0, -1},
-              {"ab\r\nc", 4, LINE_LENGTH_IF_NONE, 5},
-              {"ab\n", 3, LINE_LENGTH_IF_NONE, 3},
-              {"ab\n", -1, 0, -1},
-              {"\"a\n\"b\nc", 0, LINE_SKIP_QUOTED, 6},
-              {"\"a\nb", 0, LINE_SKIP_QUOTED, -1},
-              {"\"a\nb", 0, LINE_SKIP_QUOTED | LINE_LENGTH_IF_NONE, 4}};
-  for (const auto &row : rows)
+  };
+  for (const Row &row :
+       {Row{"ab\r\nc", 0, 0, 4}, Row{"ab\n\rc", 0, 0, 4}, Row{"ab\n\nc", 0, 0, 3}, Row{"ab\r\nc", 0, LINE_AT_BREAK, 2},
+        Row{"ab\r\nc", 4, 0, -1}, Row{"ab\r\nc", 4, LINE_LENGTH_IF_NONE, 5}, Row{"ab\n", 3, LINE_LENGTH_IF_NONE, 3},
+        Row{"ab\n", -1, 0, -1}, Row{"\"a\n\"b\nc", 0, LINE_SKIP_QUOTED, 6}, Row{"\"a\nb", 0, LINE_SKIP_QUOTED, -1},
+        Row{"\"a\nb", 0, LINE_SKIP_QUOTED | LINE_LENGTH_IF_NONE, 4}})
     CHECK_MESSAGE(String(row.text).find_line_end(row.start, row.flags) == row.result, std::string(row.text), " / ",
                   row.flags);
 }
@@ -170,7 +145,7 @@ TEST_CASE("replace") {
     String text(row.before);
     CHECK_MESSAGE(text.replace(row.old, row.with, row.flags, row.start, row.max, row.skip) == row.result,
                   std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
-    CHECK_MESSAGE(Bytes(text) == row.after, std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
+    CHECK_MESSAGE(Std(text) == row.after, std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
   }
   String text("abcab");
   CHECK(text.replace(text.c_str() + 3, text.c_str(), 0) == 2); // both are parts of it
@@ -195,7 +170,7 @@ TEST_CASE("replace agrees with a plain model, whatever the lengths") {
       model.replace(at, old.size(), with);
     String text = Make(before);
     REQUIRE_MESSAGE(text.replace(old.c_str(), with.c_str(), 0) == count, before, " ", old);
-    REQUIRE_MESSAGE(Bytes(text) == model, before, " ", old, " ", with);
+    REQUIRE_MESSAGE(Std(text) == model, before, " ", old, " ", with);
   }
 }
 
@@ -263,9 +238,9 @@ TEST_CASE("lines are taken off one by one") {
   for (const auto &row : rows) {
     std::string lines, lines_with_ends;
     for (String text = Make(row.text); !text.is_empty();)
-      lines += "[" + Bytes(text.take_line()) + "]";
+      lines += "[" + Std(text.take_line()) + "]";
     for (String text = Make(row.text); !text.is_empty();)
-      lines_with_ends += "[" + Bytes(text.take_line_with_end()) + "]";
+      lines_with_ends += "[" + Std(text.take_line_with_end()) + "]";
     CHECK(lines == row.lines);
     CHECK(lines_with_ends == row.lines_with_ends);
   }
@@ -283,8 +258,8 @@ TEST_CASE("quoted runs and words are taken off") {
               {"\"\"\"\"", 0, "\"", ""}};
   for (const auto &row : rows) {
     String text(row.text);
-    CHECK_MESSAGE(Bytes(text.take_quoted(row.start)) == row.taken, std::string(row.text));
-    CHECK_MESSAGE(Bytes(text) == row.rest, std::string(row.text));
+    CHECK_MESSAGE(Std(text.take_quoted(row.start)) == row.taken, std::string(row.text));
+    CHECK_MESSAGE(Std(text) == row.rest, std::string(row.text));
   }
   const struct {
     const char *line, *words;
@@ -297,7 +272,7 @@ TEST_CASE("quoted runs and words are taken off") {
     std::string words;
     String line(row.line);
     for (String word = line.next_word(); !word.is_empty(); word = line.next_word())
-      words += "[" + Bytes(word) + "]";
+      words += "[" + Std(word) + "]";
     CHECK_MESSAGE(words == row.words, std::string(row.line));
     CHECK(line.is_empty());
   }

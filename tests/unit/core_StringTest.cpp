@@ -1,23 +1,11 @@
 // String: its block, what it holds, how it compares and how it is edited.
-#include <doctest/doctest.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <random>
-#include <string>
 
-#include "core/String.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
-using korb::test::Trapped;
-using namespace std::string_literals;
+#include "tests/support/Testing.h"
 
 namespace {
-
-std::string Bytes(const String &text) {
-  return std::string(text.c_str(), static_cast<size_t>(text.length()));
-}
 
 /// Shows what the block looks like.
 struct Probe : String {
@@ -32,11 +20,12 @@ struct Probe : String {
 } // namespace
 
 TEST_CASE("a block has the wanted length and 21 bytes, and is given back only when it is much too large") {
-  const struct {
+  struct Row {
     int32_t from, to, capacity;
-  } rows[] = {{0, 1, 22},   {1, 21, 22},   {1, 22, 43},  {1000, 510, 1021},  {1000, 509, 1021}, {1000, 508, 529},
-              {1000, 0, 0}, {1000, -1, 0}, {10, 10, 31}, {1000, 1020, 1021}, {1000, 1021, 1042}};
-  for (const auto &row : rows) {
+  };
+  for (const Row &row :
+       {Row{0, 1, 22}, Row{1, 21, 22}, Row{1, 22, 43}, Row{1000, 510, 1021}, Row{1000, 509, 1021}, Row{1000, 508, 529},
+        Row{1000, 0, 0}, Row{1000, -1, 0}, Row{10, 10, 31}, Row{1000, 1020, 1021}, Row{1000, 1021, 1042}}) {
     for (const bool may_refuse : {false, true}) {
       Probe text;
       text.set_length(row.from);
@@ -50,15 +39,11 @@ TEST_CASE("a block has the wanted length and 21 bytes, and is given back only wh
 
 TEST_CASE("blocks are taken over and handed out") {
   Probe text;
-  char *block = static_cast<char *>(malloc(3));
-  memcpy(block, "abc", 3);
-  text.attach(block, 3);
+  text.attach(static_cast<char *>(memcpy(malloc(3), "abc", 3)), 3);
   CHECK(text.capacity() == 4);
-  CHECK(text == "abc");
-  block = text.detach();
-  CHECK(std::string(block) == "abc");
-  CHECK(text.sound());
-  CHECK(*text.c_str() == '\0');
+  char *block = text.detach();
+  CHECK(block == "abc"s);
+  CHECK((text.sound() && *text.c_str() == '\0'));
   text.attach(block, 0); // freed: the sanitizer would see it leak
   text.attach(nullptr, 5);
   CHECK(text.is_empty());
@@ -66,11 +51,8 @@ TEST_CASE("blocks are taken over and handed out") {
 
 TEST_CASE("a length that no block can have is a refusal of the heap") {
   String text("abc");
-  CHECK_FALSE(text.try_set_length(0x7FFFFFEB));
-  CHECK_FALSE(text.try_grow_by(STRING_ALL));
-  CHECK_FALSE(text.try_grow_by(-1));
-  CHECK(text.try_grow_by(0));
-  CHECK(text == "abc");
+  CHECK(Values{text.try_set_length(0x7FFFFFEB), text.try_grow_by(STRING_ALL), text.try_grow_by(-1),
+               text.try_grow_by(0)} == Values{0, 0, 0, 1});
   const std::string report = Trapped([&] { text.set_length(0x7FFFFFEB); });
   CHECK(report.substr(0, 98) ==
         "Out Of Memory.  Make sure your hard drive is not full.\nRequested size = 2147483648 (0x80000000)\n\nS");
@@ -80,15 +62,10 @@ TEST_CASE("a length that no block can have is a refusal of the heap") {
 
 TEST_CASE("lengths change by grow_by, ensure_length and sync_length as each says") {
   String text("abc");
-  CHECK(text.grow_by(2) == 3);
-  CHECK(text.length() == 5);
-  CHECK(text.grow_by(-1) == 5);
-  text.ensure_length(2);
-  CHECK(text.length() == 5);
-  text.ensure_length(7); // inside the block
-  CHECK(text.length() == 7);
-  text.ensure_length(100);
-  CHECK(Bytes(text) == "abc" + std::string(97, '\0'));
+  const auto ensured = [&](int32_t n) { return text.ensure_length(n), text.length(); };
+  CHECK(Values{text.grow_by(2), text.grow_by(-1), text.length()} == Values{3, 5, 5});
+  CHECK(Values{ensured(2), ensured(7), ensured(100)} == Values{5, 7, 100});
+  CHECK(Std(text) == "abc" + std::string(97, '\0'));
   memcpy(text.data(), "xy", 3);
   text.sync_length();
   CHECK(text == "xy");
@@ -100,31 +77,25 @@ TEST_CASE("lengths change by grow_by, ensure_length and sync_length as each says
 }
 
 TEST_CASE("a string takes its contents from anywhere, itself included") {
+  using Edit = void (*)(String &);
   String text("hello world");
-  text.assign(text.c_str() + 2, 3);
-  CHECK(text == "llo");
-  text.assign(text.c_str() + 1);
-  CHECK(text == "lo");
-  text = text.c_str();
-  CHECK(text == "lo");
-  text.assign(text.c_str() + 2);
-  CHECK(text.is_empty());
-  text.assign_limited("abc", 2);
-  CHECK(text == "ab");
-  text.assign_limited("abc", STRING_ALL);
-  CHECK(text == "abc");
-  text.assign_limited("a\0c", 3);
-  CHECK(Bytes(text) == "a");
-  text.assign("a\0c", 3);
-  CHECK(Bytes(text) == "a\0c"s);
-  CHECK(text.try_assign(text.c_str() + 2, 1));
-  CHECK(text == "c");
-  CHECK(text.try_assign("new text", STRING_ALL));
-  CHECK(text == "new text");
-  CHECK(text.try_assign(nullptr, 4));
-  CHECK(text.is_empty());
-  text = static_cast<const char *>(nullptr);
-  CHECK(*text.c_str() == '\0');
+  const std::pair<Edit, std::string> steps[] = {
+      {[](String &s) { s.assign(s.c_str() + 2, 3); }, "llo"},
+      {[](String &s) { s.assign(s.c_str() + 1); }, "lo"},
+      {[](String &s) { s = s.c_str(); }, "lo"},
+      {[](String &s) { s.assign(s.c_str() + 2); }, ""},
+      {[](String &s) { s.assign_limited("abc", 2); }, "ab"},
+      {[](String &s) { s.assign_limited("abc", STRING_ALL); }, "abc"},
+      {[](String &s) { s.assign_limited("a\0c", 3); }, "a"},
+      {[](String &s) { s.assign("a\0c", 3); }, "a\0c"s},
+      {[](String &s) { CHECK(s.try_assign(s.c_str() + 2, 1)); }, "c"},
+      {[](String &s) { CHECK(s.try_assign("new text", STRING_ALL)); }, "new text"},
+      {[](String &s) { CHECK(s.try_assign(nullptr, 4)); }, ""},
+      {[](String &s) { s = static_cast<const char *>(nullptr); }, ""}};
+  for (const auto &[edit, contents] : steps) {
+    edit(text);
+    CHECK(Std(text) == contents);
+  }
 }
 
 TEST_CASE("no edit, whatever its arguments, leaves anything but what a plain model gives") {
@@ -136,46 +107,32 @@ TEST_CASE("no edit, whatever its arguments, leaves anything but what a plain mod
     Probe text;
     std::string model;
     for (int step = 0; step < 60; ++step) {
-      const int32_t pos = number(-1, static_cast<int32_t>(model.size()) + 1);
-      const int32_t remove = random() % 8 ? number(-1, 30) : STRING_ALL;
-      const int32_t n = number(0, 40);
+      const int32_t size = static_cast<int32_t>(model.size()), pos = number(-1, size + 1), n = number(0, 40);
+      const int32_t remove = random() % 8 ? number(-1, 30) : STRING_ALL, from = number(0, size);
+      const size_t at = static_cast<size_t>(pos), gone = remove < 0 ? 0 : static_cast<size_t>(remove);
       std::string piece(static_cast<size_t>(n), static_cast<char>('a' + step % 26));
-      const bool accepted = pos >= 0 && pos <= static_cast<int32_t>(model.size());
-      const size_t at = static_cast<size_t>(pos);
-      const size_t gone = remove < 0 ? 0 : static_cast<size_t>(remove);
-      switch (random() % 5) {
-      case 0:
+      const int32_t kind = number(0, 4);
+      if (kind == 0) {
         text.splice(pos, remove, piece.data(), n);
-        if (accepted)
-          model.replace(at, gone, piece);
-        break;
-      case 1:
+      } else if (kind == 1) {
+        piece.assign(piece.size(), 'Z');
         text.splice_fill(pos, remove, 'Z', n);
-        if (accepted)
-          model.replace(at, gone, std::string(static_cast<size_t>(n), 'Z'));
-        break;
-      case 2:
+      } else if (kind == 2) {
+        piece.clear();
         text.erase(pos, remove);
-        if (accepted)
-          model.erase(at, gone);
-        break;
-      case 3: { // a piece of itself
-        const size_t from = model.empty() ? 0 : random() % model.size();
-        const int32_t length = number(0, static_cast<int32_t>(model.size() - from));
-        piece = model.substr(from, static_cast<size_t>(length));
-        text.splice(pos, remove, text.c_str() + from, length);
-        if (accepted)
-          model.replace(at, gone, piece);
-        break;
-      }
-      default:
-        CHECK(Bytes(text.mid(pos, remove)) ==
-              (pos > static_cast<int32_t>(model.size()) ? std::string() : model.substr(pos < 0 ? 0 : at, gone)));
-        Bytes(text.cut(pos, remove));
-        if (pos <= static_cast<int32_t>(model.size()))
+      } else if (kind == 3) { // a piece of itself
+        piece = model.substr(static_cast<size_t>(from), piece.size());
+        text.splice(pos, remove, text.c_str() + from, static_cast<int32_t>(piece.size()));
+      } else {
+        const std::string middle = pos > size ? "" : model.substr(pos < 0 ? 0 : at, gone);
+        CHECK(Std(text.mid(pos, remove)) == middle);
+        CHECK(Std(text.cut(pos, remove)) == middle);
+        if (pos <= size)
           model.erase(pos < 0 ? 0 : at, gone);
       }
-      REQUIRE(Bytes(text) == model);
+      if (kind < 4 && pos >= 0 && pos <= size)
+        model.replace(at, gone, piece);
+      REQUIRE(Std(text) == model);
       REQUIRE(text.sound());
     }
   }
@@ -183,67 +140,50 @@ TEST_CASE("no edit, whatever its arguments, leaves anything but what a plain mod
 
 TEST_CASE("positions outside give each operation's empty result, and only at() is fatal") {
   String text("abcdef");
-  CHECK(text.at(5) == 'f');
-  CHECK(Trapped([&] { text.at(6); }) == "internal error Core 844");
-  CHECK(Trapped([&] { text.at(-1); }) == "internal error Core 844");
-  CHECK(text.char_at(6) == '\0');
-  CHECK(text.char_at(-1) == '\0');
-  CHECK(text.dword_at(2) == 0x66656463u);
-  CHECK(text.dword_at(3) == 0xFFFFFFFFu);
-  CHECK(text.dword_at(-1) == 0xFFFFFFFFu);
-  CHECK(String().dword_at(0) == 0xFFFFFFFFu);
-  CHECK(text.put_word(4, 0x5958));
-  CHECK_FALSE(text.put_word(5, 0));
-  CHECK_FALSE(text.put_dword(3, 0));
-  CHECK(text.put_dword(0, 0x34333231));
+  for (const int32_t outside : {6, -1})
+    CHECK(Trapped([&] { text.at(outside); }) == "internal error Core 844");
+  CHECK(Values{text.at(5), text.char_at(6), text.char_at(-1), text.dword_at(2), text.dword_at(3), text.dword_at(-1),
+               String().dword_at(0)} == Values{'f', 0, 0, 0x66656463, 0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF});
+  CHECK(Values{text.put_word(4, 0x5958), text.put_word(5, 0), text.put_dword(3, 0), text.put_dword(0, 0x34333231)} ==
+        Values{1, 0, 0, 1});
   CHECK(text == "1234XY");
   char out[4] = "---";
   text.copy_out(out, 5, 2);
   text.copy_out(out, -1, 2);
   text.copy_out(out, 0, -1);
-  CHECK(std::string(out) == "---");
+  CHECK(out == "---"s);
   text.copy_out(out, 4, 2);
-  CHECK(std::string(out) == "XY-");
-  CHECK(String().starts_with_char('\0'));
-  CHECK(String().ends_with_char('\0'));
-  CHECK_FALSE(text.contains_char('\0'));
-  CHECK(text.contains_char('Y'));
+  CHECK(out == "XY-"s);
+  CHECK(Values{String().starts_with_char('\0'), String().ends_with_char('\0'), text.contains_char('\0'),
+               text.contains_char('Y')} == Values{1, 1, 0, 1});
 }
 
 TEST_CASE("comparisons") {
   const auto sign = [](int32_t value) { return value < 0 ? -1 : (value > 0 ? 1 : 0); };
-  const struct {
+  struct Row {
     const char *text, *other;
     bool case_sensitive;
     int32_t max, with_text, with_string;
-  } rows[] = {
-      {"", "", true, STRING_ALL, 0, -1},         {"x", "", true, STRING_ALL, 1, 1},
-      {"", "x", true, STRING_ALL, -1, -1},       {"abc", "abc", true, STRING_ALL, 0, 0},
-      {"abc", "ABC", true, STRING_ALL, 1, 1},    {"abc", "ABC", false, STRING_ALL, 0, 0},
-      {"abc", "abcd", true, STRING_ALL, -1, -1}, {"abcd", "abc", true, STRING_ALL, 1, 1},
-      {"abcd", "abcx", true, 3, 0, 0},           {"abc", "abc", true, 0, -1, -1},
-      {"a_", "aB", false, STRING_ALL, -1, -1},   {"\xE4", "\xC4", false, STRING_ALL, 1, 1},
   };
-  for (const auto &row : rows) {
+  for (const Row &row : {Row{"", "", true, STRING_ALL, 0, -1}, Row{"x", "", true, STRING_ALL, 1, 1},
+                         Row{"", "x", true, STRING_ALL, -1, -1}, Row{"abc", "abc", true, STRING_ALL, 0, 0},
+                         Row{"abc", "ABC", true, STRING_ALL, 1, 1}, Row{"abc", "ABC", false, STRING_ALL, 0, 0},
+                         Row{"abc", "abcd", true, STRING_ALL, -1, -1}, Row{"abcd", "abc", true, STRING_ALL, 1, 1},
+                         Row{"abcd", "abcx", true, 3, 0, 0}, Row{"abc", "abc", true, 0, -1, -1},
+                         Row{"a_", "aB", false, STRING_ALL, -1, -1}, Row{"\xE4", "\xC4", false, STRING_ALL, 1, 1}}) {
     const String text(row.text);
-    CHECK_MESSAGE(sign(text.compare(row.other, row.case_sensitive, row.max)) == row.with_text, std::string(row.text),
-                  "/", std::string(row.other));
-    CHECK_MESSAGE(sign(text.compare(String(row.other), row.case_sensitive, row.max)) == row.with_string,
-                  std::string(row.text), "/", std::string(row.other));
+    CAPTURE(text);
+    CHECK(Values{sign(text.compare(row.other, row.case_sensitive, row.max)),
+                 sign(text.compare(String(row.other), row.case_sensitive, row.max))} ==
+          Values{row.with_text, row.with_string});
   }
   const String with_nul("ab\0c", 4);
-  CHECK(with_nul.compare("ab", true) == 0);
-  CHECK(with_nul != "ab");
-  CHECK(with_nul != String("ab"));
-  CHECK(with_nul != String("ab\0d", 4));
-  CHECK(String() == "");
-
-  CHECK(String("Setup.exe").starts_with("Setup"));
-  CHECK(String("Setup.exe").starts_with("SetXX", 3));
-  CHECK_FALSE(String("Setup.exe").starts_with("setup"));
-  CHECK_FALSE(String("Setup").starts_with("Setup.exe"));
-  CHECK_FALSE(String("Setup").starts_with(""));
-  CHECK_FALSE(String("Setup").starts_with(nullptr));
+  CHECK(Values{with_nul.compare("ab", true), with_nul == "ab", with_nul == String("ab"), with_nul == String("ab\0d", 4),
+               String() == ""} == Values{0, 0, 0, 0, 1});
+  const String file("Setup.exe");
+  CHECK(Values{file.starts_with("Setup"), file.starts_with("SetXX", 3), file.starts_with("setup"),
+               file.starts_with("Setup.exe!"), file.starts_with(""),
+               file.starts_with(nullptr)} == Values{1, 1, 0, 0, 0, 0});
 }
 
 TEST_CASE("edits of the ends, of characters and of line ends") {
@@ -297,78 +237,70 @@ TEST_CASE("edits of the ends, of characters and of line ends") {
   for (const auto &row : rows) {
     String text(row.before);
     row.edit(text);
-    CHECK_MESSAGE(Bytes(text) == row.after, std::string(row.before));
+    CHECK(Std(text) == row.after);
   }
 }
 
 TEST_CASE("texts without a length") {
-  CHECK(text_length(nullptr) == 0);
-  CHECK(text_last_char("ab") == 'b');
-  CHECK(text_last_char(nullptr) == '\0');
-  CHECK(std::string(text_skip_space(" \t\r\n\vx")) == "\vx");
-  CHECK(std::string(text_find_any("path;x", ";,")) == ";x");
-  CHECK(std::string(text_find_any("path", ";,")).empty());
+  CHECK(Values{text_length(nullptr), text_last_char("ab"), text_last_char(nullptr)} == Values{0, 'b', 0});
+  CHECK(text_skip_space(" \t\r\n\vx") == "\vx"s);
+  CHECK(text_find_any("path;x", ";,") == ";x"s);
+  CHECK(*text_find_any("path", ";,") == '\0');
   CHECK(text_find_any("a", nullptr) == nullptr);
-  char cut[] = "a=b=c";
+  char cut[] = "a=b=c", blanks[] = "a b c";
   CHECK(text_cut_at(cut, '='));
-  CHECK(std::string(cut) == "a");
+  CHECK(cut == "a"s);
   CHECK_FALSE(text_cut_at(cut, '='));
-  char blanks[] = "a b c";
   text_blank_spaces(blanks);
   CHECK(memcmp(blanks, "a\0b\0c", 6) == 0);
-  CHECK(IsBlank(nullptr));
-  CHECK(IsBlank(" \r\n\t"));
-  CHECK_FALSE(IsBlank(" \v"));
+  CHECK(Values{IsBlank(nullptr), IsBlank(" \r\n\t"), IsBlank(" \v")} == Values{1, 1, 0});
   for (int c = -128; c < 256; ++c) {
-    const bool lower = c >= 'a' && c <= 'z';
-    const bool upper = c >= 'A' && c <= 'Z';
-    CHECK(is_alpha(c) == (lower || upper));
-    CHECK(is_word_char(c) == (lower || upper || (c >= '0' && c <= '9') || c == '_'));
-    CHECK(to_upper_char(c) == (lower ? c - 32 : c & 0xFF));
-    CHECK(to_lower_char(c) == (upper ? c + 32 : c & 0xFF));
+    const bool lower = c >= 'a' && c <= 'z', upper = c >= 'A' && c <= 'Z';
+    CHECK(Values{is_alpha(c), is_word_char(c), to_upper_char(c), to_lower_char(c)} ==
+          Values{lower || upper, lower || upper || (c >= '0' && c <= '9') || c == '_', lower ? c - 32 : c & 0xFF,
+                 upper ? c + 32 : c & 0xFF});
   }
 }
 
 TEST_CASE("numbers are read from texts") {
-  const struct {
+  struct Row {
     const char *text;
     int32_t value;
-  } rows[] = {{"12.5", 12},       {"abc", 0},     {"-1,000", -1000}, {"1,234", 1234},
-              {"v2", 2},          {"file.12", 0}, {"a-b", 0},        {"1,2,3", 123},
-              {"4294967295", -1}, {"+7", 7},      {"", 0},           {"-2147483648", INT32_MIN},
-              {"99 bottles", 99}, {"- 5", 0},     {"4294967298", 2}};
-  for (const auto &row : rows)
+  };
+  for (const Row &row :
+       {Row{"12.5", 12}, Row{"abc", 0}, Row{"-1,000", -1000}, Row{"1,234", 1234}, Row{"v2", 2}, Row{"file.12", 0},
+        Row{"a-b", 0}, Row{"1,2,3", 123}, Row{"4294967295", -1}, Row{"+7", 7}, Row{"", 0},
+        Row{"-2147483648", INT32_MIN}, Row{"99 bottles", 99}, Row{"- 5", 0}, Row{"4294967298", 2}})
     CHECK_MESSAGE(String(row.text).to_int() == row.value, std::string(row.text));
   CHECK(String("x-9,223,372,036,854,775,808").to_int64() == INT64_MIN);
   CHECK(string_from_int64(INT64_MIN) == "-9223372036854775808");
   CHECK(text_to_double("-12.375") == doctest::Approx(-12.375));
   CHECK(text_to_double(".5e3") == 0.5);
 
-  const struct {
+  struct Parse {
     const char *text;
     int32_t pos, value, end;
-  } parses[] = {{"12-34", 0, 12, 2}, {"12-34", 2, -34, 5}, {"12", 2, INT32_MIN, 2}, {"12", -1, INT32_MIN, -1},
-                {"+x", 0, 0, 1},     {" 1", 0, 0, 0},      {"", 0, INT32_MIN, 0}};
-  for (const auto &row : parses) {
+  };
+  for (const Parse &row :
+       {Parse{"12-34", 0, 12, 2}, Parse{"12-34", 2, -34, 5}, Parse{"12", 2, INT32_MIN, 2},
+        Parse{"12", -1, INT32_MIN, -1}, Parse{"+x", 0, 0, 1}, Parse{" 1", 0, 0, 0}, Parse{"", 0, INT32_MIN, 0}}) {
     int32_t pos = row.pos;
-    CHECK_MESSAGE(String(row.text).parse_int(&pos) == row.value, std::string(row.text));
-    CHECK_MESSAGE(pos == row.end, std::string(row.text));
+    CHECK(Values{String(row.text).parse_int(&pos), pos} == Values{row.value, row.end});
   }
-  CHECK(String("12").parse_int(nullptr) == 12);
-  CHECK(String().parse_int(nullptr) == INT32_MIN);
+  CHECK(Values{String("12").parse_int(nullptr), String().parse_int(nullptr)} == Values{12, INT32_MIN});
 
-  const struct {
+  struct Skip {
     const char *text;
     uint32_t flags;
     int32_t value;
     const char *rest;
-  } skips[] = {{" 1", 0, 0, " 1"},     {" 1 ,2", 1, 1, " ,2"}, {"1 , 2", 0x12, 1, "2"},
-               {"1,2", 0x10, 1, "2"},  {"-5", 4, 0, "-5"},     {"-5", 0, -5, ""},
-               {"- ,", 0x12, 0, " ,"}, {"1 , 2", 2, 1, ", 2"}, {"4294967296", 4, 0, ""}};
-  for (const auto &row : skips) {
+  };
+  for (const Skip &row : {Skip{" 1", 0, 0, " 1"}, Skip{" 1 ,2", 1, 1, " ,2"}, Skip{"1 , 2", 0x12, 1, "2"},
+                          Skip{"1,2", 0x10, 1, "2"}, Skip{"-5", 4, 0, "-5"}, Skip{"-5", 0, -5, ""},
+                          Skip{"- ,", 0x12, 0, " ,"}, Skip{"1 , 2", 2, 1, ", 2"}, Skip{"4294967296", 4, 0, ""}}) {
     const char *p = row.text;
-    CHECK_MESSAGE(text_skip_number(p, row.flags) == row.value, std::string(row.text));
-    CHECK_MESSAGE(std::string(p) == row.rest, std::string(row.text));
+    CHECK(text_skip_number(p, row.flags) == row.value);
+    CHECK(p == std::string(row.rest));
   }
 }
 

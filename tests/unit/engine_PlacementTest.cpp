@@ -1,17 +1,11 @@
-#include <doctest/doctest.h>
-
 #include <map>
-#include <string>
 
 #include "archive/RunValues.h"
 #include "core/RunMode.h"
 #include "engine/Placement.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -153,13 +147,9 @@ TEST_CASE("the placement condition looks at what is there") {
     bool replaces = false;
     return IsWanted(c.record, path, c.machine, replaces);
   };
-  CHECK(wanted(FF_PLACE_ALWAYS, "old"));
-  CHECK_FALSE(wanted(FF_PLACE_NEVER, "new"));
-  CHECK(wanted(FF_PLACE_OVER, "old"));
-  CHECK_FALSE(wanted(FF_PLACE_OVER, "new"));
-  CHECK(wanted(FF_PLACE_NEW, "new"));
-  CHECK(UninstallList.is_empty());
-  CHECK(LogText.is_empty());
+  CHECK(Values{wanted(FF_PLACE_ALWAYS, "old"), wanted(FF_PLACE_NEVER, "new"), wanted(FF_PLACE_OVER, "old"),
+               wanted(FF_PLACE_OVER, "new"), wanted(FF_PLACE_NEW, "new"), UninstallList.is_empty(),
+               LogText.is_empty()} == Values{1, 0, 1, 0, 1, 1, 1});
 
   // A file that was kept still goes with the product, whatever is recorded of the others.
   c.machine.files["C:\\App\\old"] = {};
@@ -234,9 +224,7 @@ TEST_CASE("shortcuts are noted for programs that ask and for every startup file"
     NoteShortcut(c.record, "C:\\App\\a.exe");
     return ShortcutList.count;
   };
-  CHECK(note(KindProgram, FF_KEEP) == 0);
-  CHECK(note(KindShared, FF_SHORTCUTS) == 0);
-  CHECK(note(KindStartup, 0) == 1);
+  CHECK(Values{note(KindProgram, FF_KEEP), note(KindShared, FF_SHORTCUTS), note(KindStartup, 0)} == Values{0, 0, 1});
 
   TextTable.set_count(39);
   TextTable.at(38).set_count(1);

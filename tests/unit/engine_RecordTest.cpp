@@ -1,8 +1,4 @@
 // The texts that an installation leaves and an uninstaller reads.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "archive/RunValues.h"
 #include "archive/TextNumber.h"
 #include "engine/InstallLog.h"
@@ -10,8 +6,7 @@
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "engine/UninstallRecord.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 namespace {
 

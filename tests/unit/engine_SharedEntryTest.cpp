@@ -1,10 +1,5 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "engine/SharedEntry.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 TEST_CASE("the entries of a list of shared files come back one by one, and rubbish ends the list") {
   struct Row {
@@ -12,18 +7,15 @@ TEST_CASE("the entries of a list of shared files come back one by one, and rubbi
     const char *entries; // path, marks, semicolon
     const char *rest;
   };
-  const Row rows[] = {
-      {"\"c:\\a.dll\";\"c:\\b.dll \";\"c:\\c.dll^\"", "c:\\a.dll;c:\\b.dll keep;c:\\c.dll com;", ""},
-      {"\"c:\\a.dll ^\"", "c:\\a.dll keep com;", ""},
-      {"\"c:\\a.dll^ \"", "c:\\a.dll^ keep;", ""}, // a mark is off the path only in this order
-      {"\"c:\\a\"\"b\"\"c.dll\"", "c:\\a\"b\"c.dll;", ""},
-      {"\"c:\\a.dll\"\"c:\\b.dll\"", "c:\\a.dll\"c:\\b.dll;", ""},
-      {"\"c:\\a.dll\"; \"c:\\b.dll\"", "c:\\a.dll;", " \"c:\\b.dll\""},
-      {"c:\\a.dll;\"c:\\b.dll\"", "", "c:\\a.dll;\"c:\\b.dll\""},
-      {"\" ^\";\"c:\\b.dll\"", "", ";\"c:\\b.dll\""},
-      {"\"", "", ""},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"\"c:\\a.dll\";\"c:\\b.dll \";\"c:\\c.dll^\"", "c:\\a.dll;c:\\b.dll keep;c:\\c.dll com;", ""},
+        Row{"\"c:\\a.dll ^\"", "c:\\a.dll keep com;", ""},
+        Row{"\"c:\\a.dll^ \"", "c:\\a.dll^ keep;", ""}, // a mark is off the path only in this order
+        Row{"\"c:\\a\"\"b\"\"c.dll\"", "c:\\a\"b\"c.dll;", ""},
+        Row{"\"c:\\a.dll\"\"c:\\b.dll\"", "c:\\a.dll\"c:\\b.dll;", ""},
+        Row{"\"c:\\a.dll\"; \"c:\\b.dll\"", "c:\\a.dll;", " \"c:\\b.dll\""},
+        Row{"c:\\a.dll;\"c:\\b.dll\"", "", "c:\\a.dll;\"c:\\b.dll\""},
+        Row{"\" ^\";\"c:\\b.dll\"", "", ";\"c:\\b.dll\""}, Row{"\"", "", ""}}) {
     CAPTURE(row.text);
     String text(row.text);
     std::string entries;

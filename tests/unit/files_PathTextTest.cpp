@@ -1,37 +1,17 @@
-#include <doctest/doctest.h>
-
 #include <cstring>
-#include <string>
 
 #include "files/PathText.h"
 #include "files/RenameSection.h"
-
-using namespace korb;
-
-namespace {
-
-std::string Std(const String &text) {
-  return std::string(text.c_str(), static_cast<size_t>(text.length()));
-}
-
-} // namespace
+#include "tests/support/Testing.h"
 
 TEST_CASE("a directory and a name are joined by one backslash") {
   struct Row {
     const char *directory, *name, *path;
   };
-  const Row rows[] = {
-      {"c:\\", "\\x", "c:\\x"},
-      {"c:\\a\\", "b", "c:\\a\\b"},
-      {"c:\\a", "b", "c:\\a\\b"},
-      {"c:", "foo", "c:foo"},
-      {"", "b", "b"},
-      {nullptr, "b", "b"},
-      {"c:\\a", "", "c:\\a"},
-      {"c:\\a\\\\", "\\b", "c:\\a\\\\b"},
-      {"c:\\a", "d:\\b", "c:\\a\\d:\\b"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"c:\\", "\\x", "c:\\x"}, Row{"c:\\a\\", "b", "c:\\a\\b"}, Row{"c:\\a", "b", "c:\\a\\b"},
+        Row{"c:", "foo", "c:foo"}, Row{"", "b", "b"}, Row{nullptr, "b", "b"}, Row{"c:\\a", "", "c:\\a"},
+        Row{"c:\\a\\\\", "\\b", "c:\\a\\\\b"}, Row{"c:\\a", "d:\\b", "c:\\a\\d:\\b"}}) {
     CAPTURE(row.path);
     CHECK(Std(PathJoin(row.directory, row.name)) == row.path);
   }
@@ -41,22 +21,15 @@ TEST_CASE("a path falls into directory and name") {
   struct Row {
     const char *path, *directory, *file, *root;
   };
-  const Row rows[] = {
-      {"c:\\dir\\file", "c:\\dir", "file", "c:\\"},
-      {"c:\\file", "c:\\", "file", "c:\\"},
-      {"c:\\", "c:\\", "", "c:\\"},
-      {"c:file", "c:", "file", "c:"},
-      {"file", "", "file", ""},
-      {"\\file", "", "file", ""},
-      {"c:\\dir\\", "c:\\dir", "", "c:\\"},
-      {"\\\\server\\share\\file", "\\\\server\\share", "file", ""},
-      {"\\\\server", "\\", "server", ""},
-      {"c:\\a\\b;d:\\x\\y", "c:\\a", "y", "c:\\"}, // a list: its first directory, but its last name
-      {"\"c:\\a;b\\c\"", "\"c:\\a;b", "c\"", ""},
-      {"a;c:\\x", "a;c:", "x", ""}, // without a backslash in front of the list's end, any colon counts
-      {nullptr, "", "", ""},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"c:\\dir\\file", "c:\\dir", "file", "c:\\"}, Row{"c:\\file", "c:\\", "file", "c:\\"},
+        Row{"c:\\", "c:\\", "", "c:\\"}, Row{"c:file", "c:", "file", "c:"}, Row{"file", "", "file", ""},
+        Row{"\\file", "", "file", ""}, Row{"c:\\dir\\", "c:\\dir", "", "c:\\"},
+        Row{"\\\\server\\share\\file", "\\\\server\\share", "file", ""}, Row{"\\\\server", "\\", "server", ""},
+        Row{"c:\\a\\b;d:\\x\\y", "c:\\a", "y", "c:\\"}, // a list: its first directory, but its last name
+        Row{"\"c:\\a;b\\c\"", "\"c:\\a;b", "c\"", ""},
+        Row{"a;c:\\x", "a;c:", "x", ""}, // without a backslash in front of the list's end, any colon counts
+        Row{nullptr, "", "", ""}}) {
     CAPTURE(row.path);
     CHECK(Std(DirectoryPart(row.path)) == row.directory);
     CHECK(Std(FilePart(row.path)) == row.file);
@@ -71,27 +44,17 @@ TEST_CASE("a path falls into directory and name") {
 }
 
 TEST_CASE("drives and extensions") {
-  CHECK(DriveLetter("c:\\x") == 'C');
-  CHECK(DriveLetter("1:\\x") == 0);
-  CHECK(DriveLetter("c") == 0);
+  CHECK(Values{DriveLetter("c:\\x"), DriveLetter("1:\\x"), DriveLetter("c")} == Values{'C', 0, 0});
   CHECK(Std(DriveSpec("c-d")) == "c:");
   CHECK(Std(DriveSpec("\\\\s")) == "");
   CHECK(Std(DriveSpec('\0')) == "");
-  CHECK(ExtensionIndex("c:\\a.b\\c") == -1);
-  CHECK(ExtensionIndex("a.b.c") == 3);
-  CHECK(ExtensionIndex(".x") == 0);
+  CHECK(Values{ExtensionIndex("c:\\a.b\\c"), ExtensionIndex("a.b.c"), ExtensionIndex(".x")} == Values{-1, 3, 0});
   struct Row {
     const char *path, *extension, *result;
   };
-  const Row rows[] = {
-      {"setup", "EXE", "setup.EXE"},
-      {"setup", ".EXE", "setup.EXE"},
-      {"setup.", "EXE", "setup."},
-      {"a.b\\c", "EXE", "a.b\\c.EXE"},
-      {" ", "EXE", " "},
-      {"setup", nullptr, "setup"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"setup", "EXE", "setup.EXE"}, Row{"setup", ".EXE", "setup.EXE"}, Row{"setup.", "EXE", "setup."},
+        Row{"a.b\\c", "EXE", "a.b\\c.EXE"}, Row{" ", "EXE", " "}, Row{"setup", nullptr, "setup"}}) {
     String path(row.path);
     AddDefaultExtension(path, row.extension);
     CHECK(Std(path) == row.result);
@@ -99,10 +62,8 @@ TEST_CASE("drives and extensions") {
 }
 
 TEST_CASE("paths are compared and judged by their text") {
-  CHECK(SamePath("C:\\Dir\\", "c:\\dir"));
-  CHECK(SamePath("", ""));
-  CHECK(SamePath("\\\\", ""));
-  CHECK_FALSE(SamePath("c:\\dir", "c:\\dir2"));
+  CHECK(Values{SamePath("C:\\Dir\\", "c:\\dir"), SamePath("", ""), SamePath("\\\\", ""),
+               SamePath("c:\\dir", "c:\\dir2")} == Values{1, 1, 1, 0});
   for (const char *full : {"c:\\", "  c:\\x", "\\\\server", "1:\\x"})
     CHECK(IsFullPath(full));
   for (const char *part : {"", "  ", "x", "c:x", "\\x", "c", "c:"})
@@ -133,22 +94,14 @@ TEST_CASE("a name is made absolute, or left alone") {
     const char *path, *base, *result;
     bool changed;
   };
-  const Row rows[] = {
-      {"\\x", "c:\\dir", "c:\\x", true},
-      {"x", "c:\\dir\\", "c:\\dir\\x", true},
-      {"x", "c:\\dir", "c:\\dir\\x", true},
-      {"  x ", " c:\\dir", "c:\\dir\\x", true},
-      {"d:foo", "c:\\dir", "d:\\dir\\foo", true}, // its own drive, the base's directory
-      {"d:foo", "c:\\", "d:\\foo", true},
-      {"x", "\\\\server\\share", "\\\\server\\share\\x", true},
-      {"x", "dir", "x", false},
-      {"x", nullptr, "x", false},
-      {" c:\\full ", "c:\\dir", "c:\\full", false},
-      {"\\\\server\\x", "c:\\dir", "\\\\server\\x", false},
-      {"\\x", "\\\\server\\share", "\\x", false},
-      {" ", "c:\\dir", "", false},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"\\x", "c:\\dir", "c:\\x", true}, Row{"x", "c:\\dir\\", "c:\\dir\\x", true},
+        Row{"x", "c:\\dir", "c:\\dir\\x", true}, Row{"  x ", " c:\\dir", "c:\\dir\\x", true},
+        Row{"d:foo", "c:\\dir", "d:\\dir\\foo", true}, // its own drive, the base's directory
+        Row{"d:foo", "c:\\", "d:\\foo", true}, Row{"x", "\\\\server\\share", "\\\\server\\share\\x", true},
+        Row{"x", "dir", "x", false}, Row{"x", nullptr, "x", false}, Row{" c:\\full ", "c:\\dir", "c:\\full", false},
+        Row{"\\\\server\\x", "c:\\dir", "\\\\server\\x", false}, Row{"\\x", "\\\\server\\share", "\\x", false},
+        Row{" ", "c:\\dir", "", false}}) {
     CAPTURE(row.path);
     String path(row.path);
     CHECK(NormalisePath(path, row.base) == row.changed);
@@ -160,14 +113,11 @@ TEST_CASE("a rename becomes the first line of its section") {
   struct Row {
     const char *before, *after;
   };
-  const Row rows[] = {
-      {"", "\r\n[rename]\r\nNUL=c:\\x"},
-      {"[other]\r\na=b", "[other]\r\na=b\r\n[rename]\r\nNUL=c:\\x"},
-      {"[other]\r\n", "[other]\r\n[rename]\r\nNUL=c:\\x"},
-      {"[RENAME]\r\nNUL=c:\\y\r\n[z]", "[RENAME]\r\nNUL=c:\\x\r\nNUL=c:\\y\r\n[z]"},
-      {"[rename]", "[rename]\r\nNUL=c:\\x"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"", "\r\n[rename]\r\nNUL=c:\\x"}, Row{"[other]\r\na=b", "[other]\r\na=b\r\n[rename]\r\nNUL=c:\\x"},
+        Row{"[other]\r\n", "[other]\r\n[rename]\r\nNUL=c:\\x"},
+        Row{"[RENAME]\r\nNUL=c:\\y\r\n[z]", "[RENAME]\r\nNUL=c:\\x\r\nNUL=c:\\y\r\n[z]"},
+        Row{"[rename]", "[rename]\r\nNUL=c:\\x"}}) {
     String text(row.before);
     AddRename(text, "NUL", "c:\\x");
     CHECK(Std(text) == row.after);

@@ -1,11 +1,6 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "registry/RegistryPath.h"
 #include "registry/TreeWalker.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 namespace {
 

@@ -1,10 +1,5 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "system/OsIdentity.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 TEST_CASE("every system has its bit and its name") {
   struct Row {
@@ -13,23 +8,16 @@ TEST_CASE("every system has its bit and its name") {
     uint32_t code;
     const char *name;
   };
-  const Row rows[] = {
-      {0, 1, 30, "", OS_WIN32S, "Windows 1.30"},
-      {1, 4, 0, "", OS_WINDOWS_95, "Windows 95"},
-      {1, 4, 9, " B", OS_WINDOWS_95, "Windows 95 B"},
-      {1, 4, 10, " A ", OS_WINDOWS_98, "Windows 98 A"},
-      {1, 4, 89, "", OS_WINDOWS_98, "Windows 98"},
-      {1, 4, 90, " ", OS_WINDOWS_ME, "Windows ME"},
-      {1, 5, 1, "", OS_OTHER, "Windows 9x 5.1"},
-      {2, 3, 51, "Service Pack 5", OS_NT_3, "Windows NT 3.51 Service Pack 5"},
-      {2, 4, 0, "Service Pack 6a", OS_NT_4, "Windows NT 4.0 Service Pack 6a"},
-      {2, 5, 0, "Service Pack 4", OS_WINDOWS_2000, "Windows 2000 Service Pack 4"},
-      {2, 5, 1, "", OS_WINDOWS_XP, "Windows XP"},
-      {2, 5, 2, "", OS_OTHER, "Windows NT 5.2"},
-      {2, 6, 0, "", OS_OTHER, "Windows NT 6.0"},
-      {3, 1, 0, "", OS_OTHER, "Windows"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{0, 1, 30, "", OS_WIN32S, "Windows 1.30"}, Row{1, 4, 0, "", OS_WINDOWS_95, "Windows 95"},
+        Row{1, 4, 9, " B", OS_WINDOWS_95, "Windows 95 B"}, Row{1, 4, 10, " A ", OS_WINDOWS_98, "Windows 98 A"},
+        Row{1, 4, 89, "", OS_WINDOWS_98, "Windows 98"}, Row{1, 4, 90, " ", OS_WINDOWS_ME, "Windows ME"},
+        Row{1, 5, 1, "", OS_OTHER, "Windows 9x 5.1"},
+        Row{2, 3, 51, "Service Pack 5", OS_NT_3, "Windows NT 3.51 Service Pack 5"},
+        Row{2, 4, 0, "Service Pack 6a", OS_NT_4, "Windows NT 4.0 Service Pack 6a"},
+        Row{2, 5, 0, "Service Pack 4", OS_WINDOWS_2000, "Windows 2000 Service Pack 4"},
+        Row{2, 5, 1, "", OS_WINDOWS_XP, "Windows XP"}, Row{2, 5, 2, "", OS_OTHER, "Windows NT 5.2"},
+        Row{2, 6, 0, "", OS_OTHER, "Windows NT 6.0"}, Row{3, 1, 0, "", OS_OTHER, "Windows"}}) {
     OsVersion version;
     version.platform = row.platform;
     version.major = row.major;

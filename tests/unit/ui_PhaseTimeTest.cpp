@@ -1,8 +1,5 @@
-#include <doctest/doctest.h>
-
+#include "tests/support/Testing.h"
 #include "ui/PhaseTime.h"
-
-using namespace korb;
 
 TEST_CASE("a phase's time survives the wrap of the tick counter") {
   struct Row {
@@ -10,18 +7,13 @@ TEST_CASE("a phase's time survives the wrap of the tick counter") {
     int32_t milliseconds;
     bool left;
   };
-  const Row rows[] = {
-      {1000, 1000, 1, true},
-      {1000, 1499, 500, true},
-      {1000, 1500, 500, false},
-      {1000, 1000, 0, false},
-      {0xFFFFFF00, 0x000000F0, 500, true},
-      {0xFFFFFF00, 0x00000100, 500, false},
-      {1000, 900, 500, true},      // the clock stepped back by less
-      {1000, 500, 500, false},     // ... and by as much
-      {0, 0x80000000, 500, false}, // half the range, of either sign
-  };
-  for (const Row &row : rows) {
+  for (const Row &row : {
+           Row{1000, 1000, 1, true}, Row{1000, 1499, 500, true}, Row{1000, 1500, 500, false}, Row{1000, 1000, 0, false},
+           Row{0xFFFFFF00, 0x000000F0, 500, true}, Row{0xFFFFFF00, 0x00000100, 500, false},
+           Row{1000, 900, 500, true},     // the clock stepped back by less
+           Row{1000, 500, 500, false},    // ... and by as much
+           Row{0, 0x80000000, 500, false} // half the range, of either sign
+       }) {
     CAPTURE(row.start);
     CAPTURE(row.now);
     CHECK(PhaseHasTimeLeft(row.start, row.now, row.milliseconds) == row.left);

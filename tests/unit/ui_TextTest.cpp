@@ -1,11 +1,6 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "archive/RunValues.h"
+#include "tests/support/Testing.h"
 #include "ui/TextLookup.h"
-
-using namespace korb;
 
 TEST_CASE("a text is found by number and language, with the names put in") {
   TextTable.clear();
@@ -22,16 +17,8 @@ TEST_CASE("a text is found by number and language, with the names put in") {
     const char *expected;
   };
   ProductName = "P<os>"; // the system's name goes in second, so it is found here too
-  const Row rows[] = {{0, 0, "PSystem on System, PSystem"},
-                      {0, 1, "zwei"},
-                      {1, 0, "plain"},
-                      {1, 1, ""},
-                      {2, 0, ""},
-                      {3, 0, ""},
-                      {-1, 0, ""},
-                      {0, 2, ""},
-                      {0, -1, ""}};
-  for (const Row &row : rows) {
+  for (const Row &row : {Row{0, 0, "PSystem on System, PSystem"}, Row{0, 1, "zwei"}, Row{1, 0, "plain"}, Row{1, 1, ""},
+                         Row{2, 0, ""}, Row{3, 0, ""}, Row{-1, 0, ""}, Row{0, 2, ""}, Row{0, -1, ""}}) {
     CAPTURE(row.number);
     LanguageIndex = row.language;
     CHECK(std::string(TextLookup(row.number)) == row.expected);

@@ -1,16 +1,10 @@
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "core/Windows.h"
 #include "engine/FileVersion.h"
 #include "packer/ReadFile.h"
 #include "packer/VersionResource.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 

@@ -1,8 +1,4 @@
 // Placement against the real file system.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "archive/RunValues.h"
 #include "core/Windows.h"
 #include "engine/PlaceFile.h"
@@ -11,11 +7,8 @@
 #include "engine/UninstallList.h"
 #include "files/FileInfo.h"
 #include "packer/RecordWriter.h"
-#include "tests/support/FailureTrap.h"
 #include "tests/support/TempFolder.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -126,14 +119,11 @@ TEST_CASE_FIXTURE(Fixture, "a file in use is replaced at the next start, if it m
   REQUIRE(lock != INVALID_HANDLE_VALUE);
   const std::string path = Path("a").c_str();
 
-  CHECK_FALSE(Place("a", "new"));
-  CHECK(std::string(ErrorReport.c_str()).find("no file " + path + "\r\n") == 0);
-  CHECK_FALSE(HasInstallFlag(IF_REBOOT_NEEDED));
+  CHECK(Values{Place("a", "new"), std::string(ErrorReport.c_str()).find("no file " + path + "\r\n"),
+               HasInstallFlag(IF_REBOOT_NEEDED)} == Values{0, 0, 0});
 
   ErrorReport.clear();
-  CHECK_FALSE(Place("a", "new", true));
-  CHECK(HasInstallFlag(IF_REBOOT_NEEDED));
-  CHECK(ErrorReport.is_empty());
+  CHECK(Values{Place("a", "new", true), HasInstallFlag(IF_REBOOT_NEEDED), ErrorReport.is_empty()} == Values{0, 1, 1});
   const std::string log = LogText.c_str();
   CHECK(log.find("no file " + path + "\r\n") == 0);
   const std::string told = path + " has been successfully registered for replacement.\r\nTemporary file is ";

@@ -1,8 +1,4 @@
 // Directories, attributes, delayed moves and processes on the real calls.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "core/Windows.h"
 #include "files/Attributes.h"
 #include "files/DeferredFiles.h"
@@ -14,12 +10,9 @@
 #include "files/RunProcess.h"
 #include "files/TempFiles.h"
 #include "files/WholeFile.h"
-#include "tests/support/FailureTrap.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -68,9 +61,8 @@ TEST_CASE("the program knows where it is") {
 
 TEST_CASE_FIXTURE(Fixture, "directories are asked for by entering them") {
   const String before = CurrentDirectory();
-  CHECK(DirectoryExists(folder.Path().string().c_str()));
-  CHECK_FALSE(DirectoryExists(Path("missing")));
-  CHECK_FALSE(DirectoryExists(""));
+  CHECK(Values{DirectoryExists(folder.Path().string().c_str()), DirectoryExists(Path("missing")),
+               DirectoryExists("")} == Values{1, 0, 0});
   CHECK_FALSE(DirectoryExists(nullptr));
   folder.Write("file", "x");
   CHECK_FALSE(DirectoryExists(Path("file")));
@@ -86,17 +78,14 @@ TEST_CASE_FIXTURE(Fixture, "directories are asked for by entering them") {
 }
 
 TEST_CASE_FIXTURE(Fixture, "directory trees are made and removed") {
-  CHECK(CreateDirectoryTree(Path("a\\b\\c")));
-  CHECK(CreateDirectoryTree(Path("a\\b\\c")));
-  CHECK(Exists("a\\b\\c"));
+  CHECK(Values{CreateDirectoryTree(Path("a\\b\\c")), CreateDirectoryTree(Path("a\\b\\c")), Exists("a\\b\\c")} ==
+        Values{1, 1, 1});
   CHECK(CreateDirectoryTree("q:\\")); // the root of a missing drive answers true
   CHECK_FALSE(CreateDirectoryTree("q:\\x"));
   CHECK_FALSE(CreateDirectoryTree(""));
   folder.Write("file", "x");
-  CHECK_FALSE(CreateDirectoryTree(Path("file\\below")));
-  CHECK_FALSE(RemoveEmptyDirectory(Path("a")));
-  CHECK(RemoveEmptyDirectory(Path("a\\b\\c\\")));
-  CHECK_FALSE(RemoveEmptyDirectory("c:\\"));
+  CHECK(Values{CreateDirectoryTree(Path("file\\below")), RemoveEmptyDirectory(Path("a")),
+               RemoveEmptyDirectory(Path("a\\b\\c\\")), RemoveEmptyDirectory("c:\\")} == Values{0, 0, 1, 0});
 
   folder.Write("a/b/read-only", "x");
   SetReadOnly(Path("a\\b\\read-only"), true);
@@ -105,13 +94,9 @@ TEST_CASE_FIXTURE(Fixture, "directory trees are made and removed") {
   {
     const HeldFile held(Path("a\\d\\held"));
     CHECK_FALSE(DeleteDirectoryTree(Path("a"))); // goes on after what it can't delete
-    CHECK_FALSE(Exists("a\\b"));
-    CHECK_FALSE(Exists("a\\other"));
-    CHECK(Exists("a\\d\\held"));
+    CHECK(Values{Exists("a\\b"), Exists("a\\other"), Exists("a\\d\\held")} == Values{0, 0, 1});
   }
-  CHECK(DeleteDirectoryTree(Path("a")));
-  CHECK_FALSE(Exists("a"));
-  CHECK_FALSE(DeleteDirectoryTree(Path("a")));
+  CHECK(Values{DeleteDirectoryTree(Path("a")), Exists("a"), DeleteDirectoryTree(Path("a"))} == Values{1, 0, 0});
 }
 
 TEST_CASE_FIXTURE(Fixture, "what a link leads to is not removed with it") {
@@ -134,9 +119,8 @@ TEST_CASE_FIXTURE(Fixture, "a tree of the system is never removed") {
     CHECK_FALSE(DeleteDirectoryTree(*path));
     String other_case(*path);
     other_case.to_upper();
-    CHECK_FALSE(DeleteDirectoryTree(other_case));
-    CHECK(DirectoryExists(*path));
-    CHECK(RemoveEmptyDirectory(*path));
+    CHECK(Values{DeleteDirectoryTree(other_case), DirectoryExists(*path), RemoveEmptyDirectory(*path)} ==
+          Values{0, 1, 1});
   }
   CHECK_FALSE(DeleteDirectoryTree("c:\\"));
 }
@@ -149,10 +133,8 @@ TEST_CASE_FIXTURE(Fixture, "a name with a semicolon is no name for a walk") {
   int found = 0;
   for (bool more = finder.FindFirst(Path("w\\*.*"), &info); more; more = finder.FindNext(&info))
     found += !info.IsDirectory();
-  CHECK(found == 1);
-  CHECK_FALSE(finder.FindNext(&info));
-  CHECK_FALSE(GetFileInfo(Path("w\\a;b"), &info));
-  CHECK(GetFileInfo(Path("w\\c"), &info));
+  CHECK(Values{found, finder.FindNext(&info), GetFileInfo(Path("w\\a;b"), &info), GetFileInfo(Path("w\\c"), &info)} ==
+        Values{1, 0, 0, 1});
   CHECK(info.name == "c");
   CHECK(info.size == 1);
   CHECK_FALSE(DeleteDirectoryTree(Path("w")));
@@ -160,10 +142,8 @@ TEST_CASE_FIXTURE(Fixture, "a name with a semicolon is no name for a walk") {
 
 TEST_CASE_FIXTURE(Fixture, "files exist when they can be opened or are held") {
   folder.Write("file", "x");
-  CHECK(FileExists(Path("file")));
-  CHECK_FALSE(FileExists(Path("missing")));
-  CHECK_FALSE(FileExists(folder.Path().string().c_str()));
-  CHECK_FALSE(FileExists(""));
+  CHECK(Values{FileExists(Path("file")), FileExists(Path("missing")), FileExists(folder.Path().string().c_str()),
+               FileExists("")} == Values{1, 0, 0, 0});
 }
 
 TEST_CASE_FIXTURE(Fixture, "attributes change only as asked") {
@@ -196,9 +176,8 @@ TEST_CASE_FIXTURE(Fixture, "drives tell their room") {
 
 TEST_CASE_FIXTURE(Fixture, "temporary and short names name real files") {
   const String name = TempFileName(folder.Path().string().c_str());
-  CHECK(FileExists(name));
-  CHECK(TempFileName(Path("missing")).is_empty());
-  CHECK_FALSE(String(TempDirectory()).ends_with_char('\\'));
+  CHECK(Values{FileExists(name), TempFileName(Path("missing")).is_empty(),
+               String(TempDirectory()).ends_with_char('\\')} == Values{1, 1, 0});
   folder.Write("a rather long name.text", "long");
   const String short_name = ShortPath(Path("a rather long name.text"));
   String text;
@@ -215,19 +194,13 @@ TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
     uint32_t flags;
     bool moved;
   };
-  const Row rows[] = {
-      {"new", 0, true},
-      {"there", 0, true}, // read-only does not protect it
-      {"there", MV_NO_OVERWRITE, false},
-      {"new", MV_NO_OVERWRITE, true},
-      {"new", MV_TARGET_MUST_EXIST, false},
-      {"there", MV_TARGET_MUST_EXIST | MV_NO_OVERWRITE, true},
-      {"made\\new", 0, false},
-      {"made\\new", MV_CREATE_DIRECTORY, true},
-      {"SOURCE", 0, true}, // another spelling of the same file
-      {"source", 0, false},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"new", 0, true}, Row{"there", 0, true}, // read-only does not protect it
+        Row{"there", MV_NO_OVERWRITE, false}, Row{"new", MV_NO_OVERWRITE, true},
+        Row{"new", MV_TARGET_MUST_EXIST, false}, Row{"there", MV_TARGET_MUST_EXIST | MV_NO_OVERWRITE, true},
+        Row{"made\\new", 0, false}, Row{"made\\new", MV_CREATE_DIRECTORY, true},
+        Row{"SOURCE", 0, true}, // another spelling of the same file
+        Row{"source", 0, false}}) {
     CAPTURE(row.target);
     CAPTURE(row.flags);
     const TempFolder place;
@@ -240,9 +213,8 @@ TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
     CHECK(FileMatches("moved", 5, path("source")) == (!row.moved || path("source").equals_no_case(path(row.target))));
     SetReadOnly(path("there"), false);
   }
-  CHECK_FALSE(MoveOrSchedule(Path("missing"), Path("x"), 0));
-  CHECK_FALSE(MoveOrSchedule(nullptr, Path("x"), 0));
-  CHECK_FALSE(DeleteOrSchedule(nullptr, 0));
+  CHECK(Values{MoveOrSchedule(Path("missing"), Path("x"), 0), MoveOrSchedule(nullptr, Path("x"), 0),
+               DeleteOrSchedule(nullptr, 0)} == Values{0, 0, 0});
   folder.Write("kept", "x");
   SetReadOnly(Path("kept"), true);
   CHECK_FALSE(DeleteOrSchedule(Path("kept"), DEL_KEEP_READONLY));
@@ -261,9 +233,8 @@ TEST_CASE_FIXTURE(Fixture, "what can't be done now is left to the next start") {
   CHECK(pending.find("!\\??\\") != std::string::npos);
 
   const String ini = PathJoin(WindowsDirectory, "wininit.ini");
-  CHECK_FALSE(AddWininitRename(" ", "x"));
-  CHECK(AddWininitRename("NUL", "c:\\one"));
-  CHECK(AddWininitRename("c:\\two", "c:\\three"));
+  CHECK(Values{AddWininitRename(" ", "x"), AddWininitRename("NUL", "c:\\one"),
+               AddWininitRename("c:\\two", "c:\\three")} == Values{0, 1, 1});
   String text;
   CHECK(ReadWholeFile(ini, text) == 0);
   CHECK(text == "\r\n[rename]\r\nc:\\two=c:\\three\r\nNUL=c:\\one");

@@ -1,20 +1,14 @@
 // DiskFile on the real calls.
-#include <doctest/doctest.h>
-
 #include <cstring>
-#include <string>
 
 #include "core/Windows.h"
 #include "files/DiskFile.h"
 #include "files/FileInfo.h"
 #include "files/LastError.h"
 #include "files/WholeFile.h"
-#include "tests/support/FailureTrap.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -47,20 +41,17 @@ TEST_CASE_FIXTURE(Fixture, "each refusal of an open has its code and its sentenc
     int32_t code;
     const char *sentence;
   };
-  const Row rows[] = {
-      {file, 0x111, OPEN_OK, ""},
-      {Path("made"), 0x0, OPEN_OK, ""},
-      {file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
-      {"", 0x0, OPEN_BAD_NAME, "The filename is invalid."},
-      {"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
-      {"", 0x60000000, OPEN_NO_DIRECTORY, "The directory does not exist."}, // nowhere special, and yet not refused
-      {Path("a?b"), 0x1, OPEN_BAD_NAME, "The filename is invalid."},
-      {Path("missing"), 0x1, OPEN_NOT_FOUND, "The file was not found."},
-      {Path("no\\such\\x"), 0x0, OPEN_NO_DIRECTORY, "The directory does not exist."},
-      {file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
-      {Path("folder"), 0x1, OPEN_UNKNOWN, "An unknown error occurred."},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{file, 0x111, OPEN_OK, ""}, Row{Path("made"), 0x0, OPEN_OK, ""},
+        Row{file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
+        Row{"", 0x0, OPEN_BAD_NAME, "The filename is invalid."},
+        Row{"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
+        Row{"", 0x60000000, OPEN_NO_DIRECTORY, "The directory does not exist."}, // nowhere special, and yet not refused
+        Row{Path("a?b"), 0x1, OPEN_BAD_NAME, "The filename is invalid."},
+        Row{Path("missing"), 0x1, OPEN_NOT_FOUND, "The file was not found."},
+        Row{Path("no\\such\\x"), 0x0, OPEN_NO_DIRECTORY, "The directory does not exist."},
+        Row{file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
+        Row{Path("folder"), 0x1, OPEN_UNKNOWN, "An unknown error occurred."}}) {
     DiskFile disk;
     CAPTURE(row.name.c_str());
     CAPTURE(row.flags);
@@ -121,10 +112,8 @@ TEST_CASE_FIXTURE(Fixture, "a file beyond 2 GiB has no size and is not read") {
     REQUIRE(disk.Open(file, DF_READ_SHARED, kNormal) == OPEN_OK);
     CHECK(disk.Size() == -1);
     String text("x");
-    CHECK_FALSE(disk.ReadAll(&text));
-    CHECK_FALSE(FileMatches("", -1, file));
-    CHECK(ReadWholeFile(file, text) == OPEN_OK);
-    CHECK(text.is_empty());
+    CHECK(Values{disk.ReadAll(&text), FileMatches("", -1, file), ReadWholeFile(file, text), text.is_empty()} ==
+          Values{0, 0, OPEN_OK, 1});
   }
 }
 
@@ -137,13 +126,9 @@ TEST_CASE_FIXTURE(Fixture, "temporary files go where they are asked to") {
     uint32_t flags;
     String place;
   };
-  const Row rows[] = {
-      {"", DF_TEMP_DEFAULT, directory},
-      {Path("d"), DF_TEMP_IN_DIR, Path("d\\")},
-      {Path("d\\x"), DF_TEMP_BESIDE, Path("d\\")},
-      {"korbtemp.x", DF_IN_TEMP_DIR, directory},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"", DF_TEMP_DEFAULT, directory}, Row{Path("d"), DF_TEMP_IN_DIR, Path("d\\")},
+        Row{Path("d\\x"), DF_TEMP_BESIDE, Path("d\\")}, Row{"korbtemp.x", DF_IN_TEMP_DIR, directory}}) {
     DiskFile disk;
     CHECK(disk.Open(row.name, row.flags, kNormal) == OPEN_OK);
     CHECK(String(disk.name()).remove_prefix(row.place));
@@ -166,10 +151,7 @@ TEST_CASE_FIXTURE(Fixture, "reads and writes say what went wrong") {
   CHECK(closed.error_text() == "Illegal block size");
   CHECK(closed.Write("x", 1)); // only the sentence tells
   CHECK(closed.error_text() == "Write access denied");
-  CHECK(closed.Size() == -1);
-  CHECK(closed.Tell() == -1);
-  CHECK_FALSE(closed.HasMore());
-  CHECK(closed.PopPosition() == INT32_MIN);
+  CHECK(Values{closed.Size(), closed.Tell(), closed.HasMore(), closed.PopPosition()} == Values{-1, -1, 0, INT32_MIN});
 
   CHECK(closed.Open(Path("missing"), DF_OPEN_EXISTING, kNormal) == OPEN_NOT_FOUND);
   CHECK_FALSE(closed.Read(&c, 1)); // access was asked for, so now the file is what is missing
@@ -203,27 +185,18 @@ TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
   char tail[2];
   CHECK(disk.ReadTail(tail, 2));
   CHECK(std::string(tail, 2) == "89");
-  CHECK_FALSE(disk.ReadTail(tail, 11));
-  CHECK(disk.ReadAll(&text));
-  CHECK(text.length() == 10);
-  CHECK(disk.Size() == 10);
-  CHECK(disk.Tell() == 3);
-  CHECK(disk.PushPositionAndSeek(7) == 3);
+  CHECK(Values{disk.ReadTail(tail, 11), disk.ReadAll(&text), text.length(), disk.Size(), disk.Tell(),
+               disk.PushPositionAndSeek(7)} == Values{0, 1, 10, 10, 3, 3});
   CHECK(disk.ReadCString() == "789");
-  CHECK_FALSE(disk.HasMore());
-  CHECK(disk.PopPosition() == 3);
-  CHECK(disk.Tell() == 3);
-  CHECK(disk.SeekFromEnd(-1));
-  CHECK(disk.Tell() == 9);
+  CHECK(Values{disk.HasMore(), disk.PopPosition(), disk.Tell(), disk.SeekFromEnd(-1), disk.Tell()} ==
+        Values{0, 3, 3, 1, 9});
 }
 
 TEST_CASE_FIXTURE(Fixture, "contents are replaced, cut and ended by a line") {
   const String file = Write("text", "a long first line");
   DiskFile disk;
   REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
-  CHECK(disk.ReplaceContents("short"));
-  CHECK(disk.EnsureNewline());
-  CHECK(disk.EnsureNewline());
+  CHECK(Values{disk.ReplaceContents("short"), disk.EnsureNewline(), disk.EnsureNewline()} == Values{1, 1, 1});
   disk.Close();
   CHECK(Contents(file) == "short\r\n");
   REQUIRE(disk.Open(Write("empty", ""), 0x401, kNormal) == OPEN_OK);
@@ -235,12 +208,9 @@ TEST_CASE_FIXTURE(Fixture, "contents are replaced, cut and ended by a line") {
   CHECK(AppendToFile(file, "more", AF_NEW_LINE));
   CHECK(AppendToFile(file, nullptr, AF_NEW_LINE));
   CHECK(Contents(file) == "short\r\nmore\r\n");
-  CHECK_FALSE(AppendToFile(Path("new"), "x", AF_EXISTING_ONLY));
-  CHECK(AppendToFile(Path("new"), "x", 0));
-  CHECK(FileMatches("x", 1, Path("new")));
-  CHECK_FALSE(FileMatches("y", 1, Path("new")));
-  CHECK_FALSE(FileMatches("xx", 2, Path("new")));
-  CHECK(FileMatches(nullptr, 0, Path("empty")));
+  CHECK(Values{AppendToFile(Path("new"), "x", AF_EXISTING_ONLY), AppendToFile(Path("new"), "x", 0),
+               FileMatches("x", 1, Path("new")), FileMatches("y", 1, Path("new")), FileMatches("xx", 2, Path("new")),
+               FileMatches(nullptr, 0, Path("empty"))} == Values{0, 1, 1, 0, 0, 1});
   const std::string large(0x2345, 'z');
   CHECK(WriteWholeFile(Path("large"), large.data(), static_cast<int32_t>(large.size())));
   CHECK(FileMatches(large.data(), static_cast<int32_t>(large.size()), Path("large")));
@@ -250,22 +220,15 @@ TEST_CASE_FIXTURE(Fixture, "a file in memory reaches the disk at its close") {
   const String file = Write("image", "0123456789");
   DiskFile disk;
   REQUIRE(disk.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
-  CHECK(disk.Seek(10));
-  CHECK_FALSE(disk.Seek(11));
-  CHECK(disk.Seek(2));
-  CHECK(disk.Write("AB", 2));
-  CHECK(disk.Seek(6));
-  CHECK(disk.Truncate());
-  CHECK(disk.Size() == 6);
+  CHECK(Values{disk.Seek(10), disk.Seek(11), disk.Seek(2), disk.Write("AB", 2), disk.Seek(6), disk.Truncate(),
+               disk.Size()} == Values{1, 0, 1, 1, 1, 1, 6});
   disk.Close();
   CHECK(Contents(file) == "01AB45");
   CHECK_FALSE(disk.IsOpen());
 
   // Loading again keeps the image and forgets that it was changed.
   REQUIRE(disk.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
-  CHECK(disk.Write("--", 2));
-  CHECK(disk.LoadToMemory());
-  CHECK(disk.Size() == 6);
+  CHECK(Values{disk.Write("--", 2), disk.LoadToMemory(), disk.Size()} == Values{1, 1, 6});
   disk.Close();
   CHECK(Contents(file) == "01AB45");
 

@@ -1,14 +1,7 @@
 // The registry on the real calls.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "core/Windows.h"
 #include "registry/RegistryKey.h"
-#include "tests/support/FailureTrap.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -51,23 +44,19 @@ struct Fixture {
 } // namespace
 
 TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack") {
-  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
-  CHECK(key.OpenChild("child", 0) == KEY_CREATED);
-  CHECK(key.WriteNumber("depth", 2, 0));
+  CHECK(Values{key.OpenChild("child", RK_OPEN_ONLY), key.OpenChild("child", 0), key.WriteNumber("depth", 2, 0)} ==
+        Values{KEY_NOT_OPENED, KEY_CREATED, 1});
   key.Close();
-  CHECK_FALSE(key.ValueExists("depth"));
-  CHECK(key.OpenChild("child", 0) == KEY_OPENED);
-  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
+  CHECK(Values{key.ValueExists("depth"), key.OpenChild("child", 0), key.OpenChild("child", RK_OPEN_ONLY)} ==
+        Values{0, KEY_OPENED, KEY_NOT_OPENED});
   CHECK(key.ReadNumber("depth", 0, 0) == 2); // a failed open leaves the key
   key.Close();
   CHECK(key.SubKeyCount() == 1);
   key.Close();
   key.Close();
-  CHECK(key.SubKeyCount() == -1);
-  CHECK(key.OpenChild("child", 0) == KEY_NOT_OPENED);
-  CHECK(RegistryKey::SoftwareKeyExists("KorbTest\\child", true));
-  CHECK_FALSE(RegistryKey::SoftwareKeyExists("KorbTest\\child", false));
-  CHECK_FALSE(RegistryKey::KeyExists(user, ""));
+  CHECK(Values{key.SubKeyCount(), key.OpenChild("child", 0), RegistryKey::SoftwareKeyExists("KorbTest\\child", true),
+               RegistryKey::SoftwareKeyExists("KorbTest\\child", false),
+               RegistryKey::KeyExists(user, "")} == Values{-1, KEY_NOT_OPENED, 1, 0, 0});
 }
 
 TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for") {
@@ -122,10 +111,8 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(Stored("a") == "3:text");
   CHECK(key.WriteString("a", "", RK_DELETE_EMPTY));
   CHECK(Stored("a") == "none");
-  CHECK_FALSE(key.WriteString("a", "", RK_DELETE_EMPTY));
-  CHECK(key.WriteString("a", "", 0));
-  CHECK(key.ValueExists("a"));
-  CHECK(key.WriteNumber("n", -2, 0));
+  CHECK(Values{key.WriteString("a", "", RK_DELETE_EMPTY), key.WriteString("a", "", 0), key.ValueExists("a"),
+               key.WriteNumber("n", -2, 0)} == Values{0, 1, 1, 1});
   CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
   CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
   CHECK(Stored("n") == "none");
@@ -164,16 +151,12 @@ TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them") {
   key.Close();
   key.OpenChild("empty", 0);
   key.Close();
-  CHECK(key.DeleteChild("a", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
-  CHECK(key.DeleteChild("missing", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
-  CHECK(key.DeleteChild("missing", 0) == DELETE_REFUSED);
-  CHECK(key.DeleteChild("", 0) == DELETE_NO_KEY);
+  CHECK(Values{key.DeleteChild("a", RK_ONLY_IF_EMPTY), key.DeleteChild("missing", RK_ONLY_IF_EMPTY),
+               key.DeleteChild("missing", 0),
+               key.DeleteChild("", 0)} == Values{DELETE_NOT_EMPTY, DELETE_NOT_EMPTY, DELETE_REFUSED, DELETE_NO_KEY});
   Vector<String> names;
-  CHECK(key.EnumerateSubKeys(names) == 2);
-  CHECK(names.count == 2);
-  CHECK(key.DeleteChild("empty", RK_ONLY_IF_EMPTY) == DELETE_DONE);
-  CHECK(key.DeleteChild("a", 0) == DELETE_DONE);
-  CHECK(key.IsEmpty());
+  CHECK(Values{key.EnumerateSubKeys(names), names.count, key.DeleteChild("empty", RK_ONLY_IF_EMPTY),
+               key.DeleteChild("a", 0), key.IsEmpty()} == Values{2, 2, DELETE_DONE, DELETE_DONE, 1});
 
   key.OpenChild("x\\y", 0);
   key.Close();

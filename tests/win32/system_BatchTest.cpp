@@ -1,8 +1,4 @@
 // Batches under the real command interpreter, and the real autoexec.bat of the prefix's boot drive.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "core/RunMode.h"
 #include "core/RunPaths.h"
 #include "core/Windows.h"
@@ -14,9 +10,7 @@
 #include "system/SearchPath.h"
 #include "system/SystemFolders.h"
 #include "tests/support/TempFolder.h"
-
-using namespace korb;
-using namespace korb::test;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -96,17 +90,13 @@ TEST_CASE("the search path gets the directory once, and loses it again") {
     bool add;
     const char *after;
   };
-  const Row rows[] = {
-      {"", true, "\r\nPATH=%PATH%;C:\\windows\r\n"},
-      {"@echo off", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
-      {"@echo off\r\n", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
-      {"path=%path%;c:\\WINDOWS\r\n", true, "path=%path%;c:\\WINDOWS\r\n"},
-      {"PATH=%PATH%;C:\\windows", true, "PATH=%PATH%;C:\\windows\r\nPATH=%PATH%;C:\\windows\r\n"},
-      {"a\r\npath=%path%;c:\\WINDOWS\r\nb\r\nPATH=%PATH%;C:\\windows\r\n", false, "a\r\nb\r\n"},
-      {"a\r\nPATH=%PATH%;c:\\windows", false, "a\r\n"},
-      {"a\r\nb", false, "a\r\nb"},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row : {Row{"", true, "\r\nPATH=%PATH%;C:\\windows\r\n"},
+                         Row{"@echo off", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
+                         Row{"@echo off\r\n", true, "@echo off\r\nPATH=%PATH%;C:\\windows\r\n"},
+                         Row{"path=%path%;c:\\WINDOWS\r\n", true, "path=%path%;c:\\WINDOWS\r\n"},
+                         Row{"PATH=%PATH%;C:\\windows", true, "PATH=%PATH%;C:\\windows\r\nPATH=%PATH%;C:\\windows\r\n"},
+                         Row{"a\r\npath=%path%;c:\\WINDOWS\r\nb\r\nPATH=%PATH%;C:\\windows\r\n", false, "a\r\nb\r\n"},
+                         Row{"a\r\nPATH=%PATH%;c:\\windows", false, "a\r\n"}, Row{"a\r\nb", false, "a\r\nb"}}) {
     CAPTURE(row.before);
     REQUIRE(WriteWholeFile(kAutoexec, String(row.before)));
     CHECK(EditAutoexecPath(row.add).is_empty());

@@ -1,8 +1,4 @@
 // System folders and path variables from the real registry.
-#include <doctest/doctest.h>
-
-#include <string>
-
 #include "core/RunPaths.h"
 #include "core/Windows.h"
 #include "files/OsVersion.h"
@@ -13,8 +9,7 @@
 #include "system/OsIdentity.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
-
-using namespace korb;
+#include "tests/support/Testing.h"
 
 namespace {
 
@@ -100,24 +95,20 @@ TEST_CASE("path variables take their values in the order of the table") {
     String result;
   };
   CommonDir = "c:\\shared";
-  const Row rows[] = {
-      {"c:\\app", "", ""},
-      {"c:\\app", "%installdir%\\x;%INSTALLDIR%", "c:\\app\\x;c:\\app"},
-      {"c:\\", "%InstallDir%\\bin", "c:\\\\bin"},
-      {"c:\\app", "%InstallDrive%\\x", "C:\\x"}, // always a capital
-      {"\\\\server\\x", "%InstallDrive%\\x", "\\x"},
-      {"c:\\app", "%SharedDir%|%CommonDir%", String("c:\\shared|") + CommonFilesFolder()},
-      {"c:\\app", "%InstallerDrive%:\\x %InstallerFilename%", String("C:\\x ") + ProgramName},
-      {"c:\\app", "%InstallerDir%|%InstallerFilepath%", ProgramDirectory + "|" + ProgramPath},
-      {"c:\\app", "%Temp%|%WinDir%|%SystemDir%",
-       String(TempDirectory()) + "|" + WindowsDirectory + "|" + SystemFolder()},
-      {"c:\\app", "100% %Unknown% %", "100% %Unknown% %"},
-      {"%Temp%\\x", "%InstallDir%", String(TempDirectory()) + "\\x"}, // a later variable in a value
-      {"%CommonDir%\\x", "%InstallDir%", "%CommonDir%\\x"},           // an earlier one
-      {"c:\\app", "%ProgramsDir%%FontDir%%BootDrive%",
-       ProgramFilesFolder() + FontFolder() + DriveSpec(BootDriveLetter())},
-  };
-  for (const Row &row : rows) {
+  for (const Row &row :
+       {Row{"c:\\app", "", ""}, Row{"c:\\app", "%installdir%\\x;%INSTALLDIR%", "c:\\app\\x;c:\\app"},
+        Row{"c:\\", "%InstallDir%\\bin", "c:\\\\bin"}, Row{"c:\\app", "%InstallDrive%\\x", "C:\\x"}, // always a capital
+        Row{"\\\\server\\x", "%InstallDrive%\\x", "\\x"},
+        Row{"c:\\app", "%SharedDir%|%CommonDir%", String("c:\\shared|") + CommonFilesFolder()},
+        Row{"c:\\app", "%InstallerDrive%:\\x %InstallerFilename%", String("C:\\x ") + ProgramName},
+        Row{"c:\\app", "%InstallerDir%|%InstallerFilepath%", ProgramDirectory + "|" + ProgramPath},
+        Row{"c:\\app", "%Temp%|%WinDir%|%SystemDir%",
+            String(TempDirectory()) + "|" + WindowsDirectory + "|" + SystemFolder()},
+        Row{"c:\\app", "100% %Unknown% %", "100% %Unknown% %"},
+        Row{"%Temp%\\x", "%InstallDir%", String(TempDirectory()) + "\\x"}, // a later variable in a value
+        Row{"%CommonDir%\\x", "%InstallDir%", "%CommonDir%\\x"},           // an earlier one
+        Row{"c:\\app", "%ProgramsDir%%FontDir%%BootDrive%",
+            ProgramFilesFolder() + FontFolder() + DriveSpec(BootDriveLetter())}}) {
     CAPTURE(row.text);
     InstallDir = row.install_dir;
     String text(row.text);
