@@ -275,10 +275,6 @@ private:
   int page_;
 };
 
-std::string Describe(const ReportedDamage &damage) {
-  return damage.code == 0 ? damage.text : damage.text + " (damage code " + std::to_string(damage.code) + ")";
-}
-
 struct PartName {
   Part part;
   const char *what;
@@ -306,7 +302,7 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
     all.WriteOutline(out);
   }
   if (installer.damage)
-    problems << ShowPath(path) << ": error: " << Describe(*installer.damage) << "\n";
+    problems << ShowPath(path) << ": error: " << installer.damage->Tell() << "\n";
   return !installer.damage;
 }
 
@@ -317,7 +313,7 @@ bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
     const bool good = installer.reached >= part.part;
     out << (good ? "good     " : "DAMAGED  ") << part.what;
     if (!good) {
-      out << ": " << Describe(installer.damage.value()) << "\n" << ShowPath(path) << ": damaged\n";
+      out << ": " << installer.damage.value().Tell() << "\n" << ShowPath(path) << ": damaged\n";
       return false;
     }
     if (part.part == Part::kProgram && !installer.program_as_built)

@@ -10,6 +10,13 @@
 
 namespace korb {
 
+std::string packer::ReportedDamage::Tell() const {
+  std::string line = text;
+  for (size_t at; (at = line.find("\r\n")) != line.npos;)
+    line.replace(at, 2, " ");
+  return code == 0 ? line : line + " (damage code " + std::to_string(code) + ")";
+}
+
 namespace {
 
 struct Meaning {

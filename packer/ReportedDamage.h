@@ -9,6 +9,9 @@ namespace korb::packer {
 struct ReportedDamage {
   std::string text; ///< what is wrong, in words
   int32_t code = 0; ///< the damage code that the installer would show; 0 when it would show something else
+
+  /// Both on one line.
+  std::string Tell() const;
 };
 
 } // namespace korb::packer

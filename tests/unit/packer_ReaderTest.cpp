@@ -54,6 +54,11 @@ TEST_CASE("verify names the damage that the installer would report") {
        "won't "
        "start it",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
+      {"PE headers, archive section: This program performs installations and uninstallations. There is no installation "
+       "archive present. No Uninstallation parameters were specified.  You should not delete this program or execute "
+       "it "
+       "directly.",
+       [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kSectionEntry, ".other"); }; }},
       {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},
       {"archive header, file sizes: the table of file sizes is out of range (damage code 28)",
