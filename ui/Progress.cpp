@@ -5,6 +5,7 @@
 #include "core/MessagePump.h"
 #include "core/RunMode.h"
 #include "core/String.h"
+#include "files/SystemFunction.h"
 #include "ui/CancelQuestion.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
@@ -24,6 +25,29 @@ constexpr DWORD kWaitStep = 50; // milliseconds
 HWND ProgressBar = nullptr;
 uint32_t PhaseStart = 0;
 
+int32_t ShownPercent = 0;
+String StepText;
+uint32_t StepTextTick = 0; ///< when it was last shown
+bool StepTextWaits = false;
+
+void ShowStepText() {
+  if (!StepTextWaits || ProgressDialog == nullptr)
+    return;
+  SetDlgItemTextA(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
+  UpdateWindow(ProgressDialog);
+  StepTextTick = GetTickCount();
+  StepTextWaits = false;
+}
+
+/// Some systems paint the bar from a theme's pictures, which takes as long as writing thirty files. An empty name would
+/// not do: some take it for none.
+void PaintPlainly(HWND window) {
+  const auto set_theme = reinterpret_cast<HRESULT(WINAPI *)(HWND, const wchar_t *, const wchar_t *)>(
+      SystemFunction("uxtheme.dll", "SetWindowTheme"));
+  if (set_theme)
+    set_theme(window, L" ", L" ");
+}
+
 /// The bar lies over its frame, a pixel beyond it on each side.
 void MakeBar(HWND dialog) {
   WINDOWPLACEMENT frame;
@@ -33,6 +57,7 @@ void MakeBar(HWND dialog) {
   ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE, place.left - 1, place.top - 1,
                                 place.right - place.left + 3, place.bottom - place.top + 3, dialog, nullptr,
                                 InstanceHandle, nullptr);
+  PaintPlainly(ProgressBar);
 }
 
 INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
@@ -67,13 +92,12 @@ void DestroyProgressDialog() {
   ProgressDialog = nullptr;
 }
 
+// Painting a text takes longer than writing a small file. Nobody reads one that is replaced within the same tick.
 void SetStepTextArgs(const char *format, const FormatArgs &args) {
-  if (ProgressDialog != nullptr) {
-    String text;
-    text.format_args(format, args);
-    SetDlgItemTextA(ProgressDialog, KORB_CONTROL_STEP, text.c_str());
-    UpdateWindow(ProgressDialog);
-  }
+  StepText.format_args(format, args);
+  StepTextWaits = true;
+  if (GetTickCount() != StepTextTick)
+    ShowStepText();
   PumpMessages();
 }
 
@@ -83,12 +107,15 @@ void StartPhase() {
 
 void SetStepText(int32_t number) {
   StartPhase();
+  StepTextTick = PhaseStart - 1; // a phase's own text is always shown
   SetStepTextFormat(TextLookup(number));
 }
 
 void SetProgress(int32_t percent) {
-  if (ProgressBar != nullptr)
+  if (ProgressBar != nullptr && percent != ShownPercent) {
     PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    ShownPercent = percent;
+  }
   PumpMessages();
 }
 
@@ -98,6 +125,7 @@ void SetStep(int32_t number, int32_t percent) {
 }
 
 void WaitPhase(int32_t milliseconds) {
+  ShowStepText();
   if (AutomaticMode)
     return;
   for (int32_t i = 0; i < milliseconds && !PumpMessages() && PhaseHasTimeLeft(PhaseStart, GetTickCount(), milliseconds);

@@ -13,7 +13,8 @@ namespace korb {
 void CreateProgressDialog();
 void DestroyProgressDialog();
 
-/// Shows a formatted line as the step text.
+/// Shows a formatted line as the step text: at once, or, when one was shown within the same tick of the clock, only if no
+/// other follows before the phase ends.
 void SetStepTextArgs(const char *format, const FormatArgs &args);
 template <class... T>
 void SetStepTextFormat(const char *format, const T &...values) {
