@@ -8,9 +8,9 @@ set(KORB_WARNINGS -Wall -Wextra -Wconversion -Wno-sign-conversion -Werror)
 # No path of the build machine goes into a binary.
 set(KORB_COMMON ${KORB_WARNINGS} "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
 set(KORB_SANITIZERS -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-set(KORB_STUB_FLAGS -Oz -fno-exceptions -fno-rtti -ffunction-sections -fno-asynchronous-unwind-tables
+set(KORB_STUB_FLAGS -Oz -fno-tree-dominator-opts -fno-partial-inlining -fno-tree-loop-im -fno-exceptions -fno-rtti -ffunction-sections -fno-asynchronous-unwind-tables
   -fno-unwind-tables -fno-threadsafe-statics -fno-ident -fno-stack-protector -fmerge-all-constants
-  -mpreferred-stack-boundary=2 -march=i486 -mtune=i686
+  -mpreferred-stack-boundary=2 -march=i486 -mtune=i386
   # Pushed arguments make shorter code. The compiler has them only without its stack probes, which no frame under a
   # page needs: the linker's second look at every function keeps it so.
   -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=4000

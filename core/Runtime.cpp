@@ -189,11 +189,6 @@ int rand() {
   return static_cast<int>(state >> 16 & 0x7FFF);
 }
 
-// Static objects live until ExitProcess; nothing relies on their destructors.
-int atexit(void (*)()) {
-  return 0;
-}
-
 void __cxa_pure_virtual() {
   ExitProcess(1);
 }
