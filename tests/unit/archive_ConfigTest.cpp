@@ -72,8 +72,7 @@ TEST_CASE("every field of the configuration arrives in its place") {
   }
   CHECK(Values{TitleColor, TopColor, BottomColor, MonoColor, TitleShadow, config.excluded_platforms,
                config.payload_in_file} == Values{0x111111, 0x222222, 0x333333, 0, 3, 0x40, 0});
-  CHECK(config.volume_serial == 1000);
-  CHECK(config.stub_patch_offset == 0x500);
+  CHECK(Values{config.volume_serial, config.stub_patch_offset} == Values{1000, 0x500});
   CHECK(config.stub_patch.length() == kStubPatchSize);
   CHECK(config.deletions.at(0).kind == kDeleteSizeFrom);
   CHECK(config.deletions.at(0).options == kDeleteAtRestart);

@@ -18,22 +18,18 @@ void CheckRecords(const ArchiveRun &run) {
   const PayloadRecord &one = run.records[0];
   CHECK(std::string(one.name) == "dir\\one.txt");
   CHECK(one.dest_kind == KindProgram);
-  CHECK(one.file_flags == FF_START_MENU);
-  CHECK(one.attributes == 0x20);
+  CHECK(Values{one.file_flags, one.attributes} == Values{FF_START_MENU, 0x20});
   CHECK(std::string(reinterpret_cast<const char *>(one.contents), static_cast<size_t>(one.size)) == "12345");
-  CHECK(one.date.year == 1999);
-  CHECK(one.date.second == 58);
+  CHECK(Values{one.date.year, one.date.second} == Values{1999, 58});
   CHECK(std::string(one.label) == "label");
   CHECK(std::string(one.icon) == "icon");
   CHECK(std::string(one.arguments) == "arguments");
   CHECK(std::string(one.target) == "target");
   const PayloadRecord &two = run.records[1];
   CHECK(std::string(two.name) == "empty.txt");
-  CHECK(two.size == 0);
-  CHECK(std::string(two.icon).empty());
+  CHECK(Values{two.size, std::string(two.icon).empty()} == Values{0, 1});
   CHECK(std::string(two.target) == "target");
-  CHECK(run.cursor.left() == 0);
-  CHECK(PumpCount == 2);
+  CHECK(Values{run.cursor.left(), PumpCount} == Values{0, 2});
 }
 
 /// An installer whose payload is spread over volumes of `volume` bytes; 0: none.
@@ -207,8 +203,7 @@ TEST_CASE("a cursor gives zeros and empty texts past the end, and stays there") 
   cursor.CursorSkip(2);
   CHECK(std::string(cursor.CursorReadText()) == "ab");
   ArchiveCursor unended = cursor;
-  CHECK(std::string(unended.CursorReadText()).empty());
-  CHECK(unended.left() == 0);
+  CHECK(Values{std::string(unended.CursorReadText()).empty(), unended.left()} == Values{1, 0});
   CHECK(cursor.CursorReadU32() == 0x6463); // half of it is there
   CHECK(cursor.CursorReadU32() == 0);
   String block;

@@ -119,8 +119,7 @@ TEST_CASE("malformed blocks are refused") {
   }
   int32_t size = 9;
   uint8_t *none = nullptr;
-  CHECK_FALSE(UnpackBlock(nullptr, &size));
-  CHECK_FALSE(UnpackBlock(&none, &size));
+  CHECK(Values{UnpackBlock(nullptr, &size), UnpackBlock(&none, &size)} == Values{0, 0});
   uint8_t *block = reinterpret_cast<uint8_t *>(const_cast<char *>(good.data()));
   CHECK_FALSE(UnpackBlock(&block, nullptr));
   size = 0x10000000; // bits are counted in 32 signed bits; nothing behind the head is looked at
@@ -182,8 +181,7 @@ TEST_CASE("a text is replaced by what it unpacks to, or left alone") {
   CHECK(Std(text) == "ABCDE");
   const std::string nothing = BlockOf("", 0);
   text.assign(nothing.data(), static_cast<int32_t>(nothing.size()));
-  CHECK(UnpackString(text));
-  CHECK(text.is_empty());
+  CHECK(Values{UnpackString(text), text.is_empty()} == Values{1, 1});
 }
 
 TEST_CASE("scrambling touches whole dwords, then each byte of the rest with the key's byte of its rank") {
@@ -206,25 +204,21 @@ TEST_CASE("a bit reader stays in its block and gives it back") {
   BitReader bits;
   {
     AttachedBlock attached(bits, bytes, 2);
-    CHECK(bits.EnoughBits(16));
-    CHECK_FALSE(bits.EnoughBits(17));
+    CHECK(Values{bits.EnoughBits(16), bits.EnoughBits(17)} == Values{1, 0});
     uint8_t value = 0xFF;
     CHECK(bits.ReadBits(&value, 4));
     CHECK(value == 0xF4); // the other bits keep their value
     CHECK(Values{bits.ReadBits(nullptr, 1), bits.ReadBits(&value, 0), bits.ReadBits(&value, 13), bits.bit_pos()} ==
           Values{0, 0, 0, 4});
     uint32_t number = 7;
-    CHECK_FALSE(bits.ReadVarBits(number, 65, 1));
-    CHECK_FALSE(bits.ReadVarBits(number, 0, 17));
+    CHECK(Values{bits.ReadVarBits(number, 65, 1), bits.ReadVarBits(number, 0, 17)} == Values{0, 0});
     CHECK(bits.ReadVarBits(number, 2, 1)); // 110 | 1100
     CHECK(number == 3);
     CHECK_FALSE(bits.ReadVarBits(number, 0, 1)); // no bit of value
     bits.SetBitPos(16);
-    CHECK_FALSE(bits.ReadBit());
-    CHECK(bits.bit_pos() == 16);
+    CHECK(Values{bits.ReadBit(), bits.bit_pos()} == Values{0, 16});
     bits.SetBitPos(-1);
-    CHECK_FALSE(bits.ReadBit());
-    CHECK_FALSE(bits.EnoughBits(1));
+    CHECK(Values{bits.ReadBit(), bits.EnoughBits(1)} == Values{0, 0});
   }
   CHECK(bits.is_empty());
 }

@@ -74,8 +74,7 @@ TEST_CASE("find") {
 
 TEST_CASE("single characters and sets") {
   const String text("a\"b\"B.12");
-  CHECK(text.find_char('b') == 2);
-  CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED) == -1);
+  CHECK(Values{text.find_char('b'), text.find_char('b', 0, FIND_SKIP_QUOTED)} == Values{2, -1});
   CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED | FIND_IGNORE_CASE) == 4);
   CHECK(Values{String("\"b").find_char('b', 0, FIND_SKIP_QUOTED), text.rfind_char('"'), text.rfind_char('"', 2),
                text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED), text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED),
@@ -83,8 +82,7 @@ TEST_CASE("single characters and sets") {
   CHECK(Values{text.find_any(""), text.find_any("a", 8), text.find_not_in("a\""), text.find_not_in(""),
                text.find_not_in(nullptr), Make("ab\0"s).find_any("\0x"),
                Make("ab\0"s).find_not_in("ab")} == Values{-1, -1, 2, 0, -1, -1, 2});
-  CHECK(text.find_number_start(0) == 5);
-  CHECK(String("a\tb").find_space() == 1);
+  CHECK(Values{text.find_number_start(0), String("a\tb").find_space()} == Values{5, 1});
 }
 
 TEST_CASE("line ends") {

@@ -140,8 +140,7 @@ TEST_CASE_FIXTURE(Fixture, "temporary files go where they are asked to") {
 TEST_CASE_FIXTURE(Fixture, "reads and writes say what went wrong") {
   DiskFile closed;
   char c;
-  CHECK(closed.Read(&c, 0));
-  CHECK_FALSE(closed.Read(&c, -1));
+  CHECK(Values{closed.Read(&c, 0), closed.Read(&c, -1)} == Values{1, 0});
   CHECK(closed.error_text() == "Illegal block size -1");
   CHECK_FALSE(closed.Read(nullptr, 1));
   CHECK(closed.error_text() == "NULL block pointer");
@@ -180,8 +179,7 @@ TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
   CHECK(text == "456789");
   CHECK_FALSE(disk.ReadSpan(text, 4, 7));
   CHECK(text == "456789");
-  CHECK_FALSE(disk.ReadSpan(text, -1, 2));
-  CHECK_FALSE(disk.ReadSpan(text, 0x7FFFFFFF, 0x7FFFFFFF));
+  CHECK(Values{disk.ReadSpan(text, -1, 2), disk.ReadSpan(text, 0x7FFFFFFF, 0x7FFFFFFF)} == Values{0, 0});
   char tail[2];
   CHECK(disk.ReadTail(tail, 2));
   CHECK(std::string(tail, 2) == "89");
@@ -235,8 +233,7 @@ TEST_CASE_FIXTURE(Fixture, "a file in memory reaches the disk at its close") {
   DiskFile clean;
   REQUIRE(clean.Open(file, DF_OPEN_EXISTING | DF_IN_MEMORY, kNormal) == OPEN_OK);
   clean.Close(); // an unchanged image goes on answering for its size
-  CHECK(clean.IsOpen());
-  CHECK(clean.Size() == 6);
+  CHECK(Values{clean.IsOpen(), clean.Size()} == Values{1, 6});
   char c;
   CHECK_FALSE(clean.Read(&c, 1));
 }
@@ -249,8 +246,7 @@ TEST_CASE_FIXTURE(Fixture, "the date of a file is local time") {
     CHECK(disk.SetModified(date));
     disk.Close();
     FileDate read{};
-    CHECK(GetFileModified(file, read));
-    CHECK(CompareFileDates(read, date) == 0);
+    CHECK(Values{GetFileModified(file, read), CompareFileDates(read, date)} == Values{1, 0});
   }
   DiskFile disk;
   REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);

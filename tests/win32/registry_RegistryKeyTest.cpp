@@ -116,8 +116,7 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
   CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
   CHECK(Stored("n") == "none");
-  CHECK(key.WriteBoolean("n", true));
-  CHECK(key.ReadBoolean("n", false, 0));
+  CHECK(Values{key.WriteBoolean("n", true), key.ReadBoolean("n", false, 0)} == Values{1, 1});
 
   key.writing = true;
   for (Value value : {Value(int64_t{-2}), Value("-2")}) {

@@ -124,7 +124,6 @@ TEST_CASE("path variables take their values in the order of the table") {
 }
 
 TEST_CASE("the running system is known") {
-  CHECK(IsWindowsNT());
-  CHECK(OsDisplayName().starts_with("Windows "));
+  CHECK(Values{IsWindowsNT(), OsDisplayName().starts_with("Windows ")} == Values{1, 1});
   CHECK(OsCode() != 0);
 }
