@@ -220,7 +220,7 @@ std::string FromCodePage(std::string_view text, int page) {
   for (char c : text) {
     const uint8_t byte = static_cast<uint8_t>(c);
     const uint16_t character = byte < 0x80 ? byte : table.upper[byte - 0x80];
-    PutUtf8(out, character == 0 && byte != 0 ? byte : character);
+    PutUtf8(out, character == 0 && byte != 0 ? 0xFFFD : character);
   }
   return out;
 }

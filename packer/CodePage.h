@@ -20,8 +20,8 @@ bool IsUtf8(std::string_view text);
 /// that character in UTF-8, or empty when the text is no UTF-8.
 std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::string &missing);
 
-/// `text` of code page `page`, which must be known, in UTF-8. A byte that the page doesn't use becomes the character of
-/// that number.
+/// `text` of code page `page`, which must be known, in UTF-8. A byte that the page doesn't use becomes U+FFFD, so that
+/// nothing but what is below 0x20, and 0x7F, controls a terminal.
 std::string FromCodePage(std::string_view text, int page);
 
 } // namespace korb::packer

@@ -48,6 +48,8 @@ private:
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
+    for (const std::string *text : {&file_->target, &file_->arguments})
+      CheckVariables(*text, file_->place, "file '" + file_->name + "': ", findings_);
     if (PathLength() > kMaxPath)
       Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
     const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
@@ -137,7 +139,7 @@ private:
 
   // Where it goes, in small letters: a variable in front stands for a folder that isn't known here.
   std::string Destination() const {
-    const std::string common = "%commondir%\\" + LowerCase(product_.common_dir) + "\\", home = "%installdir%\\";
+    const char *const common = "%shareddir%\\", *const home = "%installdir%\\", *const system = "%systemdir%\\";
     if (has_path_) {
       std::string path = LowerCase(file_->target);
       if (path.back() == '\\')
@@ -147,7 +149,6 @@ private:
     }
     if (file_->flags & FF_UNINSTALL_DIR)
       return InUninstallDir(name_);
-    const char *const system = "%systemdir%\\";
     const std::string folder = Is(KindShared) ? common : Is(KindFont) ? "%fontdir%\\" : GoesToSystem() ? system : home;
     return folder + LowerCase(name_);
   }

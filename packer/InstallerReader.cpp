@@ -86,6 +86,8 @@ public:
 
   ByteSource *OpenVolume(const String &path, int32_t &size) override {
     name_ = FromCodePage(path.c_str(), kDefaultCodePage);
+    std::replace_if(
+        name_.begin(), name_.end(), [](char c) { return c >= 0 && (c < 0x20 || c == 0x7F); }, '?');
     bytes_.reset();
     // A name that leads to another folder is not followed.
     if (name_.find_first_of("/\\:") == name_.npos)

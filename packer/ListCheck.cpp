@@ -35,6 +35,7 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   };
   if (IsBlank(deletion.name))
     error("it has no name");
+  CheckVariables(deletion.name, deletion.place, "old file: ", findings);
   if (deletion.name == kDeletionsEnd)
     error("this name ends the list");
   if (deletion.kind >= kDeleteDateEqual && deletion.kind <= kDeleteDateUpTo && !IsDateText(deletion.value))
@@ -57,6 +58,8 @@ void CheckAssociation(const Association &association, const Product &product, Fi
     error("without an extension it is passed over");
   if (IsBlank(association.verb))
     error("it has no verb, so the uninstaller can't take it back");
+  for (const std::string *text : {&association.command, &association.icon})
+    CheckVariables(*text, association.place, "association of '" + association.extension + "': ", findings);
   if (IsBlank(association.command))
     findings.Warn(association.place, "association of '" + association.extension + "': its verb has no command");
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
@@ -76,6 +79,8 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
   const bool own = std::any_of(std::begin(kOwnValues), std::end(kOwnValues),
                                [&](const char *name) { return LowerCase(name) == LowerCase(value.name); });
   const std::string what = "uninstall value '" + value.name + "': ";
+  if (value.kind != kUninstallExpandText) // in which those of the system are meant
+    CheckVariables(value.value, value.place, what, findings);
   if (IsBlank(value.name))
     findings.Error(value.place, what + "it has no name");
   if (own)

@@ -1,5 +1,6 @@
 #include "packer/CodePage.h"
 #include "packer/ManifestContext.h"
+#include "packer/NearMiss.h"
 #include "packer/ReadFile.h"
 #include "packer/Texts.h"
 

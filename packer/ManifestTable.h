@@ -19,9 +19,6 @@ inline Place PlaceOf(const toml::node &node) {
   return PlaceOf(node.source());
 }
 
-/// The one of `words` that `word` was probably meant to be, within two or three typing slips; empty for none.
-std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words);
-
 class ManifestTable {
 public:
   /// `table` may be null: an absent table, in which nothing is found. `name` is for messages.

@@ -1,8 +1,12 @@
 #include "packer/ProductCheck.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 
+#include "packer/NearMiss.h"
 #include "packer/TextTests.h"
+#include "packer/Words.h"
 
 namespace korb::packer {
 
@@ -84,6 +88,7 @@ void CheckDirectories(const Product &product, Findings &findings) {
                      "'" + std::string(texts[i].first) + "' holds a character that no folder's name can have");
   if (LowerCase(product.install_dir) == "<master>" && !product.Has(IF_MASTER_PRODUCT))
     findings.Error(product.PlaceOf("install.directory"), "\"<master>\" needs a 'product.master_product'");
+  CheckVariables(product.install_dir, product.PlaceOf("install.directory"), "'install.directory': ", findings);
   const std::string &subdir = product.uninstall_subdir;
   if (HoldsIllegalCharacter(subdir) || subdir.starts_with('\\'))
     findings.Error(product.PlaceOf("uninstall.directory"), "'uninstall.directory' has to be relative");
@@ -142,6 +147,24 @@ void CheckOptions(const Product &product, Findings &findings) {
 }
 
 } // namespace
+
+void CheckVariables(const std::string &text, Place place, const std::string &what, Findings &findings) {
+  for (size_t begin = text.find('%'), end; begin != text.npos; begin = end) {
+    end = text.find('%', begin + 1);
+    if (end == text.npos)
+      return;
+    const std::string name = text.substr(begin, end - begin + 1);
+    const bool is_word = name.size() > 3 && std::all_of(name.begin() + 1, name.end() - 1,
+                                                        [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; });
+    if (!is_word)
+      continue; // the next one may begin a name
+    end = text.find('%', end + 1);
+    if (std::none_of(std::begin(kPathVariables), std::end(kPathVariables),
+                     [&](std::string_view known) { return LowerCase(known) == LowerCase(name); }))
+      findings.Warn(place,
+                    what + "'" + name + "' is no path variable and stays as it is" + Suggestion(name, kPathVariables));
+  }
+}
 
 void CheckProduct(const Product &product, Findings &findings) {
   CheckNames(product, findings);

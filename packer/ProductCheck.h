@@ -10,6 +10,9 @@ namespace korb::packer {
 /// Adds errors and warnings about `product` to `findings`.
 void CheckProduct(const Product &product, Findings &findings);
 
+/// Warns of what looks like a path variable in `text` and is none. `what` begins the message.
+void CheckVariables(const std::string &text, Place place, const std::string &what, Findings &findings);
+
 // Its parts.
 void CheckFiles(const Product &product, Findings &findings);
 void CheckLists(const Product &product, Findings &findings);

@@ -38,6 +38,18 @@ inline constexpr NamedValue kPlatforms[] = {{"other", 0x1}, {"win32s", 0x2}, {"9
 inline constexpr NamedValue kDiskSizes[] = {
     {"360K", 362496}, {"720K", 730112}, {"1.2M", 1213952}, {"1.44M", 1457664}, {"2.88M", 2915328}};
 
+/// What installers replace in the texts that may hold path variables, in any case.
+inline constexpr std::string_view kPathVariables[] = {"%InstallDir%",       "%InstallDrive%",   "%SharedDir%",
+                                                      "%CommonDir%",        "%ProgramsDir%",    "%SystemDir%",
+                                                      "%WinDir%",           "%Temp%",           "%FontDir%",
+                                                      "%DesktopDir%",       "%DesktopAllDir%",  "%StartMenuDir%",
+                                                      "%StartMenuAllDir%",  "%SMProgramsDir%",  "%SMProgramsAllDir%",
+                                                      "%StartupDir%",       "%StartupAllDir%",  "%DocumentDir%",
+                                                      "%DocumentAllDir%",   "%FavoritesDir%",   "%FavoritesAllDir%",
+                                                      "%MediaDir%",         "%DeviceDir%",      "%BootDrive%",
+                                                      "%InstallerDir%",     "%InstallerDrive%", "%InstallerFilename%",
+                                                      "%InstallerFilepath%"};
+
 /// The word for `value`, or the number itself.
 std::string WordFor(std::span<const NamedValue> names, int64_t value);
 

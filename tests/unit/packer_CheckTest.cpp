@@ -193,6 +193,9 @@ TEST_CASE("files are refused that the installer or the uninstaller would lose") 
        [](auto &p) { p.files[0].name = "a\\b", p.files[0].flags = FF_UNINSTALL_DIR; }},
       {"warning: file 'THING.EXE': it goes to the same place as another",
        [](auto &p) { p.files.push_back(p.files[0]), p.files[1].name = "THING.EXE"; }},
+      {"warning: file 'thing.exe': '%InstallDr%' is no path variable and stays as it is; did you mean '%InstallDir%'?",
+       [](auto &p) { p.files[0].target = "%TEMP%\\%InstallDr%\\50%\\"; }},
+      {"", [](auto &p) { p.files[0].arguments = "\"%1\" 5% %InstallDir%%windir%"; }},
       {"warning: file 'maps\\a': it goes to the same place as another",
        [](auto &p) {
          p.files.push_back(p.files[0]), p.files[0].name = "A", p.files[0].target = "%InstallDir%\\Maps\\";
@@ -301,5 +304,6 @@ TEST_CASE("code pages take what they have and name what they lack") {
     CHECK(!packer::ToCodePage(bad, 1252, missing));
     CHECK(missing.empty());
   }
+  CHECK(packer::FromCodePage("a\x80\xE9\x81", 1252) == "a€é\uFFFD");
   CHECK(!packer::IsCodePage(437));
 }

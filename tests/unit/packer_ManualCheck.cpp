@@ -8,6 +8,7 @@
 
 #include "packer/ManifestReader.h"
 #include "packer/Texts.h"
+#include "packer/Words.h"
 
 using namespace korb::packer;
 
@@ -37,6 +38,10 @@ Keys DocumentedKeys(std::istream &page) {
     if (line.starts_with("| `") && !table.empty())
       for (const std::string &word : Quoted(line))
         keys.insert(table + "." + word);
+    for (size_t begin, end; (begin = line.find("`%")) != line.npos && (end = line.find("%`", begin)) != line.npos;
+         line.erase(begin, 2))
+      if (end > begin + 1) // `%%` is none
+        keys.insert("variable " + line.substr(begin + 1, end - begin));
     if (line.starts_with("| ") && line.size() > 2 && line[2] >= '0' && line[2] <= '9') // number, name, arguments
       keys.insert("text " + line.substr(2, line.find("` |") - 1));
   }
@@ -57,6 +62,8 @@ Keys KeysOfTheCode() {
                              !key.ends_with(".target")))
       keys.insert(key);
   }
+  for (std::string_view variable : kPathVariables)
+    keys.insert("variable " + std::string(variable));
   for (size_t number = 0; number < kTexts.size(); ++number)
     keys.insert("text " + std::to_string(number) + " | `" + kTexts[number].name + "`");
   return keys;
