@@ -81,3 +81,41 @@ TEST_CASE("a program without an archive says what it is for, and ends") {
   CHECK(Click(*box, "OK"));
   CHECK(program.Wait() == DWORD{1});
 }
+
+TEST_CASE("a clean run tells its end and leaves no log; errors can be read at once") {
+  const auto manifest = [](const char *option) {
+    return std::string("[product]\nname = \"Told\"\n[install]\nmin_phase_ms = 0\n[options]\nask_directory = "
+                       "false\nuninstall = false\n") +
+           option + "[[file]]\ncontents = \"a\"\nname = \"a.txt\"\n";
+  };
+  const std::string home = "C:\\Program Files\\Told\\", log = home + "Install.LOG";
+  for (const char *option : {"", "no_done_message = true\n"}) {
+    PackedProduct product(manifest(option));
+    product.Pack();
+    Process setup = product.Start();
+    if (*option == '\0') {
+      const auto box = WaitForWindow("Told has been installed.");
+      REQUIRE(box);
+      CHECK(box->title == "Installation complete");
+      Click(*box, "OK");
+    }
+    CHECK(setup.Wait() == DWORD{1});
+    CHECK_FALSE(std::filesystem::exists(log));
+  }
+  std::filesystem::remove(home + "a.txt");
+  std::filesystem::create_directories(home + "a.txt\\in the way");
+  for (const char *answer : {"No", "Yes"}) {
+    PackedProduct product(manifest(""));
+    product.Pack();
+    Process setup = product.Start();
+    const auto box = WaitForWindow(log);
+    REQUIRE(box);
+    CHECK(std::filesystem::exists(log) == (*answer == 'Y')); // written after the answer
+    Click(*box, answer);
+    CHECK(setup.Wait() == DWORD{1});
+    CHECK(FileBytes(log).find(home + "a.txt") != std::string::npos);
+  }
+  const auto notepad = WaitForWindow("Install.LOG");
+  REQUIRE(notepad);
+  SendMessageA(notepad->handle, WM_CLOSE, 0, 0);
+}
