@@ -1,4 +1,5 @@
-// The packer's side of core/Failure.h: every report unwinds to whoever reads an installer.
+// The packer's side of core/Failure.h: every report unwinds to whoever reads an installer. Nothing else stands here: a
+// program that brings reports of its own must be able to do without this file.
 #include "packer/ReportedDamage.h"
 
 #include <algorithm>
@@ -9,13 +10,6 @@
 #include "core/String.h"
 
 namespace korb {
-
-std::string packer::ReportedDamage::Tell() const {
-  std::string line = text;
-  for (size_t at; (at = line.find("\r\n")) != line.npos;)
-    line.replace(at, 2, " ");
-  return code == 0 ? line : line + " (damage code " + std::to_string(code) + ")";
-}
 
 namespace {
 

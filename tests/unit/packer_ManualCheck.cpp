@@ -40,7 +40,7 @@ Keys DocumentedKeys(std::istream &page) {
         keys.insert(table + "." + word);
     for (size_t begin, end; (begin = line.find("`%")) != line.npos && (end = line.find("%`", begin)) != line.npos;
          line.erase(begin, 2))
-      if (end > begin + 1) // `%%` is none
+      if (end > begin + 2) // `%%` is none
         keys.insert("variable " + line.substr(begin + 1, end - begin));
     if (line.starts_with("| ") && line.size() > 2 && line[2] >= '0' && line[2] <= '9') // number, name, arguments
       keys.insert("text " + line.substr(2, line.find("` |") - 1));
