@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "tests/support/Desktop.h"
@@ -17,31 +18,8 @@ namespace {
 
 const std::string kHome = "C:\\Program Files\\Thing";
 
-const char kManifest[] = R"(
-[product]
-name = "Thing"
-[uninstall]
-directory = "un"
-[options]
-ask_shared_removal = true
-[batch]
-uninstall_first = "echo first >> C:\\ran.txt"
-uninstall_last = "echo last >> C:\\ran.txt"
-[[file]]
-contents = "a"
-name = "a.txt"
-attributes = ["read-only"]
-[[file]]
-contents = "b"
-name = "deep/er/b.txt"
-[[file]]
-contents = "shared"
-name = "shared.txt"
-kind = "shared"
-)";
-
 struct Installed {
-  Installed() : product(kManifest) {
+  Installed() : product(FileBytes("Z:" + std::string(std::getenv("KORB_E2E")) + "/products/thing.toml")) {
     fs::remove("C:\\ran.txt");
     product.Pack();
     product.Install();
