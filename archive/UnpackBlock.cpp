@@ -1,7 +1,7 @@
 // Two decoders take turns. Step reads any token, wherever it stands and whatever is wrong with it; it tests every bound,
 // and it alone decides that a block is bad. FastTokens reads only the common tokens, those whose code fits into the
-// index of a table, and only while both blocks are so far from their ends that no bound needs a test; it stops in front
-// of any other token. Nearly all tokens go its way, nearly all verdicts the other.
+// index of a table and longer back references, and only while both blocks are so far from their ends that no bound
+// needs a test; it stops in front of any other token. Nearly all tokens go its way, nearly all verdicts the other.
 //
 // Neither keeps a buffer of bits: a peek loads the word at the byte of the next bit and shifts it, which costs less than
 // keeping a buffer filled where registers are few, and finds literals as easily as codes.
@@ -31,6 +31,7 @@ constexpr uint32_t kPeekBits = 25;              // bits that it gives at least, 
 constexpr uint32_t kLiteralBase = 2, kLiteralStep = 2, kMinLiteral = 1;
 constexpr uint32_t kLengthBase = 2, kLengthStep = 1, kMinLength = 4;
 constexpr uint32_t kDistanceBase = 12, kDistanceStep = 2, kMinDistance = 4;
+constexpr uint32_t kReferenceBits = 2, kReferenceMask = 3, kReferenceKind = 1;
 constexpr uint32_t kFillBase = 1, kFillStep = 1, kMinFill = 3;
 constexpr uint32_t kMaxWidth = 32; // wider codes take no more bits
 
@@ -48,6 +49,8 @@ constexpr ptrdiff_t kMaxTokenBytes = 66;
 
 // Distances up to 16 MiB: their ones, and their value, fit into a peek.
 constexpr uint32_t kMaxFastOnes = 6;
+// Lengths up to 4 KB: a token with both takes 53 bits.
+constexpr uint32_t kMaxFastLengthOnes = 10;
 constexpr uint32_t DistanceMask[kMaxFastOnes + 1] = {(1u << 12) - 1, (1u << 14) - 1, (1u << 16) - 1, (1u << 18) - 1,
                                                      (1u << 20) - 1, (1u << 22) - 1, (1u << 24) - 1};
 
@@ -139,7 +142,8 @@ private:
 
 // On entry bit_ and out_ stand at a token, and on return at the first one that was not read.
 //
-// No bound is tested within the inner loop. A token of the table takes at most kMaxTokenBytes of the source, from the
+// No bound is tested within the inner loop but that of a back reference too long for the table, which must leave one
+// portion of the output. A token of the table takes at most kMaxTokenBytes of the source, from the
 // byte of its first bit to that of the next token's, and makes no more; so with n such portions left on either side,
 // n - 1 tokens leave one untouched. What a token touches beyond its own bytes lies within that one: the literal copy reads
 // and writes up to 14 bytes too many, a peek reads up to 8, a back reference writes up to 15, and reads as many behind its
@@ -160,17 +164,16 @@ void Unpacker::FastTokens() {
     for (; tokens > 0; --tokens) {
       const Word bits = peek(bit);
       const uint32_t entry = TokenTable[bits & (kTableSize - 1)];
-      const uint32_t code = entry & kCodeMask;
-      const uint32_t count = entry >> kCountShift;
-      if ((entry & kReference) == 0) {
-        known = entry != 0;
-        if (!known)
-          break;
-        bit += code;
-        const uint8_t *from = source + (bit >> 3);
-        const uint32_t shift = bit & 7;
+      uint32_t rest_bit = bit + (entry & kCodeMask);
+      uint32_t count = entry >> kCountShift;
+      Word rest;
+      if ((entry & kReference) != 0) {
+        rest = bits >> (entry & kCodeMask);
+      } else if (entry != 0) {
+        const uint8_t *from = source + (rest_bit >> 3);
+        const uint32_t shift = rest_bit & 7;
         uint8_t *to = out;
-        bit += count * 8;
+        bit = rest_bit + count * 8;
         out += count;
         do { // twice at a time, since most runs end within that
           Store(to, Load(from) >> shift);
@@ -178,22 +181,36 @@ void Unpacker::FastTokens() {
           to += 2 * kPeekBytes;
           from += 2 * kPeekBytes;
         } while (to < out);
+        continue;
       } else {
-        const Word rest = bits >> code;
-        const uint32_t ones = LeadingOnes(rest);
-        known = ones <= kMaxFastOnes;
+        // A back reference too long for the table. It makes more than a portion, so the portions are counted again.
+        const uint32_t ones = LeadingOnes(bits >> kReferenceBits);
+        known = (bits & kReferenceMask) == kReferenceKind && ones <= kMaxFastLengthOnes;
         if (!known)
           break;
-        const uint32_t value_bit = bit + code + ones + 1;
-        const Word value = sizeof(Word) > 4 ? rest >> (ones + 1) : peek(value_bit);
-        const uint32_t distance = static_cast<uint32_t>(value & DistanceMask[ones]) + kMinDistance;
-        known = distance <= static_cast<size_t>(out - begin_) && count <= distance;
+        const uint32_t width = kLengthBase + kLengthStep * ones;
+        const uint32_t value_bit = bit + kReferenceBits + ones + 1;
+        count = static_cast<uint32_t>(peek(value_bit) & ((1u << width) - 1)) + kMinLength;
+        known = static_cast<ptrdiff_t>(count) <= end_ - out - kMaxTokenBytes;
         if (!known)
           break;
-        bit = value_bit + kDistanceBase + kDistanceStep * ones;
-        CopyForward(out, out - distance, count);
-        out += count;
+        rest_bit = value_bit + width;
+        rest = peek(rest_bit);
+        tokens = 1;
       }
+      const uint32_t ones = LeadingOnes(rest);
+      known = ones <= kMaxFastOnes;
+      if (!known)
+        break;
+      const uint32_t value_bit = rest_bit + ones + 1;
+      const Word value = sizeof(Word) > 4 ? rest >> (ones + 1) : peek(value_bit);
+      const uint32_t distance = static_cast<uint32_t>(value & DistanceMask[ones]) + kMinDistance;
+      known = distance <= static_cast<size_t>(out - begin_) && count <= distance;
+      if (!known)
+        break;
+      bit = value_bit + kDistanceBase + kDistanceStep * ones;
+      CopyForward(out, out - distance, count);
+      out += count;
     }
   }
   bit_ = bit;
