@@ -86,12 +86,15 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     else if (!findings.HasErrors())
       LocatePatch(product, StubImage(*stub), findings);
     problems << findings.Report(ShowPath(request.manifest));
-    if (findings.HasErrors())
+    if (findings.HasErrors() || (request.strict && !findings.IsEmpty()))
       return false;
     const Installer installer = BuildInstaller(product, *stub, request.progress);
-    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0)
+    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0) {
       problems << ShowPath(request.manifest) << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
                << " bytes of the payload stay in the uninstaller\n";
+      if (request.strict)
+        return false;
+    }
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
     manifest.inputs.push_back(request.stub);
     RefuseToOverwrite(outputs, manifest.inputs);

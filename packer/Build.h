@@ -15,6 +15,7 @@ struct BuildRequest {
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
   Progress progress = {};
+  bool strict = false; ///< a warning counts as an error
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was

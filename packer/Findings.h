@@ -32,6 +32,7 @@ public:
   bool HasErrors() const {
     return std::any_of(list_.begin(), list_.end(), [](const Finding &f) { return f.severity == Severity::kError; });
   }
+  bool IsEmpty() const { return list_.empty(); }
   const std::vector<Finding> &List() const { return list_; }
 
   /// One line for each finding, in the order of the file: "file:line:column: error: message".

@@ -173,6 +173,7 @@ public:
     options.add_option("manifest", manifest_, "The manifest, a TOML file (setup.toml)");
     options.add_option("-o,--output", output_,
                        "The installer to write, volumes beside it (the manifest's name with .exe)");
+    options.add_flag("--strict", strict_, "Warnings are errors");
     options.add_option("--stub", stub_, "The program without an archive (korb.exe beside this program)");
   }
   bool Run(const fs::path &program) override {
@@ -183,6 +184,7 @@ public:
     request.output = output_.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(output_);
     request.stub = stub_.empty() ? FindStub(program) : PathFromUtf8(stub_);
     request.newest = ReadSourceDate();
+    request.strict = strict_;
     std::ostringstream summary, problems; // behind the line of progress, not within it
     const ProgressLine line;
     if (line.IsShown())
@@ -196,6 +198,7 @@ public:
 
 private:
   std::string manifest_ = "setup.toml", output_, stub_;
+  bool strict_ = false;
 };
 
 class Inspect : public Command {

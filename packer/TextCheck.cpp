@@ -9,7 +9,7 @@ namespace korb::packer {
 
 namespace {
 
-constexpr size_t kUninstallerTitle = 33, kNotice = 65, kCorrupt = 13;
+constexpr size_t kUninstallerTitle = 33, kNotice = 65;
 
 std::string WithProductName(std::string text, const std::string &name) {
   constexpr std::string_view kPlaceholder = "<product>";
@@ -32,13 +32,10 @@ public:
     if (IsBlank(language_.name))
       findings_.Error(language_.place, "a language needs a name");
     for (size_t number = 0; number < kTexts.size(); ++number)
-      if (const std::string fault = FormatFault(Text(number), kTexts[number].form); !fault.empty())
-        Error(number, "is wrong: " + fault);
+      CheckFormat(number, kTexts[number].form);
     for (int number : kSavedTexts)
       CheckSaved(static_cast<size_t>(number));
     CheckUninstallerTitle();
-    if (!IsBlank(Text(kCorrupt)) && Text(kCorrupt).find("%d") == std::string::npos)
-      Warn(kCorrupt, "doesn't show the damage code: %d is missing");
     if (product_.Has(IF_NOTICE) && IsBlank(Text(kNotice)))
       Warn(kNotice, "is blank, so no notice is shown");
   }
@@ -60,6 +57,17 @@ private:
   Place PlaceOf(size_t number) const {
     const Place said = product_.PlaceOf("texts." + language_.name + "." + std::to_string(number));
     return said.line ? said : language_.place;
+  }
+
+  void CheckFormat(size_t number, std::string_view form) {
+    const std::string text = Text(number), fault = FormatFault(text, form);
+    if (!fault.empty())
+      return Error(number, "is wrong: " + fault);
+    std::string wanted;
+    for (char kind : form == "-" ? std::string_view() : form)
+      wanted += std::string(" %") + kind;
+    if (!IsBlank(text) && !wanted.empty() && ShownArguments(text) < form.size())
+      Warn(number, "doesn't show all that it is given, which is" + wanted);
   }
 
   void CheckSaved(size_t number) {

@@ -116,6 +116,17 @@ char ArgumentKind(char conversion) {
 
 } // namespace
 
+size_t ShownArguments(std::string_view text) {
+  size_t shown = 0;
+  for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
+    if (i + 1 < text.size() && text[i + 1] == '%')
+      ++i;
+    else
+      ++shown;
+  }
+  return shown;
+}
+
 std::string FormatFault(std::string_view text, std::string_view form) {
   if (form.empty())
     return {};

@@ -25,6 +25,9 @@ extern const std::array<int, 19> kSavedTexts;
 /// The built-in English wording, by number.
 std::vector<std::string> EnglishTexts();
 
+/// How many arguments `text` shows as a format.
+size_t ShownArguments(std::string_view text);
+
 /// What is wrong with `text` as a format for the arguments `form` (see TextInfo): empty when nothing is.
 std::string FormatFault(std::string_view text, std::string_view form);
 

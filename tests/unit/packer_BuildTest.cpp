@@ -44,6 +44,16 @@ TEST_CASE("a good manifest gives an installer, its volumes beside it, and nothin
   CHECK(shop.Read("again.exe") == first);
 }
 
+TEST_CASE("warnings can be made errors") {
+  Workshop shop;
+  const std::filesystem::path manifest = shop.Write("m.toml", kManifest + "[options]\nreboot_needed = true");
+  std::ostringstream summary, problems;
+  packer::BuildRequest request{manifest, shop.Path() / "setup.exe", shop.Path() / "korb.exe", {}, {}, true};
+  CHECK(!packer::BuildFromManifest(request, summary, problems));
+  request.strict = false;
+  CHECK(packer::BuildFromManifest(request, summary, problems));
+}
+
 TEST_CASE("what fails leaves the folder as it was") {
   Workshop shop;
   shop.Write("setup.exe", "old");

@@ -109,8 +109,8 @@ TEST_CASE("texts are held to the use that the program makes of them") {
       {"error: text 29 (step_unpack) of 'English' is wrong: '% d' has no argument: this text has none",
        [](auto &p) { p.languages[0].texts[29] = "100% done"; }},
       {"", [](auto &p) { p.languages[0].texts[29] = "100%%", p.languages[0].texts[9] = "100% done"; }},
-      {"warning: text 13 (corrupt) of 'English' doesn't show the damage code: %d is missing",
-       [](auto &p) { p.languages[0].texts[13] = "damaged"; }},
+      {"warning: text 13 (corrupt) of 'English' doesn't show all that it is given, which is %d",
+       [](auto &p) { p.languages[0].texts[13] = "100%% damaged"; }},
       {"error: text 34 (uninstalled) of 'English' has a line that begins with '~', which ends the text in the "
        "uninstaller's record",
        [](auto &p) { p.name = "~x", p.languages[0].texts[20] = "x", p.languages[0].texts[34] = "a\n<PRODUCT>"; }},
