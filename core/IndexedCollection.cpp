@@ -14,8 +14,10 @@ constinit const IndexedForm TheBoxedVectorForm(true, false);
 
 namespace {
 
+/// 0 when there is no valid position at all.
 int32_t Limited(int32_t i, int32_t most) {
-  return i < 0 ? 0 : i > most ? most : i;
+  const int32_t limited = i > most ? most : i;
+  return limited < 0 ? 0 : limited;
 }
 
 } // namespace

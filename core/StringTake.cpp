@@ -61,16 +61,16 @@ String String::take_line_with_end() {
 String String::take_delimited(char quote, int32_t start) {
   if (is_out_of_range(start) || data_[start] != quote)
     return String();
+  // The text moves to the front of its own run, each byte once.
   int32_t end = start + 1;
+  int32_t to = start;
   for (; end < length_; ++end) {
-    if (data_[end] != quote)
-      continue;
-    if (end + 1 >= length_ || data_[end + 1] != quote)
+    if (data_[end] == quote && (++end >= length_ || data_[end] != quote))
       break;
-    erase(end, 1);
+    data_[to++] = data_[end];
   }
-  String text = mid(start + 1, end - start - 1);
-  erase(start, end - start + 1);
+  String text = mid(start, to - start);
+  erase(start, end - start);
   return text;
 }
 

@@ -7,7 +7,9 @@ namespace korb {
 String OsNameInTexts;
 
 void SubstituteNames(String &text) {
-  text.replace("<product>", ProductName, FIND_IGNORE_CASE);
+  // A name that holds its own placeholder would make the text longer at each lookup, until memory is used up.
+  if (ProductName.find("<product>", 0, FIND_IGNORE_CASE) < 0)
+    text.replace("<product>", ProductName, FIND_IGNORE_CASE);
   text.replace("<os>", OsNameInTexts, FIND_IGNORE_CASE);
 }
 

@@ -11,7 +11,7 @@ namespace korb {
 /// lookup.
 extern String OsNameInTexts;
 
-/// Puts ProductName in for every "<product>" of `text`, then the system's name for every "<os>", an "<os>" inside the
+/// Puts ProductName in for every "<product>" of `text`, unless it holds one itself, then the system's name for every "<os>", an "<os>" inside the
 /// product's name included. Case is ignored.
 void SubstituteNames(String &text);
 

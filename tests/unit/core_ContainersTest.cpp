@@ -201,6 +201,8 @@ TEST_CASE_TEMPLATE_DEFINE("indexed collections insert, remove and move by positi
   CHECK(all.at(0) == T());
   all.set_count(-1);
   CHECK(all.is_empty());
+  all.move_down(5, -1); // swapped cells in front of an empty block
+  all.move_up(5, -1);
 
   Cursor<T> cursor(all = Numbers<T, C>(3));
   cursor.attach_at_end(&all);

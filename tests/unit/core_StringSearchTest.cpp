@@ -259,6 +259,8 @@ TEST_CASE("quoted runs and words are taken off") {
     CHECK_MESSAGE(Std(text.take_quoted(row.start)) == row.taken, std::string(row.text));
     CHECK_MESSAGE(Std(text) == row.rest, std::string(row.text));
   }
+  String many(std::string(4000001, '"').c_str()); // took the rest of the day
+  CHECK(many.take_quoted(0).length() == 2000000);
   const struct {
     const char *line, *words;
   } lines[] = {{"  /a /d:\"c:\\my dir\" x", "[/a][/d:\"c:\\my dir\"][x]"},

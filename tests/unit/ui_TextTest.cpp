@@ -27,5 +27,9 @@ TEST_CASE("a text is found by number and language, with the names put in") {
   const char *first = TextLookup(0);
   ProductName = "Other";
   CHECK(TextLookup(0) == first);
+  TextTable.at(1).at(0) = "<product>"; // grew at each lookup with a name that holds its own placeholder
+  ProductName = "<Product><product>";
+  for (int i = 0; i < 2; ++i)
+    CHECK(std::string(TextLookup(1)) == "<product>");
   CHECK(std::string(first) == "PSystem on System, PSystem");
 }
