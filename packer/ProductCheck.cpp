@@ -146,6 +146,12 @@ void CheckOptions(const Product &product, Findings &findings) {
     findings.Warn(product.PlaceOf("uninstall.patch_offset"), "without an uninstaller there is nothing to patch");
 }
 
+// What the system's own variables are called here.
+std::string MeantVariable(const std::string &name) {
+  const std::string lower = LowerCase(name);
+  return lower == "%programfiles%" ? "%ProgramsDir%" : lower == "%systemroot%" ? "%WinDir%" : name;
+}
+
 } // namespace
 
 void CheckVariables(const std::string &text, Place place, const std::string &what, Findings &findings) {
@@ -161,8 +167,8 @@ void CheckVariables(const std::string &text, Place place, const std::string &wha
     end = text.find('%', end + 1);
     if (std::none_of(std::begin(kPathVariables), std::end(kPathVariables),
                      [&](std::string_view known) { return LowerCase(known) == LowerCase(name); }))
-      findings.Warn(place,
-                    what + "'" + name + "' is no path variable and stays as it is" + Suggestion(name, kPathVariables));
+      findings.Warn(place, what + "'" + name + "' is no path variable and stays as it is" +
+                               Suggestion(MeantVariable(name), kPathVariables));
   }
 }
 

@@ -193,8 +193,9 @@ TEST_CASE("files are refused that the installer or the uninstaller would lose") 
        [](auto &p) { p.files[0].name = "a\\b", p.files[0].flags = FF_UNINSTALL_DIR; }},
       {"warning: file 'THING.EXE': it goes to the same place as another",
        [](auto &p) { p.files.push_back(p.files[0]), p.files[1].name = "THING.EXE"; }},
-      {"warning: file 'thing.exe': '%InstallDr%' is no path variable and stays as it is; did you mean '%InstallDir%'?",
-       [](auto &p) { p.files[0].target = "%TEMP%\\%InstallDr%\\50%\\"; }},
+      {"warning: file 'thing.exe': '%ProgramFiles%' is no path variable and stays as it is; did you mean "
+       "'%ProgramsDir%'?",
+       [](auto &p) { p.files[0].target = "%TEMP%\\%ProgramFiles%\\50%\\"; }},
       {"", [](auto &p) { p.files[0].arguments = "\"%1\" 5% %InstallDir%%windir%"; }},
       {"warning: file 'maps\\a': it goes to the same place as another",
        [](auto &p) {
