@@ -61,7 +61,7 @@ public:
   bool Finish();
 
 private:
-  String Read(const char *value);
+  void Read(String &text, const char *value) const { key_.ReadString(text, value, "", 0); }
   void RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag);
   void RemoveKeyUpward(String path, bool current_user);
 
@@ -72,12 +72,6 @@ private:
   bool for_all_users_ = false;
   String report_; // what could not be removed
 };
-
-String UninstallRun::Read(const char *value) {
-  String text;
-  key_.ReadString(text, value, "", 0);
-  return text;
-}
 
 /// The archive's flags are not known before the key has told them, so these reports show unless /a was typed.
 bool UninstallRun::Open() {
@@ -91,16 +85,18 @@ bool UninstallRun::Open() {
                 ProductName);
     return false;
   }
-  ProductName = Read("DisplayName");
+  Read(ProductName, "DisplayName");
   if (IsBlank(ProductName))
     ProductName = name_;
-  InstallDir = Read("InstallLocation");
+  Read(InstallDir, "InstallLocation");
   if (IsBlank(InstallDir)) {
     ReportError("The uninstall information for %s is corrupt.\r\n\r\nThe uninstallation cannot be performed.",
                 ProductName);
     return false;
   }
-  InstallFlags = static_cast<uint64_t>(Read("ProductFlags").to_int64());
+  String flags;
+  Read(flags, "ProductFlags");
+  InstallFlags = static_cast<uint64_t>(flags.to_int64());
   if (HasInstallFlag(IF_AUTOMATIC_UNINSTALL))
     AutomaticMode = true;
   return true;
@@ -108,15 +104,15 @@ bool UninstallRun::Open() {
 
 /// What is missing keeps the colours that the entry point has taken from the system.
 void UninstallRun::ReadValues() {
-  MainTitle = Read("DisplayTitle");
+  Read(MainTitle, "DisplayTitle");
   TitleColor = static_cast<uint32_t>(key_.ReadNumber("TitleColor", static_cast<int32_t>(TitleColor), 0));
   TitleShadow = static_cast<uint8_t>(key_.ReadNumber("TitleShadow", TitleShadow, 0));
   TopColor = static_cast<uint32_t>(key_.ReadNumber("TopColor", static_cast<int32_t>(TopColor), 0));
   BottomColor = static_cast<uint32_t>(key_.ReadNumber("BottomColor", static_cast<int32_t>(BottomColor), 0));
   MonoColor = key_.ReadBoolean("MonoColor", MonoColor, 0);
-  UninstallSubdir = Read("UninstallSubdir");
+  Read(UninstallSubdir, "UninstallSubdir");
   UninstallDir = PathJoin(InstallDir, UninstallSubdir);
-  fonts_ = Read("ProductFonts");
+  Read(fonts_, "ProductFonts");
   for_all_users_ = key_.ReadNumber("ShortcutMode", 0, 0) == kShortcutsForAllUsers;
 }
 
@@ -140,12 +136,13 @@ void UninstallRun::Ask() {
                                     MB_YESNO | MB_ICONQUESTION) != IDYES)
     ExitInstaller();
   CreateProgressDialog();
-  CommonDir = Read("SharedPath");
+  Read(CommonDir, "SharedPath");
 }
 
 /// A second run, after one that left something behind, doesn't run it again.
 void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
-  const String script = Read(value);
+  String script;
+  Read(script, value);
   if (script.is_empty())
     return;
   RunBatch(directory, script, HasInstallFlag(hide_flag));
@@ -182,8 +179,9 @@ void UninstallRun::RewriteRecord() {
 }
 
 void UninstallRun::RemoveStartMenuGroup() {
-  String path =
-      PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), Read("ProductStartMenu"));
+  String group;
+  Read(group, "ProductStartMenu");
+  String path = PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), group);
   for (int32_t level = 0; level < kMaxLevels && RemoveEmptyDirectory(path); ++level) {
     path.remove_last_if('\\');
     if (!CutToDirectory(path))
@@ -192,7 +190,8 @@ void UninstallRun::RemoveStartMenuGroup() {
 }
 
 void UninstallRun::UndoSharedFiles() {
-  const String files = Read("SharedFiles");
+  String files;
+  Read(files, "SharedFiles");
   if (!files.is_empty() && !ReleaseSharedFiles(files))
     report_ += "REGISTRY ERROR:  Unable to adjust shared file reference counts.\r\n\r\n";
   RemoveEmptyDirectory(CommonDir);
@@ -212,7 +211,8 @@ void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
 
 void UninstallRun::RemoveProductKeys() {
   SetStep(kTextUninstallStepEnd, 95);
-  const String path = Read("ProductRegistry");
+  String path;
+  Read(path, "ProductRegistry");
   if (!path.is_empty()) {
     RemoveKeyUpward(path, false);
     RemoveKeyUpward(path, true);

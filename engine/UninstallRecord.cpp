@@ -42,12 +42,12 @@ String TakeField(String &line) {
 void ReadAssociations(String text, Vector<FileAssociation> &associations) {
   for (int32_t n = 0; n < kMaxAssociationLines && !text.is_empty(); ++n) {
     String line = text.take_line();
-    FileAssociation association;
+    FileAssociation &association = associations.append_slot();
     association.extension = TakeField(line);
     association.file_class = TakeField(line);
     association.verb = line;
-    if (!IsBlank(association.extension) && !IsBlank(association.file_class) && !IsBlank(association.verb))
-      associations.append(association);
+    if (IsBlank(association.extension) || IsBlank(association.file_class) || IsBlank(association.verb))
+      associations.remove_last();
   }
 }
 
