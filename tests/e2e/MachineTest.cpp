@@ -184,8 +184,8 @@ TEST_CASE("a run that is cut off harms no file but the one that it writes") {
     for (int i = 0; i < kFiles; ++i)
       WriteFileBytes(path(i), before);
     {
-      const Process setup = product.Start("/a");
-      while (std::filesystem::file_size(path(at)) == before.size()) {
+      Process setup = product.Start("/a");
+      while (std::filesystem::file_size(path(at)) == before.size() && !setup.Wait(0)) {
       }
     } // ends the program
     int old = 0, done = 0, broken = 0;
