@@ -53,8 +53,7 @@ inline constexpr uint32_t SPLIT_DOUBLED_DELIMITER = 0x0800; ///< a doubled delim
 
 class String {
 public:
-  /// Out of line, being in every function, but still evaluated by the compiler for what lives as long as the program.
-  [[gnu::noinline]] constexpr String() : data_(no_text_), length_(0), capacity_(0) {}
+  [[gnu::noinline]] String();
   String(const char *text);
   String(const String &other);
   String(String &&other) noexcept;
