@@ -26,7 +26,7 @@ void UninstallQuietly(const std::string &name) {
 }
 
 bool WaitForSelfRemoval() {
-  for (int i = 0; i < 200; ++i) {
+  for (int i = 0; i < 1200; ++i) {
     if (GetFileAttributesA("c:\\delunins.bat") == INVALID_FILE_ATTRIBUTES)
       return true;
     Sleep(50);
