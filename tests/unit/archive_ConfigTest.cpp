@@ -25,51 +25,39 @@ TEST_CASE("every field of the configuration arrives in its place") {
   CHECK(InstallFlags == (IF_UNINSTALL | IF_CUSTOM_COLORS | IF_MASTER_PRODUCT));
   CHECK(Values{config.min_phase_ms, config.shortcut_mode, config.uninstaller_date.month, config.uninstaller_date.second,
                config.expiry_date.julian, config.expiry_date.weekday} == Values{500, 1, 2, 6, 2451544, 7});
-  const std::pair<const String *, const char *> texts[] = {
-      {&config.publisher, "Maker"},
-      {&ProductName, "Thing"},
-      {&CommonDir, "C:\\Common\\Shared"},
-      {&config.product_start_menu, "Group"},
-      {&config.default_install_dir, "C:\\Win\\Thing"},
-      {&Version, "1.2.3"},
-      {&config.product_registry, "REGKEY"},
-      {&config.license_pages.at(0), "Licence\n1"},
-      {&config.license_pages.at(1), "Licence 2"},
-      {&config.readme_pages.at(0), "Readme"},
-      {&UninstallSubdir, "Undo"},
-      {&config.volume_base_name, "DISK"},
-      {&config.uninstaller_name, "uninst.exe"},
-      {&config.uninstall_name, "ThingKey"},
-      {&config.master_product, "Master"},
-      {&config.desktop_group, "Desk"},
-      {&config.pre_install_batch, "pre"},
-      {&config.post_install_batch, "post"},
-      {&config.final_batch, "final"},
-      {&config.uninstall_batch1, "un1"},
-      {&config.uninstall_batch2, "un2"},
-      {&config.deletions.at(0).name, "old.dll"},
-      {&config.deletions.at(0).value, "123"},
-      {&config.associations.at(0).extension, ".thg"},
-      {&config.associations.at(0).file_class, "Thing.Doc"},
-      {&config.associations.at(0).description, "A thing"},
-      {&config.associations.at(0).verb, "open"},
-      {&config.associations.at(0).verb_label, "&Open"},
-      {&config.associations.at(0).command, "cmd"},
-      {&config.associations.at(0).language, "English"},
-      {&config.associations.at(0).icon, "icon"},
-      {&config.uninstall_data.at(0).name, "HelpLink"},
-      {&config.uninstall_data.at(0).value, "7"},
-      {&LanguageNames.at(0), "Deutsch"},
-      {&LanguageNames.at(1), "English"},
-      {&TextTable.at(0).at(0), "Titel"},
-      {&TextTable.at(0).at(1), "Title\r\nof <product>"}, // line ends are made whole in texts, not in pages
-      {&TextTable.at(1).at(0), "Zwei"},
-      {&TextTable.at(1).at(1), "Two"},
-  };
-  for (const auto &[field, expected] : texts) {
-    CAPTURE(expected);
-    CHECK(std::string(field->c_str()) == expected);
-  }
+  CHECK(Joined({config.publisher,
+                ProductName,
+                CommonDir,
+                config.product_start_menu,
+                config.default_install_dir,
+                Version,
+                config.product_registry,
+                config.license_pages.at(0),
+                config.license_pages.at(1),
+                config.readme_pages.at(0),
+                UninstallSubdir,
+                config.volume_base_name,
+                config.uninstaller_name,
+                config.uninstall_name,
+                config.master_product,
+                config.desktop_group,
+                config.pre_install_batch,
+                config.post_install_batch,
+                config.final_batch,
+                config.uninstall_batch1,
+                config.uninstall_batch2}) ==
+        "Maker|Thing|C:\\Common\\Shared|Group|C:\\Win\\Thing|1.2.3|REGKEY|Licence\n1|Licence "
+        "2|Readme|Undo|DISK|uninst.exe|ThingKey|Master|Desk|pre|post|final|un1|un2");
+  CHECK(Joined({config.deletions.at(0).name, config.deletions.at(0).value, config.associations.at(0).extension,
+                config.associations.at(0).file_class, config.associations.at(0).description,
+                config.associations.at(0).verb, config.associations.at(0).verb_label, config.associations.at(0).command,
+                config.associations.at(0).language, config.associations.at(0).icon, config.uninstall_data.at(0).name,
+                config.uninstall_data.at(0).value}) ==
+        "old.dll|123|.thg|Thing.Doc|A thing|open|&Open|cmd|English|icon|HelpLink|7");
+  // Line ends are made whole in texts, not in pages.
+  CHECK(Joined({LanguageNames.at(0), LanguageNames.at(1), TextTable.at(0).at(0), TextTable.at(0).at(1),
+                TextTable.at(1).at(0), TextTable.at(1).at(1)}) ==
+        "Deutsch|English|Titel|Title\r\nof <product>|Zwei|Two");
   CHECK(Values{TitleColor, TopColor, BottomColor, MonoColor, TitleShadow, config.excluded_platforms,
                config.payload_in_file} == Values{0x111111, 0x222222, 0x333333, 0, 3, 0x40, 0});
   CHECK(Values{config.volume_serial, config.stub_patch_offset} == Values{1000, 0x500});
