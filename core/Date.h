@@ -32,6 +32,8 @@ struct Date {
   /// `d dd D DD m mm M MM w ww W WW y yy Y YY`; null or empty takes "m/d/y". There is no escape: every such letter is
   /// replaced, all else is copied.
   String format(const char *format_text) const;
+  /// The same without D and Y, which are copied: a program that calls this one alone need not carry their words.
+  String format_plain(const char *format_text) const;
 
   /// False only for a day that the calendar has.
   bool is_invalid() const;
@@ -60,6 +62,8 @@ struct Time {
   String format(const char *format_text) const;
 };
 
+inline constexpr char kDateTimeFormat[] = "m/d/y h:ii:ssap";
+
 /// A date and perhaps a time.
 struct DateTime {
   Date date;
@@ -67,8 +71,9 @@ struct DateTime {
 
   /// A date, one optional comma, and a time. True when there is a date; the time stays cleared when there is none.
   bool parse(const char *text, bool day_first, int32_t current_year);
-  /// The letters of both; null or empty takes "m/d/y h:ii:ssap".
+  /// The letters of both; null or empty takes kDateTimeFormat.
   String format(const char *format_text) const;
+  String format_plain(const char *format_text) const; ///< as that of a Date
   int32_t compare(const DateTime &other) const;
 
   static DateTime from(const FileDate &file_date);

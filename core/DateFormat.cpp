@@ -23,14 +23,31 @@ void AppendName(String &out, const char *name, bool doubled) {
     out.append_format("%.3s", name);
 }
 
-/// Appends what the letter stands for in a date; false when it is none of a date's letters.
+/// The letters that stand for words.
+bool AppendWordField(String &out, const Date &date, char letter, bool doubled) {
+  switch (letter) {
+  case 'D':
+    out += doubled ? FormatOrdinalWords(date.day) : FormatOrdinal(date.day);
+    return true;
+  case 'Y':
+    if (doubled) {
+      out += YearToWords(date.year);
+    } else {
+      if (date.year % 100 < 10)
+        out += "Oh ";
+      out += YearToWords(date.year % 100);
+    }
+    return true;
+  default:
+    return false;
+  }
+}
+
+/// Appends what the letter stands for in a date; false when it is none of a date's letters, or stands for words.
 bool AppendDateField(String &out, const Date &date, char letter, bool doubled) {
   switch (letter) {
   case 'd':
     AppendNumber(out, date.day, doubled);
-    return true;
-  case 'D':
-    out += doubled ? FormatOrdinalWords(date.day) : FormatOrdinal(date.day);
     return true;
   case 'm':
     AppendNumber(out, date.month, doubled);
@@ -46,15 +63,6 @@ bool AppendDateField(String &out, const Date &date, char letter, bool doubled) {
     return true;
   case 'y':
     out.append_format(doubled ? "%04d" : "%02d", doubled ? date.year : date.year % 100);
-    return true;
-  case 'Y':
-    if (doubled) {
-      out += YearToWords(date.year);
-    } else {
-      if (date.year % 100 < 10)
-        out += "Oh ";
-      out += YearToWords(date.year % 100);
-    }
     return true;
   default:
     return false;
@@ -80,8 +88,10 @@ bool AppendTimeField(String &out, const Time &time, char letter, bool doubled) {
   }
 }
 
-/// Either part may be missing; its letters are then copied.
-String FormatParts(const Date *date, const Time *time, const char *format) {
+using WordField = bool (*)(String &, const Date &, char, bool);
+
+/// Each part, and the words, may be missing; its letters are then copied.
+String FormatParts(const Date *date, const Time *time, WordField words, const char *format) {
   String out;
   while (*format) {
     const char c = *format;
@@ -91,7 +101,8 @@ String FormatParts(const Date *date, const Time *time, const char *format) {
       continue;
     }
     const bool doubled = format[1] == c;
-    if ((date && AppendDateField(out, *date, c, doubled)) || (time && AppendTimeField(out, *time, c, doubled))) {
+    if ((date && (AppendDateField(out, *date, c, doubled) || (words && words(out, *date, c, doubled)))) ||
+        (time && AppendTimeField(out, *time, c, doubled))) {
       format += doubled ? 2 : 1;
       continue;
     }
@@ -108,15 +119,23 @@ const char *Or(const char *format, const char *fallback) {
 } // namespace
 
 String Date::format(const char *format_text) const {
-  return FormatParts(this, nullptr, Or(format_text, "m/d/y"));
+  return FormatParts(this, nullptr, AppendWordField, Or(format_text, "m/d/y"));
+}
+
+String Date::format_plain(const char *format_text) const {
+  return FormatParts(this, nullptr, nullptr, format_text);
 }
 
 String Time::format(const char *format_text) const {
-  return FormatParts(nullptr, this, Or(format_text, "h:ii:ssap"));
+  return FormatParts(nullptr, this, nullptr, Or(format_text, "h:ii:ssap"));
 }
 
 String DateTime::format(const char *format_text) const {
-  return FormatParts(&date, &time, Or(format_text, "m/d/y h:ii:ssap"));
+  return FormatParts(&date, &time, AppendWordField, Or(format_text, kDateTimeFormat));
+}
+
+String DateTime::format_plain(const char *format_text) const {
+  return FormatParts(&date, &time, nullptr, format_text);
 }
 
 } // namespace korb

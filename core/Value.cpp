@@ -15,11 +15,11 @@ String Value::to_string() const {
   case Kind::Text:
     return text_;
   case Kind::Date:
-    return moment_.date.format("m/d/yy");
+    return moment_.date.format_plain("m/d/yy");
   case Kind::Time:
     return moment_.time.format("HH:ii:ss");
   case Kind::DateTime:
-    return moment_.time.is_invalid() ? moment_.date.format("m/d/yy") : moment_.format("m/d/yy HH:ii:ss");
+    return moment_.time.is_invalid() ? moment_.date.format_plain("m/d/yy") : moment_.format_plain("m/d/yy HH:ii:ss");
   }
   return String();
 }

@@ -10,7 +10,7 @@ String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &
   String text("\r\nInstallation log for: ");
   text += ProductName;
   text += "\r\nInstall date: ";
-  text += now.format("d-M-yy h:ii:ssap");
+  text += now.format_plain("d-M-yy h:ii:ssap");
   if (HasInstallFlag(IF_UNINSTALL))
     text += is_reinstall ? "\r\nInstall type: Reinstall" : "\r\nInstall type: New";
   text += "\r\nInstall location: ";

@@ -78,7 +78,7 @@ bool WriteUninstallKey(const InstallConfig &config) {
   for (int32_t i = 0; i < config.uninstall_data.count; ++i)
     WriteOwnValue(key, config.uninstall_data.at(i));
   key.WriteString("InstallLocation", InstallDir, 0);
-  key.WriteString("InstallDate", Now().format(nullptr), 0);
+  key.WriteString("InstallDate", Now().format_plain(kDateTimeFormat), 0);
   String kept;
   key.ReadString(kept, kUninstallString, "", 0);
   return kept == uninstall;
