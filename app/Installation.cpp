@@ -1,8 +1,9 @@
 #include "app/Installation.h"
 
 #include "app/DialogPayloadHost.h"
+#include "app/DirectoryStep.h"
+#include "app/Gates.h"
 #include "app/MachineConfigHost.h"
-#include "app/PhasesToCome.h"
 #include "archive/ArchiveHeader.h"
 #include "archive/ArchiveLocation.h"
 #include "archive/ConfigStream.h"
@@ -19,6 +20,7 @@
 #include "engine/Associations.h"
 #include "engine/FileError.h"
 #include "engine/InstallLog.h"
+#include "engine/InstalledProduct.h"
 #include "engine/OldFiles.h"
 #include "engine/PlaceFiles.h"
 #include "engine/RecordNames.h"
@@ -37,7 +39,9 @@
 #include "system/ExitSystem.h"
 #include "system/SearchPath.h"
 #include "ui/BackgroundWindow.h"
+#include "ui/LanguageDialog.h"
 #include "ui/Notice.h"
+#include "ui/PageDialog.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -52,7 +56,8 @@ public:
   explicit Installation(DiskFile &own_file) : file_(own_file) {}
 
   void ReadArchive();
-  void DropPages();
+  void FindEarlierInstallation();
+  void ShowPages();
   void SettleDirectory();
   void OpenProgress();
   void GatherPayload();
@@ -62,6 +67,7 @@ public:
   void LeaveUninstaller();
   void Wait() { WaitPhase(config_.min_phase_ms); }
   InstallConfig &config() { return config_; }
+  const EarlierInstallation &earlier() const { return earlier_; }
 
 private:
   DiskArchiveFile file_;
@@ -69,6 +75,7 @@ private:
   ArchiveHeader header_;
   ArchiveLocation location_;
   InstallConfig config_;
+  EarlierInstallation earlier_;
   String payload_; // holds the payload when it does not stay in the loaded image
 };
 
@@ -85,7 +92,16 @@ void Installation::ReadArchive() {
   BuildUninstallerImage(file_, location_, header_, config_, UninstallerImage);
 }
 
-void Installation::DropPages() {
+void Installation::FindEarlierInstallation() {
+  if (HasInstallFlag(IF_UNINSTALL))
+    earlier_.Find(config_.uninstall_name);
+}
+
+void Installation::ShowPages() {
+  if (!AutomaticMode) {
+    ShowLicensePages(config_.license_pages);
+    ShowReadmePages(config_.readme_pages);
+  }
   config_.license_pages.clear();
   config_.readme_pages.clear();
 }
@@ -93,12 +109,14 @@ void Installation::DropPages() {
 /// A silent run, and an archive that asks for no dialog, take the directory as it comes: whether it can be made shows
 /// in the first file.
 void Installation::SettleDirectory() {
+  if (IsReinstall)
+    return;
   if (InstallDir.is_empty())
     InstallDir = config_.default_install_dir;
   if (AutomaticMode || !HasInstallFlag(IF_ASK_DIRECTORY))
     CreateDirectoryTree(InstallDir);
   else
-    AskDirectory();
+    AskDirectory(header_.sizes);
 }
 
 void Installation::OpenProgress() {
@@ -180,15 +198,14 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
 
   ChooseLanguage();
   ShowMainTitle();
-  RefuseExpired();
-  RefusePlatform();
-  RequireMasterProduct();
-  FindEarlierInstallation();
+  RefuseExpired(config);
+  RefusePlatform(config);
+  RequireMasterProduct(config);
+  run.FindEarlierInstallation();
   if (!AutomaticMode && RunNotice())
     ExitInstaller();
-  ShowPages();
-  run.DropPages();
-  DecideOnReinstall();
+  run.ShowPages();
+  DecideOnReinstall(run.earlier());
   run.SettleDirectory();
   RunInstallBatch(config.pre_install_batch, IF_HIDE_PRE_BATCH);
 

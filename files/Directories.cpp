@@ -48,6 +48,13 @@ bool DirectoryExists(const char *path) {
   return true;
 }
 
+bool QuietDirectoryExists(const char *path) {
+  const UINT mode = SetErrorMode(SEM_FAILCRITICALERRORS);
+  const bool exists = DirectoryExists(path);
+  SetErrorMode(mode);
+  return exists;
+}
+
 bool CreateDirectoryTree(const char *path) {
   const int32_t length = text_length(path);
   if (length < 1 || length > kLongestPath)

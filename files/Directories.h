@@ -8,6 +8,8 @@ namespace korb {
 String CurrentDirectory();
 /// True when the directory can be entered; the current one is moved there and back.
 bool DirectoryExists(const char *path);
+/// The same, and no box of the system complains of a drive without a disk.
+bool QuietDirectoryExists(const char *path);
 
 /// Creates `path` and what is missing above it, other than a root. True when the directory exists at the end, and for a
 /// root, even of a missing drive. After a false the last error is that of looking for the directory, not of making it.

@@ -9,6 +9,7 @@
 #include "ui/CancelQuestion.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
+#include "ui/DialogText.h"
 #include "ui/PhaseTime.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -33,7 +34,7 @@ bool StepTextWaits = false;
 void ShowStepText() {
   if (!StepTextWaits || ProgressDialog == nullptr)
     return;
-  SetDlgItemTextA(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
+  SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
   UpdateWindow(ProgressDialog);
   StepTextTick = GetTickCount();
   StepTextWaits = false;
@@ -64,7 +65,7 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
   if (message == WM_INITDIALOG) {
     CenterDialog(dialog);
     MakeBar(dialog);
-    SetDlgItemTextA(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
+    SetControlText(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
     if (UninstallMode || HasInstallFlag(IF_NO_CANCEL))
       EnableWindow(GetDlgItem(dialog, KORB_CONTROL_CANCEL), FALSE);
     return TRUE;
@@ -82,8 +83,8 @@ void CreateProgressDialog() {
   InitCommonControls(); // older systems know the bar's class from here on
   ProgressDialog = CreateDialogParamA(InstanceHandle, "ProgressDlg", DialogOwner(), ProgressProcedure, 0);
   SetWindowTextA(ProgressDialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
-  SetDlgItemTextA(ProgressDialog, KORB_CONTROL_LABEL,
-                  TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
+  SetControlText(ProgressDialog, KORB_CONTROL_LABEL,
+                 TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
 }
 
 void DestroyProgressDialog() {

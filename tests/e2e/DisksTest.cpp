@@ -15,6 +15,7 @@ const char kManifest[] = R"(
 name = "Disks"
 [options]
 packed_payload = false
+ask_directory = false
 uninstall = false # a run that fails would leave the uninstaller to the next start, and restart the machine
 [payload]
 first_part_size = 10

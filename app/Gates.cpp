@@ -1,0 +1,73 @@
+#include "app/Gates.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Clock.h"
+#include "core/Failure.h"
+#include "core/RunMode.h"
+#include "core/Windows.h"
+#include "engine/RunLists.h"
+#include "engine/Version.h"
+#include "system/OsIdentity.h"
+#include "ui/TextLookup.h"
+#include "ui/WindowHandles.h"
+
+namespace korb {
+
+namespace {
+
+/// Reports with one argument for the format, and ends the run.
+[[noreturn]] void Refuse(const char *format, const char *argument) {
+  ReportError(format, argument);
+  ExitInstaller();
+}
+
+/// How the question before a reinstallation begins.
+TextNumber ReinstallText(const String &earlier_version) {
+  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || Version.is_empty())
+    return kTextReinstallPresent;
+  const int32_t order = CompareVersions(earlier_version, Version);
+  return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
+}
+
+bool AgreesToReinstall(const EarlierInstallation &earlier) {
+  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version)), earlier.location,
+                                     TextLookup(kTextReinstallQuestion));
+  return MessageBoxA(DialogOwner(), question, TextLookup(kTextReinstallCaption), MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+} // namespace
+
+void RefuseExpired(const InstallConfig &config) {
+  if (!config.expiry_date.is_invalid() && Now().date.compare(config.expiry_date) > 0)
+    Refuse("%s", TextLookup(kTextExpired));
+}
+
+void RefusePlatform(const InstallConfig &config) {
+  if ((OsCode() & config.excluded_platforms) != 0)
+    Refuse(TextLookup(kTextWrongSystem), OsNameInTexts);
+}
+
+void RequireMasterProduct(InstallConfig &config) {
+  if (!HasInstallFlag(IF_MASTER_PRODUCT))
+    return;
+  const String &name = config.master_product.is_empty() ? ProductName : config.master_product;
+  String &directory = config.default_install_dir;
+  if (!IsProductInstalled(name, directory.equals_no_case("<master>") ? &directory : nullptr))
+    Refuse(TextLookup(kTextMasterMissing), name);
+}
+
+void DecideOnReinstall(const EarlierInstallation &earlier) {
+  if (!earlier.is_there)
+    return;
+  if (HasInstallFlag(IF_REFUSE_REINSTALL)) {
+    AutomaticMode = false; // whoever started this must learn why nothing comes of it
+    Refuse("%s", TextLookup(kTextReinstallRefused));
+  }
+  if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier))
+    ExitInstaller();
+  IsReinstall = true;
+  InstallDir = earlier.location;
+}
+
+} // namespace korb

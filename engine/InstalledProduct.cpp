@@ -1,0 +1,53 @@
+#include "engine/InstalledProduct.h"
+
+#include "engine/RecordNames.h"
+#include "engine/RunLists.h"
+#include "files/Directories.h"
+#include "files/PathText.h"
+#include "registry/RegistryKey.h"
+
+namespace korb {
+
+namespace {
+
+/// The product's key among those that uninstallers leave.
+class ProductKey {
+public:
+  explicit ProductKey(const String &name)
+      : is_open_(key_.OpenSoftware(PathJoin(kUninstallKeys, name), false, RK_OPEN_ONLY) != KEY_NOT_OPENED) {}
+
+  bool IsOpen() const { return is_open_; }
+  bool Has(const char *value) const { return key_.ValueExists(value); }
+  void Read(String &text, const char *value) const { key_.ReadString(text, value, "", 0); }
+
+private:
+  RegistryKey key_;
+  bool is_open_;
+};
+
+const char kLocation[] = "InstallLocation";
+
+} // namespace
+
+bool IsProductInstalled(const String &name, String *location) {
+  const ProductKey key(name);
+  const bool installed = key.IsOpen() && (key.Has("UninstallString") || key.Has("QuietUninstallString"));
+  if (location != nullptr) {
+    location->clear();
+    if (installed)
+      key.Read(*location, kLocation);
+  }
+  return installed;
+}
+
+void EarlierInstallation::Find(const String &uninstall_name) {
+  const ProductKey key(uninstall_name);
+  if (!key.IsOpen())
+    return;
+  key.Read(location, kLocation);
+  key.Read(version, "DisplayVersion");
+  key.Read(SharedFiles, "SharedFiles");
+  is_there = QuietDirectoryExists(location);
+}
+
+} // namespace korb

@@ -1,0 +1,22 @@
+// What the system knows of a product that is installed.
+#pragma once
+
+#include "core/String.h"
+
+namespace korb {
+
+/// True when a product of this uninstall name can be uninstalled, its own way or silently. `location`, unless it is null,
+/// gets its directory, which may be empty; otherwise it is emptied.
+bool IsProductInstalled(const String &name, String *location);
+
+/// The earlier installation of the product that is being installed.
+struct EarlierInstallation {
+  String location;       ///< its directory
+  String version;        ///< its version, or empty
+  bool is_there = false; ///< the directory still exists
+
+  /// Reads it by its uninstall name, and SharedFiles of engine/RunLists.h with it. Nothing is read when there is none.
+  void Find(const String &uninstall_name);
+};
+
+} // namespace korb

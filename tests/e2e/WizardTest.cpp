@@ -1,0 +1,294 @@
+// What a user is asked before an installation, and what is refused.
+#include <doctest/doctest.h>
+
+#include <filesystem>
+
+#include "packer/ConfigWriter.h"
+#include "packer/Installer.h"
+#include "tests/support/Desktop.h"
+#include "tests/support/PackedProduct.h"
+#include "tests/support/Snapshot.h"
+
+using namespace korb;
+using namespace korb::test;
+
+namespace {
+
+constexpr int kDirectory = 1015, kLanguages = 1017;
+const char kNext[] = "1001", kCancel[] = "1003"; // numbers of buttons
+const std::string kHome = "C:\\Wizard", kCommon = "C:\\Program Files\\Common Files\\Wizard";
+const std::string kProgramFiles = "C:\\Program Files",
+                  kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
+/// An installer whose texts are their own numbers: "#5." is number 5 in English, "#5,de." in German.
+struct Setup {
+  Setup() {
+    product.name = product.uninstall_name = product.common_dir = "Wizard";
+    product.install_dir = kHome;
+    for (const char *name : {"Deutsch", "English"}) {
+      packer::Language language{name, {}, {}};
+      for (int i = 0; i < 72; ++i)
+        language.texts.push_back("#" + std::to_string(i) + (*name == 'D' ? ",de" : "") + ".");
+      for (const auto &[number, arguments] :
+           {std::pair{12, " %s"}, {16, " %c"}, {18, " %s"}, {19, " %s %c %s"}, {22, " %s"}, {23, " %s"}, {61, " %s"}})
+        language.texts[static_cast<size_t>(number)] += arguments;
+      language.texts[63] = language.texts[64] = language.texts[65] = "";
+      product.languages.push_back(language);
+    }
+    packer::FileEntry file;
+    file.name = "one.txt";
+    file.contents.assign(400000, 'x');
+    product.files = {file};
+  }
+
+  std::string &Text(size_t number) { return product.languages.back().texts[number]; }
+  void OneLanguage() { product.languages.erase(product.languages.begin()); }
+
+  /// Builds it and starts it.
+  Process Start(const std::string &arguments = std::string()) const {
+    const std::string stub = FileBytes("korb.exe");
+    const packer::Installer built = packer::AssembleInstaller(
+        product, packer::WriteConfig(product), packer::WritePayload(product), packer::Bytes(stub.begin(), stub.end()));
+    const std::string path = (folder.Path() / "setup.exe").string();
+    WriteFileBytes(path, std::string(built.executable.begin(), built.executable.end()));
+    return Process("\"" + path + "\" " + arguments, folder.Path().string());
+  }
+
+  TempFolder folder;
+  packer::Product product;
+};
+
+/// What a window that says `words` is answered with; a text is typed into the directory dialog first.
+struct Step {
+  std::string words;
+  const char *button;
+  const char *typed = nullptr;
+};
+
+Window Answer(const Step &step) {
+  CAPTURE(step.words);
+  const auto window = WaitForWindow(step.words);
+  REQUIRE(window);
+  if (step.typed)
+    CHECK(SetText(*window, kDirectory, step.typed));
+  CHECK(Click(*window, step.button));
+  return *window;
+}
+
+bool Exists(const std::string &path) {
+  return std::filesystem::exists(path);
+}
+
+void SetValue(const std::string &key, const char *name, const std::string &value) {
+  HKEY handle;
+  RegCreateKeyA(HKEY_LOCAL_MACHINE, (kKey + key).c_str(), &handle);
+  RegSetValueExA(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
+                 static_cast<DWORD>(value.size() + 1));
+  RegCloseKey(handle);
+}
+
+/// An installer with every page and question.
+void AskEverything(Setup &setup) {
+  setup.product.flags |= IF_NOTICE | IF_CONFIRM_DIRECTORY | IF_NO_UNC_PATHS;
+  setup.product.license_pages = {" \r\n\t", "Licence of <PRODUCT>"};
+  setup.product.readme_pages = {"Read on <Os>"};
+  for (packer::Language &language : setup.product.languages) {
+    language.texts[65] = "Notice";
+    language.texts[64] = "First page";
+  }
+}
+
+const Step kPages[] = {{"Choose Your Language", kNext},
+                       {"Notice", "OK"},
+                       {"Licence of Wizard", kNext},
+                       {"First page", kNext},
+                       {"Read on Windows", kNext}};
+
+} // namespace
+
+TEST_CASE("an installation asks for everything in its order, and refuses one directory after the other") {
+  Setup setup;
+  AskEverything(setup);
+  std::filesystem::create_directories(kHome);
+  WriteFileBytes("C:\\a file", "");
+  Process run = setup.Start();
+  const auto languages = WaitForWindow("Choose Your Language");
+  REQUIRE(languages);
+  CHECK(languages->Text(1001) == "#48."); // that of this system
+  CHECK(Choose(*languages, kLanguages, "Deutsch"));
+  CHECK(WaitForWindow("#48,de."));
+  CHECK(Choose(*languages, kLanguages, "English"));
+  for (const Step &step : kPages)
+    Answer(step);
+  const bool has_small_drive = GetDriveTypeA("E:\\") != DRIVE_NO_ROOT_DIR;
+  const Step steps[] = {
+      {"#11.", kNext, " \t"},
+      {"#11.", kNext, "Wizard"},
+      {"#14.\r\nWizard", "OK"},
+      {"#11.", kNext, "\\\\bad?\\Q:\\"},
+      {"#14.\r\n\\\\bad?\\Q:\\", "OK"},
+      {"#11.", kNext, "\\\\server\\share"},
+      {"#66.", "OK"},
+      {"#11.", kNext, "q:\\"},
+      {"#16. Q", "OK"},
+      {"#11.", kNext, "C:\\"},
+      {"#17.", "OK"},
+      {"#11.", kNext, " c:\\program files\\ "},
+      {"#18. " + kProgramFiles, "OK"},
+      {"#11.", kNext, has_small_drive ? "E:\\room" : "Q:\\room"},
+      {has_small_drive ? "E 256.00 KB" : "#16. Q", has_small_drive ? "No" : "OK"},
+      {"#11.", kNext, has_small_drive ? "E:\\room" : "C:\\room"},
+      {has_small_drive ? "#19. 39" : "#23.", has_small_drive ? "Yes" : "No"},
+      {"#11.", kNext, "C:\\a file\\below"},
+      {"#23. C:\\a file\\below", "Yes"},
+      {"#25.\r\nC:\\a file\\below\r\n\r\n", "OK"},
+      {"#11.", kNext, "C:\\Wizard "},
+      {"#22. C:\\Wizard", "No"},
+      {"#11.", kNext, "C:\\Wizard\\Deep\\er"},
+      {"#23. C:\\Wizard\\Deep\\er", "Yes"},
+      {"#42.", "OK"},
+  };
+  for (const Step &step : steps) {
+    if (has_small_drive && step.typed && step.typed == std::string("C:\\a file\\below"))
+      Answer({"#23. E:\\room", "No"}); // the user who knows better than the disk is asked on
+    Answer(step);
+  }
+  CHECK(run.Wait() == DWORD{1});
+  CHECK(Exists("C:\\Wizard\\Deep\\er\\one.txt"));
+  std::filesystem::remove_all(kHome);
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Wizard").c_str());
+}
+
+TEST_CASE("who declines anywhere leaves nothing but the directory that products share") {
+  Setup setup;
+  AskEverything(setup);
+  const Snapshot before = TakeSnapshot();
+  for (size_t place = 0; place <= std::size(kPages); ++place) {
+    Process run = setup.Start();
+    for (size_t i = 0; i < place; ++i)
+      Answer(kPages[i]);
+    Answer({place < std::size(kPages) ? kPages[place].words : "#11.", place == 1 ? "Cancel" : kCancel});
+    CHECK(run.Wait() == DWORD{1});
+  }
+  for (const std::string &difference : Differences(before, TakeSnapshot()))
+    CHECK(difference == "new " + kCommon);
+  CHECK(Exists(kCommon));
+}
+
+TEST_CASE("an earlier installation is told by its version, and taken over where it is") {
+  const struct {
+    uint64_t flags;
+    const char *earlier, *version, *first_line;
+  } rows[] = {{0, "2.0", "2.0", "#3."},
+              {IF_COMPARE_VERSIONS, "", "2.0", "#3."},
+              {IF_COMPARE_VERSIONS, "2.0", "", "#3."},
+              {IF_COMPARE_VERSIONS, "2.0", "2.0", "#4."},
+              {IF_COMPARE_VERSIONS, "1.10", "2.0", "#5."},
+              {IF_COMPARE_VERSIONS, "2.0a", "2.0", "#6."}};
+  std::filesystem::create_directories(kHome);
+  SetValue("Wizard", "InstallLocation", kHome);
+  for (const auto &row : rows) {
+    CAPTURE(row.first_line);
+    SetValue("Wizard", "DisplayVersion", row.earlier);
+    Setup setup;
+    setup.OneLanguage();
+    setup.product.flags |= row.flags;
+    setup.product.version = row.version;
+    Process run = setup.Start("/d:C:\\Elsewhere");
+    const Window question = Answer({"#7.", &row == rows ? "Yes" : "No"});
+    CHECK(question.Message() == row.first_line + ("\r\n" + kHome + "\r\n\r\n#7."));
+    CHECK(question.title == "#2.");
+    if (&row == rows)
+      Answer({"#42.", "OK"}); // no directory dialog
+    CHECK(run.Wait() == DWORD{1});
+    CHECK(std::filesystem::remove(kHome + "\\one.txt") == (&row == rows));
+  }
+  Setup refusing;
+  refusing.product.flags |= IF_REFUSE_REINSTALL;
+  Process run = refusing.Start("/a");
+  Answer({"#9.", "OK"});
+  CHECK(run.Wait() == DWORD{1});
+  CHECK_FALSE(Exists(kHome + "\\one.txt"));
+
+  SetValue("Wizard", "InstallLocation", "C:\\gone"); // a location without a directory is none
+  CHECK(refusing.Start("/a /d:C:\\Elsewhere").Wait() == DWORD{1});
+  std::filesystem::remove_all(kHome);
+  CHECK(Exists("C:\\Elsewhere\\one.txt"));
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Wizard").c_str());
+}
+
+TEST_CASE("an installer that may not run says so, unless it is silent") {
+  const struct {
+    const char *said;
+    void (*refuse)(packer::Product &);
+  } rows[] = {
+      {"#60.",
+       [](packer::Product &p) {
+         p.expiry = {2001, 1, 1};
+       }},
+      {"#61. Windows", [](packer::Product &p) { p.excluded_platforms = 0xFFFFFFFF; }},
+      {"#12. Nobody", [](packer::Product &p) { p.flags |= IF_MASTER_PRODUCT, p.master_product = "Nobody"; }},
+      {"#12. Wizard", [](packer::Product &p) { p.flags |= IF_MASTER_PRODUCT; }},
+  };
+  for (const auto &row : rows) {
+    for (const char *arguments : {"", "/a", "/a "}) {
+      CAPTURE(row.said);
+      CAPTURE(arguments);
+      Setup setup;
+      setup.OneLanguage();
+      row.refuse(setup.product);
+      const bool shows = std::string(arguments) != "/a";
+      if (*arguments != '\0' && shows)
+        setup.product.flags |= IF_SHOW_ERRORS;
+      Process run = setup.Start(arguments);
+      if (shows)
+        Answer({row.said, "OK"});
+      CHECK(run.Wait() == DWORD{1});
+      CHECK_FALSE(Exists(kHome));
+    }
+  }
+  SetValue("Nobody", "InstallLocation", "C:\\Master");
+  SetValue("Nobody", "QuietUninstallString", "");
+  Setup setup;
+  rows[2].refuse(setup.product);
+  setup.product.expiry = {2999, 12, 31};
+  setup.product.install_dir = "<MASTER>";
+  CHECK(setup.Start("/a").Wait() == DWORD{1});
+  CHECK(Exists("C:\\Master\\one.txt"));
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Nobody").c_str());
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Wizard").c_str());
+}
+
+TEST_CASE("a silent run shows its progress and no other window") {
+  Setup setup;
+  AskEverything(setup);
+  setup.product.uninstall_name = "Silent";
+  Process run = setup.Start("/a");
+  while (!run.Wait(5))
+    for (const Window &window : OpenWindows())
+      CHECK((window.process != run.Id() || window.title == "#54."));
+  CHECK(Exists(kHome + "\\one.txt"));
+  std::filesystem::remove_all(kHome);
+}
+
+TEST_CASE("a text that is no format for what it is given shows itself") {
+  const struct {
+    size_t number;
+    const char *text, *typed;
+  } rows[] = {{16, "#16.", "Q:\\x"},      {16, "#%n", "Q:\\x"},
+              {16, "#%s%s%s%s", "Q:\\x"}, {18, "#%s %s", "C:\\Program Files"},
+              {22, "#%c", "C:\\windows"}, {17, "#100%% %s%n", "C:\\"}};
+  for (const auto &row : rows) {
+    CAPTURE(row.text);
+    Setup abused;
+    abused.OneLanguage();
+    abused.product.uninstall_name = "Abused";
+    abused.product.flags |= IF_CONFIRM_DIRECTORY;
+    abused.Text(row.number) = row.text;
+    Process run = abused.Start();
+    Answer({"#11.", kNext, row.typed});
+    CHECK(Answer({row.text, row.number == 22 ? "No" : "OK"}).Message() == row.text);
+    Answer({"#11.", kCancel});
+    CHECK(run.Wait() == DWORD{1});
+  }
+}

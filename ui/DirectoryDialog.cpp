@@ -1,0 +1,60 @@
+#include "ui/DirectoryDialog.h"
+
+#include "archive/TextNumber.h"
+#include "core/RunPaths.h"
+#include "ui/BrowseForDirectory.h"
+#include "ui/CenterDialog.h"
+#include "ui/DialogControls.h"
+#include "ui/DialogText.h"
+#include "ui/RunDialog.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int kTypedLength = MAX_PATH - 1; ///< characters that fit into a path
+constexpr int kLongestDirectory = 2048;    ///< of a command line, which may bring more; the terminator included
+
+String Typed(HWND dialog) {
+  char text[kLongestDirectory];
+  GetDlgItemTextA(dialog, KORB_CONTROL_DIRECTORY, text, sizeof text);
+  return text;
+}
+
+void FillDialog(HWND dialog) {
+  static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_LABEL, kTextDirectoryPrompt),
+                                          TextOf(KORB_CONTROL_NEXT, kTextNext),
+                                          TextOf(KORB_CONTROL_CANCEL, kTextCancel),
+                                          TextOf(KORB_CONTROL_BROWSE, kTextBrowse),
+                                          TextOf(0, kTextDirectoryCaption),
+                                          kNoMoreTexts};
+  CenterDialog(dialog);
+  ShowTexts(dialog, kTexts);
+  SetControlText(dialog, KORB_CONTROL_DIRECTORY, InstallDir);
+  SendMessageA(GetDlgItem(dialog, KORB_CONTROL_DIRECTORY), EM_LIMITTEXT, kTypedLength, 0);
+}
+
+INT_PTR CALLBACK DirectoryProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+  if (message == WM_INITDIALOG) {
+    FillDialog(dialog);
+    return TRUE;
+  }
+  if (message != WM_COMMAND)
+    return FALSE;
+  if (word == KORB_CONTROL_NEXT)
+    InstallDir = Typed(dialog);
+  if (word == KORB_CONTROL_BROWSE) {
+    String path = Typed(dialog);
+    if (BrowseForDirectory(dialog, path))
+      SetControlText(dialog, KORB_CONTROL_DIRECTORY, path);
+  }
+  return EndOnButton(dialog, word);
+}
+
+} // namespace
+
+bool ChooseDirectory() {
+  return RunDialog("ChooseDirDlg", DirectoryProcedure, nullptr) == KORB_CONTROL_NEXT;
+}
+
+} // namespace korb

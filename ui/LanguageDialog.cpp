@@ -1,0 +1,87 @@
+#include "ui/LanguageDialog.h"
+
+#include "archive/RunValues.h"
+#include "archive/TextNumber.h"
+#include "core/Failure.h"
+#include "core/RunMode.h"
+#include "core/Text.h"
+#include "ui/BackgroundWindow.h"
+#include "ui/CenterDialog.h"
+#include "ui/DialogControls.h"
+#include "ui/DialogText.h"
+#include "ui/RunDialog.h"
+
+namespace korb {
+
+namespace {
+
+constexpr int kLanguageNameSize = 255; // bytes
+
+LRESULT AskList(HWND dialog, UINT message, int word = 0, const char *text = nullptr) {
+  return SendMessageA(GetDlgItem(dialog, KORB_CONTROL_LANGUAGES), message, static_cast<WPARAM>(word),
+                      reinterpret_cast<LPARAM>(text));
+}
+
+int32_t Selection(HWND dialog) {
+  return static_cast<int32_t>(AskList(dialog, LB_GETCURSEL));
+}
+
+/// Goes to the entry that begins with `word`. The list would take an empty word for the beginning of its first entry.
+bool Select(HWND dialog, const char *word) {
+  return *word != '\0' && AskList(dialog, LB_SELECTSTRING, -1, word) != LB_ERR;
+}
+
+/// The system's name may say more than the archive's: "German (Standard)" is German.
+void SelectSystemLanguage(HWND dialog) {
+  char name[kLanguageNameSize];
+  name[0] = '\0';
+  GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_SLANGUAGE, name, sizeof name);
+  text_cut_at(name, '(');
+  text_blank_spaces(name);
+  if (!Select(dialog, name) && !Select(dialog, "English"))
+    AskList(dialog, LB_SETCURSEL);
+}
+
+void ShowSelection(HWND dialog) {
+  static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_NEXT, kTextNext),
+                                          TextOf(KORB_CONTROL_CANCEL, kTextCancel), kNoMoreTexts};
+  const int32_t selection = Selection(dialog);
+  if (LanguageNames.is_out_of_range(selection))
+    return;
+  LanguageIndex = selection;
+  ShowMainTitle();
+  ShowTexts(dialog, kTexts);
+}
+
+void FillList(HWND dialog) {
+  for (int32_t i = 0; i < LanguageNames.count; ++i)
+    AskList(dialog, LB_ADDSTRING, 0, LanguageNames.at(i));
+}
+
+INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+  if (message == WM_INITDIALOG) {
+    FillList(dialog);
+    SelectSystemLanguage(dialog);
+    ShowSelection(dialog);
+    CenterDialog(dialog);
+    return TRUE;
+  }
+  if (message != WM_COMMAND)
+    return FALSE;
+  if (word == MAKEWPARAM(KORB_CONTROL_LANGUAGES, LBN_SELCHANGE))
+    ShowSelection(dialog);
+  if (word == MAKEWPARAM(KORB_CONTROL_LANGUAGES, LBN_DBLCLK))
+    word = KORB_CONTROL_NEXT;
+  if (word == KORB_CONTROL_NEXT && LanguageNames.is_out_of_range(LanguageIndex = Selection(dialog)))
+    LanguageIndex = 0;
+  return EndOnButton(dialog, word);
+}
+
+} // namespace
+
+void ChooseLanguage() {
+  if (!AutomaticMode && LanguageNames.count != 1)
+    RunPage("LanguageDlg", LanguageProcedure, nullptr);
+}
+
+} // namespace korb

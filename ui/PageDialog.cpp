@@ -1,0 +1,71 @@
+#include "ui/PageDialog.h"
+
+#include "archive/TextNumber.h"
+#include "ui/CenterDialog.h"
+#include "ui/DialogControls.h"
+#include "ui/DialogText.h"
+#include "ui/RunDialog.h"
+#include "ui/TextLookup.h"
+
+namespace korb {
+
+namespace {
+
+struct PageKind {
+  const char *dialog;
+  TextNumber first_page;
+  DialogText texts[5];
+};
+
+constexpr PageKind kLicense = {"LicenseDlg",
+                               kTextLicensePage,
+                               {TextOf(KORB_CONTROL_NEXT, kTextAccept), TextOf(KORB_CONTROL_CANCEL, kTextRefuse),
+                                TextOf(KORB_CONTROL_LABEL, kTextLicensePrompt), TextOf(0, kTextLicenseTitle),
+                                kNoMoreTexts}};
+constexpr PageKind kReadme = {"ReadmeDlg",
+                              kTextReadmePage,
+                              {TextOf(KORB_CONTROL_NEXT, kTextNext), TextOf(KORB_CONTROL_CANCEL, kTextCancel),
+                               TextOf(KORB_CONTROL_LABEL, kTextReadmePrompt), TextOf(0, kTextReadmeTitle),
+                               kNoMoreTexts}};
+
+struct Page {
+  const PageKind &kind;
+  const String &text;
+};
+
+INT_PTR CALLBACK PageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM parameter) {
+  if (message == WM_INITDIALOG) {
+    const Page &page = *reinterpret_cast<const Page *>(parameter);
+    SetControlText(dialog, KORB_CONTROL_PAGE, page.text);
+    ShowTexts(dialog, page.kind.texts);
+    CenterDialog(dialog);
+    return TRUE;
+  }
+  return message == WM_COMMAND && EndOnButton(dialog, word);
+}
+
+void ShowPage(const PageKind &kind, String text) {
+  if (IsBlank(text))
+    return;
+  SubstituteNames(text);
+  const Page page = {kind, text};
+  RunPage(kind.dialog, PageProcedure, &page);
+}
+
+void ShowPages(const PageKind &kind, const Array<String> &pages) {
+  ShowPage(kind, TextLookup(kind.first_page));
+  for (int32_t i = 0; i < pages.count; ++i)
+    ShowPage(kind, pages.at(i));
+}
+
+} // namespace
+
+void ShowLicensePages(const Array<String> &pages) {
+  ShowPages(kLicense, pages);
+}
+
+void ShowReadmePages(const Array<String> &pages) {
+  ShowPages(kReadme, pages);
+}
+
+} // namespace korb
