@@ -32,6 +32,17 @@ std::string Words(DWORD error) {
   return text;
 }
 
+struct System {
+  const char *version, *word, *name; ///< as Wine, a manifest and the program call it
+};
+const System kSystems[] = {{"win95", "95", "Windows 95"},
+                           {"win98", "98", "Windows 98 A"},
+                           {"winme", "me", "Windows ME"},
+                           {"nt40", "nt4", "Windows NT 4.0 Service Pack 6a"},
+                           {"win2k", "2000", "Windows 2000 Service Pack 4"},
+                           {"winxp", "xp", "Windows XP Service Pack 3"},
+                           {"win7", "other", "Windows NT 6.1 Service Pack 1"}};
+
 /// A key below which nothing that lasts can be made.
 void MakeVolatileKey(HKEY root, const char *path) {
   HKEY key;
@@ -42,7 +53,7 @@ void MakeVolatileKey(HKEY root, const char *path) {
 
 } // namespace
 
-TEST_CASE("products count the files that they share") {
+TEST_CASE("products count the files that they share, and a product that comes again counts once") {
   const std::string shared = "C:\\Program Files\\Common Files\\Counted\\";
   const auto install = [](const std::string &name, std::initializer_list<const char *> files) {
     std::string manifest = Product(name);
@@ -62,6 +73,12 @@ TEST_CASE("products count the files that they share") {
   CHECK(counts() == "1 1 missing ");
   install("Two", {"b", "c"});
   CHECK(counts() == "1 2 1 ");
+  install("Two", {"b", "c"});
+  CHECK(counts() == "1 2 1 ");
+  install("Two", {"c"}); // a file that is no longer in it loses its count and stays
+  CHECK(counts() == "1 1 1 ");
+  install("One", {"b"});
+  CHECK(counts() == "missing 1 1 ");
   CHECK(std::filesystem::exists(shared + "a"));
 }
 
@@ -98,21 +115,12 @@ TEST_CASE("one installer finds the folders and names the system on every version
                         "echo %ProgramsDir% %CommonDir% %SystemDir%>>C:\\folders.txt\n'''\n" +
                         File("name = 'a.txt'\ntarget = '%SystemDir%\\korb.txt'") +
                         File("name = 'b.txt'\ntarget = '%FontDir%\\korb.txt'"));
-  const struct {
-    const char *version, *name;
-  } rows[] = {{"win95", "Windows 95"},
-              {"win98", "Windows 98 A"},
-              {"winme", "Windows ME"},
-              {"nt40", "Windows NT 4.0 Service Pack 6a"},
-              {"win2k", "Windows 2000 Service Pack 4"},
-              {"winxp", "Windows XP Service Pack 3"},
-              {"win7", "Windows NT 6.1 Service Pack 1"}};
   for (const bool empty : {false, true}) {
     if (empty) {
       RegDeleteKeyA(HKEY_CURRENT_USER, (kWindowsKey + "Explorer\\Shell Folders").c_str());
       RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kWindowsKey + "Explorer\\Shell Folders").c_str());
     }
-    for (const auto &row : rows) {
+    for (const System &row : kSystems) {
       CAPTURE(row.version);
       const std::string program = std::string(row.version) + ".exe";
       SetWindowsVersion(program, row.version);
@@ -136,6 +144,26 @@ TEST_CASE("one installer finds the folders and names the system on every version
       }
     }
   }
+}
+
+TEST_CASE("an installer that excludes a system refuses that one alone, in silence where it is told to ask nothing") {
+  for (const System &system : kSystems)
+    for (const bool others : {false, true}) {
+      CAPTURE(system.version);
+      CAPTURE(others);
+      std::string excluded;
+      for (const System &other : kSystems)
+        if ((&other != &system) == others)
+          excluded += std::string(excluded.empty() ? "'" : ", '") + other.word + "'";
+      PackedProduct product(Product("Picky", "excluded_platforms = [" + excluded + "]\n") + "uninstall = false\n" +
+                            File("name = 'a.txt'"));
+      const std::string program = std::string(system.version) + ".exe";
+      SetWindowsVersion(program, system.version);
+      product.Pack(program);
+      product.Install();
+      CHECK(std::filesystem::exists("C:\\Picky") == others);
+      std::filesystem::remove_all("C:\\Picky");
+    }
 }
 
 TEST_CASE("whatever refuses is reported in its own words, and the rest is installed") {
