@@ -148,3 +148,21 @@ TEST_CASE("two products leave what was there before, and the last takes what the
   fs::remove("C:\\pair.exe");
   CheckAsBefore(before);
 }
+
+TEST_CASE("installing over an installation replaces the record, and counts what is still shared once") {
+  const std::string home = "C:\\Program Files\\Left";
+  InstallProduct("left-1");
+  CheckRecord("left-1", home, "Left");
+  const std::string record = FileBytes(home + "\\Uninstall.DAT");
+  InstallProduct("left-1");
+  CHECK(FileBytes(home + "\\Uninstall.DAT") == record);
+  CHECK(Count(kMine) == 1);
+  InstallProduct("left-2");
+  CheckRecord("left-2", home, "Left");
+  CHECK(Count(kShared) == 1);
+  CHECK(Count(kMine) == 0);
+  UninstallQuietly("Left");
+  CHECK(DescribeFile(kShared) == "missing");
+  // The new record knows nothing of the old version's files.
+  CHECK(FileBytes(home + "\\old\\one.txt") == "one");
+}
