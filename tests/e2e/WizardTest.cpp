@@ -118,8 +118,15 @@ TEST_CASE("an installation asks for everything in its order, and refuses one dir
   CHECK(Choose(*languages, kLanguages, "Deutsch"));
   CHECK(WaitForWindow("#48,de."));
   CHECK(Choose(*languages, kLanguages, "English"));
+  PostMessageA(languages->handle, WM_COMMAND, IDCANCEL, 0); // Escape; no dialog takes it for an answer
   for (const Step &step : kPages)
     Answer(step);
+  Answer({"#11.", "1013", "c:\\WINDOWS\\"});
+  Answer({"#11.", "OK"}); // the browser has the prompt for its title, and gives the name as the disk has it
+  const auto directory = WaitForWindow("C:\\windows");
+  REQUIRE(directory);
+  CHECK(directory->Text(kDirectory) == "C:\\windows");
+  CHECK(SendMessageA(directory->Find("1015")->handle, EM_GETLIMITTEXT, 0, 0) == 259);
   const bool has_small_drive = GetDriveTypeA("E:\\") != DRIVE_NO_ROOT_DIR;
   const Step steps[] = {
       {"#11.", kNext, " \t"},
