@@ -1,7 +1,7 @@
 // What the window behind a run looks like, read back from the screen.
 #include <doctest/doctest.h>
 
-#include <vector>
+#include <algorithm>
 
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
@@ -20,21 +20,15 @@ public:
     const HDC screen = GetDC(nullptr), copy = CreateCompatibleDC(screen);
     BITMAPINFO info{};
     info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void *bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ old = SelectObject(copy, bitmap);
+    // The copy lives as long as the test program.
+    SelectObject(copy,
+                 CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, reinterpret_cast<void **>(&pixels_), nullptr, 0));
     BitBlt(copy, 0, 0, width, height, screen, 0, 0, SRCCOPY);
     GdiFlush();
-    const uint32_t *pixels = static_cast<const uint32_t *>(bits);
-    pixels_.assign(pixels, pixels + width * height);
-    SelectObject(copy, old);
-    DeleteObject(bitmap);
-    DeleteDC(copy);
-    ReleaseDC(nullptr, screen);
   }
 
   COLORREF At(int x, int y) const {
-    const uint32_t pixel = pixels_[static_cast<size_t>(y * width + x)];
+    const uint32_t pixel = pixels_[y * width + x];
     return RGB(pixel >> 16 & 0xFF, pixel >> 8 & 0xFF, pixel & 0xFF);
   }
 
@@ -54,7 +48,7 @@ public:
   const int width = GetSystemMetrics(SM_CXSCREEN), height = GetSystemMetrics(SM_CYSCREEN);
 
 private:
-  std::vector<uint32_t> pixels_;
+  uint32_t *pixels_ = nullptr;
 };
 
 /// The screen of a run that shows its notice.
