@@ -91,33 +91,21 @@ TEST_CASE_TEMPLATE_DEFINE("every collection walks, grows, shrinks and turns alik
   }
   SUBCASE("both ends") {
     C all = five;
+    const auto after = [&](auto edit, const char *left) {
+      edit(all);
+      CHECK(All(all) == left);
+    };
     all.prepend(Make<T>(0));
     CHECK(*all.append_copy(nullptr) == T());
     CHECK(Values{all.count, all.remove_last()} == Values{7, 1});
-    CHECK(All(all) == "0 1 2 3 4 5");
-    all.append_all(five);
-    all.prepend_all(five);
-    CHECK(All(all) == "1 2 3 4 5 0 1 2 3 4 5 1 2 3 4 5");
-    all.remove_first_n(7);
-    all.remove_last_n(6);
-    all.remove_last_n(-1);
-    CHECK(All(all) == "2 3 4");
-    all.append_all(all);
-    CHECK(All(all) == "2 3 4 2 3 4");
-    all.keep_first(3);
-    all.prepend_all(all);
-    CHECK(All(all) == "2 3 4 2 3 4");
-    all.append(*all.first_value());
-    all.prepend(*all.last_value());
-    CHECK(All(all) == "2 2 3 4 2 3 4 2");
-    all.keep_last(3);
-    all.keep_last(9);
-    CHECK(All(all) == "3 4 2");
-    all.remove_first_n(99);
-    CHECK(all.is_empty());
-    all = five;
-    all.keep_first(-1);
-    CHECK(all.is_empty());
+    after([&](C &c) { c.append_all(five), c.prepend_all(five); }, "1 2 3 4 5 0 1 2 3 4 5 1 2 3 4 5");
+    after([](C &c) { c.remove_first_n(7), c.remove_last_n(6), c.remove_last_n(-1); }, "2 3 4");
+    after([](C &c) { c.append_all(c); }, "2 3 4 2 3 4");
+    after([](C &c) { c.keep_first(3), c.prepend_all(c); }, "2 3 4 2 3 4");
+    after([](C &c) { c.append(*c.first_value()), c.prepend(*c.last_value()); }, "2 2 3 4 2 3 4 2");
+    after([](C &c) { c.keep_last(3), c.keep_last(9); }, "3 4 2");
+    after([](C &c) { c.remove_first_n(99); }, "");
+    after([&](C &c) { c = five, c.keep_first(-1); }, "");
   }
   SUBCASE("removal during a walk") {
     C all = five;
@@ -160,40 +148,26 @@ TEST_CASE_TEMPLATE_INVOKE(common, List<int>, List<String>, Array<int>, Array<Str
 TEST_CASE_TEMPLATE_DEFINE("indexed collections insert, remove and move by position", C, indexed) {
   using T = std::remove_reference_t<decltype(*C().first_value())>;
   C all = Numbers<T, C>(5);
-  all.insert(2, Make<T>(9));
-  all.insert(99, Make<T>(8));
-  all.insert(-1, Make<T>(7));
-  CHECK(All(all) == "7 1 2 9 3 4 5 8");
-  all.insert(3, all.at(6)); // an element of its own, which moves meanwhile
-  all.insert(4, all.at(0));
-  CHECK(All(all) == "7 1 2 5 7 9 3 4 5 8");
-  all.remove_range(-3, 1);
-  all.remove_range(6, 99);
-  all.remove_range(4, 3);
-  CHECK(All(all) == "2 5 7 9 3 4");
-  CHECK(all.take_at(2) == Make<T>(7));
-  CHECK(all.take_at(5) == T());
-  CHECK(all.take_at(-1) == T());
-  all.remove_at(9);
-  CHECK(All(all) == "2 5 9 3 4");
-  all.move_down(0, 3);
-  CHECK(All(all) == "5 9 3 2 4");
-  all.move_up(1, 99);
-  CHECK(All(all) == "5 4 9 3 2");
-  all.move_down(3, 3);
-  all.move_up(4, 1);
-  all.swap(0, 4);
-  all.swap(0, 5);
-  all.swap(-1, 0);
-  CHECK(All(all) == "2 4 9 3 5");
+  const auto after = [&](auto edit, const char *left) {
+    edit(all);
+    CHECK(All(all) == left);
+  };
+  after([](C &c) { c.insert(2, Make<T>(9)), c.insert(99, Make<T>(8)), c.insert(-1, Make<T>(7)); }, "7 1 2 9 3 4 5 8");
+  // Elements of its own, which move meanwhile.
+  after([](C &c) { c.insert(3, c.at(6)), c.insert(4, c.at(0)); }, "7 1 2 5 7 9 3 4 5 8");
+  after([](C &c) { c.remove_range(-3, 1), c.remove_range(6, 99), c.remove_range(4, 3); }, "2 5 7 9 3 4");
+  after([](C &c) { CHECK(c.take_at(2) == Make<T>(7)); }, "2 5 9 3 4");
+  CHECK((all.take_at(5) == T() && all.take_at(-1) == T()));
+  after([](C &c) { c.remove_at(9); }, "2 5 9 3 4");
+  after([](C &c) { c.move_down(0, 3); }, "5 9 3 2 4");
+  after([](C &c) { c.move_up(1, 99); }, "5 4 9 3 2");
+  after([](C &c) { c.move_down(3, 3), c.move_up(4, 1), c.swap(0, 4), c.swap(0, 5), c.swap(-1, 0); }, "2 4 9 3 5");
   all.insert_copy(1, nullptr);
   CHECK(all.at(1) == T());
   all.insert_slot(0) = Make<T>(6);
   all.append_slot() = Make<T>(1);
-  all.remove_at(2);
-  CHECK(All(all) == "6 2 4 9 3 5 1");
-  all.set_count(3);
-  CHECK(All(all) == "6 2 4");
+  after([](C &c) { c.remove_at(2); }, "6 2 4 9 3 5 1");
+  after([](C &c) { c.set_count(3); }, "6 2 4");
   all.set_count(5);
   CHECK(all.checked_at(4) == T());
   CHECK(all.element_or_null(5) == nullptr);

@@ -29,28 +29,17 @@ TEST_CASE("numbers in words") {
 }
 
 TEST_CASE("ordinals, in digits and in words") {
-  for (const auto &[n, both] : Rows{"0 = 0th|Zeroth",
-                                    "1 = 1st|First",
-                                    "3 = 3rd|Third",
-                                    "9 = 9th|Ninth",
-                                    "10 = 10th|Tenth",
-                                    "12 = 12th|Twelfth",
-                                    "13 = 13th|Thirteenth",
-                                    "20 = 20th|Twentieth",
-                                    "21 = 21st|Twenty First",
-                                    "22 = 22nd|Twenty Second",
-                                    "90 = 90th|Ninetieth",
-                                    "100 = 100th|One Hundredth",
-                                    "101 = 101st|One Hundred First",
-                                    "111 = 111st|One Hundred Eleventh",
-                                    "112 = 112nd|Twelfth",
-                                    "130 = 130th|One Hundred Thirtieth",
-                                    "1012 = 1012nd|Twelfth",
-                                    "-1 = -1th|Negative First",
-                                    "-12 = -12th|Negative Twelfth",
-                                    "-2147483648 = -2147483648th|Negative Two Thousand One Hundred Forty Seven Million "
-                                    "Four Hundred Eighty Three Thousand Six Hundred Forty Eighth"})
+  for (const auto &[n, both] :
+       {InOut("0 = 0th|Zeroth"), InOut("1 = 1st|First"), InOut("3 = 3rd|Third"), InOut("9 = 9th|Ninth"),
+        InOut("10 = 10th|Tenth"), InOut("12 = 12th|Twelfth"), InOut("13 = 13th|Thirteenth"),
+        InOut("20 = 20th|Twentieth"), InOut("21 = 21st|Twenty First"), InOut("22 = 22nd|Twenty Second"),
+        InOut("90 = 90th|Ninetieth"), InOut("100 = 100th|One Hundredth"), InOut("101 = 101st|One Hundred First"),
+        InOut("111 = 111st|One Hundred Eleventh"), InOut("112 = 112nd|Twelfth"),
+        InOut("130 = 130th|One Hundred Thirtieth"), InOut("1012 = 1012nd|Twelfth"), InOut("-1 = -1th|Negative First"),
+        InOut("-12 = -12th|Negative Twelfth")})
     CHECK(Joined({FormatOrdinal(std::stoi(n)), FormatOrdinalWords(std::stoi(n))}) == both);
+  CHECK(FormatOrdinalWords(INT32_MIN) == "Negative Two Thousand One Hundred Forty Seven Million Four Hundred Eighty "
+                                         "Three Thousand Six Hundred Forty Eighth");
 }
 
 TEST_CASE("sizes and plain numbers") {
