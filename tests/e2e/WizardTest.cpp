@@ -2,6 +2,7 @@
 #include <doctest/doctest.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "packer/ConfigWriter.h"
 #include "packer/Installer.h"
@@ -15,10 +16,8 @@ using namespace korb::test;
 namespace {
 
 constexpr int kDirectory = 1015, kLanguages = 1017;
-const char kNext[] = "1001", kCancel[] = "1003"; // numbers of buttons
 const std::string kHome = "C:\\Wizard", kCommon = "C:\\Program Files\\Common Files\\Wizard";
-const std::string kProgramFiles = "C:\\Program Files",
-                  kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+const std::string kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 /// An installer whose texts are their own numbers: "#5." is number 5 in English, "#5,de." in German.
 struct Setup {
@@ -58,20 +57,17 @@ struct Setup {
   packer::Product product;
 };
 
-/// What a window that says `words` is answered with; a text is typed into the directory dialog first.
-struct Step {
-  std::string words;
-  const char *button;
-  const char *typed = nullptr;
-};
-
-Window Answer(const Step &step) {
-  CAPTURE(step.words);
-  const auto window = WaitForWindow(step.words);
+/// Carries out "words|button" or "words|button|directory": what the window that says `words` is answered with.
+Window Answer(const std::string &step) {
+  CAPTURE(step);
+  std::istringstream parts(step);
+  std::string words, button, typed;
+  std::getline(std::getline(parts, words, '|'), button, '|');
+  const auto window = WaitForWindow(words);
   REQUIRE(window);
-  if (step.typed)
-    CHECK(SetText(*window, kDirectory, step.typed));
-  CHECK(Click(*window, step.button));
+  if (std::getline(parts, typed))
+    CHECK(SetText(*window, kDirectory, typed));
+  CHECK(Click(*window, button));
   return *window;
 }
 
@@ -98,11 +94,8 @@ void AskEverything(Setup &setup) {
   }
 }
 
-const Step kPages[] = {{"Choose Your Language", kNext},
-                       {"Notice", "OK"},
-                       {"Licence of Wizard", kNext},
-                       {"First page", kNext},
-                       {"Read on Windows", kNext}};
+const std::string kPages[] = {"Choose Your Language|1001", "Notice|OK", "Licence of Wizard|1001", "First page|1001",
+                              "Read on Windows|1001",      "#11.|1001"};
 
 } // namespace
 
@@ -119,47 +112,25 @@ TEST_CASE("an installation asks for everything in its order, and refuses one dir
   CHECK(WaitForWindow("#48,de."));
   CHECK(Choose(*languages, kLanguages, "English"));
   PostMessageA(languages->handle, WM_COMMAND, IDCANCEL, 0); // Escape; no dialog takes it for an answer
-  for (const Step &step : kPages)
-    Answer(step);
-  Answer({"#11.", "1013", "c:\\WINDOWS\\"});
-  Answer({"#11.", "OK"}); // the browser has the prompt for its title, and gives the name as the disk has it
+  for (size_t i = 0; i < 5; ++i)
+    Answer(kPages[i]);
+  Answer("#11.|1013|c:\\WINDOWS\\");
+  Answer("#11.|OK"); // the browser has the prompt for its title, and gives the name as the disk has it
   const auto directory = WaitForWindow("C:\\windows");
   REQUIRE(directory);
-  CHECK(directory->Text(kDirectory) == "C:\\windows");
   CHECK(SendMessageA(directory->Find("1015")->handle, EM_GETLIMITTEXT, 0, 0) == 259);
-  const bool has_small_drive = GetDriveTypeA("E:\\") != DRIVE_NO_ROOT_DIR;
-  const Step steps[] = {
-      {"#11.", kNext, " \t"},
-      {"#11.", kNext, "Wizard"},
-      {"#14.\r\nWizard", "OK"},
-      {"#11.", kNext, "\\\\bad?\\Q:\\"},
-      {"#14.\r\n\\\\bad?\\Q:\\", "OK"},
-      {"#11.", kNext, "\\\\server\\share"},
-      {"#66.", "OK"},
-      {"#11.", kNext, "q:\\"},
-      {"#16. Q", "OK"},
-      {"#11.", kNext, "C:\\"},
-      {"#17.", "OK"},
-      {"#11.", kNext, " c:\\program files\\ "},
-      {"#18. " + kProgramFiles, "OK"},
-      {"#11.", kNext, has_small_drive ? "E:\\room" : "Q:\\room"},
-      {has_small_drive ? "E 256.00 KB" : "#16. Q", has_small_drive ? "No" : "OK"},
-      {"#11.", kNext, has_small_drive ? "E:\\room" : "C:\\room"},
-      {has_small_drive ? "#19. 39" : "#23.", has_small_drive ? "Yes" : "No"},
-      {"#11.", kNext, "C:\\a file\\below"},
-      {"#23. C:\\a file\\below", "Yes"},
-      {"#25.\r\nC:\\a file\\below\r\n\r\n", "OK"},
-      {"#11.", kNext, "C:\\Wizard "},
-      {"#22. C:\\Wizard", "No"},
-      {"#11.", kNext, "C:\\Wizard\\Deep\\er"},
-      {"#23. C:\\Wizard\\Deep\\er", "Yes"},
-      {"#42.", "OK"},
-  };
-  for (const Step &step : steps) {
-    if (has_small_drive && step.typed && step.typed == std::string("C:\\a file\\below"))
-      Answer({"#23. E:\\room", "No"}); // the user who knows better than the disk is asked on
+  for (const char *step :
+       {"#11.|1001| \t", "#11.|1001|Wizard", "#14.\r\nWizard|OK", "#11.|1001|\\\\bad?\\Q:\\",
+        "#14.\r\n\\\\bad?\\Q:\\|OK", "#11.|1001|\\\\server\\share", "#66.|OK", "#11.|1001|q:\\", "#16. Q|OK",
+        "#11.|1001|C:\\", "#17.|OK", "#11.|1001| c:\\program files\\ ", "#18. C:\\Program Files|OK"})
     Answer(step);
-  }
+  if (GetDriveTypeA("E:\\") != DRIVE_NO_ROOT_DIR)
+    for (const char *step : {"#11.|1001|E:\\room", "#19. 39|No", "#11.|1001|E:\\room", "#19.|Yes", "#23. E:\\room|No"})
+      Answer(step);
+  for (const char *step : {"#11.|1001|C:\\a file\\below", "#23. C:\\a file\\below|Yes",
+                           "#25.\r\nC:\\a file\\below\r\n\r\n|OK", "#11.|1001|C:\\Wizard ", "#22. C:\\Wizard|No",
+                           "#11.|1001|C:\\Wizard\\Deep\\er", "#23. C:\\Wizard\\Deep\\er|Yes", "#42.|OK"})
+    Answer(step);
   CHECK(run.Wait() == DWORD{1});
   CHECK(Exists("C:\\Wizard\\Deep\\er\\one.txt"));
   std::filesystem::remove_all(kHome);
@@ -170,11 +141,12 @@ TEST_CASE("who declines anywhere leaves nothing but the directory that products 
   Setup setup;
   AskEverything(setup);
   const Snapshot before = TakeSnapshot();
-  for (size_t place = 0; place <= std::size(kPages); ++place) {
+  for (size_t place = 0; place < std::size(kPages); ++place) {
     Process run = setup.Start();
     for (size_t i = 0; i < place; ++i)
       Answer(kPages[i]);
-    Answer({place < std::size(kPages) ? kPages[place].words : "#11.", place == 1 ? "Cancel" : kCancel});
+    const std::string &page = kPages[place];
+    Answer(page.substr(0, page.find('|')) + (place == 1 ? "|Cancel" : "|1003"));
     CHECK(run.Wait() == DWORD{1});
   }
   for (const std::string &difference : Differences(before, TakeSnapshot()))
@@ -202,18 +174,18 @@ TEST_CASE("an earlier installation is told by its version, and taken over where 
     setup.product.flags |= row.flags;
     setup.product.version = row.version;
     Process run = setup.Start("/d:C:\\Elsewhere");
-    const Window question = Answer({"#7.", &row == rows ? "Yes" : "No"});
+    const Window question = Answer(&row == rows ? "#7.|Yes" : "#7.|No");
     CHECK(question.Message() == row.first_line + ("\r\n" + kHome + "\r\n\r\n#7."));
     CHECK(question.title == "#2.");
     if (&row == rows)
-      Answer({"#42.", "OK"}); // no directory dialog
+      Answer("#42.|OK"); // no directory dialog
     CHECK(run.Wait() == DWORD{1});
     CHECK(std::filesystem::remove(kHome + "\\one.txt") == (&row == rows));
   }
   Setup refusing;
   refusing.product.flags |= IF_REFUSE_REINSTALL;
   Process run = refusing.Start("/a");
-  Answer({"#9.", "OK"});
+  Answer("#9.|OK");
   CHECK(run.Wait() == DWORD{1});
   CHECK_FALSE(Exists(kHome + "\\one.txt"));
 
@@ -249,7 +221,7 @@ TEST_CASE("an installer that may not run says so, unless it is silent") {
         setup.product.flags |= IF_SHOW_ERRORS;
       Process run = setup.Start(arguments);
       if (shows)
-        Answer({row.said, "OK"});
+        Answer(row.said + std::string("|OK"));
       CHECK(run.Wait() == DWORD{1});
       CHECK_FALSE(Exists(kHome));
     }
@@ -293,9 +265,9 @@ TEST_CASE("a text that is no format for what it is given shows itself") {
     abused.product.flags |= IF_CONFIRM_DIRECTORY;
     abused.Text(row.number) = row.text;
     Process run = abused.Start();
-    Answer({"#11.", kNext, row.typed});
-    CHECK(Answer({row.text, row.number == 22 ? "No" : "OK"}).Message() == row.text);
-    Answer({"#11.", kCancel});
+    Answer(std::string("#11.|1001|") + row.typed);
+    CHECK(Answer(row.text + std::string(row.number == 22 ? "|No" : "|OK")).Message() == row.text);
+    Answer("#11.|1003");
     CHECK(run.Wait() == DWORD{1});
   }
 }
