@@ -7,12 +7,11 @@
 
 namespace korb {
 
-/// Control 0 is the dialog itself, which shows the text as its title.
 void SetControlText(HWND dialog, int32_t control, const char *text);
 
 /// Which text of the archive a control shows.
 struct DialogText {
-  int8_t control; ///< less kFirstControl; 0: the dialog
+  int8_t control; ///< less kFirstControl; 0: the dialog itself, which shows it as its title
   int8_t number;  ///< below 0: the end of the list
 };
 inline constexpr int32_t kFirstControl = 1000;
