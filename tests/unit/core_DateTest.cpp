@@ -149,6 +149,7 @@ TEST_CASE("dates and times are written by letters") {
   CHECK(std::string(moment.date.format("hh H ii s ap AP d")) == "hh H ii s ap AP 5");
   CHECK(std::string(moment.date.format(nullptr)) == "1/5/01");
   CHECK(std::string(moment.time.format("d H")) == "d 15");
+  CHECK(std::string(moment.format_plain("D Y dd HH")) == "D Y 05 15");
   CHECK(std::string(DateOf(1, 1, 2000).format("Y")) == "Oh Zero");
   CHECK(std::string(DateOf(1, 1, 1999).format("Y YY")) == "Ninety Nine Nineteen Ninety Nine");
   CHECK(std::string(DateOf(13, 1, 1999).format("[M MM] m")) == "[ ] 13");
