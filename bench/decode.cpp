@@ -13,71 +13,27 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "archive/Format.h"
 #include "archive/UnpackBlock.h"
+#include "bench/Corpus.h"
 #include "packer/BlockEncoder.h"
 
-namespace fs = std::filesystem;
+using korb::bench::Bytes;
+using korb::bench::ReadFile;
+using korb::bench::Source;
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
-
-struct Source {
-  const char *folder;
-  const char *extensions; // ".a.b": these only; empty: all
-  size_t megabytes;
-};
-
-#ifdef _WIN32
-constexpr char kRoot[] = "Z:"; // the machine's own files, as Wine shows them
-#else
-constexpr char kRoot[] = "";
-#endif
 
 constexpr Source kSources[] = {
     {"/usr/bin", "", 9},        {"/usr/include", ".h.hpp", 6}, {"/usr/share/doc", "", 4},
     {"/usr/share/perl", "", 3}, {"/usr/lib", ".dll.exe", 6},   {"/usr/share/fonts", "", 2},
     {"/usr/lib", ".a", 3},      {"/usr/share/icons", "", 1},   {"/usr/share/locale", "", 2},
 };
-
-Bytes ReadFile(const fs::path &path) {
-  std::ifstream in(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(in), {});
-}
-
-/// The same bytes on every run on one machine.
-Bytes GatherCorpus(size_t divisor) {
-  Bytes corpus;
-  for (const Source &source : kSources) {
-    std::vector<fs::path> paths;
-    std::error_code error;
-    for (fs::recursive_directory_iterator it(std::string(kRoot) + source.folder, error), end; !error && it != end;
-         it.increment(error))
-      if (it->is_regular_file(error) && !it->is_symlink(error) &&
-          (*source.extensions == '\0' ||
-           (it->path().has_extension() &&
-            strstr(source.extensions, it->path().extension().string().c_str()) != nullptr)))
-        paths.push_back(it->path());
-    std::sort(paths.begin(), paths.end());
-    const size_t limit = corpus.size() + (source.megabytes << 20) / divisor;
-    for (const fs::path &path : paths) {
-      if (corpus.size() >= limit)
-        break;
-      const Bytes bytes = ReadFile(path);
-      const size_t n = std::min({bytes.size(), limit - corpus.size(), size_t{3} << 20});
-      corpus.insert(corpus.end(), bytes.begin(), bytes.begin() + static_cast<ptrdiff_t>(n));
-    }
-  }
-  return corpus;
-}
 
 double Seconds(const std::function<bool()> &run) {
   const auto begin = std::chrono::steady_clock::now();
@@ -114,7 +70,7 @@ int main(int argc, char **argv) {
       from = word;
   }
 
-  const Bytes plain = from.empty() ? GatherCorpus(divisor) : ReadFile(from);
+  const Bytes plain = from.empty() ? korb::bench::GatherCorpus(kSources, divisor) : ReadFile(from);
   if (plain.empty()) {
     fprintf(stderr, "decode: no data\n");
     return 1;

@@ -133,7 +133,7 @@ Bytes WriteConfig(const Product &product) {
 }
 
 StoredConfig StoreConfig(const Bytes &plain, size_t size) {
-  StoredConfig stored{PackBlock(plain), Checksum32(plain)};
+  StoredConfig stored{PackBlock(plain, CompressionLevel::kBest), Checksum32(plain)};
   stored.block.resize(std::max(stored.block.size(), size));
   if (stored.block.size() >= kConfigSizeLimit)
     throw PackError("the configuration is too large: " + std::to_string(stored.block.size()) +

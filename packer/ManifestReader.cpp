@@ -155,6 +155,7 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
   if (product.payload.first_part_size && product.payload.volume_size == 0)
     context.findings.Error(table.PlaceOfKey("first_part_size"),
                            "'payload.first_part_size' needs 'payload.volume_size'");
+  product.compression = static_cast<CompressionLevel>(table.Named("compression", kCompressionLevels, 0, 1).value_or(0));
   product.volume_base_name = context.Text(table, "volume_name", product.volume_base_name);
   product.volume_serial = static_cast<uint32_t>(table.Integer("volume_serial", INT32_MIN, kMaxU32).value_or(1));
   table.RefuseUnknown();

@@ -10,8 +10,6 @@ namespace korb::packer {
 
 namespace {
 
-constexpr uint32_t kMaxWindow = 1u << 26;
-constexpr int kMaxDepth = 48;
 constexpr uint32_t kMaxPeriodicBack = 1u << 16;
 
 uint32_t LoadU32(const uint8_t *bytes) {
@@ -39,15 +37,13 @@ uint32_t CommonLength(const uint8_t *a, const uint8_t *b, uint32_t length, uint3
 
 } // namespace
 
-MatchFinder::MatchFinder(std::span<const uint8_t> data) : data_(data) {
+MatchFinder::MatchFinder(std::span<const uint8_t> data, Search search) : data_(data), search_(search) {
   const uint32_t size = static_cast<uint32_t>(data.size());
   const int size_bits = std::bit_width(size);
-  const int hash_bits = std::clamp(size_bits, 8, 22);
+  const int hash_bits = std::clamp(size_bits, 8, 24);
   hash_shift_ = static_cast<uint32_t>(32 - hash_bits);
   heads_.assign(size_t{1} << hash_bits, 0);
-  const uint32_t window = std::min(std::bit_ceil(std::max(size, 1u)), kMaxWindow);
-  window_mask_ = window - 1;
-  children_.resize(size_t{2} * std::min(window, std::max(size, 1u)));
+  children_.resize(size_t{2} * size);
 }
 
 void MatchFinder::Descend(uint32_t position, uint32_t limit, std::vector<Match> *matches) {
@@ -57,15 +53,13 @@ void MatchFinder::Descend(uint32_t position, uint32_t limit, std::vector<Match> 
   uint32_t candidate = head;
   head = position + 1;
 
-  uint32_t *less = &children_[size_t{2} * (position & window_mask_)];
+  uint32_t *less = &children_[size_t{2} * position];
   uint32_t *greater = less + 1;
   uint32_t less_length = 0, greater_length = 0, best = kMinMatch - 1;
-  for (int depth = kMaxDepth; candidate != 0 && depth > 0; --depth) {
+  for (int depth = search_.depth; candidate != 0 && depth > 0; --depth) {
     const uint32_t earlier = candidate - 1;
     const uint32_t distance = position - earlier;
-    if (distance > window_mask_)
-      break;
-    uint32_t *pair = &children_[size_t{2} * (earlier & window_mask_)];
+    uint32_t *pair = &children_[size_t{2} * earlier];
     const uint32_t length = CommonLength(data + earlier, here, std::min(less_length, greater_length), limit);
     // What counts is what can be copied, so an overlapping match doesn't hide a shorter one from farther away.
     if (matches && length > best) {
@@ -133,7 +127,7 @@ void MatchFinder::Find(uint32_t position, uint32_t end, std::vector<Match> &matc
   if (left < kMinMatch)
     return;
   raw_.clear();
-  const uint32_t limit = std::min(left, kNiceLength);
+  const uint32_t limit = std::min(left, search_.nice_length);
   Descend(position, limit, &raw_);
   for (Match match : raw_) {
     match.length = match.length == limit
@@ -152,7 +146,7 @@ void MatchFinder::Find(uint32_t position, uint32_t end, std::vector<Match> &matc
 void MatchFinder::Enter(uint32_t position) {
   const uint32_t left = static_cast<uint32_t>(data_.size()) - position;
   if (left >= kMinMatch)
-    Descend(position, std::min(left, kNiceLength), nullptr);
+    Descend(position, std::min(left, search_.nice_length), nullptr);
 }
 
 } // namespace korb::packer

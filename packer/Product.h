@@ -11,6 +11,7 @@
 
 #include "archive/Format.h"
 #include "packer/Bytes.h"
+#include "packer/CompressionLevel.h"
 
 namespace korb::packer {
 
@@ -146,6 +147,7 @@ struct Product {
 
   std::vector<FileEntry> files; ///< in the order of placement
   PayloadPlan payload;
+  CompressionLevel compression = CompressionLevel::kDefault; ///< of the payload, when it is packed
 
   /// Where the author set a value, by its key in the manifest ("product.name"); empty for a product made in code.
   std::map<std::string, Place, std::less<>> places;

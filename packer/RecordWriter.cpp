@@ -54,7 +54,7 @@ Payload WritePayload(const Product &product, const Progress &progress) {
   }
   payload.plain_size = payload.stored.size();
   if (product.Has(IF_PACKED_PAYLOAD) && payload.plain_size > 0) {
-    payload.stored = PackBlock(payload.stored, progress);
+    payload.stored = PackBlock(payload.stored, product.compression, progress);
     if (payload.stored.size() > kMaxPackedBlock)
       throw PackError("the packed payload has " + std::to_string(payload.stored.size()) +
                       " bytes, but at most 268,435,455 can be unpacked: store it unpacked");

@@ -33,6 +33,12 @@ constexpr uint32_t LeadingOnes(NumberCode code, uint32_t value) {
   return width <= code.base ? 0 : (width - code.base + code.step - 1) / code.step;
 }
 
+/// How many numbers need fewer bits than `value`: the least one that takes as many.
+constexpr uint32_t NarrowerNumbers(NumberCode code, uint32_t value) {
+  const uint32_t ones = LeadingOnes(code, value);
+  return ones == 0 ? 0 : 1u << (code.base + (ones - 1) * code.step);
+}
+
 /// Bits that `value` takes, its prefix included.
 constexpr uint32_t NumberBits(NumberCode code, uint32_t value) {
   const uint32_t ones = LeadingOnes(code, value);

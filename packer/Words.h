@@ -31,6 +31,7 @@ inline constexpr NamedValue kValueKinds[] = {
     {"text", kUninstallText}, {"expand", kUninstallExpandText}, {"number", kUninstallNumber}};
 inline constexpr NamedValue kShortcutModes[] = {{"user", 0}, {"all-users", kShortcutsForAllUsers}};
 inline constexpr NamedValue kLayouts[] = {{"section", 0}, {"file", 1}};
+inline constexpr NamedValue kCompressionLevels[] = {{"default", 0}, {"best", 1}};
 /// As the program tells systems apart; "other" is everything that came later or is not known.
 inline constexpr NamedValue kPlatforms[] = {{"other", 0x1}, {"win32s", 0x2}, {"95", 0x4},    {"98", 0x8},  {"me", 0x10},
                                             {"nt3", 0x20},  {"nt4", 0x40},   {"2000", 0x80}, {"xp", 0x100}};
