@@ -41,7 +41,7 @@ struct Effort {
 };
 
 constexpr Effort EffortOf(CompressionLevel level) {
-  return level == CompressionLevel::kBest ? Effort{{1000, 384}, 0} : Effort{{20, 96}, 1};
+  return level == CompressionLevel::kBest ? Effort{{256, 256}, 0} : Effort{{20, 96}, 1};
 }
 
 // The cheapest known way to a position.

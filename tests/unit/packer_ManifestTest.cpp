@@ -179,6 +179,8 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
       {"[[file]]\nsource = '*.txt'", "m:2:10: error: 'source' of a [[file]] names one file: for several, give a "
                                      "[[tree]] their folder and 'include' the pattern\n"},
       {"[[tree]]\nsource = '.'\ninclude = ['*.toml', '*.c']", "m:3:11: warning: no file of '.' fits '*.c'\n"},
+      {"[payload]\ncompression = 'bets'",
+       "m:2:15: error: 'payload.compression' doesn't know 'bets'; did you mean 'best'? (default, best)\n"},
       {"[payload]\nfirst_part_size = 5", "m:2:19: error: 'payload.first_part_size' needs 'payload.volume_size'\n"},
       {"[texts]\ntitel = 'x'", "m:2:1: error: unknown text 'titel'; a text has a name, or a number from 0 to 9999\n"},
       {"[texts]\nok_buton = 'x'", "m:2:1: error: unknown text 'ok_buton'; did you mean 'ok_button'?\n"},
