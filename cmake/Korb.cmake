@@ -128,6 +128,8 @@ function(korb_e2e_test name)
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
     RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --small-drive 256 ${screen})
   add_dependencies(e2e_${name} korb ${arg_WITH})
+  set_tests_properties(e2e_${name} PROPERTIES ENVIRONMENT
+    "KORB_E2E=${CMAKE_CURRENT_SOURCE_DIR};KORB_EXAMPLES=${CMAKE_SOURCE_DIR}/examples")
 endfunction()
 
 # korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program. Its test fuzzes for KORB_FUZZ_SECONDS, from the

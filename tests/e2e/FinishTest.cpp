@@ -27,32 +27,7 @@ bool Exists(const std::string &path) {
 } // namespace
 
 TEST_CASE("batches run at their moments, and the program of /r only behind a clean run") {
-  PackedProduct product(R"(
-[product]
-name = "Batches"
-[install]
-directory = 'C:\Batches'
-[uninstall]
-directory = "un"
-[options]
-edit_path = true
-hide_pre_batch = true
-[batch]
-pre_install = """
-PAUSE
-if not exist a.txt if exist %InstallDir%\\nul echo pre %InstallDir% >> C:\\batches.txt
-"""
-post_install = """
-@pause
-if exist a.txt if exist un\\Uninstall.DAT if not exist un\\Install.LOG echo post >> C:\\batches.txt
-"""
-final = """
-if exist un\\Install.LOG echo final >> C:\\batches.txt
-"""
-[[file]]
-contents = "a"
-name = "a.txt"
-)");
+  PackedProduct product(ProductManifest("batches"));
   product.Pack();
   const std::string install = "/a /r:\"cmd /c echo ran >> C:\\batches.txt\"";
   CHECK(product.Start(install).Wait());
@@ -75,54 +50,14 @@ name = "a.txt"
 }
 
 TEST_CASE("a run that places nothing leaves no empty directories") {
-  PackedProduct product(R"(
-[product]
-name = "Nothing"
-[install]
-directory = 'C:\Nothing'
-[options]
-uninstall = false
-[uninstall]
-directory = "un"
-[[file]]
-contents = "a"
-name = "a.txt"
-condition = "over"
-)");
+  PackedProduct product(ProductManifest("nothing"));
   product.Pack();
   product.Install();
   CHECK_FALSE(Exists("C:\\Nothing"));
 }
 
 TEST_CASE("what is in use waits for the restart that the run asks for") {
-  PackedProduct product(R"(
-[product]
-name = "Restart"
-[install]
-directory = 'C:\Restarted'
-[options]
-replace_in_use = true
-always_log = true
-uninstall = false
-[batch]
-final = """
-echo waiting > C:\\waiting
-:wait
-if not exist C:\\go goto wait
-del C:\\go
-"""
-[[delete]]
-name = "old file.txt"
-at_restart = true
-[[delete]]
-name = "other.txt"
-[[file]]
-contents = "new"
-name = "used file.txt"
-[texts]
-file_failed = "Failed:"
-installed_caption = "Done"
-)");
+  PackedProduct product(ProductManifest("restart"));
   const std::string home = "C:\\Restarted\\";
   for (const char *version : {"winxp", "win98"}) {
     CAPTURE(version);

@@ -102,7 +102,7 @@ const char kShared[] = "C:\\Program Files\\Common Files\\Pair\\pair.dll";
 const char kMine[] = "C:\\Program Files\\Common Files\\Pair\\mine.dll";
 
 void InstallProduct(const std::string &name) {
-  PackedProduct product(FileBytes((Given("KORB_E2E") / "products" / (name + ".toml")).string()));
+  PackedProduct product(ProductManifest(name));
   product.Pack("C:\\pair.exe");
   product.Install();
 }

@@ -85,40 +85,7 @@ std::string Recorded(const std::string &home) {
 } // namespace
 
 TEST_CASE("shortcuts open what they should, are logged, and are recorded unless they stay") {
-  PackedProduct product(R"(
-[product]
-name = "Links"
-[install]
-directory = 'C:\Links'
-start_menu = 'Maker\Links'
-[options]
-always_log = true
-verbose_log = true
-uninstall_desktop = true
-uninstall_start_menu = true
-uninstall_in_folder = true
-[[file]]
-contents = "a"
-name = "a.exe"
-label = "Do A"
-desktop = true
-start_menu = true
-arguments = '"%InstallDir%\b" %SharedDir'
-icon = "a.ico"
-[[file]]
-contents = "b"
-name = "b.exe"
-kind = "startup"
-label = 'Sub\My.Lnk.file'
-[[file]]
-contents = "c"
-name = "c.exe"
-desktop = true
-keep = true
-[texts]
-uninstaller_title = "Drop it"
-installed_caption = "Done"
-)");
+  PackedProduct product(ProductManifest("links"));
   product.Pack();
   product.Install();
   const std::string desktop = ShellFolder(CSIDL_DESKTOPDIRECTORY) + "\\";
@@ -149,26 +116,7 @@ installed_caption = "Done"
 }
 
 TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in its way is reported") {
-  PackedProduct product(R"(
-[product]
-name = "Group"
-[install]
-directory = 'C:\Group'
-desktop_group = 'My Group'
-shortcuts = "all-users"
-[options]
-verbose_log = true
-always_log = true
-[[file]]
-contents = "a"
-name = "a.exe"
-label = "A"
-desktop = true
-start_menu = true
-keep = true
-[texts]
-file_failed = "Failed:"
-)");
+  PackedProduct product(ProductManifest("group"));
   product.Pack();
   const std::string group = ShellFolder(CSIDL_COMMON_DESKTOPDIRECTORY) + "\\My Group";
   const std::string menu = ShellFolder(CSIDL_COMMON_PROGRAMS) + "\\Group\\A.LNK";
@@ -189,48 +137,7 @@ file_failed = "Failed:"
 }
 
 TEST_CASE("file types keep what they replace, the first time only, and other languages are left out") {
-  PackedProduct product(R"(
-[product]
-name = "Types"
-registry_key = 'Maker\Types'
-[install]
-directory = 'C:\Types'
-[options]
-always_log = true
-[[association]]
-extension = "free"
-class = "FreeFile"
-description = "A free file"
-verb = "open"
-verb_label = "&Open it"
-command = '"%InstallDir%\a.exe" "%1"'
-icon = '%InstallDir%\a.exe,1'
-default = true
-[[association]]
-extension = ".owned"
-class = "FreeFile"
-verb = "print"
-command = 'C:\print.exe'
-[[association]]
-extension = ".foreign"
-verb = "view"
-command = 'C:\view.exe'
-icon = 'C:\view.ico'
-[[association]]
-extension = ".none"
-verb = "view"
-command = "never"
-[[association]]
-extension = ".bare"
-verb = "view"
-command = "never"
-[[association]]
-extension = ".other"
-class = "OtherFile"
-verb = "open"
-command = "never"
-language = "english"
-)");
+  PackedProduct product(ProductManifest("types"));
   SetClass(".owned", "TheirFile");
   SetClass(".foreign", "ForeignFile");
   SetClass("ForeignFile", "A foreign file");

@@ -19,7 +19,7 @@ namespace {
 const std::string kHome = "C:\\Program Files\\Thing";
 
 struct Installed {
-  Installed() : product(FileBytes("Z:" + std::string(std::getenv("KORB_E2E")) + "/products/thing.toml")) {
+  Installed() : product(ProductManifest("thing")) {
     fs::remove("C:\\ran.txt");
     product.Pack();
     product.Install();

@@ -1,6 +1,7 @@
 #include "tests/support/PackedProduct.h"
 
 #include <sstream>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "packer/Build.h"
@@ -41,6 +42,13 @@ void PackedProduct::Install() const {
   Process installer = Start("/a");
   if (!installer.Wait())
     throw std::runtime_error("the installer does not come to an end");
+}
+
+std::string ProductManifest(const std::string &name) {
+  const char *folder = std::getenv("KORB_E2E");
+  if (folder == nullptr)
+    throw std::runtime_error("KORB_E2E does not name the folder of the tests");
+  return FileBytes("Z:" + std::string(folder) + "/products/" + name + ".toml");
 }
 
 std::string InstallLog(const std::string &home) {

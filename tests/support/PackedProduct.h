@@ -34,6 +34,9 @@ private:
   std::string installer_;
 };
 
+/// The manifest of that name among tests/e2e/products.
+std::string ProductManifest(const std::string &name);
+
 /// What the last installation into `home` wrote to its log below the heading, its report and notes.
 std::string InstallLog(const std::string &home);
 
