@@ -195,7 +195,7 @@ void Unpacker::FastTokens() {
         if (!known)
           break;
         rest_bit = value_bit + width;
-        rest = peek(rest_bit);
+        rest = peek(rest_bit) & (~Word{0} >> 1); // which ends its ones, however many come
         tokens = 1;
       }
       const uint32_t ones = LeadingOnes(rest);
