@@ -7,8 +7,9 @@
 
 namespace korb::packer {
 
-/// The bitmap of a BMP file without its file header. Nothing when `file` is no BMP file whose header the installer
-/// understands, or when its pixels are cut off.
+/// The bitmap of a BMP file without its file header, and without a gap before its pixels: the installer has nothing else
+/// than the bitmap's own header to find them by. Nothing when `file` is no BMP file whose header the installer
+/// understands, when its pixels begin too early for that header, or when they are cut off.
 std::optional<Bytes> BitmapOf(const Bytes &file);
 
 /// The image of `size` bytes out of an icon file. Nothing when there is none, or when `file` is no icon file.

@@ -51,14 +51,24 @@ private:
   uint32_t *pixels_ = nullptr;
 };
 
+/// Packs a picture that the packer would not take.
+void PackPicture(PackedProduct &product, const std::string &picture) {
+  product.PackSpoiled(
+      [&](korb::packer::Product &spoiled) { spoiled.background.assign(picture.begin() + 14, picture.end()); });
+}
+
 /// The screen of a run that shows its notice.
-Screen Look(const std::string &appearance, const std::string &title, const std::string &picture = std::string()) {
+Screen Look(const std::string &appearance, const std::string &title, const std::string &picture = std::string(),
+            bool is_sound = true) {
   PackedProduct product("[product]\nname = \"Look\"\n[appearance]\n" + appearance +
-                        (picture.empty() ? "" : "\nbackground = \"picture.bmp\"") +
+                        (picture.empty() || !is_sound ? "" : "\nbackground = \"picture.bmp\"") +
                         "\n[options]\nnotice = true\n[texts]\nmain_title = \"" + title +
                         "\"\nnotice = \"A notice.\"\n[[file]]\ncontents = \"\"\nname = \"empty\"\n");
   product.Write("picture.bmp", picture);
-  product.Pack();
+  if (is_sound)
+    product.Pack();
+  else
+    PackPicture(product, picture);
   Process setup = product.Start();
   const auto notice = WaitForWindow("A notice.");
   REQUIRE(notice);
@@ -164,7 +174,7 @@ TEST_CASE("a picture fills the background, and one that is cut short leaves it t
               {"pixels run out of the block", 40, 24, 1, false}};
   for (const auto &row : rows) {
     CAPTURE(row.what);
-    const Screen screen = Look("top_color = \"#00FFFF\"", "", Picture(row.header, row.bits, row.used));
+    const Screen screen = Look("top_color = \"#00FFFF\"", "", Picture(row.header, row.bits, row.used), row.shown);
     const COLORREF colors[] = {kRed, kGreen, kBlue, kWhite};
     for (int i = 0; i < 4; ++i)
       CHECK(screen.At(screen.width / 40 * (i % 2 ? 39 : 1), screen.height / 10 * (i / 2 ? 6 : 4)) ==
@@ -173,11 +183,9 @@ TEST_CASE("a picture fills the background, and one that is cut short leaves it t
 }
 
 TEST_CASE("pixels that begin outside the picture end the run with one report") {
-  PackedProduct product(
-      "[product]\nname = \"Bad\"\n[appearance]\nbackground = \"picture.bmp\"\n[options]\n"
-      "notice = true\n[texts]\nnotice = \"A notice.\"\n[[file]]\ncontents = \"\"\nname = \"empty\"\n");
-  product.Write("picture.bmp", Picture(40, 24, 1000000));
-  product.Pack();
+  PackedProduct product("[product]\nname = \"Bad\"\n[options]\nnotice = true\n[texts]\nnotice = \"A notice.\"\n"
+                        "[[file]]\ncontents = \"\"\nname = \"empty\"\n");
+  PackPicture(product, Picture(40, 24, 1000000));
   Process setup = product.Start();
   const auto box = WaitForWindow("FATAL ERROR");
   REQUIRE(box);

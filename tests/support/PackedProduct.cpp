@@ -1,10 +1,12 @@
 #include "tests/support/PackedProduct.h"
 
-#include <sstream>
 #include <cstdlib>
+#include <sstream>
 #include <stdexcept>
 
 #include "packer/Build.h"
+#include "packer/Installer.h"
+#include "packer/ManifestReader.h"
 
 namespace korb::test {
 
@@ -32,6 +34,16 @@ std::string PackedProduct::Pack(const std::string &name) {
     throw std::runtime_error(problems.str());
   installer_ = request.output.string();
   return installer_;
+}
+
+void PackedProduct::PackSpoiled(const std::function<void(packer::Product &)> &spoil) {
+  packer::Findings findings;
+  packer::Product product = packer::ReadManifest(folder_.Path() / "manifest.toml", {}, findings).product;
+  spoil(product);
+  const std::string stub = FileBytes((OwnFolder() / "korb.exe").string());
+  const packer::Bytes file = packer::BuildInstaller(product, packer::Bytes(stub.begin(), stub.end())).executable;
+  installer_ = (folder_.Path() / "setup.exe").string();
+  WriteFileBytes(installer_, std::string(file.begin(), file.end()));
 }
 
 Process PackedProduct::Start(const std::string &arguments) const {

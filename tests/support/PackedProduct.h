@@ -1,8 +1,10 @@
 // A product, packed by the real packer into the real program, and started as a user would.
 #pragma once
 
+#include <functional>
 #include <string>
 
+#include "packer/Product.h"
 #include "tests/support/Process.h"
 #include "tests/support/TempFolder.h"
 
@@ -19,6 +21,9 @@ public:
 
   /// Packs and gives the installer's path. Throws std::runtime_error with all that the packer complains of.
   std::string Pack(const std::string &name = "setup.exe");
+
+  /// Packs what `spoil` makes of the product, which the packer's own checks would refuse.
+  void PackSpoiled(const std::function<void(packer::Product &)> &spoil);
 
   /// Starts the installer that was packed, from its own folder.
   Process Start(const std::string &arguments = std::string()) const;

@@ -60,6 +60,14 @@ TEST_CASE("pictures are taken in the one form that the installer can use") {
     folder.Write("cut.bmp", Bitmap().substr(0, size));
     CHECK(folder.Read("[appearance]\nbackground = 'cut.bmp'").product.background.empty());
   }
+  // Only the file's own header tells of a gap before the pixels, and that header stays behind.
+  std::string gap = Bitmap().insert(54, "gap");
+  gap[10] += 3;
+  folder.Write("gap.bmp", gap);
+  CHECK(TextOf(folder.Read("[appearance]\nbackground = 'gap.bmp'").product.background) == Bitmap().substr(14));
+  gap[10] -= 4;
+  folder.Write("early.bmp", gap);
+  CHECK(folder.Read("[appearance]\nbackground = 'early.bmp'").product.background.empty());
 }
 
 TEST_CASE("every option has its bit, and no two share one") {
