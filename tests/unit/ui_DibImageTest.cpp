@@ -82,7 +82,7 @@ TEST_CASE("a block has all of its pixels to the last byte, or is not drawn") {
   }
   for (const std::string &header :
        {Info(INT32_MAX, INT32_MIN, 32, 0, 0), Info(2, INT32_MIN, 32, 3, 0), Info(1, 1, 65535, 0, 0),
-        Info(1, 1, 0, 0, 1), Info(9, 9, 8, 1, 1), Core(65535, 65535, 24)}) {
+        Info(1, 1, 0, 0, 1), Info(9, 9, 8, 1, 1), Info(1, 1, 8, 0, 0xFFFFFFFF), Core(65535, 65535, 24)}) {
     DibImage image;
     const std::string block = header + std::string(100, 'p');
     image.set_block(block.data(), static_cast<int32_t>(block.size()));
