@@ -30,7 +30,7 @@ extern Vector<String> ComFileList;
 /// Quoted entries of SharedFileList, joined by semicolons. Filled from the earlier installation's record when one is
 /// found; CountSharedFiles takes those counts back and leaves the entries of this run.
 extern String SharedFiles;
-/// Lines `extension~!~class~!~verb`, one for each association that was made, for Uninstall.DAT.
+/// Lines `extension~!~class~!~verb`, one for each association that was tried, for Uninstall.DAT.
 extern String AssociationLines;
 /// Pairs `"face name" "file name" `, the trailing space included, of fonts that go at uninstall.
 extern String ProductFonts;

@@ -63,6 +63,9 @@ private:
     const std::string text = Text(number), fault = FormatFault(text, form);
     if (!fault.empty())
       return Error(number, "is wrong: " + fault);
+    // The program puts the name in before it takes the text for a format.
+    if (const std::string named = FormatFault(WithProductName(text, product_.name), form); !named.empty())
+      return Error(number, "is wrong with the product's name in it: " + named);
     std::string wanted;
     for (char kind : form == "-" ? std::string_view() : form)
       wanted += std::string(" %") + kind;

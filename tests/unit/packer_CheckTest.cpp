@@ -108,6 +108,13 @@ TEST_CASE("texts are held to the use that the program makes of them") {
        [](auto &p) { p.languages[0].texts[10] = "%d"; }},
       {"error: text 29 (step_unpack) of 'English' is wrong: '% d' has no argument: this text has none",
        [](auto &p) { p.languages[0].texts[29] = "100% done"; }},
+      {"error: text 22 (directory_exists) of 'English' is wrong with the product's name in it: '% s' has no argument: "
+       "there are only 1",
+       [](auto &p) {
+         p.name = "5% saved";
+         p.languages[0].texts = std::vector<std::string>(22);
+         p.languages[0].texts.push_back("%s <product>");
+       }},
       {"", [](auto &p) { p.languages[0].texts[29] = "100%%", p.languages[0].texts[9] = "100% done"; }},
       {"warning: text 13 (corrupt) of 'English' doesn't show all that it is given, which is %d",
        [](auto &p) { p.languages[0].texts[13] = "100%% damaged"; }},
