@@ -12,8 +12,8 @@ String SearchPathLine(const char *directory);
 /// letters, break included.
 String SearchPathAddition(const String &text, const String &line);
 
-/// Takes every `line` out of `text`, without regard to case. When there is none, it is sought without its break, as it may
-/// end the text; what begins a longer line goes then too. False when there was none either way.
+/// Takes every `line` out of `text`, without regard to case. When there is none, it is sought without its break, as it
+/// may end the text; what begins a longer line goes then too. False when there was none either way.
 bool RemoveSearchPathLine(String &text, const String &line);
 
 } // namespace korb
