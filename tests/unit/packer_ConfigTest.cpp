@@ -6,13 +6,17 @@
 #include "packer/Checksum.h"
 #include "packer/ConfigWriter.h"
 #include "packer/RecordWriter.h"
-#include "tests/support/PlainUnpack.h"
+#include "tests/support/ReferenceUnpack.h"
 #include "tests/support/TestInstaller.h"
 
 using namespace korb;
 using korb::packer::Bytes;
 
 namespace {
+
+std::string TextOf(const Bytes &bytes) {
+  return {bytes.begin(), bytes.end()};
+}
 
 // Walks a stream the way that its layout is written down, independently of the writer.
 struct Walk {
@@ -116,7 +120,7 @@ TEST_CASE("the stored configuration is packed, scrambled, and told by one key") 
   CHECK(longer.block.size() == stored.block.size() + 5);
   for (Bytes block : {stored.block, longer.block}) {
     packer::ScrambleBlock(block, stored.key);
-    CHECK(test::PlainUnpacker(block).Unpack() == plain);
+    CHECK(test::RealUnpack(TextOf(block)).bytes == TextOf(plain));
   }
 }
 
@@ -159,7 +163,7 @@ TEST_CASE("the payload holds the records one behind the other, an icon only for 
 
   product.flags |= IF_PACKED_PAYLOAD;
   const packer::Payload packed = packer::WritePayload(product);
-  CHECK(test::PlainUnpacker(packed.stored).Unpack() == payload.stored);
+  CHECK(test::RealUnpack(TextOf(packed.stored)).bytes == TextOf(payload.stored));
   product.files.clear();
   CHECK(packer::WritePayload(product).stored.empty());
 }

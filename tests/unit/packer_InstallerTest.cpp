@@ -6,7 +6,6 @@
 #include "packer/Checksum.h"
 #include "packer/Installer.h"
 #include "packer/StubImage.h"
-#include "tests/support/PlainUnpack.h"
 #include "tests/support/TestInstaller.h"
 
 using namespace korb;
