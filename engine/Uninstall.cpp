@@ -221,10 +221,17 @@ void UninstallRun::RemoveProductKeys() {
   Wait();
 }
 
+/// Goes by the name that the system has for the directory: another, "C:\\." for a drive, would pass the guards.
 void UninstallRun::RemoveWholeDirectory() {
-  if (HasInstallFlag(IF_NO_UNINSTALL_RECORDS) && !SamePath(InstallDir, ProgramFilesFolder()) &&
-      !SamePath(InstallDir, WindowsDirectory))
-    DeleteDirectoryTree(InstallDir);
+  if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
+    return;
+  const String saved = CurrentDirectory();
+  if (!SetCurrentDirectoryA(InstallDir))
+    return;
+  const String directory = CurrentDirectory();
+  SetCurrentDirectoryA(saved);
+  if (!SamePath(directory, ProgramFilesFolder()) && !SamePath(directory, WindowsDirectory))
+    DeleteDirectoryTree(directory);
 }
 
 /// Only when all is undone: else they tell a second run what is left.
@@ -247,10 +254,11 @@ bool UninstallRun::Finish() {
   const bool done = report_.is_empty();
   if (AutomaticMode)
     return done;
+  const HWND owner = DialogOwner(); // the user may have closed the background
   if (done)
-    MessageBoxA(MainWindow, TextLookup(kTextUninstallDone), TextLookup(kTextUninstallEndCaption), MB_ICONINFORMATION);
+    MessageBoxA(owner, TextLookup(kTextUninstallDone), TextLookup(kTextUninstallEndCaption), MB_ICONINFORMATION);
   else
-    MessageBoxA(MainWindow, str_format(TextLookup(kTextUninstallIncomplete), report_), TextLookup(kTextWarningCaption),
+    MessageBoxA(owner, str_format(TextLookup(kTextUninstallIncomplete), report_), TextLookup(kTextWarningCaption),
                 MB_ICONWARNING);
   return done;
 }
