@@ -3,6 +3,7 @@
 #include "archive/RunValues.h"
 #include "archive/TextNumber.h"
 #include "core/Windows.h"
+#include "engine/ComSession.h"
 #include "engine/RecordNames.h"
 #include "engine/SelfRegistration.h"
 #include "engine/SharedEntry.h"
@@ -10,8 +11,6 @@
 #include "files/DeferredFiles.h"
 #include "files/FileInfo.h"
 #include "registry/RegistryKey.h"
-
-#include <objbase.h>
 
 namespace korb {
 
@@ -29,9 +28,8 @@ bool IsLastReference(RegistryKey &counts, const String &path) {
 /// The file is unregistered before anybody is asked whether it goes, and whether or not it is there.
 void RemoveSharedFile(const SharedEntry &entry) {
   if (entry.registers_itself) {
-    CoInitialize(nullptr);
+    ComSession session;
     CallServer(entry.path, "DllUnregisterServer");
-    CoUninitialize();
   }
   if (FileExists(entry.path) && MayRemove(IF_ASK_SHARED_REMOVAL, kTextRemoveShared, kTextSharedCaption, entry.path))
     DeleteOrSchedule(entry.path, 0);

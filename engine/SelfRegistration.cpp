@@ -1,9 +1,8 @@
 #include "engine/SelfRegistration.h"
 
 #include "core/Windows.h"
+#include "engine/ComSession.h"
 #include "engine/RunLists.h"
-
-#include <objbase.h>
 
 namespace korb {
 
@@ -39,13 +38,12 @@ ServerCall CallServer(const char *path, const char *function) {
 void RegisterComFiles() {
   if (ComFileList.is_empty())
     return;
-  CoInitialize(nullptr);
+  ComSession session;
   for (int32_t i = 0; i < ComFileList.count; ++i) {
     const String &path = ComFileList.at(i);
     LogText.append_format("Registering COM File \"%s\"...", path);
     LogText += kOutcomes[static_cast<int32_t>(CallServer(path.c_str(), "DllRegisterServer"))];
   }
-  CoUninitialize();
 }
 
 } // namespace korb

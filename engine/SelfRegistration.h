@@ -12,7 +12,7 @@ enum class ServerCall : uint8_t {
 };
 
 /// Loads the library at `path`, calls its `function`, which takes no arguments, and lets the library go. No box of the
-/// system appears for what is missing. Needs an initialised COM.
+/// system appears for what is missing. Needs a ComSession.
 ServerCall CallServer(const char *path, const char *function);
 
 /// Registers each of ComFileList, and says in LogText what came of it.

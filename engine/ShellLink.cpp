@@ -1,6 +1,7 @@
 #include "engine/ShellLink.h"
 
 #include "core/Windows.h"
+#include "engine/ComSession.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 
@@ -46,16 +47,12 @@ void EnsureLinkExtension(String &path) {
 
 bool CreateShortcut(String &path, const char *target, const char *arguments, const char *working_dir,
                     const char *icon) {
-  if (FAILED(CoInitialize(nullptr)))
+  ComSession session;
+  IShellLinkA *link = static_cast<IShellLinkA *>(session.Create(CLSID_ShellLink, IID_IShellLinkA));
+  if (link == nullptr)
     return false;
-  bool made = false;
-  IShellLinkA *link;
-  if (SUCCEEDED(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkA,
-                                 reinterpret_cast<void **>(&link)))) {
-    made = FillAndSave(*link, path, target, arguments, working_dir, icon);
-    link->Release();
-  }
-  CoUninitialize();
+  const bool made = FillAndSave(*link, path, target, arguments, working_dir, icon);
+  link->Release();
   return made;
 }
 

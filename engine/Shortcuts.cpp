@@ -137,8 +137,7 @@ void MakeShortcuts(const InstallConfig &config) {
 void TellShellOfShortcuts(const InstallConfig &config) {
   if (!desktop_shortcut_made)
     return;
-  using ChangeNotify = void(WINAPI *)(LONG, UINT, LPCVOID, LPCVOID);
-  const auto notify = reinterpret_cast<ChangeNotify>(SystemFunction("shell32.dll", "SHChangeNotify"));
+  const auto notify = KORB_SYSTEM_FUNCTION("shell32.dll", SHChangeNotify);
   if (notify)
     notify(SHCNE_UPDATEDIR, SHCNF_PATHA, Desktop(config.shortcut_mode == kShortcutsForAllUsers).c_str(), nullptr);
 }

@@ -15,11 +15,9 @@ namespace korb {
 
 namespace {
 
-using MoveFileEx = BOOL(WINAPI *)(const char *, const char *, DWORD);
-
 /// The system's own delayed move; a null target deletes. False where there is none: Windows 9x has no working one.
 bool MoveAtRestart(const char *source, const char *target, DWORD flags) {
-  static const MoveFileEx function = reinterpret_cast<MoveFileEx>(SystemFunction("kernel32.dll", "MoveFileExA"));
+  static const auto function = KORB_SYSTEM_FUNCTION("kernel32.dll", MoveFileExA);
   return function && function(source, target, flags);
 }
 

@@ -8,8 +8,6 @@ namespace korb {
 
 namespace {
 
-using DiskFreeSpaceEx = BOOL(WINAPI *)(const char *, ULARGE_INTEGER *, ULARGE_INTEGER *, ULARGE_INTEGER *);
-
 String RootOf(const char *path) {
   return str_format("%c:\\", path ? *path : '\0');
 }
@@ -33,8 +31,7 @@ bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
   if (!root)
     return false;
   // The first Windows 95 does without.
-  static DiskFreeSpaceEx function =
-      reinterpret_cast<DiskFreeSpaceEx>(SystemFunction("kernel32.dll", "GetDiskFreeSpaceExA"));
+  static auto function = KORB_SYSTEM_FUNCTION("kernel32.dll", GetDiskFreeSpaceExA);
   if (function) {
     ULARGE_INTEGER available, total, free;
     if (function(root, &available, &total, &free)) {

@@ -2,6 +2,7 @@
 
 #include "core/Windows.h"
 #include "files/PathText.h"
+#include "files/SystemFunction.h"
 
 #include <shellapi.h>
 
@@ -78,7 +79,10 @@ String ShortPath(const char *path) {
 bool ShellOpen(const char *path) {
   if (!path || !*path)
     return false;
-  const HINSTANCE result = ShellExecuteA(nullptr, nullptr, path, nullptr, ProgramDirectory.c_str(), SW_SHOW);
+  const auto open = KORB_SYSTEM_FUNCTION("shell32.dll", ShellExecuteA);
+  if (!open)
+    return false;
+  const HINSTANCE result = open(nullptr, nullptr, path, nullptr, ProgramDirectory.c_str(), SW_SHOW);
   return reinterpret_cast<INT_PTR>(result) > kShellSuccess;
 }
 

@@ -7,17 +7,13 @@ namespace korb {
 
 namespace {
 
-using OpenToken = BOOL(WINAPI *)(HANDLE, DWORD, HANDLE *);
-using LookupPrivilege = BOOL(WINAPI *)(LPCSTR, LPCSTR, LUID *);
-using AdjustPrivileges = BOOL(WINAPI *)(HANDLE, BOOL, TOKEN_PRIVILEGES *, DWORD, TOKEN_PRIVILEGES *, DWORD *);
-
 /// Nothing to do where the functions are missing: there are no privileges then. Disabling takes every privilege back,
 /// not just this one; the process is about to end.
 void AdjustPrivilege(const char *name, bool enable) {
   static constexpr char kLibrary[] = "advapi32.dll";
-  static const auto open = reinterpret_cast<OpenToken>(SystemFunction(kLibrary, "OpenProcessToken"));
-  static const auto lookup = reinterpret_cast<LookupPrivilege>(SystemFunction(kLibrary, "LookupPrivilegeValueA"));
-  static const auto adjust = reinterpret_cast<AdjustPrivileges>(SystemFunction(kLibrary, "AdjustTokenPrivileges"));
+  static const auto open = KORB_SYSTEM_FUNCTION(kLibrary, OpenProcessToken);
+  static const auto lookup = KORB_SYSTEM_FUNCTION(kLibrary, LookupPrivilegeValueA);
+  static const auto adjust = KORB_SYSTEM_FUNCTION(kLibrary, AdjustTokenPrivileges);
   if (!open || !lookup || !adjust)
     return;
   HANDLE token;

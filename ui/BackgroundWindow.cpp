@@ -3,10 +3,14 @@
 #include "archive/RunValues.h"
 #include "archive/TextNumber.h"
 #include "core/Failure.h"
+#include "core/RunMode.h"
 #include "core/Text.h"
+#include "files/SystemFunction.h"
 #include "ui/PaintGradient.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
+
+#include <imm.h>
 
 namespace korb {
 
@@ -112,9 +116,18 @@ void RegisterMainClass(HINSTANCE instance) {
   registered = true;
 }
 
+/// Where nothing is typed: the first window that is shown would set them up, which takes as long as fifty small files.
+void DoWithoutInputMethods() {
+  const auto disable = KORB_SYSTEM_FUNCTION("imm32.dll", ImmDisableIME);
+  if (disable)
+    disable(0); // for this thread
+}
+
 } // namespace
 
 void CreateMainWindow(HINSTANCE instance, HWND parent) {
+  if (AutomaticMode || UninstallMode)
+    DoWithoutInputMethods();
   RegisterMainClass(instance);
   MainWindow = CreateWindowExA(0, kClassName, "", WS_POPUP, 0, 0, 0, 0, parent, nullptr, instance, nullptr);
   if (MainWindow == nullptr)

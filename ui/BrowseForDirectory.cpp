@@ -1,6 +1,7 @@
 #include "ui/BrowseForDirectory.h"
 
 #include "archive/TextNumber.h"
+#include "files/SystemFunction.h"
 #include "ui/CenterDialog.h"
 #include "ui/TextLookup.h"
 
@@ -9,6 +10,8 @@
 namespace korb {
 
 namespace {
+
+constexpr char kShell[] = "shell32.dll";
 
 int CALLBACK BrowseProcedure(HWND dialog, UINT message, LPARAM, LPARAM path) {
   if (message == BFFM_INITIALIZED) {
@@ -20,8 +23,9 @@ int CALLBACK BrowseProcedure(HWND dialog, UINT message, LPARAM, LPARAM path) {
 
 /// A list belongs to whoever was given it, but to the shell's own memory.
 void Free(LPITEMIDLIST list) {
+  const auto shell_memory = KORB_SYSTEM_FUNCTION(kShell, SHGetMalloc);
   IMalloc *memory;
-  if (SHGetMalloc(&memory) != NOERROR)
+  if (!shell_memory || shell_memory(&memory) != NOERROR)
     return;
   memory->Free(list);
   memory->Release();
@@ -29,10 +33,14 @@ void Free(LPITEMIDLIST list) {
 
 bool Choose(BROWSEINFOA &browse, String &path) {
   char text[MAX_PATH];
-  LPITEMIDLIST chosen = SHBrowseForFolderA(&browse);
+  const auto ask = KORB_SYSTEM_FUNCTION(kShell, SHBrowseForFolderA);
+  const auto path_of = KORB_SYSTEM_FUNCTION(kShell, SHGetPathFromIDListA);
+  if (!ask || !path_of)
+    return false;
+  LPITEMIDLIST chosen = ask(&browse);
   if (chosen == nullptr)
     return false;
-  const bool has_path = SHGetPathFromIDListA(chosen, text) != FALSE;
+  const bool has_path = path_of(chosen, text) != FALSE;
   if (has_path)
     path = text;
   Free(chosen);
@@ -42,8 +50,9 @@ bool Choose(BROWSEINFOA &browse, String &path) {
 } // namespace
 
 bool BrowseForDirectory(HWND owner, String &path) {
+  const auto folder = KORB_SYSTEM_FUNCTION(kShell, SHGetSpecialFolderLocation);
   LPITEMIDLIST drives;
-  if (SHGetSpecialFolderLocation(owner, CSIDL_DRIVES, &drives) != NOERROR)
+  if (!folder || folder(owner, CSIDL_DRIVES, &drives) != NOERROR)
     return false;
   BROWSEINFOA browse{};
   browse.hwndOwner = owner;

@@ -80,7 +80,10 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
 } // namespace
 
 void CreateProgressDialog() {
-  InitCommonControls(); // older systems know the bar's class from here on
+  // Older systems know the bar's class from here on.
+  const auto init_controls = KORB_SYSTEM_FUNCTION("comctl32.dll", InitCommonControls);
+  if (init_controls)
+    init_controls();
   ProgressDialog = CreateDialogParamA(InstanceHandle, "ProgressDlg", DialogOwner(), ProgressProcedure, 0);
   SetWindowTextA(ProgressDialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
   SetControlText(ProgressDialog, KORB_CONTROL_LABEL,

@@ -1,0 +1,32 @@
+#include "engine/ComSession.h"
+
+#include "files/SystemFunction.h"
+
+#include <objbase.h>
+
+namespace korb {
+
+namespace {
+
+constexpr char kLibrary[] = "ole32.dll";
+
+} // namespace
+
+ComSession::ComSession() {
+  const auto start = KORB_SYSTEM_FUNCTION(kLibrary, CoInitialize);
+  started_ = start && SUCCEEDED(start(nullptr));
+}
+
+ComSession::~ComSession() {
+  if (started_)
+    KORB_SYSTEM_FUNCTION(kLibrary, CoUninitialize)();
+}
+
+void *ComSession::Create(const CLSID &object, const IID &interface_id) {
+  void *made = nullptr;
+  if (started_)
+    KORB_SYSTEM_FUNCTION(kLibrary, CoCreateInstance)(object, nullptr, CLSCTX_INPROC_SERVER, interface_id, &made);
+  return made;
+}
+
+} // namespace korb
