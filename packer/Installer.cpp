@@ -94,6 +94,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   Installer installer;
   installer.executable = image.WithSection(static_cast<uint32_t>(used), static_cast<uint32_t>(raw));
   const size_t section = installer.executable.size();
+  installer.executable.reserve(section + std::max(raw, head + first));
   PutHeader(installer.executable, stored, payload, Checksum32(installer.executable), used);
   installer.executable.insert(installer.executable.end(), payload.stored.begin(),
                               payload.stored.begin() + static_cast<ptrdiff_t>(first));

@@ -271,6 +271,8 @@ int main(int argc, char **argv) {
           static_cast<Command *>(&verify), static_cast<Command *>(&extract)})
       if (command->options.parsed())
         return command->Run(OwnPath(argv[0])) ? 0 : 1;
+  } catch (const std::bad_alloc &) {
+    std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }

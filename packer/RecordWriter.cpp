@@ -1,5 +1,6 @@
 #include "packer/RecordWriter.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "packer/BlockEncoder.h"
@@ -11,6 +12,7 @@ namespace {
 
 // The unpacker counts the bits of a block in 31 bits.
 constexpr size_t kMaxPackedBlock = 0x0FFFFFFF;
+constexpr size_t kUsualRecord = 200; // bytes of a record beside the contents
 
 void PutRecord(Bytes &out, const FileEntry &file) {
   const std::string what = "file '" + file.name + "'";
@@ -44,6 +46,10 @@ void PutFileTime(Bytes &out, const FileTime &time) {
 
 Payload WritePayload(const Product &product, const Progress &progress) {
   Payload payload;
+  size_t expected = 0; // a block that grows as it is filled takes three times its size
+  for (const FileEntry &file : product.files)
+    expected += file.contents.size() + kUsualRecord;
+  payload.stored.reserve(std::min<size_t>(expected, INT32_MAX));
   for (const FileEntry &file : product.files) {
     if (file.contents.size() > kMaxFileSize)
       throw PackError("file '" + file.name + "' is larger than 1 GiB");
