@@ -51,6 +51,18 @@ void MakeVolatileKey(HKEY root, const char *path) {
   RegCloseKey(key);
 }
 
+/// The key becomes a link to one that can't be made.
+void MakeDeadLink(const std::string &path) {
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, path.c_str());
+  HKEY key;
+  REQUIRE(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS, nullptr,
+                          &key, nullptr) == ERROR_SUCCESS);
+  const wchar_t target[] = L"\\Registry\\Machine\\Nowhere\\Deeper";
+  RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE *>(target),
+                 sizeof target - sizeof(wchar_t));
+  RegCloseKey(key);
+}
+
 } // namespace
 
 TEST_CASE("products count the files that they share, and a product that comes again counts once") {
@@ -169,6 +181,7 @@ TEST_CASE("an installer that excludes a system refuses that one alone, in silenc
 TEST_CASE("whatever refuses is reported in its own words, and the rest is installed") {
   MakeVolatileKey(HKEY_LOCAL_MACHINE, "Software\\Refusing");
   MakeVolatileKey(HKEY_CLASSES_ROOT, "RefusingFile");
+  MakeDeadLink(kWindowsKey + "SharedDLLs");
   std::filesystem::create_directories("C:\\Refused\\KORBBAT.BAT"); // no batch can be written
   std::filesystem::create_directories("C:\\Refused\\Uninstall.DAT");
   WriteFileBytes("C:\\Refused\\file", "in the way");
@@ -190,7 +203,8 @@ TEST_CASE("whatever refuses is reported in its own words, and the rest is instal
             "\r\nNot installed: C:\\Refused\\file\\a.txt\r\n\r\n" + "Failed: E:\\large\r\n" + Words(ERROR_DISK_FULL) +
             "\r\n" + "Failed: C:\\Program Files\\Common Files\\Counted\\missing\\b.dat\r\n" +
             Words(ERROR_PATH_NOT_FOUND) +
-            "\r\nError creating registry keys:\r\nRefusing\\Key\r\n\r\n"
+            "\r\nRegistry error: unable to increment shared file reference counts.\r\n\r\n"
+            "Error creating registry keys:\r\nRefusing\\Key\r\n\r\n"
             "Failed to associate file type:  \".refuse\".\r\n\r\n" +
             "Failed: C:\\Refused\\Uninstall.DAT\r\n" + Words(ERROR_ACCESS_DENIED) + "\r\n");
 }
