@@ -3,6 +3,7 @@
 #include <chrono>
 #include <iterator>
 
+#include "archive/Format.h"
 #include "packer/CodePage.h"
 #include "packer/ReadFile.h"
 
@@ -90,6 +91,11 @@ fs::path ManifestContext::InputPath(const std::string &name) const {
 
 std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, Place place) {
   const fs::path path = InputPath(name);
+  std::error_code error;
+  if (const uintmax_t size = fs::file_size(path, error); !error && size > kMaxFileSize) {
+    findings.Error(place, "the file '" + name + "' is larger than 1 GiB, which no installer can hold");
+    return std::nullopt;
+  }
   auto bytes = ReadWholeFile(path);
   if (bytes)
     manifest.inputs.push_back(path);

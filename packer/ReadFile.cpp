@@ -14,9 +14,12 @@ std::optional<Bytes> ReadWholeFile(const fs::path &path) {
   Bytes bytes;
   if (!file)
     return std::nullopt;
-  bytes.resize(static_cast<size_t>(fs::file_size(path, error)));
+  const uintmax_t size = fs::file_size(path, error);
+  if (error || size > bytes.max_size()) // a 32-bit program would take the lower half of a larger size for the whole
+    return std::nullopt;
+  bytes.resize(static_cast<size_t>(size));
   file.read(reinterpret_cast<char *>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  if (error || static_cast<size_t>(file.gcount()) != bytes.size())
+  if (static_cast<size_t>(file.gcount()) != bytes.size())
     return std::nullopt;
   return bytes;
 }

@@ -198,6 +198,8 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
       {"[[language]]\ncodepage = 1252", "m:1:1: error: a [[language]] needs a 'name'\n"},
       {"[[file]]\nname = 'x'", "m:1:1: error: a [[file]] needs either 'source' or 'contents'\n"},
       {"[[file]]\nsource = 'no'", "m:2:10: error: can't read the file 'no'\n"},
+      {"[[file]]\nsource = 'huge'",
+       "m:2:10: error: the file 'huge' is larger than 1 GiB, which no installer can hold\n"},
       {"[[tree]]\ninto = 'x'", "m:1:1: error: a [[tree]] needs a 'source', the folder whose files it brings\n"},
       {"[[tree]]\nsource = 'no'", "m:2:10: error: can't list the folder 'no'\n"},
       {"[[tree]]\nsource = '.'\ninclude = '*.c'", "m:2:10: error: no file of '.' fits\n"},
@@ -209,6 +211,8 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
                                                  "'extension'?\n"},
   };
   const ManifestFolder folder;
+  folder.Write("huge", "");
+  std::filesystem::resize_file(folder.Path() / "huge", (uint64_t{1} << 32) + 5); // a hole; 5 bytes to 32 bits
   for (const auto &row : rows) {
     CAPTURE(row.manifest);
     std::string report = folder.Read(row.manifest).report;
