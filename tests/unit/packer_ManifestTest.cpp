@@ -6,6 +6,7 @@
 #include "packer/ManifestReader.h"
 #include "packer/Texts.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestData.h"
 
 using namespace korb;
 using packer::Findings;
@@ -150,72 +151,12 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
-  const struct {
-    const char *manifest;
-    const char *report;
-  } rows[] = {
-      {"[product\n", "m:1:9: error: Error while parsing table header: expected ']', saw '\\n'\n"},
-      {"[product]\nnmae = 'x'", "m:2:1: error: unknown key 'product.nmae'; did you mean 'name'?\n"},
-      {"[prodcut]\nname = 'x'", "m:1:2: error: unknown key 'prodcut'; did you mean 'product'?\n"},
-      {"[options]\nask_dir = true", "m:2:1: error: unknown key 'options.ask_dir'; did you mean 'ask_directory'?\n"},
-      {"[product]\nname = 5", "m:2:8: error: 'product.name' has to be a text, not an integer\n"},
-      {"product = 1", "m:1:11: error: 'product' has to be a table, not an integer\n"},
-      {"[options]\nuninstall = 'yes'", "m:2:13: error: 'options.uninstall' has to be true or false, not a text\n"},
-      {"[install]\nmin_phase_ms = 10000", "m:2:16: error: 'install.min_phase_ms' is out of range: 0 to 9999\n"},
-      {"[install]\nshortcuts = 'everyone'",
-       "m:2:13: error: 'install.shortcuts' doesn't know 'everyone' (user, all-users)\n"},
-      {"[product]\nexcluded_platforms = ['98', 'np4']", "m:2:29: error: 'product.excluded_platforms' doesn't know "
-                                                        "'np4'; did you mean 'nt4'? (other, win32s, 95, 98, me, "
-                                                        "nt3, nt4, 2000, xp)\n"},
-      {"[product]\nexpires = 'soon'",
-       "m:2:11: error: 'product.expires' has to be a date, a date and time, or \"none\"\n"},
-      {"[product]\nname = '日本'",
-       "m:2:8: error: '日' doesn't exist in code page 1252, in which the installer will show this text\n"},
-      {"[product]\ncodepage = 437", "m:2:12: error: the code page has to be one from 1250 to 1258\n"},
-      {"[product]\nname = \"a\\u0000b\"", "m:2:8: error: a text must not hold a character with the code 0\n"},
-      {"[appearance]\ntop_color = 'red'",
-       "m:2:13: error: 'appearance.top_color' has to be a colour like \"#1E90FF\"\n"},
-      {"[appearance]\nbackground = 'm.toml'", "m:2:14: error: 'm.toml' is no bitmap that can be shown\n"},
-      {"[uninstall]\nicon = 'm.toml'",
-       "m:2:8: error: 'm.toml' holds no icon of 32 by 32 pixels in 256 colours (2,216 bytes)\n"},
-      {"[uninstall]\npatch_offset = 9", "m:2:16: error: there is neither an icon nor a patch to put there\n"},
-      {"[pages]\nlicense = [1]", "m:2:12: error: 'pages.license' has to be a text or { file = \"...\" }\n"},
-      {"[pages]\nreadme = { file = 'gone.txt' }", "m:2:19: error: can't read the file 'gone.txt'\n"},
-      {"[product]\nlicense = 'x'", "m:2:1: error: unknown key 'product.license'; did you mean 'pages.license'?\n"},
-      {"[payload]\nvolume_size = '1.44MB'", "m:2:15: error: 'payload.volume_size' doesn't know '1.44MB'; did you mean "
-                                            "'1.44M'? (360K, 720K, 1.2M, 1.44M, 2.88M)\n"},
-      {"[[file]]\nsource = '*.txt'", "m:2:10: error: 'source' of a [[file]] names one file: for several, give a "
-                                     "[[tree]] their folder and 'include' the pattern\n"},
-      {"[[tree]]\nsource = '.'\ninclude = ['*.toml', '*.c']", "m:3:11: warning: no file of '.' fits '*.c'\n"},
-      {"[payload]\ncompression = 'bets'",
-       "m:2:15: error: 'payload.compression' doesn't know 'bets'; did you mean 'best'? (default, best)\n"},
-      {"[payload]\nfirst_part_size = 5", "m:2:19: error: 'payload.first_part_size' needs 'payload.volume_size'\n"},
-      {"[texts]\ntitel = 'x'", "m:2:1: error: unknown text 'titel'; a text has a name, or a number from 0 to 9999\n"},
-      {"[texts]\nok_buton = 'x'", "m:2:1: error: unknown text 'ok_buton'; did you mean 'ok_button'?\n"},
-      {"[texts]\n10000 = 'x'", "m:2:1: error: unknown text '10000'; a text has a name, or a number from 0 to 9999\n"},
-      {"[texts]\n[[language]]\nname='English'",
-       "m:1:1: error: with [[language]], its texts stand in [language.texts]\n"},
-      {"[[language]]\ncodepage = 1252", "m:1:1: error: a [[language]] needs a 'name'\n"},
-      {"[[file]]\nname = 'x'", "m:1:1: error: a [[file]] needs either 'source' or 'contents'\n"},
-      {"[[file]]\nsource = 'no'", "m:2:10: error: can't read the file 'no'\n"},
-      {"[[file]]\nsource = 'huge'",
-       "m:2:10: error: the file 'huge' is larger than 1 GiB, which no installer can hold\n"},
-      {"[[tree]]\ninto = 'x'", "m:1:1: error: a [[tree]] needs a 'source', the folder whose files it brings\n"},
-      {"[[tree]]\nsource = 'no'", "m:2:10: error: can't list the folder 'no'\n"},
-      {"[[tree]]\nsource = '.'\ninclude = '*.c'", "m:2:10: error: no file of '.' fits\n"},
-      {"[[file]]\nsource = 'm.toml'\ndate = 2001-01-01T00:00:00Z",
-       "m:3:8: error: a date is taken as local time wherever the product is installed: leave out the offset\n"},
-      {"[[delete]]\nname='x'\nvalue = 1.5", "m:3:9: error: 'delete.value' has to be a text, an integer or a date\n"},
-      {"[[association]]\nverb=1\nextention='x'", "m:2:6: error: 'association.verb' has to be a text, not an integer\n"
-                                                 "m:3:1: error: unknown key 'association.extention'; did you mean "
-                                                 "'extension'?\n"},
-  };
   const ManifestFolder folder;
   folder.Write("huge", "");
   std::filesystem::resize_file(folder.Path() / "huge", (uint64_t{1} << 32) + 5); // a hole; 5 bytes to 32 bits
-  for (const auto &row : rows) {
+  for (const test::ManifestRow &row : test::ManifestRows("manifest-faults.txt")) {
     CAPTURE(row.manifest);
-    std::string report = folder.Read(row.manifest).report;
+    const std::string report = folder.Read(row.manifest).report;
     CHECK(report.substr(0, report.find("m:1:1: warning: these texts")) == row.report);
   }
   Findings findings;

@@ -10,6 +10,7 @@
 #include "packer/InstallerReport.h"
 #include "packer/Starter.h"
 #include "tests/support/TempFolder.h"
+#include "tests/support/TestData.h"
 #include "tests/support/TestInstaller.h"
 
 using namespace korb;
@@ -116,19 +117,16 @@ TEST_CASE("volumes are looked for beside the installer, and only there") {
 TEST_CASE("every key of a manifest reaches the installer, and inspect tells it") {
   const Shelf shelf;
   shelf.WriteBytes("korb.exe", TestStub());
-  const char *folder = std::getenv("KORB_TEST_DATA");
-  REQUIRE(folder);
-  const std::filesystem::path data = (std::filesystem::exists("Z:\\") ? "Z:" : "") + std::string(folder);
   const auto setup = shelf.Path() / "setup.exe";
   std::ostringstream summary, problems, outline, expected;
   REQUIRE(
-      packer::BuildFromManifest({data / "every-key.toml", setup, shelf.Path() / "korb.exe", {}}, summary, problems));
+      packer::BuildFromManifest({TestData("every-key.toml"), setup, shelf.Path() / "korb.exe", {}}, summary, problems));
   CHECK(packer::InspectInstaller(setup, 1252, false, outline, problems));
   CHECK(problems.str() == "");
   const std::string told = outline.str().substr(outline.str().find("product\n"));
   if (std::getenv("KORB_REGENERATE"))
-    std::ofstream(data / "every-key.txt", std::ios::binary) << told;
-  expected << std::ifstream(data / "every-key.txt", std::ios::binary).rdbuf();
+    std::ofstream(TestData("every-key.txt"), std::ios::binary) << told;
+  expected << std::ifstream(TestData("every-key.txt"), std::ios::binary).rdbuf();
   CHECK(told == expected.str());
 }
 
