@@ -172,16 +172,6 @@ TEST_CASE("every machine packs the same bytes") {
   CHECK(korb::packer::Checksum32(packed) == 1055628561);
 }
 
-TEST_CASE("numbers take the shortest form that holds them") {
-  using namespace korb::packer;
-  CHECK(NumberBits(kLiteralCode, 3) == 3);
-  CHECK(NumberBits(kLiteralCode, 4) == 6);
-  CHECK(NumberBits(kLengthCode, 4) == 5);
-  CHECK(NumberBits(kDistanceCode, 4095) == 13);
-  CHECK(NumberBits(kDistanceCode, 4096) == 16);
-  CHECK(NumberBits(kFillCode, 0xFFFFFFFF) == 31 + 1 + 32);
-}
-
 TEST_CASE("the checksum sums dwords, then signed bytes, then the size; scrambling is its own inverse") {
   using korb::packer::Checksum32;
   const uint32_t start = 0x79E2BC9D;
