@@ -81,6 +81,7 @@ TEST_CASE(
       {"name = 'korbb.dll'\nkind = 'system'\ntarget = '%InstallDir%\\sys\\'", "C:\\Kinds\\sys\\korbb.dll", "", " "},
       {"name = 'korbc.dll'\nkind = 'system-com'", kSystem + "korbc.dll", "", "^"},
       {"name = 'korbd.dll'\nkind = 'system-com'\nkeep = true", kSystem + "korbd.dll", "", " "},
+      {"name = 'korbe.dll'\nkind = 'system'\nkeep = true", kSystem + "korbe.dll", "", " "},
   };
   std::string manifest = Product("Kinds"), list, shared;
   for (const auto &row : rows) {
@@ -99,6 +100,7 @@ TEST_CASE(
     if (row.shared)
       CHECK(MachineValue(kCounts, row.path) == "1");
   }
+  CHECK(InstallLog("C:\\Kinds\\un").find("Registering COM File \"" + kSystem + "korbd.dll\"") != std::string::npos);
   const std::string record = FileBytes("C:\\Kinds\\un\\Uninstall.DAT");
   const std::string lines_of_files = record.substr(0, record.find("\r\n\r\n[Strings]"));
   CHECK(lines_of_files.substr(0, list.size()) == list); // its rest is the shortcut of the startup file

@@ -1,5 +1,5 @@
-// What whole runs don't show of the placement: large and emptied files, writes that can't be read back, names without a
-// drive, and every word about a file in use.
+// What whole runs don't show of the placement: large and emptied files, writes that can't be read back, and names without
+// a drive.
 #include "archive/RunValues.h"
 #include "core/Windows.h"
 #include "engine/PlaceFile.h"
@@ -8,7 +8,6 @@
 #include "engine/UninstallList.h"
 #include "files/FileInfo.h"
 #include "packer/RecordWriter.h"
-#include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Testing.h"
 
@@ -29,8 +28,8 @@ struct Fixture {
     LanguageIndex = 0;
   }
 
-  bool Place(const char *name, const std::string &bytes, bool may_wait = false, const FileDate &date = kDate) {
-    return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, ErrorReport, 0, may_wait);
+  bool Place(const char *name, const std::string &bytes, const FileDate &date = kDate) {
+    return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, ErrorReport, 0, false);
   }
   /// Places one file with this name and target, as a payload brings it.
   void PlacePayload(const char *name, const char *target) {
@@ -64,7 +63,7 @@ TEST_CASE_FIXTURE(Fixture, "large files are written whole, emptied ones cut, and
     CHECK(folder.Read("a").empty());
   }
   FileDate date{};
-  CHECK(Values{Place("now", "x", false, FileDate{}), GetFileModified(Path("now"), date), date.year > 2020,
+  CHECK(Values{Place("now", "x", FileDate{}), GetFileModified(Path("now"), date), date.year > 2020,
                ErrorReport.is_empty(), LogText.is_empty()} == Values{1, 1, 1, 1, 1});
 }
 
@@ -73,19 +72,6 @@ TEST_CASE_FIXTURE(Fixture, "what can't be read back is reported without a word o
   CHECK_FALSE(PlaceFile("NUL", "x", 1, FileDate{}, ErrorReport, 0, true));
   CHECK(ErrorReport == "no file NUL\r\n\r\n");
   CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, ErrorReport, 0, false); }) == 5);
-}
-
-TEST_CASE_FIXTURE(Fixture, "a file in use is replaced at the next start, by one that the log names") {
-  folder.Write("a", "old");
-  const HeldFile held(Path("a"));
-  CHECK(Values{Place("a", "new", true), HasInstallFlag(IF_REBOOT_NEEDED), ErrorReport.is_empty()} == Values{0, 1, 1});
-  const std::string log = LogText.c_str();
-  const std::string told = Std(Path("a")) + " has been successfully registered for replacement.\r\nTemporary file is ";
-  REQUIRE(log.find(told) != std::string::npos);
-  const std::string rest = log.substr(log.find(told) + told.size()), temporary = rest.substr(0, rest.find("\r\n"));
-  CHECK(rest.substr(temporary.size()) == "\r\nReboot will be required.\r\n\r\n");
-  CHECK(std::filesystem::file_size(temporary) == 3);
-  std::filesystem::remove(temporary);
 }
 
 TEST_CASE_FIXTURE(Fixture, "a run that keeps no list of files lists none of its directories") {
