@@ -60,10 +60,8 @@ void PackPicture(PackedProduct &product, const std::string &picture) {
 /// The screen of a run that shows its notice.
 Screen Look(const std::string &appearance, const std::string &title, const std::string &picture = std::string(),
             bool is_sound = true) {
-  PackedProduct product("[product]\nname = \"Look\"\n[appearance]\n" + appearance +
-                        (picture.empty() || !is_sound ? "" : "\nbackground = \"picture.bmp\"") +
-                        "\n[options]\nnotice = true\n[texts]\nmain_title = \"" + title +
-                        "\"\nnotice = \"A notice.\"\n[[file]]\ncontents = \"\"\nname = \"empty\"\n");
+  PackedProduct product(ProductManifest("look") + "main_title = \"" + title + "\"\n[appearance]\n" + appearance +
+                        (picture.empty() || !is_sound ? "" : "\nbackground = \"picture.bmp\""));
   product.Write("picture.bmp", picture);
   if (is_sound)
     product.Pack();
@@ -126,12 +124,7 @@ void CheckGradient(const Screen &screen) {
 /// Takes the library of gradients from the program that is named setup.exe, where this Windows can do that.
 class WithoutGradients {
 public:
-  WithoutGradients() {
-    HKEY key;
-    RegCreateKeyA(HKEY_CURRENT_USER, kKey, &key);
-    RegSetValueExA(key, "msimg32", 0, REG_SZ, reinterpret_cast<const BYTE *>(""), 1);
-    RegCloseKey(key);
-  }
+  WithoutGradients() { SetRegistryText(HKEY_CURRENT_USER, kKey, "msimg32", ""); }
   ~WithoutGradients() { RegDeleteKeyA(HKEY_CURRENT_USER, kKey); }
 
 private:
@@ -183,13 +176,10 @@ TEST_CASE("a picture fills the background, and one that is cut short leaves it t
 }
 
 TEST_CASE("pixels that begin outside the picture end the run with one report") {
-  PackedProduct product("[product]\nname = \"Bad\"\n[options]\nnotice = true\n[texts]\nnotice = \"A notice.\"\n"
-                        "[[file]]\ncontents = \"\"\nname = \"empty\"\n");
+  PackedProduct product(ProductManifest("look"));
   PackPicture(product, Picture(40, 24, 1000000));
   Process setup = product.Start();
-  const auto box = WaitForWindow("FATAL ERROR");
-  REQUIRE(box);
-  CHECK(Click(*box, "OK"));
+  AnswerWindow("FATAL ERROR", "OK");
   CHECK(setup.Wait() == DWORD{1});
 }
 

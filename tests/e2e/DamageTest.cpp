@@ -3,8 +3,6 @@
 
 #include <filesystem>
 
-#include "packer/ConfigWriter.h"
-#include "packer/Installer.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/TestInstaller.h"
@@ -32,8 +30,11 @@ size_t ArchivePos(const Bytes &file) {
 }
 
 /// A setup.exe around the real program, with places to spoil it.
-struct Setup {
+struct Setup : TestInstaller {
   Setup() {
+    const std::string korb = FileBytes("korb.exe");
+    stub.assign(korb.begin(), korb.end());
+    product = {};
     product.name = "Damaged";
     product.flags = IF_VERIFY_STUB;
     product.languages = {{"English", std::vector<std::string>(72), {}}};
@@ -43,24 +44,12 @@ struct Setup {
     product.files = {file};
   }
 
-  void Write() const {
-    Bytes config = packer::WriteConfig(product);
-    if (spoil_config)
-      spoil_config(config);
-    packer::Payload payload = packer::WritePayload(product);
-    if (spoil_payload)
-      spoil_payload(payload.stored);
-    const std::string stub = FileBytes("korb.exe");
-    packer::Installer built = packer::AssembleInstaller(product, config, payload, Bytes(stub.begin(), stub.end()));
-    if (spoil)
-      spoil(built.executable);
-    WriteFileBytes(Path(), std::string(built.executable.begin(), built.executable.end()));
-  }
-
   /// Runs it with /a; what the first box says, or nothing when none came.
   std::string Run(const std::string &arguments = "/a") const {
-    Write();
-    Process process("\"" + Path() + "\" " + arguments, folder.Path().string());
+    const std::string path = (folder.Path() / "setup.exe").string();
+    const Bytes file = Build().executable;
+    WriteFileBytes(path, std::string(file.begin(), file.end()));
+    Process process("\"" + path + "\" " + arguments, folder.Path().string());
     std::string said;
     while (!process.Wait(0)) {
       if (const auto box = WaitForWindow("FATAL ERROR", 50)) {
@@ -72,18 +61,12 @@ struct Setup {
     return said;
   }
 
-  std::string Path() const { return (folder.Path() / "setup.exe").string(); }
-
   TempFolder folder;
-  packer::Product product;
-  void (*spoil_config)(Bytes &) = nullptr;
-  void (*spoil_payload)(Bytes &) = nullptr;
-  void (*spoil)(Bytes &) = nullptr;
 };
 
 template <size_t at, uint32_t value>
 void Header(Setup &setup) {
-  setup.spoil = [](Bytes &file) { Put(file, ArchivePos(file) + at, Raw(value)); };
+  setup.executable = [](Bytes &file) { Put(file, ArchivePos(file) + at, Raw(value)); };
 }
 
 } // namespace
@@ -95,16 +78,16 @@ TEST_CASE("each damage ends in a box with its number, and nothing is installed")
   };
   // One for each place that looks: every number has its test where installers are read.
   const Row rows[] = {
-      {"9", [](Setup &s) { s.spoil = [](Bytes &f) { Put(f, SectionEntry(f) + pe::kRawPointerAt, Raw(0)); }; }},
+      {"9", [](Setup &s) { s.executable = [](Bytes &f) { Put(f, SectionEntry(f) + pe::kRawPointerAt, Raw(0)); }; }},
       {"20", Header<header::kMagicAt, 0>},
       {"24", [](Setup &s) { s.product.license_pages.resize(21); }},
       {"28", Header<header::kSize, 0x40000001>},
-      {"32", [](Setup &s) { s.spoil_config = [](Bytes &c) { c.back() ^= 1; }; }},
-      {"40", [](Setup &s) { s.spoil = [](Bytes &f) { f[0x50] ^= 1; }; }}, // in the text that DOS would show
+      {"32", [](Setup &s) { s.config = [](Bytes &c) { c.back() ^= 1; }; }},
+      {"40", [](Setup &s) { s.executable = [](Bytes &f) { f[0x50] ^= 1; }; }}, // in the text that DOS would show
       {"47", Header<header::kConfigKeyAt, 1>},
       {"55", Header<header::kPayloadChecksumAt, 1>},
-      {"70", [](Setup &s) { s.spoil_payload = [](Bytes &p) { p[0] = 0; }; }},
-      {"100", [](Setup &s) { s.spoil_payload = [](Bytes &p) { p[100] ^= 1; }; }},
+      {"70", [](Setup &s) { s.payload = [](Bytes &p) { p[0] = 0; }; }},
+      {"100", [](Setup &s) { s.payload = [](Bytes &p) { p[100] ^= 1; }; }},
       {"110", [](Setup &s) { s.product.files[0].kind = 3; }},
   };
   for (const Row &row : rows) {
@@ -129,7 +112,7 @@ TEST_CASE("reports without a number say what is wrong") {
         "The installer version (11.0) does not match the version of KORB (11.0).  Close all applications "
         "and reinstall KORB.");
   Setup named;
-  named.spoil = [](Bytes &file) { file[SectionEntry(file)] = '?'; };
+  named.executable = [](Bytes &file) { file[SectionEntry(file)] = '?'; };
   CHECK(named.Run() ==
         "This program performs installations and uninstallations.\r\nThere is no installation archive "
         "present.\r\nNo Uninstallation parameters were specified.\r\n\r\nYou should not delete this program "

@@ -10,20 +10,6 @@ using namespace korb::test;
 
 namespace {
 
-const char kManifest[] = R"(
-[product]
-name = "Disks"
-[options]
-packed_payload = false
-ask_directory = false
-uninstall = false # a run that fails would leave the uninstaller to the next start, and restart the machine
-[payload]
-first_part_size = 10
-volume_size = 1000
-[[file]]
-source = "data.bin"
-)";
-
 const std::string kInstalled = "C:\\Program Files\\Disks\\data.bin";
 
 std::string Data() {
@@ -35,7 +21,7 @@ std::string Data() {
 
 /// A packed product whose disks lie in a drawer.
 struct Disks {
-  Disks() : product(kManifest) {
+  Disks() : product(ProductManifest("disks")) {
     product.Write("data.bin", Data());
     product.Pack();
     for (const char *disk : {"Setup2.KRB", "Setup3.KRB"})
@@ -52,10 +38,7 @@ struct Disks {
 
 /// Waits for the box that says `words`, has the answer given, and gives all that it said.
 std::string Answer(const std::string &words, const std::string &button) {
-  const auto box = WaitForWindow(words);
-  REQUIRE(box);
-  CHECK(Click(*box, button));
-  return box->Message();
+  return AnswerWindow(words, button).Message();
 }
 
 } // namespace

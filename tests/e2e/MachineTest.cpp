@@ -15,9 +15,7 @@ const std::string kFonts = "C:\\windows\\Fonts\\";
 
 std::string Product(const std::string &name, const std::string &more = "") {
   return "[product]\nname = \"" + name + "\"\n" + more + "[install]\ndirectory = 'C:\\" + name +
-         "'\ncommon_directory = 'Counted'\n[texts]\ninstalled_caption = \"<os>\"\nfile_failed = \"Failed:\"\n"
-         "directory_failed = \"No directory:\"\n[file_defaults]\ndate = 2005-05-05T05:05:04\n"
-         "[options]\nalways_log = true\n";
+         "'\ncommon_directory = 'Counted'\n[file_defaults]\ndate = 2005-05-05T05:05:04\n[options]\n";
 }
 
 std::string File(const std::string &lines) {
@@ -95,13 +93,7 @@ TEST_CASE("products count the files that they share, and a product that comes ag
 }
 
 TEST_CASE("libraries register themselves and fonts are made known, the broken ones to no harm") {
-  PackedProduct product(Product("Register") + "uninstall = false\n" +
-                        "[[file]]\nsource = 'atlas_com.dll'\nkind = 'system-com'\n" +
-                        File("name = 'no library.dll'\nkind = 'system-com'") +
-                        File("name = 'never.dll'\nkind = 'system-com'\ncondition = 'never'") +
-                        "[[file]]\nsource = 'atlas_core.dll'\nkind = 'system-com'\n" +
-                        "[[file]]\nsource = 'korb-blocks.ttf'\nkind = 'font'\nlabel = 'Korb Blocks'\n" +
-                        File("name = 'no font.ttf'\nkind = 'font'\nlabel = 'No Font'"));
+  PackedProduct product(ProductManifest("register"));
   for (const char *file : {"atlas_com.dll", "atlas_core.dll", "korb-blocks.ttf"})
     product.Write(file, FileBytes(file));
   product.Pack();
@@ -119,14 +111,7 @@ TEST_CASE("libraries register themselves and fonts are made known, the broken on
 
 TEST_CASE("one installer finds the folders and names the system on every version of it") {
   // Every folder that a batch is told, with the registry's answers and without them.
-  PackedProduct product(Product("Folders") +
-                        "uninstall = false\n[batch]\npost_install = '''\n"
-                        "echo %DesktopDir% %DesktopAllDir%>C:\\folders.txt\n"
-                        "echo %FavoritesAllDir% %DocumentDir%>>C:\\folders.txt\n"
-                        "echo %StartupAllDir% %MediaDir% %DeviceDir%>>C:\\folders.txt\n"
-                        "echo %ProgramsDir% %CommonDir% %SystemDir%>>C:\\folders.txt\n'''\n" +
-                        File("name = 'a.txt'\ntarget = '%SystemDir%\\korb.txt'") +
-                        File("name = 'b.txt'\ntarget = '%FontDir%\\korb.txt'"));
+  PackedProduct product(ProductManifest("folders"));
   for (const bool empty : {false, true}) {
     if (empty) {
       RegDeleteKeyA(HKEY_CURRENT_USER, (kWindowsKey + "Explorer\\Shell Folders").c_str());
@@ -185,12 +170,7 @@ TEST_CASE("whatever refuses is reported in its own words, and the rest is instal
   std::filesystem::create_directories("C:\\Refused\\KORBBAT.BAT"); // no batch can be written
   std::filesystem::create_directories("C:\\Refused\\Uninstall.DAT");
   WriteFileBytes("C:\\Refused\\file", "in the way");
-  PackedProduct product(
-      Product("Refused", "registry_key = 'Refusing\\Key'\n") +
-      "[batch]\npre_install = 'echo ran > C:\\refused-ran'\npost_install = 'echo ran > C:\\refused-ran'\n" +
-      File("name = 'file\\a.txt'") + "[[file]]\nsource = 'large'\ntarget = 'E:\\'\n" +
-      File("name = 'missing\\b.dat'\nkind = 'shared'") + File("name = 'last.txt'") +
-      "[[association]]\nextension = 'refuse'\nclass = 'RefusingFile'\nverb = 'open'\ncommand = 'x'\n");
+  PackedProduct product(ProductManifest("refused"));
   product.Write("large", std::string(500000, 'x'));
   product.Pack();
   REQUIRE(std::filesystem::exists("E:\\"));

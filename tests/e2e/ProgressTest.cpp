@@ -22,17 +22,6 @@ void PackSteps(PackedProduct &product) {
   product.Pack();
 }
 
-std::string Manifest(const char *options) {
-  return std::string("[product]\nname = \"Steps\"\n[install]\nmin_phase_ms = 250\n[options]\nuninstall = false\n"
-                     "ask_directory = false\n") +
-         options +
-         "\n[texts]\ninstall_title = \"Installing\"\ninstall_label = \"A label\"\nstep_payload = \"start\"\n"
-         "step_unpack = \"unpack\"\nstep_verify = \"100%% verified\"\nstep_shortcuts = \"shortcuts\"\n"
-         "step_record = \"end\"\ncancel_question = \"Really?\"\n"
-         "[[file]]\nsource = \"data.bin\"\nname = \"data.bin\"\n[[file]]\nsource = \"data.bin\"\nname = \"100% "
-         "%n%s%s.bin\"\n";
-}
-
 Window Dialog() {
   const auto dialog = WaitForWindow("A label");
   REQUIRE(dialog);
@@ -48,17 +37,14 @@ Window AskedToCancel() {
 }
 
 void EndInstallation(Process &setup) {
-  const auto done = WaitForWindow("OK");
-  REQUIRE(done);
-  CHECK(done->Find("OK"));
-  CHECK(Click(*done, "OK"));
+  AnswerWindow("OK", "OK");
   CHECK(setup.Wait() == DWORD{1});
 }
 
 } // namespace
 
 TEST_CASE("the steps come in their order, each with its place of the bar") {
-  PackedProduct product(Manifest(""));
+  PackedProduct product(ProductManifest("steps"));
   PackSteps(product);
   Process setup = product.Start();
   const Window dialog = Dialog();
@@ -101,7 +87,7 @@ TEST_CASE("the steps come in their order, each with its place of the bar") {
 }
 
 TEST_CASE("a cancel is asked for, and ends the run where it stands") {
-  PackedProduct product(Manifest(""));
+  PackedProduct product(ProductManifest("steps"));
   PackSteps(product);
   Process declined = product.Start();
   CHECK(Click(AskedToCancel(), "No"));
@@ -112,7 +98,7 @@ TEST_CASE("a cancel is asked for, and ends the run where it stands") {
 }
 
 TEST_CASE("an installation that can't be cancelled does not listen") {
-  PackedProduct product(Manifest("no_cancel = true"));
+  PackedProduct product(ProductManifest("steps") + "no_cancel = true");
   PackSteps(product);
   Process setup = product.Start();
   const Window dialog = Dialog();

@@ -49,7 +49,7 @@ const std::regex kDate("[0-9]+(/|-)[0-9A-Za-z]+(/|-)[0-9]+ [0-9]+:[0-9]+:[0-9]+[
 /// The Uninstall key of `name`, a line for each value.
 std::string KeyText(const std::string &name) {
   Snapshot key;
-  const std::string path = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + name;
+  const std::string path = kUninstallKey + name;
   AddKey(key, HKEY_LOCAL_MACHINE, path);
   std::string text;
   for (auto [value, what] : key) {
@@ -107,11 +107,8 @@ void InstallProduct(const std::string &name) {
   product.Install();
 }
 
-DWORD Count(const std::string &path) {
-  DWORD count = 0, size = sizeof count;
-  RegGetValueA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs", path.c_str(),
-               RRF_RT_REG_DWORD, nullptr, &count, &size);
-  return count;
+std::string Count(const std::string &path) {
+  return MachineValue("Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs", path);
 }
 
 } // namespace
@@ -138,10 +135,10 @@ TEST_CASE("two products leave what was there before, and the last takes what the
   CheckRecord("left-1", "C:\\Program Files\\Left", "Left");
   InstallProduct("right");
   CheckRecord("right", "C:\\Program Files\\Right", "Right");
-  CHECK(Count(kShared) == 2);
-  CHECK(Count(kMine) == 1);
+  CHECK(Count(kShared) == "2");
+  CHECK(Count(kMine) == "1");
   UninstallQuietly("Left");
-  CHECK(Count(kShared) == 1);
+  CHECK(Count(kShared) == "1");
   CHECK(FileBytes(kShared) == "shared");
   CHECK(DescribeFile(kMine) == "missing");
   UninstallQuietly("Right");
@@ -156,11 +153,11 @@ TEST_CASE("installing over an installation replaces the record, and counts what 
   const std::string record = FileBytes(home + "\\Uninstall.DAT");
   InstallProduct("left-1");
   CHECK(FileBytes(home + "\\Uninstall.DAT") == record);
-  CHECK(Count(kMine) == 1);
+  CHECK(Count(kMine) == "1");
   InstallProduct("left-2");
   CheckRecord("left-2", home, "Left");
-  CHECK(Count(kShared) == 1);
-  CHECK(Count(kMine) == 0);
+  CHECK(Count(kShared) == "1");
+  CHECK(Count(kMine) == "missing");
   UninstallQuietly("Left");
   CHECK(DescribeFile(kShared) == "missing");
   // The new record knows nothing of the old version's files.

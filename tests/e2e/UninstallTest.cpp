@@ -29,10 +29,8 @@ struct Installed {
 
 /// Waits for the box with these words, answers it, and gives what it says.
 std::string Answer(const std::string &words, const std::string &button) {
-  const auto box = WaitForWindow(words);
-  REQUIRE(box);
-  CHECK(Click(*box, button));
-  std::string said = box->title + ": " + box->Message();
+  const Window box = AnswerWindow(words, button);
+  std::string said = box.title + ": " + box.Message();
   said.erase(std::remove(said.begin(), said.end(), '\r'), said.end());
   return said;
 }
@@ -47,15 +45,10 @@ std::string Listed() {
 void RunCrafted(const std::string &location, const std::string &flags, const char *record) {
   fs::create_directories("C:\\Crafted\\un");
   fs::copy_file("korb.exe", "C:\\Crafted\\un\\Undo.exe", fs::copy_options::overwrite_existing);
-  HKEY key;
-  REQUIRE(RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Crafted", &key) ==
-          ERROR_SUCCESS);
   for (const auto &[name, value] : {std::pair<const char *, std::string>{"InstallLocation", location},
                                     {"ProductFlags", flags},
                                     {"UninstallSubdir", "un"}})
-    RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
-                   static_cast<DWORD>(value.size() + 1));
-  RegCloseKey(key);
+    SetRegistryText(HKEY_LOCAL_MACHINE, kUninstallKey + "Crafted", name, value);
   fs::remove("C:\\Crafted\\un\\Uninstall.DAT");
   if (record)
     WriteFileBytes("C:\\Crafted\\un\\Uninstall.DAT", record);
@@ -175,11 +168,7 @@ TEST_CASE("a directory goes whole, but never one that is not a product's") {
 }
 
 TEST_CASE("a product that is not there, or that does not say where, is refused") {
-  RegCloseKey([] {
-    HKEY key = nullptr;
-    RegCreateKeyA(HKEY_LOCAL_MACHINE, "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Blank", &key);
-    return key;
-  }());
+  SetRegistryText(HKEY_LOCAL_MACHINE, kUninstallKey + "Blank", "Nothing", "that says where");
   const std::pair<const char *, const char *> rows[] = {
       {"Nobody", "Error: No product named 'Nobody' is installed."},
       {"Blank", "Error: The uninstall information for Blank is corrupt.\n\nThe uninstallation cannot be performed."},

@@ -4,8 +4,6 @@
 #include <filesystem>
 #include <sstream>
 
-#include "packer/ConfigWriter.h"
-#include "packer/Installer.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
@@ -45,11 +43,8 @@ struct Setup {
 
   /// Builds it and starts it.
   Process Start(const std::string &arguments = std::string()) const {
-    const std::string stub = FileBytes("korb.exe");
-    const packer::Installer built = packer::AssembleInstaller(
-        product, packer::WriteConfig(product), packer::WritePayload(product), packer::Bytes(stub.begin(), stub.end()));
     const std::string path = (folder.Path() / "setup.exe").string();
-    WriteFileBytes(path, std::string(built.executable.begin(), built.executable.end()));
+    WriteInstaller(product, path);
     return Process("\"" + path + "\" " + arguments, folder.Path().string());
   }
 
@@ -76,11 +71,7 @@ bool Exists(const std::string &path) {
 }
 
 void SetValue(const std::string &key, const char *name, const std::string &value) {
-  HKEY handle;
-  RegCreateKeyA(HKEY_LOCAL_MACHINE, (kKey + key).c_str(), &handle);
-  RegSetValueExA(handle, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
-                 static_cast<DWORD>(value.size() + 1));
-  RegCloseKey(handle);
+  SetRegistryText(HKEY_LOCAL_MACHINE, kKey + key, name, value);
 }
 
 /// An installer with every page and question.

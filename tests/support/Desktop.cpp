@@ -1,6 +1,7 @@
 #include "tests/support/Desktop.h"
 
 #include <functional>
+#include <stdexcept>
 
 namespace korb::test {
 
@@ -122,6 +123,13 @@ bool Click(const Window &window, const std::string &button) {
   if (style == BS_PUSHBUTTON || style == BS_DEFPUSHBUTTON)
     WaitUntil(2000, [&] { return !IsWindow(window.handle) || !IsWindowEnabled(window.handle); });
   return true;
+}
+
+Window AnswerWindow(const std::string &words, const std::string &button) {
+  const std::optional<Window> window = WaitForWindow(words);
+  if (!window || !Click(*window, button))
+    throw std::runtime_error(window ? "no button " + button + " in " + window->Describe() : "no window: " + words);
+  return *window;
 }
 
 bool SetText(const Window &window, int id, const std::string &value) {

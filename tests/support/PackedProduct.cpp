@@ -40,10 +40,8 @@ void PackedProduct::PackSpoiled(const std::function<void(packer::Product &)> &sp
   packer::Findings findings;
   packer::Product product = packer::ReadManifest(folder_.Path() / "manifest.toml", {}, findings).product;
   spoil(product);
-  const std::string stub = FileBytes((OwnFolder() / "korb.exe").string());
-  const packer::Bytes file = packer::BuildInstaller(product, packer::Bytes(stub.begin(), stub.end())).executable;
   installer_ = (folder_.Path() / "setup.exe").string();
-  WriteFileBytes(installer_, std::string(file.begin(), file.end()));
+  WriteInstaller(product, installer_);
 }
 
 Process PackedProduct::Start(const std::string &arguments) const {
@@ -54,6 +52,12 @@ void PackedProduct::Install() const {
   Process installer = Start("/a");
   if (!installer.Wait())
     throw std::runtime_error("the installer does not come to an end");
+}
+
+void WriteInstaller(const packer::Product &product, const std::string &path) {
+  const std::string stub = FileBytes((OwnFolder() / "korb.exe").string());
+  const packer::Bytes file = packer::BuildInstaller(product, packer::Bytes(stub.begin(), stub.end())).executable;
+  WriteFileBytes(path, std::string(file.begin(), file.end()));
 }
 
 std::string ProductManifest(const std::string &name) {
@@ -81,12 +85,17 @@ std::string MachineValue(const std::string &key, const std::string &name) {
   return type == REG_DWORD ? std::to_string(value.number) : value.text;
 }
 
+void SetRegistryText(HKEY root, const std::string &key, const std::string &name, const std::string &value) {
+  HKEY handle;
+  if (RegCreateKeyA(root, key.c_str(), &handle) != ERROR_SUCCESS)
+    throw std::runtime_error("can't make the key " + key);
+  RegSetValueExA(handle, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
+                 static_cast<DWORD>(value.size() + 1));
+  RegCloseKey(handle);
+}
+
 void SetWindowsVersion(const std::string &program, const std::string &version) {
-  HKEY key;
-  RegCreateKeyA(HKEY_CURRENT_USER, ("Software\\Wine\\AppDefaults\\" + program).c_str(), &key);
-  RegSetValueExA(key, "Version", 0, REG_SZ, reinterpret_cast<const BYTE *>(version.c_str()),
-                 static_cast<DWORD>(version.size() + 1));
-  RegCloseKey(key);
+  SetRegistryText(HKEY_CURRENT_USER, "Software\\Wine\\AppDefaults\\" + program, "Version", version);
 }
 
 std::string FileBytes(const std::string &path) {

@@ -39,6 +39,9 @@ private:
   std::string installer_;
 };
 
+/// Builds an installer of `product` around the real program, whatever the packer's checks would say.
+void WriteInstaller(const packer::Product &product, const std::string &path);
+
 /// The manifest of that name among tests/e2e/products.
 std::string ProductManifest(const std::string &name);
 
@@ -47,6 +50,9 @@ std::string InstallLog(const std::string &home);
 
 /// A text or number below HKEY_LOCAL_MACHINE; "missing" when it isn't there.
 std::string MachineValue(const std::string &key, const std::string &name);
+
+/// Sets a text of a key, which is made when there is none.
+void SetRegistryText(HKEY root, const std::string &key, const std::string &name, const std::string &value);
 
 /// What the system of a program of this name says that it is, as Wine calls it: "win98".
 void SetWindowsVersion(const std::string &program, const std::string &version);

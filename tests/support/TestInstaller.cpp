@@ -37,7 +37,7 @@ Bytes TestStub() {
   Put(stub, kPeOffset + pe::kInitializedDataSizeAt, Raw(0x800));
   Put(stub, optional + 32, Raw(0x1000) + Raw(0x200)); // alignments in memory and file
   Put(stub, optional + 56, Raw(0x5000) + Raw(0x400)); // sizes of image and headers
-  Put(stub, optional + 92, Raw(16));                   // data directories
+  Put(stub, optional + 92, Raw(16));                  // data directories
   for (int32_t i = 0; i < 4; ++i)
     Put(stub, kSectionEntry - static_cast<size_t>((4 - i) * pe::kSectionEntrySize),
         std::string("part") + static_cast<char>('0' + i) + std::string(3, '\0') + Raw(0x200) + Raw(0x1000 * (i + 1)) +
@@ -107,7 +107,7 @@ packer::Installer TestInstaller::Build() const {
   packer::Payload files = packer::WritePayload(product);
   if (payload)
     payload(files.stored);
-  packer::Installer installer = packer::AssembleInstaller(product, stream, files, TestStub());
+  packer::Installer installer = packer::AssembleInstaller(product, stream, files, stub);
   installer.executable.insert(installer.executable.end(), tail.begin(), tail.end());
   if (executable)
     executable(installer.executable);

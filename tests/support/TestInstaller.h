@@ -38,6 +38,7 @@ struct TestInstaller {
   TestInstaller();
 
   packer::Product product;                 ///< has something in every field
+  Bytes stub = TestStub();                 ///< the program that carries it
   std::function<void(Bytes &)> config;     ///< spoils the plain configuration
   std::function<void(Bytes &)> payload;    ///< spoils the payload before its checksum is taken
   std::function<void(Bytes &)> executable; ///< spoils the finished file

@@ -2,18 +2,13 @@
 
 #include <stdexcept>
 
+#include "tests/support/PackedProduct.h"
+
 namespace korb::test {
 
 std::string UninstallValue(const std::string &name, const char *value) {
-  const std::string key = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\" + name;
-  HKEY opened;
-  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, key.c_str(), 0, KEY_READ, &opened))
-    return std::string();
-  char text[5000] = "";
-  DWORD size = sizeof text - 1;
-  RegQueryValueExA(opened, value, nullptr, nullptr, reinterpret_cast<BYTE *>(text), &size);
-  RegCloseKey(opened);
-  return text;
+  const std::string text = MachineValue(kUninstallKey + name, value);
+  return text == "missing" ? "" : text;
 }
 
 void UninstallQuietly(const std::string &name) {

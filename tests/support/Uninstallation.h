@@ -7,6 +7,9 @@
 
 namespace korb::test {
 
+/// Below which each product has its own key.
+inline const std::string kUninstallKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+
 /// A text of the Uninstall key of `name`; empty when there is none.
 std::string UninstallValue(const std::string &name, const char *value);
 
