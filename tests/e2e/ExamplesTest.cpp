@@ -2,11 +2,9 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <sstream>
 
-#include "packer/Build.h"
 #include "packer/InstallerReport.h"
 #include "tests/support/PackedProduct.h"
 
@@ -16,23 +14,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The folder of an example, on the drive that leads to the machine's own files.
-fs::path Example(const std::string &name) {
-  const char *examples = std::getenv("KORB_EXAMPLES");
-  REQUIRE(examples);
-  return "Z:" + std::string(examples) + "/" + name;
-}
-
 // Builds `name` into a folder of its own, which is given, has it verified, and installs it silently.
 fs::path InstallExample(const std::string &name) {
-  const fs::path folder = fs::path("C:\\") / name, setup = folder / "setup.exe";
-  fs::create_directories(folder);
-  std::ostringstream summary, problems;
-  REQUIRE(packer::BuildFromManifest({Example(name) / "setup.toml", setup, "korb.exe", {}}, summary, problems));
-  CHECK(problems.str() == "");
-  CHECK(packer::VerifyInstaller(setup, summary));
-  Run("\"" + setup.string() + "\" /a", folder.string());
-  return folder;
+  const fs::path setup = BuildExample(name);
+  std::ostringstream told;
+  CHECK(packer::VerifyInstaller(setup, told));
+  Run("\"" + setup.string() + "\" /a", setup.parent_path().string());
+  return setup.parent_path();
 }
 
 } // namespace

@@ -5,9 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <regex>
-#include <sstream>
 
-#include "packer/Build.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
 #include "tests/support/Uninstallation.h"
@@ -18,30 +16,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A folder of this machine, on the drive that leads there.
-fs::path Given(const char *variable) {
-  const char *folder = std::getenv(variable);
-  REQUIRE(folder);
-  return "Z:" + std::string(folder);
-}
-
 /// Compares `text` with the file of this name, which has no carriage returns; with KORB_REGENERATE set, writes it.
 void CheckWhole(const char *name, const std::string &text) {
-  const fs::path path = Given("KORB_E2E") / "expected" / name;
+  const fs::path path = GivenFolder("KORB_E2E") / "expected" / name;
   const std::string shown = std::regex_replace(text, std::regex("\r"), "");
   CHECK(std::count(text.begin(), text.end(), '\n') == std::count(text.begin(), text.end(), '\r'));
   if (std::getenv("KORB_REGENERATE"))
     WriteFileBytes(path.string(), shown);
   CHECK(shown == FileBytes(path.string()));
-}
-
-std::string BuildExample(const std::string &name) {
-  const fs::path setup = fs::path("C:\\") / name / "setup.exe";
-  fs::create_directories(setup.parent_path());
-  std::ostringstream summary, problems;
-  REQUIRE(packer::BuildFromManifest({Given("KORB_EXAMPLES") / name / "setup.toml", setup, "korb.exe", {}}, summary,
-                                    problems));
-  return setup.string();
 }
 
 const std::regex kDate("[0-9]+(/|-)[0-9A-Za-z]+(/|-)[0-9]+ [0-9]+:[0-9]+:[0-9]+[ap]");
@@ -114,8 +96,8 @@ std::string Count(const std::string &path) {
 } // namespace
 
 TEST_CASE("a product that uses everything leaves the machine as it was") {
-  Run(BuildExample("hello") + " /a"); // its master product
-  const std::string setup = BuildExample("full");
+  Run(BuildExample("hello").string() + " /a"); // its master product
+  const std::string setup = BuildExample("full").string();
   DestroyWindow(CreateWindowA("STATIC", "", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr)); // starts the desktop
   const Snapshot before = TakeSnapshot();
   Run(setup + " /a");

@@ -60,11 +60,26 @@ void WriteInstaller(const packer::Product &product, const std::string &path) {
   WriteFileBytes(path, std::string(file.begin(), file.end()));
 }
 
-std::string ProductManifest(const std::string &name) {
-  const char *folder = std::getenv("KORB_E2E");
+std::filesystem::path GivenFolder(const char *variable) {
+  const char *folder = std::getenv(variable);
   if (folder == nullptr)
-    throw std::runtime_error("KORB_E2E does not name the folder of the tests");
-  return FileBytes("Z:" + std::string(folder) + "/products/" + name + ".toml");
+    throw std::runtime_error(std::string(variable) + " does not name a folder of the tests");
+  return "Z:" + std::string(folder);
+}
+
+std::filesystem::path BuildExample(const std::string &name) {
+  const std::filesystem::path setup = std::filesystem::path("C:\\") / name / "setup.exe";
+  std::filesystem::create_directories(setup.parent_path());
+  std::ostringstream summary, problems;
+  packer::BuildFromManifest({GivenFolder("KORB_EXAMPLES") / name / "setup.toml", setup, "korb.exe", {}}, summary,
+                            problems);
+  if (!problems.str().empty())
+    throw std::runtime_error(problems.str());
+  return setup;
+}
+
+std::string ProductManifest(const std::string &name) {
+  return FileBytes((GivenFolder("KORB_E2E") / "products" / (name + ".toml")).string());
 }
 
 std::string InstallLog(const std::string &home) {

@@ -42,6 +42,13 @@ private:
 /// Builds an installer of `product` around the real program, whatever the packer's checks would say.
 void WriteInstaller(const packer::Product &product, const std::string &path);
 
+/// The folder that an environment variable of the tests names, on the drive that leads to the machine's own files.
+std::filesystem::path GivenFolder(const char *variable);
+
+/// Builds the example of that name into a folder of its own on C:, and gives its setup.exe. Throws std::runtime_error with
+/// all that the packer complains of.
+std::filesystem::path BuildExample(const std::string &name);
+
 /// The manifest of that name among tests/e2e/products.
 std::string ProductManifest(const std::string &name);
 

@@ -234,35 +234,6 @@ TEST_CASE_FIXTURE(Fixture, "what can't be done now is left to the next start") {
   DeleteFileA(ini);
 }
 
-// Wine's registry makes an old system of the next process of this name; a real one is what it is.
-TEST_CASE_FIXTURE(Fixture, "Windows 9x finds its moves in wininit.ini" * doctest::skip()) {
-  REQUIRE((GetVersion() & 0x80000000) != 0);
-  folder.Write("a new file", "x");
-  const String from = Path("a new file");
-  CHECK(DeleteOrSchedule(from, DEL_AT_RESTART));
-  CHECK(MoveOrSchedule(from, Path("missing"), MV_AT_RESTART));
-  CHECK(PendingMoves().find("a new file") == std::string::npos);
-  String text;
-  const String ini = PathJoin(WindowsDirectory, "wininit.ini");
-  CHECK(ReadWholeFile(ini, text) == 0);
-  CHECK(ShortPath(from) != from); // long names do not exist yet when the system reads this
-  CHECK(text == "\r\n[rename]\r\n" + Path("missing") + "=" + ShortPath(from) + "\r\nNUL=" + ShortPath(from));
-  DeleteFileA(ini);
-}
-
-TEST_CASE("Windows 9x is given its moves in another way") {
-  if (!GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version"))
-    return;
-  InitPaths();
-  const String key = "Software\\Wine\\AppDefaults\\" + ProgramName;
-  HKEY handle;
-  REQUIRE(RegCreateKeyA(HKEY_CURRENT_USER, key, &handle) == 0);
-  RegSetValueExA(handle, "Version", 0, REG_SZ, reinterpret_cast<const BYTE *>("win98"), 6);
-  RegCloseKey(handle);
-  CHECK(RunProcess(ProgramPath + " --no-skip -tc=\"Windows 9x finds*\"", RP_WAIT, nullptr) == 0);
-  RegDeleteKeyA(HKEY_CURRENT_USER, key);
-}
-
 TEST_CASE_FIXTURE(Fixture, "a process is awaited and gives its code") {
   const String shell = CommandInterpreter + " /c exit 6";
   CHECK(RunProcess(shell, RP_WAIT | RP_HIDE, nullptr) == 6);
