@@ -21,23 +21,38 @@ namespace korb {
 namespace {
 
 constexpr DWORD kWaitStep = 50; // milliseconds
+constexpr DWORD kFrame = 16;    // nobody sees what is replaced sooner
 
 // Keeps its value when the dialog goes: a position posted to a window that is gone harms nothing.
 HWND ProgressBar = nullptr;
 uint32_t PhaseStart = 0;
 
-int32_t ShownPercent = 0;
+int32_t Percent = 0, ShownPercent = 0;
 String StepText;
-uint32_t StepTextTick = 0; ///< when it was last shown
 bool StepTextWaits = false;
+uint32_t ShownTick = 0; ///< when anything was last shown
 
-void ShowStepText() {
-  if (!StepTextWaits || ProgressDialog == nullptr)
+void ShowState() {
+  if (ProgressDialog == nullptr)
     return;
-  SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
-  UpdateWindow(ProgressDialog);
-  StepTextTick = GetTickCount();
-  StepTextWaits = false;
+  ShownTick = GetTickCount();
+  if (Percent != ShownPercent) {
+    PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(Percent), 0);
+    ShownPercent = Percent;
+  }
+  if (StepTextWaits) {
+    StepTextWaits = false;
+    SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
+    UpdateWindow(ProgressDialog);
+  }
+}
+
+// Painting takes longer than writing a small file, and a look for messages a tenth of it.
+void ShowInTime() {
+  if (GetTickCount() - ShownTick < kFrame)
+    return;
+  ShowState();
+  PumpMessages();
 }
 
 /// Some systems paint the bar from a theme's pictures, which takes as long as writing thirty files. An empty name would
@@ -65,6 +80,8 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
   if (message == WM_INITDIALOG) {
     CenterDialog(dialog);
     MakeBar(dialog);
+    SetWindowTextA(dialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
+    SetControlText(dialog, KORB_CONTROL_LABEL, TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
     SetControlText(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
     if (UninstallMode || HasInstallFlag(IF_NO_CANCEL))
       EnableWindow(GetDlgItem(dialog, KORB_CONTROL_CANCEL), FALSE);
@@ -85,9 +102,6 @@ void CreateProgressDialog() {
   if (init_controls)
     init_controls();
   ProgressDialog = CreateDialogParamA(InstanceHandle, "ProgressDlg", DialogOwner(), ProgressProcedure, 0);
-  SetWindowTextA(ProgressDialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
-  SetControlText(ProgressDialog, KORB_CONTROL_LABEL,
-                 TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
 }
 
 void DestroyProgressDialog() {
@@ -96,13 +110,10 @@ void DestroyProgressDialog() {
   ProgressDialog = nullptr;
 }
 
-// Painting a text takes longer than writing a small file. Nobody reads one that is replaced within the same tick.
 void SetStepTextArgs(const char *format, const FormatArgs &args) {
   StepText.format_args(format, args);
   StepTextWaits = true;
-  if (GetTickCount() != StepTextTick)
-    ShowStepText();
-  PumpMessages();
+  ShowInTime();
 }
 
 void StartPhase() {
@@ -111,25 +122,22 @@ void StartPhase() {
 
 void SetStepText(int32_t number) {
   StartPhase();
-  StepTextTick = PhaseStart - 1; // a phase's own text is always shown
+  ShownTick = PhaseStart - kFrame; // a phase's own text is always shown
   SetStepTextFormat(TextLookup(number));
 }
 
 void SetProgress(int32_t percent) {
-  if (ProgressBar != nullptr && percent != ShownPercent) {
-    PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
-    ShownPercent = percent;
-  }
-  PumpMessages();
+  Percent = percent;
+  ShowInTime();
 }
 
 void SetStep(int32_t number, int32_t percent) {
+  Percent = percent;
   SetStepText(number);
-  SetProgress(percent);
 }
 
 void WaitPhase(int32_t milliseconds) {
-  ShowStepText();
+  ShowState();
   if (AutomaticMode)
     return;
   for (int32_t i = 0; i < milliseconds && !PumpMessages() && PhaseHasTimeLeft(PhaseStart, GetTickCount(), milliseconds);

@@ -1,7 +1,7 @@
 // What the user sees of a run's course: a step text and a bar, and time enough to read them.
 //
-// Whatever shows something here, or waits, keeps the windows alive by pumping messages, so a confirmed cancel may end the
-// process in it. Without a dialog nothing is shown, and the run goes on as with one.
+// Whatever shows something here, or waits, keeps the windows alive by pumping messages, once for each frame of a screen at
+// most, so a confirmed cancel may end the process in it. Without a dialog nothing is shown, and the run goes on as with one.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +13,10 @@ namespace korb {
 void CreateProgressDialog();
 void DestroyProgressDialog();
 
-/// Shows a formatted line as the step text: at once, or, when one was shown within the same tick of the clock, only if no
-/// other follows before the phase ends.
+// A step text and a place of the bar are shown at once, or, where something was shown within the last frame of a screen,
+// as far as nothing newer has come by the next of these calls. WaitPhase shows what still waits.
+
+/// Shows a formatted line as the step text.
 void SetStepTextArgs(const char *format, const FormatArgs &args);
 template <class... T>
 void SetStepTextFormat(const char *format, const T &...values) {
@@ -23,11 +25,11 @@ void SetStepTextFormat(const char *format, const T &...values) {
 
 /// Starts a phase, whose time WaitPhase counts.
 void StartPhase();
-/// Starts a phase and shows text `number` of the archive, which is a format without arguments.
+/// Starts a phase and shows text `number` of the archive, a format without arguments, at once.
 void SetStepText(int32_t number);
 /// Moves the bar; 0 to 100.
 void SetProgress(int32_t percent);
-/// SetStepText, then SetProgress.
+/// SetStepText and SetProgress, both at once.
 void SetStep(int32_t number, int32_t percent);
 
 /// Waits until the phase has lasted `milliseconds`, so that a quick one stays readable. Returns at once in
