@@ -23,8 +23,7 @@ namespace {
 constexpr DWORD kWaitStep = 50; // milliseconds
 constexpr DWORD kFrame = 16;    // nobody sees what is replaced sooner
 
-// Keeps its value when the dialog goes: a position posted to a window that is gone harms nothing.
-HWND ProgressBar = nullptr;
+HWND ProgressBar = nullptr; // keeps its value when the dialog goes
 uint32_t PhaseStart = 0;
 
 int32_t Percent = 0, ShownPercent = 0;
@@ -36,7 +35,7 @@ void ShowState() {
   if (ProgressDialog == nullptr)
     return;
   ShownTick = GetTickCount();
-  if (Percent != ShownPercent) {
+  if (Percent != ShownPercent && ProgressBar != nullptr) {
     PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(Percent), 0);
     ShownPercent = Percent;
   }
