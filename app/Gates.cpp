@@ -39,7 +39,7 @@ bool AgreesToReinstall(const EarlierInstallation &earlier) {
 } // namespace
 
 void RefuseExpired(const InstallConfig &config) {
-  if (!config.expiry_date.is_invalid() && Now().date.compare(config.expiry_date) > 0)
+  if (!config.expiry_date.is_invalid() && today().compare(config.expiry_date) > 0)
     Refuse("%s", TextLookup(kTextExpired));
 }
 

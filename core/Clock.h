@@ -7,5 +7,9 @@ namespace korb {
 
 /// Local date and time.
 DateTime Now();
+/// The date of it.
+inline Date today() {
+  return Now().date;
+}
 
 } // namespace korb

@@ -18,9 +18,9 @@ int64_t Distance(int64_t a, int64_t b) {
   return a < b ? b - a : a - b;
 }
 
-/// Sunday is 1. What lies before the calendar is no weekday at all.
+/// Sunday is 1. No date has no weekday, and what lies before the calendar may have none.
 int32_t WeekdayOf(int32_t julian) {
-  return static_cast<int32_t>((int64_t{julian} + 2) % 7) + 1;
+  return julian == 0 ? 0 : static_cast<int32_t>((int64_t{julian} + 2) % 7) + 1;
 }
 
 int32_t ExpandYear(int32_t year, int32_t current_year) {

@@ -17,7 +17,8 @@ struct Date {
   int32_t year = 0;    ///< all digits
   int32_t weekday = 0; ///< 1 Sunday to 7 Saturday
 
-  /// Stores the three and works out the others; a month below 1 leaves those as they are.
+  /// Stores the three and works out the others; a month below 1 leaves those as they are, and a day whose number 32 bits
+  /// can't hold has none and is_invalid.
   void set(int32_t month_value, int32_t day_value, int32_t year_value);
   /// As `set`; a year of 100 or below goes to the century that brings it nearest to `current_year`.
   void set_expanded(int32_t month_value, int32_t day_value, int32_t year_value, int32_t current_year);
@@ -32,7 +33,8 @@ struct Date {
   /// `d dd D DD m mm M MM w ww W WW y yy Y YY`; null or empty takes "m/d/y". There is no escape: every such letter is
   /// replaced, all else is copied.
   String format(const char *format_text) const;
-  /// The same without D and Y, which are copied: a program that calls this one alone need not carry their words.
+  /// The same without D and Y, which are copied: a program that calls this one alone need not carry their words. The
+  /// format is not null, and an empty one gives an empty text.
   String format_plain(const char *format_text) const;
 
   /// False only for a day that the calendar has.

@@ -69,7 +69,7 @@ public:
   void assign(const char *p, int32_t n = STRING_ALL);
   void assign_char(char c);
   /// Copies up to the first NUL, at most `max` bytes.
-  void assign_limited(const char *p, int32_t max);
+  void assign_limited(const char *p, int32_t max = STRING_ALL);
   /// As `assign`; false, and the string as it was, when the heap refuses.
   bool try_assign(const char *p, int32_t n);
   /// Takes over the heap block `p` of `n` bytes (malloc); `n` below 1 frees it.
@@ -113,6 +113,7 @@ public:
   bool try_set_length(int32_t n);
   /// Lengthens by `n` and gives the old length, where the new bytes stand. Not above 0 changes nothing.
   int32_t grow_by(int32_t n);
+  /// Lengthens by `n`; false, and the string as it was, when `n` is negative or the heap refuses.
   bool try_grow_by(int32_t n);
   /// Lengthens to `n` where shorter; never cuts.
   void ensure_length(int32_t n);
@@ -134,6 +135,7 @@ public:
   int32_t find_char(char c, int32_t start = 0, uint32_t flags = 0) const;
   /// The last one at or before `start`. Of the flags, FIND_SKIP_QUOTED counts.
   int32_t rfind_char(char c, int32_t start = STRING_ALL, uint32_t flags = 0) const;
+  /// The first byte that is in `set`, or is not. An empty set holds nothing, a null one finds nothing; a NUL is in none.
   int32_t find_any(const char *set, int32_t start = 0) const;
   int32_t find_not_in(const char *set, int32_t start = 0) const;
   int32_t find_space() const { return find_any(" \r\n\t"); }
@@ -142,7 +144,10 @@ public:
   /// LINE_... flags.
   int32_t find_line_end(int32_t start, uint32_t flags) const;
 
-  /// Replaces `remove` bytes at `pos` by `n` bytes of `src`, which may lie in this string.
+  // The splices, insertions and erasures take `pos` from 0 to the length and change nothing with another. Their source
+  // may lie in this string; a null one inserts nothing.
+
+  /// Replaces `remove` bytes at `pos`, or what is left of so many, by `n` bytes of `src`.
   void splice(int32_t pos, int32_t remove, const char *src, int32_t n);
   void splice_string(int32_t pos, int32_t remove, const String &other);
   void splice_text(int32_t pos, int32_t remove, const char *text);
@@ -151,7 +156,7 @@ public:
   void insert_string(const String &other, int32_t pos, int32_t max = STRING_ALL);
   void insert_text(const char *text, int32_t pos, int32_t max = STRING_ALL);
   void prepend(const char *text) { splice_text(0, 0, text); }
-  void erase(int32_t pos, int32_t count) { splice(pos, count, nullptr, 0); }
+  void erase(int32_t pos, int32_t count = STRING_ALL) { splice(pos, count, nullptr, 0); }
   void erase_to_end(int32_t pos) { erase(pos, STRING_ALL); }
   void append(const char *p, int32_t n);
   String &operator+=(char c);
@@ -164,11 +169,13 @@ public:
   void remove_last_if(char c);
   /// Without regard to case; false when it does not start so, or nothing is compared.
   bool remove_prefix(const char *text, int32_t max = STRING_ALL);
+  /// Takes off the first byte when it is in `set`; false when it is not.
   bool remove_first_in_set(const char *set);
   /// Takes off one leading `/` or `-`.
   bool strip_switch_char() { return remove_first_in_set("/-"); }
   /// Removes every `c` from `start` to the end and gives their number. `count` only decides whether at all.
   int32_t remove_char(char c, int32_t start = 0, int32_t count = STRING_ALL);
+  /// Removes the first `max` matches and gives their number; what closes up over a removal is not searched again.
   int32_t remove_all(const char *text, int32_t max = STRING_ALL, bool case_sensitive = true);
   /// Cuts from the first `c` to the end; false when there is none.
   bool cut_after_char(char c);

@@ -43,7 +43,7 @@ void DeleteOldFiles(Vector<FileDeletion> &records) {
     ExpandPathVariables(record.name);
     NormalisePath(record.name, InstallDir.c_str());
     FileInfo info;
-    if (GetFileInfo(record.name.c_str(), &info) && IsDeletionDue(record, info.modified, info.size, Now().date.year))
+    if (GetFileInfo(record.name.c_str(), &info) && IsDeletionDue(record, info.modified, info.size, today().year))
       DeleteOldFile(record.name.c_str(), (record.options & kDeleteAtRestart) != 0);
   }
 }

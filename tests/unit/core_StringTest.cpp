@@ -213,6 +213,7 @@ TEST_CASE("edits of the ends, of characters and of line ends") {
       {"banana", [](String &s) { CHECK(s.remove_char('a', 6) == 0); }, "banana"},
       {"aabb", [](String &s) { CHECK(s.remove_all("ab") == 1); }, "ab"},
       {"abABab", [](String &s) { CHECK(s.remove_all("AB", 2, false) == 2); }, "ab"},
+      {"ababab", [](String &s) { CHECK(s.remove_all(s.c_str() + 4) == 3); }, ""},
       {"a;b;c", [](String &s) { CHECK(s.cut_after_char(';')); }, "a"},
       {"abc", [](String &s) { CHECK_FALSE(s.cut_after_char(';')); }, "abc"},
       {"\"a\"", [](String &s) { s.quote(); }, "\"\"a\"\""},
