@@ -22,6 +22,7 @@ struct Date {
   void set(int32_t month_value, int32_t day_value, int32_t year_value);
   /// As `set`; a year of 100 or below goes to the century that brings it nearest to `current_year`.
   void set_expanded(int32_t month_value, int32_t day_value, int32_t year_value, int32_t current_year);
+  /// Stores the day number and works out the others; 0 clears them.
   void set_julian(int32_t n);
   void clear() { *this = Date(); }
 
@@ -42,6 +43,7 @@ struct Date {
   /// -1, 0 or 1 by the day; an invalid date is below every valid one and equal to another invalid one.
   int32_t compare(const Date &other) const;
 
+  /// By the Julian calendar before 1582.
   static bool is_leap(int32_t year);
   /// 0 for a month that does not exist.
   static int32_t days_in_month(int32_t month, int32_t year);
@@ -76,9 +78,12 @@ struct DateTime {
   /// The letters of both; null or empty takes kDateTimeFormat.
   String format(const char *format_text) const;
   String format_plain(const char *format_text) const; ///< as that of a Date
+  /// By the date, then by the three fields of the time.
   int32_t compare(const DateTime &other) const;
 
+  /// Cleared when `file_date` is none.
   static DateTime from(const FileDate &file_date);
+  /// None when the date is invalid; midnight when only the time is.
   FileDate to_file_date() const;
 };
 

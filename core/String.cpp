@@ -99,7 +99,7 @@ bool String::try_assign(const char *p, int32_t n) {
   }
   if (n == STRING_ALL)
     n = text_length(p);
-  if (p >= data_ && p < data_ + length_) {
+  if (owns(p)) {
     String copy;
     if (!copy.try_assign(p, n))
       return false;

@@ -87,8 +87,9 @@ TEST_CASE("a string takes its contents from anywhere, itself included") {
       {[](String &s) { s.assign_limited("abc", 2); }, "ab"},
       {[](String &s) { s.assign_limited("abc", STRING_ALL); }, "abc"},
       {[](String &s) { s.assign_limited("a\0c", 3); }, "a"},
-      {[](String &s) { s.assign("a\0c", 3); }, "a\0c"s},
-      {[](String &s) { CHECK(s.try_assign(s.c_str() + 2, 1)); }, "c"},
+      {[](String &s) { s.assign("a\0cd", 4); }, "a\0cd"s},
+      {[](String &s) { s.set_length(1); }, "a"},
+      {[](String &s) { CHECK(s.try_assign(s.c_str() + 2, 2)); }, "cd"}, // still in the block
       {[](String &s) { CHECK(s.try_assign("new text", STRING_ALL)); }, "new text"},
       {[](String &s) { CHECK(s.try_assign(nullptr, 4)); }, ""},
       {[](String &s) { s = static_cast<const char *>(nullptr); }, ""}};
