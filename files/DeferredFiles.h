@@ -13,12 +13,14 @@ inline constexpr uint32_t MV_NO_OVERWRITE = 0x2;      ///< refuse when the targe
 inline constexpr uint32_t MV_CREATE_DIRECTORY = 0x4;  ///< make the target's directories
 inline constexpr uint32_t MV_AT_RESTART = 0x8;
 
-/// True when the file is gone, or with DEL_AT_RESTART when its end is registered.
+/// True when the file is gone, or with DEL_AT_RESTART when its end is registered. False for a file that is missing or
+/// held, with the system's error standing; at the restart neither needs to be a refusal.
 bool DeleteOrSchedule(const char *path, uint32_t flags);
 /// Moves a file, over an existing target unless told otherwise. With MV_AT_RESTART the target goes at once if it can,
 /// and true means that the move is registered. False for equal names and a missing source too.
 bool MoveOrSchedule(const char *source, const char *target, uint32_t flags);
-/// Registers a move in wininit.ini; a left side of NUL deletes. False, with no error standing, when a side is blank.
+/// Registers a move in wininit.ini; a left side of NUL deletes. False when the file can't be read or
+/// written, and, with no error standing, when a side is blank.
 bool AddWininitRename(const char *left, const char *right);
 
 } // namespace korb

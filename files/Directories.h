@@ -5,8 +5,9 @@
 
 namespace korb {
 
+/// Empty when the system can't say.
 String CurrentDirectory();
-/// True when the directory can be entered; the current one is moved there and back.
+/// True when the directory can be entered; the current one is moved there and back. False for null or empty too.
 bool DirectoryExists(const char *path);
 /// The same, and no box of the system complains of a drive without a disk.
 bool QuietDirectoryExists(const char *path);

@@ -311,14 +311,12 @@ int32_t DiskFile::PopPosition() {
 }
 
 bool DiskFile::Truncate() {
-  if (!can_write_ || (!handle_ && !in_memory_))
-    return false;
   if (in_memory_) {
     memory_.Truncate();
     memory_dirty_ = true;
     return true;
   }
-  return SetEndOfFile(handle_) != 0;
+  return can_write_ && handle_ && SetEndOfFile(handle_);
 }
 
 bool DiskFile::Flush() {

@@ -89,11 +89,13 @@ public:
 
   /// -1 when nothing is open.
   virtual int32_t Tell();
+  /// True while a byte can be read; false when nothing is open.
   virtual bool HasMore();
   /// Bytes; -1 when nothing is open or the file is too large.
   int32_t Size();
+  /// Bytes from the start. False when nothing is open or the offset is negative; in memory also beyond the end.
   bool Seek(int32_t offset);
-  /// 0 is the end itself.
+  /// 0 is the end itself; false as above.
   bool SeekFromEnd(int32_t offset);
   bool Rewind() { return Seek(0); }
   /// Saves the position and gives it.
@@ -112,23 +114,26 @@ public:
   /// The whole file; false for a null `text` too.
   bool ReadAll(String *text);
 
-  /// From the position up to a NUL, which is consumed, or to the end.
+  /// From the position up to a NUL, which is consumed, or to the end; empty when nothing is open.
   String ReadCString();
 
+  /// Makes `text` all that the file holds. False at the first step that fails, with those before it done.
   bool ReplaceContents(const String &text);
-  /// Cuts the file at the position. False without write access.
+  /// Cuts the file at the position. False without write access; in memory always true, though without write access the
+  /// cut never reaches the disk.
   bool Truncate();
+  /// Waits until the disk has everything. False when no file is open on disk or the system refuses.
   bool Flush();
   /// True when the file is empty, can't be read, or ends in CR or LF.
   bool EndsLine();
   /// Ends the last line if it is not ended. False when nothing is open or the write fails.
   bool EnsureNewline();
-  /// Sets the time of the last write; creation and access stay. Without `flush` nobody waits for the disk: the system
-  /// keeps a time that was set by hand, whatever of this handle's writes is still on its way.
+  /// Sets the time of the last write, as local time; creation and access stay. Without `flush` nobody waits for the disk:
+  /// the system keeps a time that was set by hand, whatever of this handle's writes is still on its way.
   bool SetModified(const FileDate &date, bool flush = true);
   /// From here on everything happens in memory, and Close writes the changes back. False when the file can't be read.
   bool LoadToMemory();
-  /// Releases one byte range; the system's offsets.
+  /// Releases `length` bytes from `offset` on. False without a handle or a length, or when no such range is locked.
   bool Unlock(uint32_t offset, uint32_t length);
 
   /// What was really opened or tried, temporary names included.

@@ -5,7 +5,7 @@
 
 namespace korb {
 
-/// Of the first letter of `path`.
+/// True when the system knows the drive that the first character of `path` names, a disk in it or not.
 bool DriveExists(const char *path);
 /// Bytes on the volume at `root` ("c:\"): free ones, whoever may use them, and all. Either may be null. False when the
 /// system can't say.

@@ -21,7 +21,8 @@ String ProgramRelative(const char *name);
 /// NormalisePath against that directory.
 bool NormaliseToProgram(String &path);
 
-/// Replaces the environment's variables. False, and the text as it was, when it gets too long.
+/// Replaces the environment's variables. False, and the text as it was, when it gets longer than
+/// 31,999 characters.
 bool ExpandEnvironment(String &text);
 /// The path by its short names, where it has them; else the path. Empty for an empty one.
 String ShortPath(const char *path);

@@ -13,7 +13,7 @@ inline constexpr uint32_t RP_HIDE = 0x10;
 inline constexpr uint32_t RP_MAXIMIZE = 0x20; ///< wins over minimise, which wins over hide
 inline constexpr uint32_t RP_MINIMIZE = 0x40;
 inline constexpr uint32_t RP_REPORT = 0x80; ///< a failed start shows a box
-inline constexpr uint32_t RP_PUMP = 0x100;  ///< keep the windows alive while waiting
+inline constexpr uint32_t RP_PUMP = 0x100;  ///< keep the windows alive while waiting; nothing without RP_WAIT
 
 inline constexpr int32_t kProcessNotStarted = INT32_MIN;
 /// Started, but its end was not awaited or its code is not known.

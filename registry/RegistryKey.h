@@ -79,6 +79,7 @@ public:
   void Close();
   void CloseAll();
 
+  /// False for a key that may not be opened with full access, and for null or empty.
   static bool KeyExists(RegistryHandle root, const char *subkey);
   static bool SoftwareKeyExists(const char *path, bool current_user);
   bool ValueExists(const char *name) const;
@@ -86,6 +87,7 @@ public:
   int32_t SubKeyCount() const;
   /// No subkeys and no values; false when no key is open.
   bool IsEmpty() const;
+  /// The same of a key below; false when it can't be opened.
   bool IsChildEmpty(const char *subkey);
   /// Appends the names and gives how many.
   int32_t EnumerateSubKeys(Vector<String> &names) const;
@@ -101,6 +103,7 @@ public:
   /// The same with key and value name in one path.
   void ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback, uint32_t options);
 
+  // False when no key is open or the system refuses; with RK_DELETE_EMPTY also when there was nothing to delete.
   bool WriteString(const char *name, const String &text, uint32_t options);
   bool WriteNumber(const char *name, int32_t number, uint32_t options);
   bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value, 0); }

@@ -36,7 +36,8 @@ char BootDriveLetter();
 
 // What the machine tells, apart from the folders themselves.
 
-/// A text of the registry by its path, root and value name included; empty when it is missing.
+/// A text of the registry by its path below the root, value name included; empty when it is missing. Looking for it
+/// creates its key.
 String MachineSetting(const char *path);
 String UserSetting(const char *path);
 /// What the system gives as its own directory; may be empty.

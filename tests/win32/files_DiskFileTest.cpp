@@ -236,6 +236,13 @@ TEST_CASE_FIXTURE(Fixture, "a file in memory reaches the disk at its close") {
   CHECK(Values{clean.IsOpen(), clean.Size()} == Values{1, 6});
   char c;
   CHECK_FALSE(clean.Read(&c, 1));
+
+  // What nobody may write can still be cut in memory; the disk keeps it.
+  DiskFile read_only;
+  REQUIRE(read_only.Open(file, DF_READ_SHARED | DF_IN_MEMORY, kNormal) == OPEN_OK);
+  CHECK(Values{read_only.Seek(2), read_only.Truncate(), read_only.Size()} == Values{1, 1, 2});
+  read_only.Close();
+  CHECK(Contents(file) == "01AB45");
 }
 
 TEST_CASE_FIXTURE(Fixture, "the date of a file is local time") {
