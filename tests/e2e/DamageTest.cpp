@@ -108,15 +108,13 @@ TEST_CASE("each damage ends in a box with its number, and nothing is installed")
 TEST_CASE("reports without a number say what is wrong") {
   Setup newer;
   Header<header::kVersionAt, 1102>(newer);
-  CHECK(newer.Run() ==
-        "The installer version (11.0) does not match the version of KORB (11.0).  Close all applications "
-        "and reinstall KORB.");
+  CHECK(newer.Run() == "The installer version (11.0) does not match the version of KORB (11.0).  Close all "
+                       "applications and reinstall KORB.");
   Setup named;
   named.executable = [](Bytes &file) { file[SectionEntry(file)] = '?'; };
   CHECK(named.Run() ==
-        "This program performs installations and uninstallations.\r\nThere is no installation archive "
-        "present.\r\nNo Uninstallation parameters were specified.\r\n\r\nYou should not delete this program "
-        "or execute it directly.");
+        "This program performs installations and uninstallations.\r\nThere is no installation archive present.\r\nNo "
+        "Uninstallation parameters were specified.\r\n\r\nYou should not delete this program or execute it directly.");
   Setup usage;
   CHECK(
       usage.Run("bogus") ==

@@ -42,9 +42,8 @@ TEST_CASE("batches run at their moments, and the program of /r only behind a cle
   CHECK(product.Start(install).Wait());
   std::filesystem::remove("C:\\autoexec.bat");
   CHECK(FileBytes("C:\\Batches\\un\\Install.LOG")
-            .ends_with(
-                "\r\n\r\nUnable to modify C:\\autoexec.bat.  You will need to manually add C:\\Batches to the PATH "
-                "environment variable.\r\n\r\n"));
+            .ends_with("\r\n\r\nUnable to modify C:\\autoexec.bat.  You will need to manually add C:\\Batches to the "
+                       "PATH environment variable.\r\n\r\n"));
   Sleep(300);
   CHECK(FileBytes("C:\\batches.txt") == clean + "pre C:\\Batches \r\npost \r\nfinal \r\n");
 }

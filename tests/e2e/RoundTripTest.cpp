@@ -76,10 +76,6 @@ void CheckAsBefore(const Snapshot &before) {
   }
 }
 
-void SetDefault(const char *key, const char *value) {
-  RegSetValueA(HKEY_CLASSES_ROOT, key, REG_SZ, value, static_cast<DWORD>(strlen(value)));
-}
-
 const char kShared[] = "C:\\Program Files\\Common Files\\Pair\\pair.dll";
 const char kMine[] = "C:\\Program Files\\Common Files\\Pair\\mine.dll";
 
@@ -109,9 +105,9 @@ TEST_CASE("a product that uses everything leaves the machine as it was") {
 }
 
 TEST_CASE("two products leave what was there before, and the last takes what they share") {
-  SetDefault(".had", "Had.Owner");
-  SetDefault("Had.Owner", "Had");
-  SetDefault("Had.Owner\\shell\\open\\command", "before %1");
+  SetRegistryText(HKEY_CLASSES_ROOT, ".had", "", "Had.Owner");
+  SetRegistryText(HKEY_CLASSES_ROOT, "Had.Owner", "", "Had");
+  SetRegistryText(HKEY_CLASSES_ROOT, "Had.Owner\\shell\\open\\command", "", "before %1");
   const Snapshot before = TakeSnapshot();
   InstallProduct("left-1");
   CheckRecord("left-1", "C:\\Program Files\\Left", "Left");

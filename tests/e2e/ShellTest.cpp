@@ -72,10 +72,6 @@ std::string Classes(std::initializer_list<const char *> names) {
   return text;
 }
 
-void SetClass(const char *key, const char *text) {
-  REQUIRE(RegSetValueA(HKEY_CLASSES_ROOT, key, REG_SZ, text, 0) == ERROR_SUCCESS);
-}
-
 /// The list of what goes at uninstall.
 std::string Recorded(const std::string &home) {
   const std::string record = FileBytes(home + "\\Uninstall.DAT");
@@ -138,12 +134,12 @@ TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in i
 
 TEST_CASE("file types keep what they replace, the first time only, and other languages are left out") {
   PackedProduct product(ProductManifest("types"));
-  SetClass(".owned", "TheirFile");
-  SetClass(".foreign", "ForeignFile");
-  SetClass("ForeignFile", "A foreign file");
-  SetClass("ForeignFile\\DefaultIcon", "their.ico");
-  SetClass("ForeignFile\\shell\\view\\command", "their view");
-  SetClass(".bare", "");
+  SetRegistryText(HKEY_CLASSES_ROOT, ".owned", "", "TheirFile");
+  SetRegistryText(HKEY_CLASSES_ROOT, ".foreign", "", "ForeignFile");
+  SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile", "", "A foreign file");
+  SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile\\DefaultIcon", "", "their.ico");
+  SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile\\shell\\view\\command", "", "their view");
+  SetRegistryText(HKEY_CLASSES_ROOT, ".bare", "", "");
   product.Pack();
   const std::string expected = "[.free] FreeFile\n"
                                "[.owned] FreeFile was TheirFile\n"

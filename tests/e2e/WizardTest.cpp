@@ -58,12 +58,9 @@ Window Answer(const std::string &step) {
   std::istringstream parts(step);
   std::string words, button, typed;
   std::getline(std::getline(parts, words, '|'), button, '|');
-  const auto window = WaitForWindow(words);
-  REQUIRE(window);
-  if (std::getline(parts, typed))
+  if (const auto window = WaitForWindow(words); window && std::getline(parts, typed))
     CHECK(SetText(*window, kDirectory, typed));
-  CHECK(Click(*window, button));
-  return *window;
+  return AnswerWindow(words, button);
 }
 
 bool Exists(const std::string &path) {

@@ -105,29 +105,16 @@ TEST_CASE("a text is held to the arguments that it is given") {
 }
 
 TEST_CASE("patterns choose files as authors expect") {
-  const struct {
+  struct Row {
     const char *path, *pattern;
     bool fits;
-  } rows[] = {
-      {"a.txt", "*.txt", true},
-      {"d/a.txt", "*.txt", true},
-      {"d/a.txt", "/*.txt", false},
-      {"d/a.txt", "d/*", true},
-      {"d/e/a.txt", "d/*", false},
-      {"d/e/a.txt", "d/**", true},
-      {"a.txt", "**/a.txt", true},
-      {"d/e/a.txt", "**/a.txt", true},
-      {"d/ba.txt", "**/a.txt", false},
-      {"d/x/e/a", "d/**/e/a", true},
-      {"d/e/a", "d/**/e/a", true},
-      {"a.TXT", "*.txt", false},
-      {"ab", "a?", true},
-      {"a/", "a?", false},
-      {"abc", "a*c*", true},
-      {"", "*", true},
-      {"a", "", false},
   };
-  for (const auto &row : rows) {
+  for (const Row &row : {Row{"a.txt", "*.txt", true}, Row{"d/a.txt", "*.txt", true}, Row{"d/a.txt", "/*.txt", false},
+                         Row{"d/a.txt", "d/*", true}, Row{"d/e/a.txt", "d/*", false}, Row{"d/e/a.txt", "d/**", true},
+                         Row{"a.txt", "**/a.txt", true}, Row{"d/e/a.txt", "**/a.txt", true},
+                         Row{"d/ba.txt", "**/a.txt", false}, Row{"d/x/e/a", "d/**/e/a", true},
+                         Row{"d/e/a", "d/**/e/a", true}, Row{"a.TXT", "*.txt", false}, Row{"ab", "a?", true},
+                         Row{"a/", "a?", false}, Row{"abc", "a*c*", true}, Row{"", "*", true}, Row{"a", "", false}}) {
     CAPTURE(row.path);
     CAPTURE(row.pattern);
     CHECK(packer::MatchesPattern(row.path, row.pattern) == row.fits);

@@ -131,12 +131,10 @@ TEST_CASE("a stub that can't carry an archive is refused with the reason") {
   } rows[] = {
       {0, "XX", "the stub is no program"},
       {pe::kHeaderOffsetAt, test::Raw(0x3F),
-       "the stub has its PE header at an unusual place, where the installer would "
-       "take it for damage"},
+       "the stub has its PE header at an unusual place, where the installer would take it for damage"},
       {kPeOffset, "NE", "the stub is no PE file"},
       {kPeOffset + pe::kSectionCountAt, test::Raw<uint16_t>(3),
-       "the stub has fewer than 4 or more than 98 sections: its "
-       "uninstaller would take itself for damage"},
+       "the stub has fewer than 4 or more than 98 sections: its uninstaller would take itself for damage"},
       {kPeOffset + pe::kOptionalHeaderAt, test::Raw<uint16_t>(0x20B), "the stub is no 32-bit program"},
       {kPeOffset + pe::kOptionalHeaderAt + 32, test::Raw(0x1001), "the stub has unusable alignments"},
       {kSectionEntry + 79, "x", "the stub has no room for another section header"},

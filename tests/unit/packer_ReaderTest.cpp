@@ -52,13 +52,11 @@ TEST_CASE("verify names the damage that the installer would report") {
       {"PE headers, archive section: the PE header is out of place (damage code 43)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, 0x3C, Raw(0x10)); }; }},
       {"PE headers, archive section: the file is cut off: 1 bytes of the archive's section are missing, so Windows "
-       "won't "
-       "start it",
+       "won't start it",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
       {"PE headers, archive section: This program performs installations and uninstallations. There is no installation "
        "archive present. No Uninstallation parameters were specified.  You should not delete this program or execute "
-       "it "
-       "directly.",
+       "it directly.",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kSectionEntry, ".other"); }; }},
       {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},

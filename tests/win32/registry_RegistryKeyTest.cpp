@@ -98,8 +98,7 @@ TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for")
           key.ReadValue("missing", value, RK_REQUIRED);
         }) == "The following registry key is required by KORB Installer, but is invalid or does not exist:\n\n"
               "HKEY_CURRENT_USER\\Software\\KorbTestmissing\n\nIf you have tried moving this program to a different "
-              "computer by "
-              "copying files, this will not work.  This program must be reinstalled.");
+              "computer by copying files, this will not work.  This program must be reinstalled.");
 }
 
 TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {

@@ -104,9 +104,8 @@ TEST_CASE("the search path gets the directory once, and loses it again") {
   }
 
   REQUIRE(DeleteFileA(kAutoexec));
-  CHECK(EditAutoexecPath(false) ==
-        "Unable to modify C:\\autoexec.bat.  You will need to manually remove c:\\windows from "
-        "the PATH environment variable.\r\n\r\n");
+  CHECK(EditAutoexecPath(false) == "Unable to modify C:\\autoexec.bat.  You will need to manually remove c:\\windows "
+                                   "from the PATH environment variable.\r\n\r\n");
   CHECK(Values{FileExists(kAutoexec), EditAutoexecPath(true).is_empty()} == Values{0, 1});
   CHECK(UpperContents(kAutoexec) == Upper(String("\r\n") + line));
   REQUIRE(DeleteFileA(kAutoexec));
