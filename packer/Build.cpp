@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr char kStrict[] = "nothing is written: with --strict, warnings are errors";
+
 // An icon without a place goes over the one of the stub's own that has the same form.
 void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
   const bool wanted = product.Has(IF_UNINSTALL) && !product.stub_patch.empty();
@@ -86,14 +88,16 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     else if (!findings.HasErrors())
       LocatePatch(product, StubImage(*stub), findings);
     problems << findings.Report(ShowPath(request.manifest));
-    if (findings.HasErrors() || (request.strict && !findings.IsEmpty()))
+    if (findings.HasErrors())
       return false;
+    if (request.strict && !findings.IsEmpty())
+      throw PackError(kStrict);
     const Installer installer = BuildInstaller(product, *stub, request.progress);
     if (product.Has(IF_UNINSTALL) && installer.tail_size > 0) {
       problems << ShowPath(request.manifest) << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
                << " bytes of the payload stay in the uninstaller\n";
       if (request.strict)
-        return false;
+        throw PackError(kStrict);
     }
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
     manifest.inputs.push_back(request.stub);

@@ -12,7 +12,8 @@ void Findings::Merge(const Findings &others) {
     if (finding.severity == Severity::kError)
       wrong.emplace(key(finding.place));
   for (const Finding &finding : others.list_)
-    if (!wrong.contains(key(finding.place)))
+    if (!wrong.contains(key(finding.place)) &&
+        (finding.severity == Severity::kError || finding.place.line != 0 || wrong.empty()))
       list_.push_back(finding);
 }
 

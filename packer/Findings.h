@@ -23,7 +23,8 @@ public:
   void Error(Place place, std::string message) { list_.push_back({Severity::kError, place, std::move(message)}); }
   void Warn(Place place, std::string message) { list_.push_back({Severity::kWarning, place, std::move(message)}); }
 
-  /// Adds what `others` holds, without what stands at the place of an error: that is most likely its consequence.
+  /// Adds what `others` holds, without what stands at the place of an error, or is warned of the product as a whole
+  /// when there are errors: that is most likely their consequence.
   void Merge(const Findings &others);
 
   /// Where the names of all keys that a manifest was asked for are gathered, if anywhere.

@@ -38,6 +38,10 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   CheckVariables(deletion.name, deletion.place, "old file: ", findings);
   if (deletion.name == kDeletionsEnd)
     error("this name ends the list");
+  if (deletion.name.find_first_of("*?") != deletion.name.npos)
+    error("'*' and '?' choose no files here: name them one by one");
+  if (deletion.kind == kDeleteAlways && !deletion.value.empty())
+    findings.Warn(deletion.place, "old file '" + deletion.name + "': without a 'when' it goes whatever its 'value'");
   if (deletion.kind >= kDeleteDateEqual && deletion.kind <= kDeleteDateUpTo && !IsDateText(deletion.value))
     error("its condition needs a date");
   if (deletion.kind >= kDeleteSizeEqual && deletion.kind <= kDeleteSizeUpTo) {
@@ -56,6 +60,8 @@ void CheckAssociation(const Association &association, const Product &product, Fi
   };
   if (association.extension.empty())
     error("without an extension it is passed over");
+  if (association.extension.find_first_of("*?") != std::string::npos)
+    error("an extension is one name such as 'txt', without '*' or '?'");
   if (IsBlank(association.verb))
     error("it has no verb, so the uninstaller can't take it back");
   for (const std::string *text : {&association.command, &association.icon})
@@ -92,6 +98,9 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
     findings.Warn(value.place, what + "the installer writes its own value over it");
   if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value, UINT32_MAX))
     findings.Error(value.place, what + "the number doesn't fit into 32 bits");
+  if (value.kind == kUninstallNumber && !IsBlank(value.value) &&
+      value.value.find_first_of("0123456789") == std::string::npos)
+    findings.Error(value.place, what + "'" + value.value + "' is no number");
 }
 
 void CheckCount(size_t count, size_t most, const char *what, Findings &findings) {

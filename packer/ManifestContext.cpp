@@ -64,8 +64,14 @@ std::string ManifestContext::Text(ManifestTable &table, std::string_view key, st
 }
 
 std::string ManifestContext::TextOrFile(const toml::node &node, const std::string &name, int page) {
-  if (const auto *text = node.as_string())
-    return WithDosLineEnds(Convert(text->get(), PlaceOf(node), page));
+  if (const auto *text = node.as_string()) {
+    const std::string &word = text->get();
+    if (std::error_code error;
+        !word.empty() && word.find_first_of(" \t\r\n") == word.npos && fs::is_regular_file(InputPath(word), error))
+      findings.Warn(PlaceOf(node),
+                    "'" + word + "' is the text itself: the file of that name is { file = \"" + word + "\" }");
+    return WithDosLineEnds(Convert(word, PlaceOf(node), page));
+  }
   ManifestTable table(node.as_table(), name, findings);
   const auto file = table.Text("file");
   table.RefuseUnknown();
@@ -100,7 +106,8 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, Place p
   if (bytes)
     manifest.inputs.push_back(path);
   else
-    findings.Error(place, "can't read the file '" + name + "'");
+    findings.Error(place, "can't read the file '" + name + "'" +
+                              (name.find('\\') == name.npos ? "" : "; folders of inputs are divided by '/'"));
   return bytes;
 }
 
@@ -126,7 +133,7 @@ std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_
     *from_disk = true;
     return time;
   }
-  findings.Error(PlaceOf(*node), "'" + table.FullName(key) + "' has to be a date, a date and time, " +
+  findings.Error(PlaceOf(*node), "'" + table.FullName(key) + "' has to be a date such as 2001-02-03, without quotes, " +
                                      (from_disk ? "\"mtime\" or \"none\"" : "or \"none\""));
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "packer/CodePage.h"
 #include "packer/FileTree.h"
 #include "packer/ManifestContext.h"
 #include "packer/VersionResource.h"
@@ -136,15 +137,28 @@ public:
       if (claimed_.contains(Canonical(context_.InputPath(path))))
         continue;
       Settings one = settings;
-      const std::string name = WithBackslashes(context_.Convert(file, place));
-      one.entry.name = into + name;
+      const auto name = NameIn(file, place);
+      if (!name)
+        continue;
+      one.entry.name = into + *name;
       if (!target.empty())
-        one.entry.target = target + name;
+        one.entry.target = target + *name;
       Take(path, place, one);
     }
   }
 
 private:
+  // The name of a tree's file, if the code page has its characters; the report says which of the files it is.
+  std::optional<std::string> NameIn(const std::string &file, Place place) {
+    std::string missing;
+    const auto name = ToCodePage(file, context_.code_page, missing);
+    if (name)
+      return WithBackslashes(*name);
+    context_.findings.Error(place, "the name of '" + file + "' can't be packed: '" + missing +
+                                       "' doesn't exist in code page " + std::to_string(context_.code_page));
+    return std::nullopt;
+  }
+
   struct Branch {
     std::string folder, into, target; // each ends in its separator, or is empty
     std::vector<std::string> include, exclude;

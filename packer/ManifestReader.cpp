@@ -117,7 +117,8 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
       if (auto bitmap = BitmapOf(*file))
         product.background = std::move(*bitmap);
       else
-        context.findings.Error(table.PlaceOfKey("background"), "'" + *name + "' is no bitmap that can be shown");
+        context.findings.Error(table.PlaceOfKey("background"),
+                               "'" + *name + "' is no BMP file of a form that can be shown");
     }
   }
   table.RefuseUnknown();
