@@ -251,7 +251,7 @@ private:
 int main(int argc, char **argv) {
   CLI::App app("Packs a product into one installer for Windows.", "korbpack");
   app.set_version_flag("--version", Version());
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1); // none is left to the end: a misspelt one is then named
   app.footer(kExamples);
   Init init(app);
   Build build(app);
@@ -271,6 +271,7 @@ int main(int argc, char **argv) {
           static_cast<Command *>(&verify), static_cast<Command *>(&extract)})
       if (command->options.parsed())
         return command->Run(OwnPath(argv[0])) ? 0 : 1;
+    std::cerr << app.help();
   } catch (const std::bad_alloc &) {
     std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
   } catch (const std::exception &error) {
