@@ -142,6 +142,9 @@ void CheckOptions(const Product &product, Findings &findings) {
       !product.Has(IF_CUSTOM_COLORS) && product.background.empty())
     findings.Warn(product.PlaceOf("appearance.title_color"),
                   "'appearance.title_color' has no effect without colours or a picture for the background");
+  if (ContainsNoCase(product.uninstall_batch2, "%InstallDir%"))
+    findings.Warn(product.PlaceOf("batch.uninstall_last"), "'batch.uninstall_last' runs when the directory is gone: "
+                                                           "its '%InstallDir%' is the root of the drive");
   if (product.stub_patch_offset > 0 && no_uninstaller)
     findings.Warn(product.PlaceOf("uninstall.patch_offset"), "without an uninstaller there is nothing to patch");
 }
