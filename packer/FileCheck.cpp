@@ -114,8 +114,8 @@ private:
   void CheckShortcut() {
     if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
       Warn("its icon is left out, since only desktop and start menu shortcuts have one");
-    if ((file_->flags & FF_SHORTCUTS) && !Is(KindProgram))
-      Warn("its shortcuts are left out: only kind program has those on the desktop and in the start menu");
+    if ((file_->flags & FF_SHORTCUTS) && !WantsShortcut())
+      Warn("its shortcuts are left out: only kinds program and startup have those");
     if (!WantsShortcut())
       return;
     if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))

@@ -141,8 +141,10 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
                                                                      {"uninstall_first", &Product::uninstall_batch1},
                                                                      {"uninstall_last", &Product::uninstall_batch2}};
   for (const auto &[key, field] : batches)
-    if (const toml::node *node = table.Find(key))
+    if (const toml::node *node = table.Find(key)) {
+      context.product().places[table.FullName(key)] = PlaceOf(*node);
       context.product().*field = context.TextOrFile(*node, table.FullName(key));
+    }
   table.RefuseUnknown();
 }
 
