@@ -114,10 +114,11 @@ private:
   void CheckShortcut() {
     if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
       Warn("its icon is left out, since only desktop and start menu shortcuts have one");
-    if ((file_->flags & FF_SHORTCUTS) && !WantsShortcut())
-      Warn("its shortcuts are left out: only kinds program and startup have those");
-    if (!WantsShortcut())
+    if (!WantsShortcut()) {
+      if (file_->flags & FF_SHORTCUTS)
+        Warn("its shortcuts are left out: only kinds program and startup have those");
       return;
+    }
     if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
       Error("'" + file_->label + "' can't be the file name of a shortcut");
     if (!file_->label.empty()) {
