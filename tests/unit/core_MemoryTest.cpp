@@ -19,7 +19,8 @@ TEST_CASE("the checksum adds words, the rest as signed bytes, and the size") {
   for (const Row &row : {Row{"", 0x79E2BC9D}, Row{"\xFF", 0x79E2BC9D}, // -1 and the size cancel
                          Row{"\x01", 0x79E2BC9F}, Row{std::string("\0\0\0\x80", 4), 0xF9E2BCA1},
                          Row{"\xFF\xFF\xFF\xFF", 0x79E2BCA0}, Row{"\x01\x02\x03\x04\x80", 0x7DE5BE9D + 1 + 5 - 0x80},
-                         Row{"\x01\x02\x03\x04\x05\x06\x07", 0x7DE5BE9D + 1 + 5 + 6 + 7 + 7}}) {
+                         Row{"\x01\x02\x03\x04\x05\x06\x07", 0x7DE5BE9D + 1 + 5 + 6 + 7 + 7},
+                         Row{std::string("\1\0\0\0\2\0\0\0\3\0\0\0\xFF\1\1", 15), 0x79E2BC9D + 6 + 1 + 15}}) {
     const int32_t size = static_cast<int32_t>(row.bytes.size());
     CHECK_MESSAGE(Checksum32(row.bytes.data(), size) == row.sum, size);
     const std::string shifted = "x" + row.bytes; // at any address
