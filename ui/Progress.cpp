@@ -75,6 +75,11 @@ void MakeBar(HWND dialog) {
   PaintPlainly(ProgressBar);
 }
 
+/// Nothing that is being removed can be taken back.
+bool MayCancel() {
+  return !UninstallMode && !HasInstallFlag(IF_NO_CANCEL);
+}
+
 INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
   if (message == WM_INITDIALOG) {
     CenterDialog(dialog);
@@ -82,11 +87,11 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
     SetWindowTextA(dialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
     SetControlText(dialog, KORB_CONTROL_LABEL, TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
     SetControlText(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
-    if (UninstallMode || HasInstallFlag(IF_NO_CANCEL))
+    if (!MayCancel())
       EnableWindow(GetDlgItem(dialog, KORB_CONTROL_CANCEL), FALSE);
     return TRUE;
   }
-  if (message == WM_COMMAND && LOWORD(word) == KORB_CONTROL_CANCEL && !HasInstallFlag(IF_NO_CANCEL)) {
+  if (message == WM_COMMAND && LOWORD(word) == KORB_CONTROL_CANCEL && MayCancel()) {
     AskCancel();
     return TRUE;
   }
