@@ -15,9 +15,9 @@ constexpr char kLibrary[] = "version.dll";
 } // namespace
 
 String ReadFileVersion(const char *path, bool normalise) {
-  const auto size_of = KORB_SYSTEM_FUNCTION(kLibrary, GetFileVersionInfoSizeA);
-  const auto read = KORB_SYSTEM_FUNCTION(kLibrary, GetFileVersionInfoA);
-  const auto query = KORB_SYSTEM_FUNCTION(kLibrary, VerQueryValueA);
+  static const auto size_of = KORB_SYSTEM_FUNCTION(kLibrary, GetFileVersionInfoSizeA);
+  static const auto read = KORB_SYSTEM_FUNCTION(kLibrary, GetFileVersionInfoA);
+  static const auto query = KORB_SYSTEM_FUNCTION(kLibrary, VerQueryValueA);
   if (!size_of || !read || !query)
     return String();
   DWORD handle = 0;
