@@ -28,9 +28,6 @@ namespace korb::packer {
 
 namespace {
 
-// How far back tokens reach. It bounds the memory that a large product takes: 32-bit programs have little. A whole file
-// that comes again farther away is packed again.
-constexpr uint32_t kWindow = 1u << 26;
 constexpr uint32_t kStretch = 1u << 18; // positions whose path is worked out at once; only literal runs cross its end
 constexpr uint32_t kUnreached = UINT32_MAX;
 constexpr uint32_t kTakenWhole = 512; // so long a match or fill ends the stretch
@@ -44,7 +41,7 @@ struct Effort {
 };
 
 constexpr Effort EffortOf(CompressionLevel level) {
-  return level == CompressionLevel::kBest ? Effort{{256, 256, kWindow}, 0} : Effort{{20, 96, kWindow}, 1};
+  return level == CompressionLevel::kBest ? Effort{{256, 256}, 0} : Effort{{20, 96}, 1};
 }
 
 // The cheapest known way to a position.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <new>
 
 #include "packer/TokenCode.h"
 
@@ -43,7 +44,9 @@ MatchFinder::MatchFinder(std::span<const uint8_t> data, Search search) : data_(d
   const int hash_bits = std::clamp(size_bits, 8, 24);
   hash_shift_ = static_cast<uint32_t>(32 - hash_bits);
   heads_.assign(size_t{1} << hash_bits, 0);
-  children_.resize(size_t{2} * std::min(size, search_.window));
+  if (size_t{2} * size > children_.max_size()) // to 32 bits, the same as memory that isn't there
+    throw std::bad_alloc();
+  children_.resize(size_t{2} * size);
 }
 
 void MatchFinder::Descend(uint32_t position, uint32_t limit, std::vector<Match> *matches) {
@@ -53,15 +56,13 @@ void MatchFinder::Descend(uint32_t position, uint32_t limit, std::vector<Match> 
   uint32_t candidate = head;
   head = position + 1;
 
-  uint32_t *less = ChildrenOf(position);
+  uint32_t *less = &children_[size_t{2} * position];
   uint32_t *greater = less + 1;
   uint32_t less_length = 0, greater_length = 0, best = kMinMatch - 1;
   for (int depth = search_.depth; candidate != 0 && depth > 0; --depth) {
     const uint32_t earlier = candidate - 1;
     const uint32_t distance = position - earlier;
-    if (distance >= search_.window)
-      break; // its place belongs to a later position, as do those of all below it
-    uint32_t *pair = ChildrenOf(earlier);
+    uint32_t *pair = &children_[size_t{2} * earlier];
     const uint32_t length = CommonLength(data + earlier, here, std::min(less_length, greater_length), limit);
     // What counts is what can be copied, so an overlapping match doesn't hide a shorter one from farther away.
     if (matches && length > best) {
