@@ -11,8 +11,8 @@ namespace korb {
 /// lookup.
 extern String OsNameInTexts;
 
-/// Puts ProductName in for every "<product>" of `text`, unless it holds one itself, then the system's name for every "<os>", an "<os>" inside the
-/// product's name included. Case is ignored.
+/// Puts ProductName in for every "<product>" of `text`, unless it holds one itself, then the system's name for every
+/// "<os>", an "<os>" inside the product's name included. Case is ignored.
 void SubstituteNames(String &text);
 
 /// Text `number` in the language in force. Never null: an unknown number, or one that lacks the language, gives the
