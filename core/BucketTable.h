@@ -3,7 +3,6 @@
 
 #include "core/Array.h"
 #include "core/Checksum.h"
-#include "core/Failure.h"
 #include "core/List.h"
 #include "core/String.h"
 
@@ -72,10 +71,7 @@ public:
   using Table = BucketTable<V, K>;
   using Entry = Bucket<V, K>;
 
-  constexpr BucketTableForm() = default;
-
-  // A bucket without a key can't be found again, and an order other than that of insertion would be a lie.
-  void check(CollectionOp op) const override { InternalError("core", 5650 + static_cast<int32_t>(op)); }
+  constexpr BucketTableForm() : CollectionForm(Kind::kTable) {}
 
   void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override {
     const Table &t = table(all);
@@ -117,18 +113,8 @@ public:
     return true;
   }
 
-  void remove_ends(CollectionBase &all, int32_t n, bool in_front) const override {
-    CollectionIterator it;
-    for (; n > 0; --n) {
-      place(all, it, !in_front);
-      step(all, it, in_front);
-      remove_current(all, it);
-    }
-  }
-
-  // Never reached: `check` refuses first.
+  // Never reached: such an addition is refused before.
   void *add(CollectionBase &, const void *, bool) const override { return nullptr; }
-  void rotate_left(CollectionBase &, int32_t) const override {}
 
 private:
   static Table &table(CollectionBase &all) { return static_cast<Table &>(all); }

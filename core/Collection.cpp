@@ -3,6 +3,9 @@
 #include <cstring>
 #include <utility>
 
+#include "core/Failure.h"
+#include "core/IndexedCollection.h"
+#include "core/List.h"
 #include "core/Random.h"
 
 namespace korb {
@@ -51,17 +54,35 @@ bool CollectionBase::remove_ends(int32_t n, bool in_front) {
     n = count;
   if (n < 1)
     return false;
-  form_->remove_ends(*this, n, in_front);
+  if (form_->kind == CollectionForm::Kind::kIndexed) {
+    static_cast<const IndexedForm *>(form_)->remove_ends(*this, n, in_front);
+    return true;
+  }
+  for (; n > 0; --n) {
+    CollectionIterator it;
+    end_raw(it, !in_front);
+    form_->remove_current(*this, it);
+  }
   return true;
 }
 
+int32_t CollectionBase::index_of(const CollectionIterator &it) const {
+  return form_->kind == CollectionForm::Kind::kIndexed ? static_cast<const IndexedForm *>(form_)->index(*this, it) : -1;
+}
+
+// A bucket without a key can't be found again, and an order other than that of insertion would be a lie.
+void CollectionBase::check(CollectionOp op) const {
+  if (form_->kind == CollectionForm::Kind::kTable)
+    InternalError("core", 5650 + static_cast<int32_t>(op));
+}
+
 void *CollectionBase::add_raw(const void *value, CollectionOp op) {
-  form_->check(op);
+  check(op);
   return form_->add(*this, value, op >= CollectionOp::kPrependCopy);
 }
 
 void CollectionBase::add_all(const CollectionBase &other, CollectionOp op) {
-  form_->check(op);
+  check(op);
   // A collection put before itself is what it is behind itself, and only an append leaves the places of the walk alone.
   const bool in_front = op == CollectionOp::kPrependAll && &other != this;
   CollectionIterator it;
@@ -71,7 +92,7 @@ void CollectionBase::add_all(const CollectionBase &other, CollectionOp op) {
 }
 
 void CollectionBase::rotate(int32_t n, CollectionOp op) {
-  form_->check(op);
+  check(op);
   if (count < 2)
     return;
   n %= count;
@@ -79,8 +100,12 @@ void CollectionBase::rotate(int32_t n, CollectionOp op) {
     n = -n;
   if (n < 0)
     n += count;
-  if (n != 0)
-    form_->rotate_left(*this, n);
+  if (n == 0)
+    return;
+  if (form_->kind == CollectionForm::Kind::kIndexed)
+    static_cast<const IndexedForm *>(form_)->rotate_left(*this, n);
+  else
+    static_cast<const ListForm *>(form_)->rotate_left(*this, n);
 }
 
 void CollectionBase::take_over(CollectionBase &other) {

@@ -12,7 +12,8 @@
 // Ordinary virtual templates would give every instance a table and some thirty bodies of its own, most of which nobody
 // calls, in a program that is to stay tiny. So the templates here hold no code: they turn T* into void* and back.
 // What differs between the kinds is a CollectionForm, one object for each kind; what differs between element types is
-// an ElementType, one constant for each type. An operation that nobody calls is not linked.
+// an ElementType, one constant for each type. A form has virtual slots for what every walk needs, since slots are in the
+// program whether they are called or not; the rest is chosen by the form's kind, and is linked only where it is called.
 #pragma once
 
 #include <cstddef>
@@ -94,8 +95,9 @@ enum class CollectionOp {
 /// How one kind of collection keeps its elements. Has no state: the collection it works on is always passed.
 class CollectionForm {
 public:
-  /// Asked before each operation of CollectionOp. Does not return when the kind refuses it.
-  virtual void check(CollectionOp) const {}
+  enum class Kind : uint8_t { kList, kStack, kIndexed, kTable };
+  const Kind kind;
+
   virtual void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const = 0;
   virtual void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const = 0;
   virtual void *look(const CollectionBase &all, intptr_t place) const = 0;
@@ -103,17 +105,9 @@ public:
   virtual void *add(CollectionBase &all, const void *value, bool in_front) const = 0;
   virtual void clear(CollectionBase &all) const = 0;
   virtual bool remove_current(CollectionBase &all, CollectionIterator &it) const = 0;
-  /// Removes `n` elements from one end; 1 to count.
-  virtual void remove_ends(CollectionBase &all, int32_t n, bool in_front) const = 0;
-  /// `n` is 1 to count - 1.
-  virtual void rotate_left(CollectionBase &all, int32_t n) const = 0;
-  /// Position of `it`, or -1 where elements have none.
-  virtual int32_t index(const CollectionBase &, const CollectionIterator &) const { return -1; }
-  /// True where keep_first takes what is too much from the front, and so keeps the newest.
-  virtual bool trims_front() const { return false; }
 
 protected:
-  constexpr CollectionForm() = default;
+  constexpr explicit CollectionForm(Kind a_kind) : kind(a_kind) {}
   ~CollectionForm() = default;
 };
 
@@ -141,14 +135,14 @@ public:
   bool remove_last() { return remove_ends(1, false); }
   /// Cut down to the first or last `n` elements; below 0 acts as 0, from count up nothing happens. A Stack keeps its
   /// newest elements with either.
-  void keep_first(int32_t n) { remove_ends(n < 0 ? count : count - n, form_->trims_front()); }
+  void keep_first(int32_t n) { remove_ends(n < 0 ? count : count - n, form_->kind == CollectionForm::Kind::kStack); }
   void keep_last(int32_t n) { remove_ends(n < 0 ? count : count - n, true); }
   /// By `n` places modulo count; a negative `n` goes the other way.
   void rotate_left(int32_t n) { rotate(n, CollectionOp::kRotateLeft); }
   void rotate_right(int32_t n) { rotate(n, CollectionOp::kRotateRight); }
 
   /// Position of the element under `it` in an indexed collection; -1 elsewhere and when there is none.
-  int32_t index_of(const CollectionIterator &it) const { return form_->index(*this, it); }
+  int32_t index_of(const CollectionIterator &it) const;
 
 protected:
   constexpr CollectionBase(const CollectionForm &form, const ElementType &type) : form_(&form), type_(&type) {}
@@ -163,6 +157,8 @@ protected:
   void *add_raw(const void *value, CollectionOp op);
   void add_all(const CollectionBase &other, CollectionOp op);
   void rotate(int32_t n, CollectionOp op);
+  /// Does not return when a table, which has only what has a key, is asked for `op`.
+  void check(CollectionOp op) const;
   /// Gives up what is held and takes over what `other` holds, which is then empty. Both are of one form and type.
   void take_over(CollectionBase &other);
 

@@ -10,7 +10,7 @@ namespace korb {
 class IndexedForm : public CollectionForm {
 public:
   /// `exact`: the block is never larger than its contents.
-  constexpr IndexedForm(bool boxed, bool exact) : boxed_(boxed), exact_(exact) {}
+  constexpr IndexedForm(bool boxed, bool exact) : CollectionForm(Kind::kIndexed), boxed_(boxed), exact_(exact) {}
 
   void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override;
   void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const override;
@@ -18,10 +18,13 @@ public:
   void *add(CollectionBase &all, const void *value, bool in_front) const override;
   void clear(CollectionBase &all) const override;
   bool remove_current(CollectionBase &all, CollectionIterator &it) const override;
-  void remove_ends(CollectionBase &all, int32_t n, bool in_front) const override;
-  void rotate_left(CollectionBase &all, int32_t n) const override;
-  int32_t index(const CollectionBase &all, const CollectionIterator &it) const override;
 
+  /// Removes `n` elements from one end; 1 to count.
+  void remove_ends(CollectionBase &all, int32_t n, bool in_front) const;
+  /// `n` is 1 to count - 1.
+  void rotate_left(CollectionBase &all, int32_t n) const;
+  /// Position of `it`, or -1 when there is no element under it.
+  int32_t index(const CollectionBase &all, const CollectionIterator &it) const;
   /// Element `i`, which must be in range.
   void *element(const CollectionBase &all, int32_t i) const;
   void *element_or_null(const CollectionBase &all, int32_t i) const;

@@ -7,8 +7,8 @@
 
 namespace korb {
 
-constinit const ListForm TheListForm(false);
-constinit const ListForm TheStackForm(true);
+constinit const ListForm TheListForm(CollectionForm::Kind::kList);
+constinit const ListForm TheStackForm(CollectionForm::Kind::kStack);
 
 struct CollectionBase::Node {
   Node *prev;
@@ -46,7 +46,8 @@ void *ListForm::add(CollectionBase &all, const void *value, bool in_front) const
 }
 
 void ListForm::clear(CollectionBase &all) const {
-  remove_ends(all, all.count, true);
+  while (all.nodes_.head != nullptr)
+    drop(all, all.nodes_.head);
 }
 
 bool ListForm::remove_current(CollectionBase &all, CollectionIterator &it) const {
@@ -56,11 +57,6 @@ bool ListForm::remove_current(CollectionBase &all, CollectionIterator &it) const
   it = {0, number(node->next), number(node->prev)};
   drop(all, node);
   return true;
-}
-
-void ListForm::remove_ends(CollectionBase &all, int32_t n, bool in_front) const {
-  for (; n > 0; --n)
-    drop(all, in_front ? all.nodes_.head : all.nodes_.tail);
 }
 
 void ListForm::rotate_left(CollectionBase &all, int32_t n) const {

@@ -8,7 +8,8 @@ namespace korb {
 /// Keeps each element in a heap node of its own: `prev`, `next` (toward the tail), then the value in place.
 class ListForm : public CollectionForm {
 public:
-  constexpr explicit ListForm(bool is_stack) : is_stack_(is_stack) {}
+  /// kList, or kStack.
+  constexpr explicit ListForm(Kind a_kind) : CollectionForm(a_kind) {}
 
   void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override;
   void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const override;
@@ -16,9 +17,9 @@ public:
   void *add(CollectionBase &all, const void *value, bool in_front) const override;
   void clear(CollectionBase &all) const override;
   bool remove_current(CollectionBase &all, CollectionIterator &it) const override;
-  void remove_ends(CollectionBase &all, int32_t n, bool in_front) const override;
-  void rotate_left(CollectionBase &all, int32_t n) const override;
-  bool trims_front() const override { return is_stack_; }
+
+  /// `n` is 1 to count - 1. Elements keep their address.
+  void rotate_left(CollectionBase &all, int32_t n) const;
 
 private:
   using Node = CollectionBase::Node;
@@ -28,8 +29,6 @@ private:
   static void link(CollectionBase &all, Node *node, bool in_front);
   static void unlink(CollectionBase &all, Node *node);
   static void drop(CollectionBase &all, Node *node);
-
-  bool is_stack_;
 };
 
 extern constinit const ListForm TheListForm;

@@ -63,7 +63,7 @@ inline RegistryHandle SoftwareRoot(bool current_user) {
 
 /// Keys are opened with full access, for reading too. Each successful open needs a Close; the destructor closes the rest.
 /// Keys are reached by the stack, so paths of the TreeWalker lead nowhere.
-class RegistryKey final : public TreeWalker {
+class RegistryKey final : public TreeWalker<RegistryKey> {
 public:
   RegistryKey();
   ~RegistryKey();
@@ -109,7 +109,7 @@ public:
   bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value, 0); }
   bool DeleteValue(const char *name);
   /// Of the open key. A number stays a number; everything else is written as text.
-  bool Exchange(const char *name, Value &value) override;
+  bool Exchange(const char *name, Value &value);
 
   // Deletions take the children along. Each gives a DeleteStatus.
   int32_t DeleteChild(const char *subkey, uint32_t options);

@@ -5,13 +5,12 @@
 namespace {
 
 /// Writes down where it is sent; has no node called "no".
-struct Recorder final : TreeWalker {
-  bool Exchange(const char *, Value &) override { return false; }
-  bool Descend(const char *name) override {
+struct Recorder final : TreeWalker<Recorder> {
+  bool Descend(const char *name) {
     steps += std::string(name) + ">";
     return std::string(name) != "no";
   }
-  bool GoToRoot() override {
+  bool GoToRoot() {
     steps += "root>";
     return has_root;
   }
