@@ -5,9 +5,9 @@
 
 #include "archive/ArchiveCursor.h"
 #include "archive/ConfigHost.h"
-#include "archive/Format.h"
 #include "core/MemoryStream.h"
 #include "core/Vector.h"
+#include "format/Archive.h"
 
 namespace korb {
 

@@ -5,12 +5,12 @@
 
 #include <cstdint>
 
-#include "archive/Format.h"
 #include "core/Array.h"
 #include "core/Date.h"
 #include "core/FileDate.h"
 #include "core/String.h"
 #include "core/Vector.h"
+#include "format/Archive.h"
 
 namespace korb {
 

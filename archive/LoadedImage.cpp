@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "archive/Format.h"
 #include "core/Windows.h"
+#include "format/Archive.h"
 
 namespace korb {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "archive/ArchiveCursor.h"
-#include "archive/Format.h"
 #include "core/FileDate.h"
+#include "format/Archive.h"
 
 namespace korb {
 

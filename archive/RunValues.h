@@ -6,10 +6,10 @@
 
 #include <cstdint>
 
-#include "archive/Format.h"
 #include "core/Array.h"
 #include "core/RunPaths.h"
 #include "core/String.h"
+#include "format/Archive.h"
 
 namespace korb {
 

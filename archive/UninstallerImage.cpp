@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "archive/Format.h"
 #include "archive/RunValues.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
+#include "format/Archive.h"
 
 namespace korb {
 

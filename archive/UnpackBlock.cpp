@@ -11,9 +11,9 @@
 #include <cstring>
 #include <type_traits>
 
-#include "archive/Format.h"
 #include "core/Heap.h"
 #include "core/String.h"
+#include "format/Archive.h"
 
 namespace korb {
 

@@ -18,9 +18,9 @@
 #include <string>
 #include <vector>
 
-#include "archive/Format.h"
 #include "archive/UnpackBlock.h"
 #include "bench/Corpus.h"
+#include "format/Archive.h"
 #include "packer/BlockEncoder.h"
 
 using korb::bench::Bytes;

@@ -13,9 +13,9 @@
 #include <ctime>
 #include <string>
 
-#include "archive/Format.h"
 #include "archive/UnpackBlock.h"
 #include "bench/Corpus.h"
+#include "format/Archive.h"
 #include "packer/BlockEncoder.h"
 
 #ifndef _WIN32

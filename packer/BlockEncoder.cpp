@@ -19,7 +19,7 @@
 #include <algorithm>
 #include <array>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 #include "packer/BitWriter.h"
 #include "packer/MatchFinder.h"
 #include "packer/TokenCode.h"

@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 
 namespace korb::packer {
 

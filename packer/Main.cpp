@@ -9,7 +9,7 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 #ifdef _WIN32
 #include "core/Windows.h"
 

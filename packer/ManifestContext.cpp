@@ -3,7 +3,7 @@
 #include <chrono>
 #include <iterator>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 #include "packer/CodePage.h"
 #include "packer/ReadFile.h"
 

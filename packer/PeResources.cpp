@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 
 namespace korb::packer {
 

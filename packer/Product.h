@@ -9,7 +9,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 #include "packer/Bytes.h"
 #include "packer/CompressionLevel.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "archive/Format.h"
+#include "format/Archive.h"
 
 namespace korb::packer {
 
