@@ -46,8 +46,8 @@ void InternalError(const char *module, int32_t line) {
   FatalFormat(kInternalErrorFormat, module, line);
 }
 
-void CorruptInstaller(int32_t code) {
-  FatalFormat(CorruptFormat(), code);
+void CorruptInstaller(DamageCode code) {
+  FatalFormat(CorruptFormat(), static_cast<int32_t>(code));
 }
 
 void UsageError(const char *text) {

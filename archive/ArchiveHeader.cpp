@@ -6,6 +6,7 @@
 #include "core/Checksum.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -15,7 +16,7 @@ constexpr char kNewerArchive[] = "The installer version (%.1f) does not match th
                                  "applications and reinstall KORB.";
 
 /// A signed field that must not be negative.
-int32_t ReadSize(ArchiveCursor &cursor, int32_t code) {
+int32_t ReadSize(ArchiveCursor &cursor, DamageCode code) {
   const int32_t value = static_cast<int32_t>(cursor.CursorReadU32());
   if (value < 0)
     CorruptInstaller(code);
@@ -26,29 +27,29 @@ int32_t ReadSize(ArchiveCursor &cursor, int32_t code) {
 
 void ReadArchiveHeader(ArchiveCursor &cursor, ArchiveHeader &header) {
   if (cursor.CursorReadU32() != kArchiveMagic)
-    CorruptInstaller(20);
+    CorruptInstaller(DamageCode::HeaderMagic);
   // One-sided: a lower version, even a negative one, is an older archive and is read.
   const int32_t version = static_cast<int32_t>(cursor.CursorReadU32());
   if (version > kNewestReadableVersion)
     FatalFormat(kNewerArchive, kFormatVersion / 100.0, version / 100.0);
   header.config_size = static_cast<int32_t>(cursor.CursorReadU32());
   if (header.config_size <= 0 || header.config_size >= kConfigSizeLimit)
-    CorruptInstaller(22);
+    CorruptInstaller(DamageCode::ConfigSize);
   header.config_key = cursor.CursorReadU32();
   header.stub_checksum = cursor.CursorReadU32();
-  header.archive_length = ReadSize(cursor, 45);
-  const int32_t file_count = ReadSize(cursor, 27);
-  header.payload_size = ReadSize(cursor, 29);
+  header.archive_length = ReadSize(cursor, DamageCode::ArchiveLength);
+  const int32_t file_count = ReadSize(cursor, DamageCode::FileCount);
+  header.payload_size = ReadSize(cursor, DamageCode::PayloadSize);
   header.payload_checksum = cursor.CursorReadU32();
 
   // A table that passes the end of the block would read as zeros, which are good sizes, two thousand million times over.
   if (file_count > cursor.left() / 4)
-    CorruptInstaller(28);
+    CorruptInstaller(DamageCode::SizeTable);
   header.sizes.clear();
   for (int32_t i = 0; i < file_count; ++i) {
-    const int32_t size = ReadSize(cursor, 28);
+    const int32_t size = ReadSize(cursor, DamageCode::SizeTable);
     if (size > kMaxFileSize)
-      CorruptInstaller(28);
+      CorruptInstaller(DamageCode::SizeTable);
     header.sizes.append(size);
   }
 }
@@ -58,7 +59,7 @@ void DecodeConfig(ArchiveCursor &cursor, const ArchiveHeader &header, MemoryStre
   cursor.CursorReadBlock(stream, header.config_size);
   ScrambleBlock(stream, header.config_key);
   if (!UnpackString(stream))
-    CorruptInstaller(47);
+    CorruptInstaller(DamageCode::ConfigPacked);
 
   stream.ReadU64(InstallFlags);
   stream.Rewind();
@@ -69,7 +70,7 @@ void DecodeConfig(ArchiveCursor &cursor, const ArchiveHeader &header, MemoryStre
 
   // The key that unlocked the block is the checksum of what it holds.
   if (Checksum32(stream.data(), stream.length()) != header.config_key)
-    CorruptInstaller(25);
+    CorruptInstaller(DamageCode::ConfigChecksum);
 }
 
 } // namespace korb

@@ -4,6 +4,7 @@
 
 #include "core/Failure.h"
 #include "format/Archive.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -43,10 +44,10 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
 
   if (!ReadField(file, pe::kHeaderOffsetAt, 2, location.pe_offset) || location.pe_offset < pe::kMinHeaderOffset ||
       location.pe_offset > pe::kMaxHeaderOffset)
-    CorruptInstaller(43);
+    CorruptInstaller(DamageCode::PeHeaderPlace);
   if (!ReadField(file, location.pe_offset + pe::kSectionCountAt, 2, location.section_count) ||
       location.section_count < pe::kMinSections || location.section_count > pe::kMaxSections)
-    CorruptInstaller(44);
+    CorruptInstaller(DamageCode::SectionCount);
 
   // Unchecked: with a wrong size the names below don't match, and the run ends there.
   int32_t optional_header_size;
@@ -63,9 +64,9 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
   ReadField(file, location.section_entry + pe::kRawPointerAt, 4, location.section_file_pos);
   location.section_address = static_cast<uint32_t>(address);
   if (location.section_file_pos == 0)
-    CorruptInstaller(9);
+    CorruptInstaller(DamageCode::SectionPlace);
   if (!file.Seek(location.section_file_pos))
-    CorruptInstaller(10);
+    CorruptInstaller(DamageCode::SectionUnreachable);
   return location;
 }
 

@@ -3,6 +3,7 @@
 #include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/Text.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -19,9 +20,9 @@ public:
 private:
   uint8_t Byte();
   int32_t Int();
-  int32_t Count(int32_t least, int32_t most, int32_t code);
+  int32_t Count(int32_t least, int32_t most, DamageCode code);
   void Text(String &text) { stream_.ReadText(text); }
-  void Pages(Array<String> &pages, int32_t code);
+  void Pages(Array<String> &pages, DamageCode code);
 
   void ReadProduct();
   void SettleCommonDir();
@@ -54,14 +55,14 @@ int32_t ConfigReader::Int() {
 }
 
 /// A count within its limits, both inclusive; outside is damage.
-int32_t ConfigReader::Count(int32_t least, int32_t most, int32_t code) {
+int32_t ConfigReader::Count(int32_t least, int32_t most, DamageCode code) {
   const int32_t count = Int();
   if (count < least || count > most)
     CorruptInstaller(code);
   return count;
 }
 
-void ConfigReader::Pages(Array<String> &pages, int32_t code) {
+void ConfigReader::Pages(Array<String> &pages, DamageCode code) {
   pages.set_count(Count(0, kMaxPages, code));
   for (int32_t i = 0; i < pages.count; ++i)
     Text(pages.at(i));
@@ -72,7 +73,7 @@ void ConfigReader::ReadProduct() {
   stream_.ReadU64(InstallFlags);
   stream_.ReadU16(config_.min_phase_ms);
   if (config_.min_phase_ms > kMaxPhaseMs)
-    CorruptInstaller(19);
+    CorruptInstaller(DamageCode::PhaseTime);
   config_.shortcut_mode = Byte();
   stream_.ReadRecord(config_.uninstaller_date);
   Text(config_.publisher);
@@ -131,7 +132,7 @@ void ConfigReader::ReadUninstallNames() {
   Text(UninstallSubdir);
   Text(config_.volume_base_name);
   if (IsBlank(config_.volume_base_name))
-    CorruptInstaller(21);
+    CorruptInstaller(DamageCode::VolumeName);
   Text(config_.uninstaller_name);
   Text(config_.uninstall_name);
   if (IsBlank(config_.uninstall_name))
@@ -177,7 +178,7 @@ void ConfigReader::ReadBatches() {
 void ConfigReader::ReadStubPatch() {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
-  config_.stub_patch_offset = Count(0, own_file_size_, 23);
+  config_.stub_patch_offset = Count(0, own_file_size_, DamageCode::StubPatchPlace);
   if (config_.stub_patch_offset > 0)
     stream_.ReadBytes(config_.stub_patch, kStubPatchSize);
 }
@@ -190,7 +191,7 @@ void ConfigReader::ReadDeletions() {
       return;
     // Past the end of the data names are empty and the end mark never comes: this limit is what stops.
     if (config_.deletions.count >= kMaxDeletions)
-      CorruptInstaller(38);
+      CorruptInstaller(DamageCode::DeletionsEndless);
     FileDeletion &deletion = config_.deletions.append_slot();
     deletion.name = name;
     deletion.kind = static_cast<int8_t>(Byte());
@@ -200,7 +201,7 @@ void ConfigReader::ReadDeletions() {
 }
 
 void ConfigReader::ReadAssociations() {
-  for (int32_t left = Count(0, kMaxAssociations, 36); left > 0; --left) {
+  for (int32_t left = Count(0, kMaxAssociations, DamageCode::AssociationCount); left > 0; --left) {
     FileAssociation &association = config_.associations.append_slot();
     stream_.ReadU32(association.flags);
     Text(association.extension);
@@ -215,7 +216,7 @@ void ConfigReader::ReadAssociations() {
 }
 
 void ConfigReader::ReadUninstallData() {
-  for (int32_t left = Count(0, kMaxUninstallData, 37); left > 0; --left) {
+  for (int32_t left = Count(0, kMaxUninstallData, DamageCode::UninstallDataCount); left > 0; --left) {
     UninstallData &data = config_.uninstall_data.append_slot();
     Text(data.name);
     data.kind = Byte();
@@ -226,8 +227,8 @@ void ConfigReader::ReadUninstallData() {
 void ConfigReader::ReadTexts() {
   const int32_t languages = Byte();
   if (languages == 0 || languages > kMaxLanguages)
-    CorruptInstaller(30);
-  const int32_t texts = Count(1, kMaxTexts, 31);
+    CorruptInstaller(DamageCode::LanguageCount);
+  const int32_t texts = Count(1, kMaxTexts, DamageCode::TextCount);
 
   LanguageIndex = 0;
   LanguageNames.set_count(languages);
@@ -246,13 +247,13 @@ void ConfigReader::ReadTexts() {
     }
   }
   if (static_cast<uint32_t>(Int()) != kConfigEndMagic)
-    CorruptInstaller(32);
+    CorruptInstaller(DamageCode::ConfigEnd);
 }
 
 void ConfigReader::Read() {
   ReadProduct();
-  Pages(config_.license_pages, 24);
-  Pages(config_.readme_pages, 26);
+  Pages(config_.license_pages, DamageCode::LicensePageCount);
+  Pages(config_.readme_pages, DamageCode::ReadmePageCount);
   ReadUninstallNames();
   ReadBackground();
   ReadBatches();

@@ -8,6 +8,7 @@
 #include "core/Checksum.h"
 #include "core/Failure.h"
 #include "files/PathText.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -48,7 +49,7 @@ void VolumeReader::Fill(uint8_t *payload, int32_t size, int32_t left) {
     ByteSource &volume = OpenNext(count);
     // A volume that brings more than is missing is left to the checksum; what passes the buffer is not read.
     if (!volume.Read(payload + (size - left), count < left ? count : left))
-      CorruptInstaller(50);
+      CorruptInstaller(DamageCode::VolumeUnreadable);
     left -= count;
     host_.CloseVolume();
     ++number_;
@@ -135,14 +136,14 @@ void AssemblePayload(ArchiveFile &file, const ArchiveLocation &location, const A
   host.WaitPhase(config.min_phase_ms);
   host.SetStep(kTextStepVerify, kVerifyAt);
   if (Checksum32(payload, size) != header.payload_checksum)
-    CorruptInstaller(55);
+    CorruptInstaller(DamageCode::PayloadChecksum);
   host.WaitPhase(config.min_phase_ms);
 
   if (HasInstallFlag(IF_PACKED_PAYLOAD) && size != 0) {
     host.SetStep(kTextStepUnpack, kUnpackAt);
     uint8_t *block = const_cast<uint8_t *>(payload); // only read
     if (!UnpackBlock(&block, &size))
-      CorruptInstaller(60);
+      CorruptInstaller(DamageCode::PayloadPacked);
     payload = block;
     host.WaitPhase(config.min_phase_ms);
   }

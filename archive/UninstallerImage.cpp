@@ -6,6 +6,7 @@
 #include "core/Checksum.h"
 #include "core/Failure.h"
 #include "format/Archive.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -39,11 +40,11 @@ void AppendTail(ArchiveFile &file, const ArchiveLocation &location, String &imag
     return;
   // A negative section would make the tail longer than what the file has behind the headers.
   if (location.section_raw_size < 0)
-    CorruptInstaller(42);
+    CorruptInstaller(DamageCode::TailUnreadable);
   const int32_t old_length = image.length();
   image.set_length(old_length + static_cast<int32_t>(tail));
   if (!file.ReadAt(static_cast<int32_t>(tail_start), image.data() + old_length, static_cast<int32_t>(tail)))
-    CorruptInstaller(42);
+    CorruptInstaller(DamageCode::TailUnreadable);
 }
 
 /// Takes the archive's entry out of the section table. The step behind the last entry brings the bytes behind the table
@@ -64,9 +65,9 @@ void CloseSectionTable(ImageBytes image, const ArchiveLocation &location) {
 void BuildUninstallerImage(ArchiveFile &file, const ArchiveLocation &location, const ArchiveHeader &header,
                            const InstallConfig &config, String &image) {
   if (!file.ReadSpan(image, 0, location.section_file_pos))
-    CorruptInstaller(35);
+    CorruptInstaller(DamageCode::StubUnreadable);
   if (HasInstallFlag(IF_VERIFY_STUB) && Checksum32(image.data(), image.length()) != header.stub_checksum)
-    CorruptInstaller(40);
+    CorruptInstaller(DamageCode::StubChecksum);
   AppendTail(file, location, image);
 
   ImageBytes bytes{image.data(), image.length()};

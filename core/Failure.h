@@ -12,6 +12,8 @@
 
 namespace korb {
 
+enum class DamageCode : int32_t;
+
 /// Takes the windows down and ends the process with code 1. Nothing is unwound and nothing is rolled back.
 [[noreturn]] void ExitInstaller();
 
@@ -35,8 +37,8 @@ template <class... T>
 /// so that one fault keeps one report over all versions.
 [[noreturn]] void InternalError(const char *module, int32_t line);
 
-/// Damage in the archive. The text comes from the archive's own text table once that is loaded, and is built in before.
-[[noreturn]] void CorruptInstaller(int32_t code);
+/// Damage in the archive, by the number that people look up (format/Damage.h). The text comes from the archive's own text table once that is loaded, and is built in before.
+[[noreturn]] void CorruptInstaller(DamageCode code);
 
 /// A wrong command line: shows `text` with the usage and ends the process.
 [[noreturn]] void UsageError(const char *text);

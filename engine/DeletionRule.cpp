@@ -1,6 +1,7 @@
 #include "engine/DeletionRule.h"
 
 #include "core/Failure.h"
+#include "format/Damage.h"
 
 namespace korb {
 
@@ -11,7 +12,7 @@ namespace {
 int32_t CompareToDate(const FileDeletion &record, const FileDate &modified, int32_t current_year) {
   DateTime wanted;
   if (!wanted.parse(record.value.c_str(), false, current_year) || wanted.date.is_invalid())
-    CorruptInstaller(65);
+    CorruptInstaller(DamageCode::DeletionDate);
   const DateTime found = DateTime::from(modified);
   return wanted.time.is_invalid() ? found.date.compare(wanted.date) : found.compare(wanted);
 }

@@ -13,6 +13,7 @@
 #include "files/ProgramPaths.h"
 #include "files/TempFiles.h"
 #include "files/WholeFile.h"
+#include "format/Damage.h"
 #include "ui/TextLookup.h"
 
 namespace korb {
@@ -98,7 +99,7 @@ void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t s
 bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, String &report,
                uint32_t attributes, bool may_replace_later) {
   if (size < 0)
-    CorruptInstaller(5);
+    CorruptInstaller(DamageCode::FileDataSize);
   DiskFile file;
   switch (WriteBytes(file, path, data, size, date)) {
   case WriteResult::Written:

@@ -7,6 +7,7 @@
 #include "engine/UninstallList.h"
 #include "engine/Version.h"
 #include "files/PathText.h"
+#include "format/Damage.h"
 #include "ui/TextLookup.h"
 
 namespace korb {
@@ -30,7 +31,7 @@ String KindFolder(const PayloadRecord &record, PlacementHost &host, bool &in_ins
   case KindSystemCom:
     return host.SystemFolder();
   default:
-    CorruptInstaller(110);
+    CorruptInstaller(DamageCode::FileKind);
   }
 }
 

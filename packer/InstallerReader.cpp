@@ -13,6 +13,7 @@
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
 #include "core/RunMode.h"
+#include "format/Damage.h"
 #include "packer/Checksum.h"
 #include "packer/CodePage.h"
 #include "packer/Product.h"
@@ -222,7 +223,7 @@ void InstallerReader::ReadRecords() {
     try {
       ReadPayloadRecord(cursor_, header.sizes.at(i), record);
       if (!HasDestination(record.dest_kind, record.file_flags, record.target))
-        CorruptInstaller(110);
+        CorruptInstaller(DamageCode::FileKind);
     } catch (ReportedDamage &report) {
       report.text = "file " + std::to_string(i + 1) + " of " + std::to_string(header.sizes.count) + ": " + report.text;
       throw;
@@ -239,7 +240,7 @@ void InstallerReader::CheckDeletions() const {
       continue;
     DateTime moment;
     if (!moment.parse(deletion.value.c_str(), false, 2000) || moment.date.is_invalid())
-      CorruptInstaller(65);
+      CorruptInstaller(DamageCode::DeletionDate);
   }
 }
 

@@ -47,7 +47,8 @@ void InternalError(const char *module, int32_t line) {
   throw test::TrappedFailure{std::string("internal error ") + module + " " + std::to_string(line)};
 }
 
-void CorruptInstaller(int32_t code) {
+void CorruptInstaller(DamageCode damage) {
+  const auto code = static_cast<int32_t>(damage);
   throw test::TrappedFailure{"corrupt " + std::to_string(code), code};
 }
 
