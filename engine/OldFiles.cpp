@@ -9,16 +9,15 @@
 #include "files/FileInfo.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
+#include "format/Words.h"
 #include "system/PathVariables.h"
 
 namespace korb {
 
 namespace {
 
-constexpr uint32_t kProtection = 0x7; // read-only, hidden, system
-
 void DeleteOldFile(const char *name, bool may_wait) {
-  ClearAttributes(name, kProtection);
+  ClearAttributes(name, kProtectiveAttributes);
   if (DeleteOrSchedule(name, 0)) {
     LogText.append_format("Deleted file: %s\r\n", name);
     return;

@@ -14,6 +14,7 @@
 #include "files/TempFiles.h"
 #include "files/WholeFile.h"
 #include "format/Damage.h"
+#include "format/Words.h"
 #include "ui/TextLookup.h"
 
 namespace korb {
@@ -21,9 +22,6 @@ namespace korb {
 namespace {
 
 constexpr int32_t kAttempts = 3;
-constexpr uint32_t kProtection = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-constexpr uint32_t kGivenAttributes =
-    kProtection | FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_TEMPORARY | FILE_ATTRIBUTE_OFFLINE;
 
 enum class WriteResult { Written, Damaged, Refused };
 
@@ -38,7 +36,7 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
       result = WriteResult::Refused;
       if (attempt == 1 && HasInstallFlag(IF_CLEAR_ATTRIBUTES)) {
         file.Close();
-        ClearAttributes(path, kProtection);
+        ClearAttributes(path, kProtectiveAttributes);
       }
       continue;
     }
@@ -113,7 +111,7 @@ bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate 
     HandleRefusal(file, path, data, size, report, may_replace_later);
     return false;
   }
-  ChangeAttributes(path, attributes, kGivenAttributes);
+  ChangeAttributes(path, attributes, kSettableAttributes);
   return true;
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <map>
 
+#include "format/Words.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
 
@@ -8,7 +9,6 @@ namespace korb::packer {
 
 namespace {
 
-constexpr uint32_t kSettableAttributes = 0x1127;
 constexpr size_t kMaxPath = 259;
 
 class FileChecker {

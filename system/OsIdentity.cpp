@@ -1,5 +1,7 @@
 #include "system/OsIdentity.h"
 
+#include "format/Words.h"
+
 namespace korb {
 
 uint32_t OsCodeOf(const OsVersion &version) {

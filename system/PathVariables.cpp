@@ -4,6 +4,7 @@
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/TempFiles.h"
+#include "format/Words.h"
 #include "system/SystemFolders.h"
 
 namespace korb {
@@ -15,38 +16,47 @@ struct PathVariable {
   String (*value)();
 };
 
-/// In the order of replacement.
+/// In the order of replacement, which is that of kPathVariableNames.
 constexpr PathVariable kPathVariables[] = {
-    {"%BootDrive%", [] { return DriveSpec(BootDriveLetter()); }},
-    {"%CommonDir%", CommonFilesFolder},
-    {"%InstallDir%", [] { return InstallDir; }},
-    {"%InstallDrive%", [] { return DriveSpec(DriveLetter(InstallDir.c_str())); }},
-    {"%ProgramsDir%", ProgramFilesFolder},
-    {"%SharedDir%", [] { return CommonDir; }},
-    {"%SystemDir%", SystemFolder},
-    {"%InstallerDir%", [] { return ProgramDirectory; }},
+    {path_variable::kBootDrive, [] { return DriveSpec(BootDriveLetter()); }},
+    {path_variable::kCommonDir, CommonFilesFolder},
+    {path_variable::kInstallDir, [] { return InstallDir; }},
+    {path_variable::kInstallDrive, [] { return DriveSpec(DriveLetter(InstallDir.c_str())); }},
+    {path_variable::kProgramsDir, ProgramFilesFolder},
+    {path_variable::kSharedDir, [] { return CommonDir; }},
+    {path_variable::kSystemDir, SystemFolder},
+    {path_variable::kInstallerDir, [] { return ProgramDirectory; }},
     // The letter alone, unlike the drive of the installation: texts in use count on either.
-    {"%InstallerDrive%", [] { return String(&ProgramDrive, ProgramDrive ? 1 : 0); }},
-    {"%InstallerFilename%", [] { return ProgramName; }},
-    {"%InstallerFilepath%", [] { return ProgramPath; }},
-    {"%DeviceDir%", DeviceFolder},
-    {"%MediaDir%", MediaFolder},
-    {"%FavoritesDir%", FavoritesFolder},
-    {"%FavoritesAllDir%", FavoritesAllFolder},
-    {"%FontDir%", FontFolder},
-    {"%DesktopDir%", DesktopFolder},
-    {"%DesktopAllDir%", DesktopAllFolder},
-    {"%DocumentDir%", DocumentFolder},
-    {"%DocumentAllDir%", DocumentAllFolder},
-    {"%StartMenuDir%", StartMenuFolder},
-    {"%StartMenuAllDir%", StartMenuAllFolder},
-    {"%SMProgramsDir%", StartMenuProgramsFolder},
-    {"%SMProgramsAllDir%", StartMenuProgramsAllFolder},
-    {"%StartupDir%", StartupFolder},
-    {"%StartupAllDir%", StartupAllFolder},
-    {"%Temp%", [] { return String(TempDirectory()); }},
-    {"%WinDir%", [] { return WindowsDirectory; }},
+    {path_variable::kInstallerDrive, [] { return String(&ProgramDrive, ProgramDrive ? 1 : 0); }},
+    {path_variable::kInstallerFilename, [] { return ProgramName; }},
+    {path_variable::kInstallerFilepath, [] { return ProgramPath; }},
+    {path_variable::kDeviceDir, DeviceFolder},
+    {path_variable::kMediaDir, MediaFolder},
+    {path_variable::kFavoritesDir, FavoritesFolder},
+    {path_variable::kFavoritesAllDir, FavoritesAllFolder},
+    {path_variable::kFontDir, FontFolder},
+    {path_variable::kDesktopDir, DesktopFolder},
+    {path_variable::kDesktopAllDir, DesktopAllFolder},
+    {path_variable::kDocumentDir, DocumentFolder},
+    {path_variable::kDocumentAllDir, DocumentAllFolder},
+    {path_variable::kStartMenuDir, StartMenuFolder},
+    {path_variable::kStartMenuAllDir, StartMenuAllFolder},
+    {path_variable::kSMProgramsDir, StartMenuProgramsFolder},
+    {path_variable::kSMProgramsAllDir, StartMenuProgramsAllFolder},
+    {path_variable::kStartupDir, StartupFolder},
+    {path_variable::kStartupAllDir, StartupAllFolder},
+    {path_variable::kTemp, [] { return String(TempDirectory()); }},
+    {path_variable::kWinDir, [] { return WindowsDirectory; }},
 };
+
+constexpr bool NamesAllVariables() {
+  const char *const *name = kPathVariableNames;
+  for (const PathVariable &variable : kPathVariables)
+    if (variable.name != *name++)
+      return false;
+  return sizeof kPathVariables / sizeof *kPathVariables == sizeof kPathVariableNames / sizeof *kPathVariableNames;
+}
+static_assert(NamesAllVariables(), "the packer would know other variables than the program");
 
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "system/OsIdentity.h"
+#include "format/Words.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("every system has its bit and its name") {
