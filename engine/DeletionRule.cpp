@@ -7,11 +7,16 @@ namespace korb {
 
 namespace {
 
+/// A value without a time leaves that invalid.
+bool ReadDate(const FileDeletion &record, int32_t current_year, DateTime &date) {
+  return date.parse(record.value.c_str(), false, current_year) && !date.date.is_invalid();
+}
+
 /// Below 0, 0 or above 0 for a file that is earlier than the value, of its time, or later. A value without a time means
 /// the whole day.
 int32_t CompareToDate(const FileDeletion &record, const FileDate &modified, int32_t current_year) {
   DateTime wanted;
-  if (!wanted.parse(record.value.c_str(), false, current_year) || wanted.date.is_invalid())
+  if (!ReadDate(record, current_year, wanted))
     CorruptInstaller(DamageCode::DeletionDate);
   const DateTime found = DateTime::from(modified);
   return wanted.time.is_invalid() ? found.date.compare(wanted.date) : found.compare(wanted);
@@ -24,6 +29,12 @@ int32_t CompareToSize(const FileDeletion &record, uint64_t size) {
 }
 
 } // namespace
+
+bool IsDeletionReadable(const FileDeletion &record) {
+  constexpr int32_t kYear = 2000; // a century decides about 29 February of a year 00 alone
+  DateTime date;
+  return record.kind < kDeleteDateEqual || record.kind > kDeleteDateUpTo || ReadDate(record, kYear, date);
+}
 
 bool IsDeletionDue(const FileDeletion &record, const FileDate &modified, uint64_t size, int32_t current_year) {
   switch (record.kind) {

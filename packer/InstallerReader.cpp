@@ -9,10 +9,10 @@
 #include "archive/Payload.h"
 #include "archive/RunValues.h"
 #include "archive/UninstallerImage.h"
-#include "core/Date.h"
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
 #include "core/RunMode.h"
+#include "engine/DeletionRule.h"
 #include "format/Damage.h"
 #include "packer/Checksum.h"
 #include "packer/CodePage.h"
@@ -234,14 +234,9 @@ void InstallerReader::ReadRecords() {
 
 // The installer looks at the condition only where the old file is there.
 void InstallerReader::CheckDeletions() const {
-  for (int32_t i = 0; i < config.deletions.count; ++i) {
-    const FileDeletion &deletion = config.deletions.at(i);
-    if (deletion.kind < kDeleteDateEqual || deletion.kind > kDeleteDateUpTo)
-      continue;
-    DateTime moment;
-    if (!moment.parse(deletion.value.c_str(), false, 2000) || moment.date.is_invalid())
+  for (int32_t i = 0; i < config.deletions.count; ++i)
+    if (!IsDeletionReadable(config.deletions.at(i)))
       CorruptInstaller(DamageCode::DeletionDate);
-  }
 }
 
 } // namespace korb::packer

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 
+#include "engine/DeletionRule.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
 
@@ -18,15 +18,11 @@ constexpr const char *kOwnValues[] = {
 
 constexpr size_t kUndoneAssociations = 499;
 
-// Whether a condition's text is a date: month, day, year, and perhaps a time. Names of months are a matter of the
-// installer's own parser, so a text with letters in front of the time passes.
-bool IsDateText(const std::string &text) {
-  int month = 0, day = 0, year = 0;
-  if (std::sscanf(text.c_str(), " %d / %d / %d", &month, &day, &year) == 3 ||
-      std::sscanf(text.c_str(), " %d . %d . %d", &month, &day, &year) == 3)
-    return IsCalendarDay(year < 101 ? year + 2000 : year, month, day);
-  return std::any_of(text.begin(), text.end(), [](char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }) &&
-         text.find_first_of("0123456789") != text.npos;
+bool IsReadable(const Deletion &deletion) {
+  FileDeletion record;
+  record.kind = deletion.kind;
+  record.value = deletion.value.c_str();
+  return IsDeletionReadable(record);
 }
 
 void CheckDeletion(const Deletion &deletion, Findings &findings) {
@@ -42,8 +38,8 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
     error("'*' and '?' choose no files here: name them one by one");
   if (deletion.kind == kDeleteAlways && !deletion.value.empty())
     findings.Warn(deletion.place, "old file '" + deletion.name + "': without a 'when' it goes whatever its 'value'");
-  if (deletion.kind >= kDeleteDateEqual && deletion.kind <= kDeleteDateUpTo && !IsDateText(deletion.value))
-    error("its condition needs a date");
+  if (!IsReadable(deletion))
+    error("its condition needs a date, such as 2001-02-03 without quotes or \"5-Jan-2001\"");
   if (deletion.kind >= kDeleteSizeEqual && deletion.kind <= kDeleteSizeUpTo) {
     std::string digits = deletion.value;
     std::erase(digits, ',');
