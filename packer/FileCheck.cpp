@@ -1,31 +1,41 @@
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "format/Words.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
+#include "packer/Words.h"
 
 namespace korb::packer {
 
 namespace {
 
 constexpr size_t kMaxPath = 259;
+constexpr char kHome[] = "%installdir%\\";
 
 class FileChecker {
 public:
-  FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {}
+  FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {
+    for (const Deletion &deletion : product.deletions)
+      if (deletion.options & kDeleteAtRestart)
+        deleted_later_.emplace(ComparablePath(deletion.name, kHome), &deletion);
+  }
 
   void Check(const FileEntry &file) {
     file_ = &file;
     has_path_ = file.target.find('\\') != file.target.npos;
     name_ = file.target.empty() || has_path_ ? file.name : file.target;
     CheckName();
+    CheckTarget();
     CheckKind();
     CheckShortcut();
     CheckDate();
     if (file.attributes & ~kSettableAttributes)
       Warn("only the attributes 0x1127 are given to a file");
-    CheckTwice();
+    const std::string destination = Destination();
+    CheckTwice(destination);
+    CheckDeletedLater(destination);
   }
 
 private:
@@ -48,13 +58,33 @@ private:
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
-    for (const std::string *text : {&file_->target, &file_->arguments})
-      CheckVariables(*text, file_->place, "file '" + file_->name + "': ", findings_);
+    CheckVariables(file_->arguments, file_->place, "file '" + file_->name + "': ", findings_);
     if (PathLength() > kMaxPath)
       Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
     const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
       Warn("the folder in its name is not created there: the file fails unless the folder exists");
+  }
+
+  void CheckTarget() {
+    const std::string &target = file_->target;
+    const std::string what = "file '" + file_->name + "': ";
+    const auto is_in_target = [&](std::string_view variable) { return ContainsNoCase(target, variable); };
+    if (has_path_)
+      CheckPathText(target, file_->place, what, findings_);
+    else
+      CheckVariables(target, file_->place, what, findings_);
+    if (!has_path_ && std::any_of(std::begin(kPathVariables), std::end(kPathVariables), is_in_target))
+      Warn("the target '" + target +
+           "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
+    if (has_path_ && target.find(':') == 1 && (target[0] | 0x20) != 'c' && MayBeReplacedLater())
+      Warn("if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
+           target.substr(0, 2) + " as well");
+  }
+
+  // Whether a file that is in use waits for the next start.
+  bool MayBeReplacedLater() const {
+    return product_.Has(IF_REPLACE_IN_USE) || Is(KindShared) || Is(KindFont) || GoesToSystem();
   }
 
   bool HasUnusablePart() const {
@@ -140,31 +170,27 @@ private:
       Error("its date doesn't exist");
   }
 
-  // Where it goes, in small letters: a variable in front stands for a folder that isn't known here.
+  // Where it goes, to be compared with other paths.
   std::string Destination() const {
-    const char *const common = "%shareddir%\\", *const home = "%installdir%\\", *const system = "%systemdir%\\";
+    const std::string folder = Is(KindShared) ? "%shareddir%\\" : kHome;
     if (has_path_) {
-      std::string path = LowerCase(file_->target);
-      if (path.back() == '\\')
-        path += LowerCase(name_.substr(name_.find_last_of('\\') + 1));
-      const bool is_full = path[0] == '%' || path[0] == '\\' || path.find(':') == 1;
-      return is_full ? path : (Is(KindShared) ? common : home) + path;
+      const bool is_folder = file_->target.back() == '\\';
+      return ComparablePath(file_->target, folder) +
+             (is_folder ? LowerCase(name_.substr(name_.find_last_of('\\') + 1)) : std::string());
     }
     if (file_->flags & FF_UNINSTALL_DIR)
       return InUninstallDir(name_);
-    const std::string folder = Is(KindShared) ? common : Is(KindFont) ? "%fontdir%\\" : GoesToSystem() ? system : home;
-    return folder + LowerCase(name_);
+    return (Is(KindFont) ? "%fontdir%\\" : GoesToSystem() ? "%systemdir%\\" : folder) + LowerCase(name_);
   }
 
   std::string InUninstallDir(const std::string &name) const {
     std::string folder = product_.uninstall_subdir;
     if (!folder.empty() && folder.back() != '\\')
       folder += '\\';
-    return "%installdir%\\" + LowerCase(folder + name);
+    return kHome + LowerCase(folder + name);
   }
 
-  void CheckTwice() {
-    const std::string destination = Destination();
+  void CheckTwice(const std::string &destination) {
     if (product_.Has(IF_UNINSTALL))
       for (const std::string &own : {product_.uninstaller_name, std::string("Uninstall.DAT"),
                                      std::string("Install.LOG"), std::string("Installer Background.BMP")})
@@ -176,12 +202,24 @@ private:
            (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
   }
 
+  // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an order
+  // that Windows 95 to Me turn round.
+  void CheckDeletedLater(const std::string &destination) {
+    const auto found = deleted_later_.find(destination);
+    if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)
+      findings_.Warn(found->second->place,
+                     "old file '" + found->second->name +
+                         "': the product brings a file to the same place; when the old one is in use, the restart may "
+                         "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that");
+  }
+
   const Product &product_;
   Findings &findings_;
   const FileEntry *file_ = nullptr;
   bool has_path_ = false; // an explicit destination, not only a new name
   std::string name_;      // under which it is installed
   std::map<std::string, Place> seen_, titles_;
+  std::map<std::string, const Deletion *> deleted_later_;
 };
 
 } // namespace

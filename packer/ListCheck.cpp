@@ -31,7 +31,7 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   };
   if (IsBlank(deletion.name))
     error("it has no name");
-  CheckVariables(deletion.name, deletion.place, "old file: ", findings);
+  CheckPathText(deletion.name, deletion.place, "old file: ", findings);
   if (deletion.name == kDeletionsEnd)
     error("this name ends the list");
   if (deletion.name.find_first_of("*?") != deletion.name.npos)

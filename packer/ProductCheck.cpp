@@ -88,7 +88,7 @@ void CheckDirectories(const Product &product, Findings &findings) {
                      "'" + std::string(texts[i].first) + "' holds a character that no folder's name can have");
   if (LowerCase(product.install_dir) == "<master>" && !product.Has(IF_MASTER_PRODUCT))
     findings.Error(product.PlaceOf("install.directory"), "\"<master>\" needs a 'product.master_product'");
-  CheckVariables(product.install_dir, product.PlaceOf("install.directory"), "'install.directory': ", findings);
+  CheckPathText(product.install_dir, product.PlaceOf("install.directory"), "'install.directory': ", findings);
   const std::string &subdir = product.uninstall_subdir;
   if (HoldsIllegalCharacter(subdir) || subdir.starts_with('\\'))
     findings.Error(product.PlaceOf("uninstall.directory"), "'uninstall.directory' has to be relative");
@@ -173,6 +173,17 @@ void CheckVariables(const std::string &text, Place place, const std::string &wha
       findings.Warn(place, what + "'" + name + "' is no path variable and stays as it is" +
                                Suggestion(MeantVariable(name), kPathVariables));
   }
+}
+
+void CheckPathText(const std::string &text, Place place, const std::string &what, Findings &findings) {
+  CheckVariables(text, place, what, findings);
+  // The variable, and what makes the root of its drive.
+  constexpr std::pair<std::string_view, std::string_view> kDrives[] = {
+      {"%InstallDrive%", "\\"}, {"%BootDrive%", "\\"}, {"%InstallerDrive%", ":\\"}};
+  for (const auto &[variable, rest] : kDrives)
+    if (LowerCase(text).starts_with(LowerCase(variable)) && !text.substr(variable.size()).starts_with(rest))
+      findings.Warn(place, what + "'" + text + "' is a relative path: the drive itself is '" + std::string(variable) +
+                               std::string(rest) + "'");
 }
 
 void CheckProduct(const Product &product, Findings &findings) {

@@ -39,6 +39,11 @@ bool IsDeviceName(std::string_view part) {
          (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
 }
 
+std::string ComparablePath(std::string_view path, const std::string &folder) {
+  const bool is_full = path.starts_with('%') || path.starts_with('\\') || path.find(':') == 1;
+  return (is_full ? std::string() : folder) + LowerCase(path);
+}
+
 bool HoldsHugeNumber(std::string_view text, int64_t most) {
   int64_t number = 0;
   for (char c : text) {

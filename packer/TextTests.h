@@ -25,6 +25,10 @@ bool HoldsIllegalCharacter(std::string_view name);
 /// Whether Windows takes one part of a path for a device, with any extension, in any folder.
 bool IsDeviceName(std::string_view part);
 
+/// A path on the target system in the form in which two are compared: in small letters, and below `folder`, which is so
+/// already and ends in a backslash, unless it is full. A variable at its front is a folder that isn't known here.
+std::string ComparablePath(std::string_view path, const std::string &folder);
+
 /// Whether one of the runs of digits in `text` is above `most`.
 bool HoldsHugeNumber(std::string_view text, int64_t most = INT32_MAX);
 
