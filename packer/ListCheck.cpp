@@ -50,6 +50,44 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   }
 }
 
+// The types of Windows' own that a product is most likely to add a verb to.
+constexpr const char *kWindowsTypes[] = {"txtfile", "inifile", "rtffile", "htmlfile", "xmlfile",   "jpegfile",
+                                         "giffile", "pngfile", "batfile", "cmdfile",  "exefile",   "dllfile",
+                                         "regfile", "inffile", "lnkfile", "Folder",   "Directory", "Drive"};
+
+bool HasSameExtension(const Association &a, const Association &b) {
+  const auto bare = [](const Association &one) {
+    return LowerCase(one.extension.substr(one.extension.starts_with('.') ? 1 : 0));
+  };
+  return bare(a) == bare(b);
+}
+
+// Whether the product has given the extension a type by the time that `association` is made.
+bool FindsOwnType(const Association &association, const Product &product) {
+  const auto gives_type = [&](const Association &other) {
+    return !other.file_class.empty() && HasSameExtension(other, association) &&
+           (other.language.empty() || other.language == association.language);
+  };
+  const auto end = product.associations.begin() + (&association - product.associations.data());
+  return std::any_of(product.associations.begin(), end, gives_type);
+}
+
+// The uninstaller takes the type of an association for the product's own, and removes it whole if it has an icon.
+void CheckOwner(const Association &association, const Product &product, Findings &findings) {
+  const auto warn = [&](const std::string &message) {
+    findings.Warn(association.place, "association of '" + association.extension + "': " + message +
+                                         ", and the uninstaller may remove that type: give a 'class' of the "
+                                         "product's own");
+  };
+  const auto is_class = [&](const char *type) { return LowerCase(type) == LowerCase(association.file_class); };
+  if (!product.Has(IF_UNINSTALL))
+    return;
+  if (association.file_class.empty() && !FindsOwnType(association, product))
+    warn("without a 'class' its verb joins the type that the extension has, whoever that belongs to");
+  else if (std::any_of(std::begin(kWindowsTypes), std::end(kWindowsTypes), is_class))
+    warn("'" + association.file_class + "' belongs to Windows");
+}
+
 void CheckAssociation(const Association &association, const Product &product, Findings &findings) {
   const auto error = [&](const char *message) {
     findings.Error(association.place, "association of '" + association.extension + "': " + message);
@@ -70,6 +108,7 @@ void CheckAssociation(const Association &association, const Product &product, Fi
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
     if (text->find('\\') != text->npos)
       error("extension, class and verb are names of keys and can't hold a backslash");
+  CheckOwner(association, product, findings);
   if (!association.language.empty() &&
       std::none_of(product.languages.begin(), product.languages.end(),
                    [&](const Language &language) { return language.name == association.language; }))
