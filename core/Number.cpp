@@ -56,7 +56,8 @@ void AppendYear(String &out, int32_t year) {
 void AppendFraction(String &out, double fraction, NumberWordsMode mode) {
   if (mode == WORDS_DECIMAL) {
     out += " Point";
-    String digits = str_format("%.3f", fraction).mid(2);
+    String digits = str_format("%.3f", fraction);
+    digits = digits.mid(digits.find_char('.') + 1); // there may be a sign: the fraction of -0.0 is -0.0
     digits.trim_right_char('0');
     if (digits.is_empty())
       digits = "0";

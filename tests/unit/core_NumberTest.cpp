@@ -18,8 +18,9 @@ TEST_CASE("numbers in words") {
   check(WORDS_FRACTION,
         {"3.75 = Three and Three Fourths", "0.125 = Zero and One Eighth", "0.374995 = Zero and Three Eighths",
          "0.333 = Zero and 333/1000", "3 = Three", "3.000001 = Three and "});
-  check(WORDS_DECIMAL, {"1.5 = One Point Five", "1.05 = One Point Zero Five", "1 = One Point Zero",
-                        "0.9996 = Zero Point Zero", "2.7183 = Two Point Seven One Eight"});
+  check(WORDS_DECIMAL,
+        {"1.5 = One Point Five", "1.05 = One Point Zero Five", "1 = One Point Zero", "-0 = Zero Point Zero",
+         "-0.5 = Negative Zero Point Five", "0.9996 = Zero Point Zero", "2.7183 = Two Point Seven One Eight"});
   check(WORDS_YEAR,
         {"1999 = Nineteen Ninety Nine", "1905 = Nineteen Oh Five", "1900 = Nineteen Oh Zero", "1100 = Eleven Oh Zero",
          "2000 = Two Thousand", "2005 = Two Thousand Five", "2010 = Twenty Ten", "101 = One Oh One",
