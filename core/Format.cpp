@@ -32,7 +32,6 @@ public:
   const String &text() const { return text_; }
 
 private:
-  bool ReadFlags(Conversion &conversion);
   bool ReadCount(int32_t &value);
   bool ReadConversion(Conversion &conversion);
   bool Put(const Conversion &conversion);
@@ -53,7 +52,8 @@ bool IsInteger(const FormatArg &arg) {
 }
 
 bool Formatter::Run() {
-  while (*at_ && text_.length() < kMaxOutput) {
+  // To the end even when there is more than will be kept: the rest may hold a fault. The arguments bound it all.
+  while (*at_) {
     const char *percent = strchr(at_, '%');
     if (!percent) {
       text_ += at_;

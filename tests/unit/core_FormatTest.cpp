@@ -85,6 +85,7 @@ TEST_CASE("a format that does not match its arguments comes out as it stands") {
   CHECK(Text("%-08", 5) == "%-08");
   CHECK(Text("%ll", 5) == "%ll");
   CHECK(Text("ok %d, then %s", 1, 2) == "ok %d, then %s");
+  CHECK(Text("%65535d %n", 1).substr(0, 20) == "%65535d %n"); // the fault comes after all that would be kept
 }
 
 TEST_CASE("output ends at its first NUL and at 65,535 bytes") {
