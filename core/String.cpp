@@ -256,6 +256,8 @@ int32_t String::compare(const char *text, bool case_sensitive, int32_t max) cons
 int32_t String::compare(const String &other, bool case_sensitive, int32_t max) const {
   if (capacity_ == 0)
     return -1;
+  if (other.is_empty())
+    return is_empty() ? 0 : 1;
   const int32_t n = Smaller(Smaller(length_, other.length_) + 1, max);
   return n < 1 ? -1 : CompareBytes(data_, other.c_str(), case_sensitive, n);
 }

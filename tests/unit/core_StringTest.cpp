@@ -181,6 +181,9 @@ TEST_CASE("comparisons") {
   const String with_nul("ab\0c", 4);
   CHECK(Values{with_nul.compare("ab", true), with_nul == "ab", with_nul == String("ab"), with_nul == String("ab\0d", 4),
                String() == ""} == Values{0, 0, 0, 0, 1});
+  // Nothing is below what is empty, whatever its bytes and however few are looked at.
+  CHECK(Values{String("\0", 1).compare(String(), true), String("\0", 1).compare("", true),
+               String("x").compare(String(), true, 0)} == Values{1, 1, 1});
   const String file("Setup.exe");
   CHECK(Values{file.starts_with("Setup"), file.starts_with("SetXX", 3), file.starts_with("setup"),
                file.starts_with("Setup.exe!"), file.starts_with(""),
