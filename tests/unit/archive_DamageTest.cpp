@@ -93,7 +93,7 @@ const Damage kDamages[] = {
     {37, "-1 uninstall values", [](TestInstaller &t) { Count<1, -1>(t, "icon"); }},
     {30, "no language", [](TestInstaller &t) { t.product.languages.clear(); }},
     {30, "101 languages", [](TestInstaller &t) { t.product.languages.resize(101); }},
-    {30, "the configuration ends in front of the languages", [](TestInstaller &t) { CutConfig(t, "\2\2\0"); }},
+    {30, "the configuration ends in front of the languages", [](TestInstaller &t) { CutConfig(t, Z("\2\2")); }},
     {31, "no text", [](TestInstaller &t) { t.product.languages.assign(1, {}); }},
     {31, "10,001 texts", [](TestInstaller &t) { t.product.languages[0].texts.resize(10001); }},
     {32, "another end mark", [](TestInstaller &t) { t.config = [](Bytes &c) { c.back() ^= 1; }; }},
