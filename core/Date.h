@@ -66,6 +66,7 @@ struct Time {
   String format(const char *format_text) const;
 };
 
+/// The default formats, this one and the two above, are constants: no run has a reason to set others.
 inline constexpr char kDateTimeFormat[] = "m/d/y h:ii:ssap";
 
 /// A date and perhaps a time.

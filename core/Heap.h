@@ -1,6 +1,7 @@
 // Blocks of the process heap, and what happens when there are no more.
 //
-// Everything in the program takes its memory here, so that nobody has to ask whether it came.
+// Everything in the program takes its memory here, `operator new` and the containers too, so that nobody has to ask
+// whether it came. That is why no handler is installed: these functions call OutOfMemory themselves.
 #pragma once
 
 #include <cstddef>

@@ -24,6 +24,8 @@ String YearToWords(int32_t year);
 String FormatDouble(double value, int32_t precision);
 /// "512 bytes", "1.50 KB", up to TB.
 String FormatByteSize(int64_t bytes);
+// The ordinals, too, give a text of their own: a caller's buffer would have to be as long as the longest words.
+
 /// "22nd". By the last digit alone above 20, so 111 is "111st".
 String FormatOrdinal(int32_t n);
 /// "Twenty First". Anything that ends in 12 is "Twelfth" alone.
