@@ -169,9 +169,10 @@ void SaveBackground() {
   AddUninstallEntry(path, kUninstallFile);
 }
 
-/// Whether a batch could be run is its author's business: nobody reports it.
+/// Whether a batch could be run is its author's business: no report tells the user. The log does, but for the last one,
+/// as it is written by then.
 void RunInstallBatch(const String &script, uint64_t hide) {
-  RunBatch(InstallDir, script, HasInstallFlag(hide));
+  RunBatch(InstallDir, script, HasInstallFlag(hide), LogText);
 }
 
 bool AskForRestart() {

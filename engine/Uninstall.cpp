@@ -139,13 +139,14 @@ void UninstallRun::Ask() {
   Read(CommonDir, "SharedPath");
 }
 
-/// A second run, after one that left something behind, doesn't run it again.
+/// A second run, after one that left something behind, doesn't run it again, not even one that could not be started:
+/// LogText is never written here, and the report is kept for what could not be removed.
 void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
   String script;
   Read(script, value);
   if (script.is_empty())
     return;
-  RunBatch(directory, script, HasInstallFlag(hide_flag));
+  RunBatch(directory, script, HasInstallFlag(hide_flag), LogText);
   key_.DeleteValue(value);
 }
 

@@ -2,6 +2,8 @@
 
 #include "core/RunMode.h"
 #include "files/DeferredFiles.h"
+#include "files/LastError.h"
+#include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
@@ -13,21 +15,29 @@ namespace korb {
 namespace {
 
 constexpr char kBatchName[] = "KORBBAT.BAT";
-/// Bytes of environment that the interpreter of Windows 9x is given: the variables need more than its default.
-constexpr int32_t kEnvironmentSize = 5000;
+/// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
+constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
+/// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them: not
+/// in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
+constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
 
 } // namespace
 
-bool RunBatch(const String &directory, const String &script, bool hidden) {
+bool RunBatch(const String &directory, const String &script, bool hidden, String &log) {
   if (IsBlank(script.c_str()))
     return true;
   const String path = PathJoin(directory.c_str(), kBatchName);
-  if (!WriteWholeFile(path.c_str(), BatchText(directory.c_str(), script, !AutomaticMode && !hidden)))
-    return false;
-  const String command = str_format("%s /e:%d /c \"%s\"", CommandInterpreter, kEnvironmentSize, path);
-  const uint32_t flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : 0);
-  const int32_t result = RunProcess(command.c_str(), flags, directory.is_empty() ? nullptr : directory.c_str());
-  DeleteOrSchedule(path.c_str(), 0);
+  const bool written = WriteWholeFile(path.c_str(), BatchText(directory.c_str(), script, !AutomaticMode && !hidden));
+  int32_t result = kProcessNotStarted;
+  if (written) {
+    const String command = str_format(IsWindowsNT() ? kCommandNT : kCommand9x, CommandInterpreter, path);
+    const uint32_t flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : 0);
+    result = RunProcess(command.c_str(), flags, directory.is_empty() ? nullptr : directory.c_str());
+  }
+  if (result == kProcessNotStarted)
+    log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
+  if (written)
+    DeleteOrSchedule(path.c_str(), 0);
   return result == 0;
 }
 

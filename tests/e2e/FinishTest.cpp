@@ -6,6 +6,7 @@
 
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Uninstallation.h"
 
 using namespace korb::test;
 
@@ -23,6 +24,14 @@ bool Becomes(const std::function<bool()> &condition) {
 bool Exists(const std::string &path) {
   return std::filesystem::exists(path);
 }
+
+/// Where a run takes this program for its command interpreter, it tells how it was called, and ends.
+const bool kCalled = [] {
+  if (GetEnvironmentVariableA("KORB_CALLED", nullptr, 0) == 0)
+    return false;
+  WriteFileBytes("C:\\called.txt", GetCommandLineA());
+  ExitProcess(0);
+}();
 
 } // namespace
 
@@ -46,6 +55,48 @@ TEST_CASE("batches run at their moments, and the program of /r only behind a cle
                        "PATH environment variable.\r\n\r\n"));
   Sleep(300);
   CHECK(FileBytes("C:\\batches.txt") == clean + "pre C:\\Batches \r\npost \r\nfinal \r\n");
+}
+
+TEST_CASE("batches run wherever the product is, whatever the interpreter makes of the signs in its name") {
+  const std::string name = "Batches everywhere";
+  for (const char *home : {"Program Files (x86)\\Thing", "Tom & Jerry", "App(x)", "A^B C", "A,B", "A@B C", "100% Pure",
+                           "blanks at\\several places in it"}) {
+    CAPTURE(home);
+    PackedProduct product("[product]\nname = '" + name + "'\n[install]\ndirectory = 'C:\\" + home +
+                          "'\nmin_phase_ms = 0\n[batch]\npre_install = 'echo 1 >> C:\\ran.txt'\n"
+                          "post_install = 'echo 2 >> C:\\ran.txt'\nfinal = 'echo 3 >> C:\\ran.txt'\n"
+                          "uninstall_first = 'echo 4 >> C:\\ran.txt'\nuninstall_last = 'echo 5 >> C:\\ran.txt'\n"
+                          "[options]\nalways_log = true\n[[file]]\ncontents = 'a'\nname = 'a.txt'\n");
+    product.Pack();
+    product.Install();
+    CHECK(FileBytes("C:\\ran.txt") == "1 \r\n2 \r\n3 \r\n");
+    UninstallQuietly(name);
+    CHECK(FileBytes("C:\\ran.txt") == "1 \r\n2 \r\n3 \r\n4 \r\n5 \r\n");
+    CHECK_FALSE(Exists(std::string("C:\\") + home + "\\a.txt"));
+    std::filesystem::remove("C:\\ran.txt");
+  }
+}
+
+TEST_CASE("each system's interpreter gets a batch in its own form, and one that can't be started is told in the log") {
+  PackedProduct product("[product]\nname = 'Form'\n[install]\ndirectory = 'C:\\Form'\n[batch]\npre_install = 'x'\n"
+                        "[options]\nuninstall = false\nalways_log = true\n[[file]]\ncontents = 'a'\nname = 'a.txt'\n");
+  for (const auto &[version, quote] : {std::pair("win98", ""), std::pair("winxp", "\"")}) {
+    CAPTURE(version);
+    const std::string program = std::string(version) + ".exe";
+    SetWindowsVersion(program, version);
+    product.Pack(program);
+    SetEnvironmentVariableA("COMSPEC", "C:\\test\\e2e_finish.exe");
+    SetEnvironmentVariableA("KORB_CALLED", "1");
+    product.Install();
+    SetEnvironmentVariableA("KORB_CALLED", nullptr);
+    CHECK(FileBytes("C:\\called.txt") ==
+          std::string("C:\\test\\e2e_finish.exe /e:5000 /c ") + quote + "\"C:\\Form\\KORBBAT.BAT\"" + quote);
+  }
+  SetEnvironmentVariableA("COMSPEC", "C:\\nowhere\\cmd.exe");
+  product.Install();
+  SetEnvironmentVariableA("COMSPEC", "C:\\windows\\system32\\cmd.exe");
+  CHECK(InstallLog("C:\\Form").starts_with("C:\\Form\\KORBBAT.BAT could not be run: "));
+  CHECK_FALSE(Exists("C:\\Form\\KORBBAT.BAT"));
 }
 
 TEST_CASE("a run that places nothing leaves no empty directories") {

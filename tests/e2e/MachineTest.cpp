@@ -178,8 +178,9 @@ TEST_CASE("whatever refuses is reported in its own words, and the rest is instal
   CHECK(FileBytes("C:\\Refused\\last.txt") == "new");
   CHECK(FileBytes("C:\\Refused\\file") == "in the way");
   CHECK_FALSE(std::filesystem::exists("C:\\refused-ran"));
+  const std::string no_batch = "C:\\Refused\\KORBBAT.BAT could not be run: " + Words(ERROR_ACCESS_DENIED) + "\r\n";
   CHECK(InstallLog("C:\\Refused") ==
-        "No directory: C:\\Refused\\file\r\n" + Words(ERROR_DIRECTORY) +
+        no_batch + no_batch + "\r\nNo directory: C:\\Refused\\file\r\n" + Words(ERROR_DIRECTORY) +
             "\r\nNot installed: C:\\Refused\\file\\a.txt\r\n\r\n" + "Failed: E:\\large\r\n" + Words(ERROR_DISK_FULL) +
             "\r\n" + "Failed: C:\\Program Files\\Common Files\\Counted\\missing\\b.dat\r\n" +
             Words(ERROR_PATH_NOT_FOUND) +

@@ -43,6 +43,7 @@ TEST_CASE("a batch sees the folders as variables, runs where it is told, and lea
   const TempFolder folder;
   const String directory = folder.Path().string().c_str();
   CommonDir = "c:\\Common Things";
+  String log;
   for (const bool hidden : {false, true}) {
     CAPTURE(hidden);
     CHECK(
@@ -51,14 +52,17 @@ TEST_CASE("a batch sees the folders as variables, runs where it is told, and lea
                  "cd >> out.txt\n"
                  "PAUSE >nul <nul\n"
                  "if not exist KORBBAT.BAT echo lost>> out.txt",
-                 hidden));
+                 hidden, log));
     const String expected = directory + "|" + directory.mid(0, 2) + "|c:\\Common Things|" + ProgramDrive + ":|" +
                             BootDriveLetter() + ":|" + SystemFolder() + "\r\n" + directory + "\r\n";
     CHECK(UpperContents(directory + "\\out.txt") == Upper(expected));
     CHECK_FALSE(FileExists((directory + "\\KORBBAT.BAT").c_str()));
   }
-  CHECK(RunBatch(directory, " \r\n\t", false));
-  CHECK_FALSE(RunBatch(directory + "\\missing", "echo", false));
+  CHECK(RunBatch(directory, " \r\n\t", false, log));
+  CHECK_FALSE(RunBatch(directory, "exit 3", false, log));
+  CHECK(log.is_empty()); // which tells only of those that did not run
+  CHECK_FALSE(RunBatch(directory + "\\missing", "echo", false, log));
+  CHECK(log.starts_with(directory + "\\missing\\KORBBAT.BAT could not be run: "));
 }
 
 TEST_CASE("a hidden or silent batch loses the lines that only pause") {
