@@ -114,7 +114,7 @@ endfunction()
 
 # korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...] [SCREEN <width>x<height>]):
 # whole runs of the program that ships, which lies beside the test, with the programs of WITH and the files of BESIDE. E:
-# is a small disk, where this machine mounts one. With a screen, the test sees what windows paint.
+# is a small floppy disk, where this machine mounts one. With a screen, the test sees what windows paint.
 function(korb_e2e_test name)
   cmake_parse_arguments(arg "" "SCREEN" "USES;WITH;BESIDE" ${ARGN})
   list(TRANSFORM arg_BESIDE PREPEND "--with;")

@@ -9,6 +9,7 @@
 #include "files/Attributes.h"
 #include "files/DeferredFiles.h"
 #include "files/DiskFile.h"
+#include "files/DiskSpace.h"
 #include "files/LastError.h"
 #include "files/ProgramPaths.h"
 #include "files/TempFiles.h"
@@ -27,8 +28,9 @@ enum class WriteResult { Written, Damaged, Refused };
 
 /// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
 ///
-/// The date is given by the handle that writes: opening a small file again costs as much as its write. Only a file that
-/// is read back has to be opened for it, since one that turns out damaged must not look like the file it should be.
+/// On a fixed drive the date is given by the handle that writes: opening a small file again costs as much as its write.
+/// Elsewhere what comes late could put the present time over it, so all is on its way before the date is set. A file that
+/// is read back is opened again everywhere, since one that turns out damaged must not look like the file it should be.
 WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size, const FileDate &date) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
@@ -40,16 +42,18 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
       }
       continue;
     }
-    if (HasInstallFlag(IF_VERIFY_WRITES)) {
+    const bool again = !OnFixedDrive(path);
+    if (again || HasInstallFlag(IF_VERIFY_WRITES)) {
       file.Close();
-      if (!FileMatches(data, size, path)) {
+      if (HasInstallFlag(IF_VERIFY_WRITES) && !FileMatches(data, size, path)) {
         result = WriteResult::Damaged;
         continue;
       }
-      file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+      if (date.has_date())
+        file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     }
     if (date.has_date())
-      file.SetModified(date, false);
+      file.SetModified(date, again);
     file.Close();
     return WriteResult::Written;
   }

@@ -129,7 +129,7 @@ public:
   /// Ends the last line if it is not ended. False when nothing is open or the write fails.
   bool EnsureNewline();
   /// Sets the time of the last write, in local time; creation and access stay. Without `flush` nobody waits for the
-  /// disk: the system keeps a time that was set by hand, whatever of this handle's writes is still on its way.
+  /// disk: on a fixed drive a time that was set by hand stays, whatever of this handle's writes is still on its way.
   bool SetModified(const FileDate &date, bool flush = true);
   /// From here on everything happens in memory, and Close writes the changes back. False when the file can't be read.
   bool LoadToMemory();

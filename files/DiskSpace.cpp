@@ -27,6 +27,16 @@ bool DriveExists(const char *path) {
   return GetDriveTypeA(RootOf(path).c_str()) != DRIVE_NO_ROOT_DIR;
 }
 
+bool OnFixedDrive(const char *path) {
+  static char asked;
+  static bool fixed;
+  if (*path != asked) {
+    asked = *path;
+    fixed = GetDriveTypeA(RootOf(path).c_str()) == DRIVE_FIXED;
+  }
+  return fixed;
+}
+
 bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
   if (!root)
     return false;

@@ -60,7 +60,8 @@ bool AppendToFile(const char *path, const char *text, uint32_t flags) {
   return false;
 }
 
-bool FileMatches(const void *data, int32_t count, const char *path) {
+/// Kept out of its one caller, whose frame is so large that each access to it takes a longer instruction.
+[[gnu::noinline]] bool FileMatches(const void *data, int32_t count, const char *path) {
   DiskFile file;
   if (count < 0 || file.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || file.Size() != count)
     return false;

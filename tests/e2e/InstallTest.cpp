@@ -24,6 +24,9 @@ TEST_CASE("a silent installation places every file with its bytes, date and attr
   CHECK(DescribeFile(home + "deep\\er\\data.bin") == "archive 1999-12-31 23:59:58");
   CHECK(FileBytes("C:\\Elsewhere\\empty").empty());
   CHECK(DescribeFile("C:\\Elsewhere\\empty") == "archive 2020-02-29 00:00:00");
+  REQUIRE(GetDriveTypeA("E:\\") == DRIVE_REMOVABLE); // where files are dated in another way
+  CHECK(DescribeFile("E:\\Elsewhere\\another drive") == "archive 2010-03-31 12:34:56");
+  CHECK(DescribeFile(home + "the first drive again") == "archive 2010-03-31 12:34:58");
 }
 
 TEST_CASE("every layout of the payload installs the same") {

@@ -74,6 +74,21 @@ TEST_CASE_FIXTURE(Fixture, "what can't be read back is reported without a word o
   CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, ErrorReport, 0, false); }) == 5);
 }
 
+TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second time for its date, and not without one") {
+  struct Pipe {
+    HANDLE handle = CreateNamedPipeA("\\\\.\\pipe\\korb", PIPE_ACCESS_DUPLEX, PIPE_NOWAIT, 2, 64, 64, 0, nullptr);
+    ~Pipe() { CloseHandle(handle); }
+    bool Opened() { return ConnectNamedPipe(handle, nullptr) || GetLastError() != ERROR_PIPE_LISTENING; }
+  };
+  for (const FileDate &date : {kDate, FileDate{}}) {
+    CAPTURE(date.month);
+    Pipe first, second;
+    CHECK(PlaceFile("\\\\.\\pipe\\korb", "x", 1, date, ErrorReport, 0, false));
+    CHECK(Values{first.Opened(), second.Opened()} == Values{1, date.month != 0});
+  }
+  CHECK(ErrorReport.is_empty());
+}
+
 TEST_CASE_FIXTURE(Fixture, "a run that keeps no list of files lists none of its directories") {
   for (const uint64_t flags : {uint64_t{0}, IF_NO_UNINSTALL_RECORDS}) {
     InstallFlags = flags;
