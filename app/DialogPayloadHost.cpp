@@ -1,6 +1,7 @@
 #include "app/DialogPayloadHost.h"
 
 #include "archive/TextNumber.h"
+#include "core/MessagePump.h"
 #include "ui/CancelQuestion.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
@@ -34,6 +35,7 @@ void DialogPayloadHost::AskCancel() {
 }
 
 ByteSource *DialogPayloadHost::OpenVolume(const String &path, int32_t &size) {
+  ShowPendingProgress(); // a disk may have to start first
   if (volume_.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK)
     return nullptr;
   size = volume_.Size();

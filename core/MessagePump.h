@@ -1,4 +1,4 @@
-// Keeps the windows alive between the steps of a long phase.
+// Keeps the windows alive, and what they show true, between the steps of a long phase.
 #pragma once
 
 namespace korb {
@@ -7,5 +7,11 @@ namespace korb {
 /// which it handles and leaves the later ones queued. A cancel that the user confirms in here ends the process.
 /// Defined by ui/ in the program; the test programs count the calls.
 bool PumpMessages();
+
+/// Shows what the run has told of its course and is not on screen yet, and handles the messages that painting it takes.
+/// For whoever is about to keep the windows waiting: for a user, another program, the disk or the processor. Does nothing
+/// where all is shown. A cancel that the user confirms in here ends the process.
+/// Defined by ui/ in the program; in the test programs nothing is shown.
+void ShowPendingProgress();
 
 } // namespace korb

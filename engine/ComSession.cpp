@@ -1,5 +1,6 @@
 #include "engine/ComSession.h"
 
+#include "core/MessagePump.h"
 #include "files/SystemFunction.h"
 
 #include <objbase.h>
@@ -13,6 +14,7 @@ constexpr char kLibrary[] = "ole32.dll";
 } // namespace
 
 ComSession::ComSession() {
+  ShowPendingProgress(); // a library is loaded here, and a product's own code run after it
   const auto start = KORB_SYSTEM_FUNCTION(kLibrary, CoInitialize);
   started_ = start && SUCCEEDED(start(nullptr));
 }

@@ -4,6 +4,7 @@
 #include "archive/PayloadRecord.h"
 #include "archive/RunValues.h"
 #include "archive/TextNumber.h"
+#include "core/MessagePump.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/FileVersion.h"
@@ -23,6 +24,8 @@
 namespace korb {
 
 namespace {
+
+constexpr int32_t kLargeFile = 0x10000; ///< bytes; checking and writing a larger one may take longer than a frame
 
 class MachineHost final : public PlacementHost {
 public:
@@ -127,12 +130,16 @@ void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes) {
   FilePlacer placer;
   for (int32_t i = 0; i < sizes.count; ++i) {
     SetProgress(45 + static_cast<int32_t>(int64_t{i} * 40 / sizes.count));
+    if (sizes.at(i) > kLargeFile)
+      ShowPendingProgress();
     PayloadRecord record;
     ReadPayloadRecord(cursor, sizes.at(i), record);
     placer.Place(record);
   }
-  if (placer.fonts_changed())
+  if (placer.fonts_changed()) {
+    ShowPendingProgress(); // any window of the system may keep this waiting
     SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
+  }
   SetProgress(87);
 }
 

@@ -1,6 +1,7 @@
 #include "files/DiskFile.h"
 
 #include "core/Failure.h"
+#include "core/MessagePump.h"
 #include "core/Windows.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
@@ -161,14 +162,15 @@ void *DiskFile::OpenWithRetries(uint32_t access, uint32_t share, uint32_t dispos
     if (handle != INVALID_HANDLE_VALUE)
       return handle;
     const DWORD error = GetLastError();
-    if ((flags & DF_RETRY_ONCE) && attempt++ == 0)
-      Sleep(kRetryWait);
-    else if (error == ERROR_SHARING_VIOLATION && !(flags & DF_NO_BUSY_RETRY) && attempt++ < kBusyAttempts)
-      Sleep(kBusyWait);
-    else {
+    DWORD wait = kBusyWait;
+    if ((flags & DF_RETRY_ONCE) && attempt++ == 0) {
+      wait = kRetryWait;
+    } else if (error != ERROR_SHARING_VIOLATION || (flags & DF_NO_BUSY_RETRY) || attempt++ >= kBusyAttempts) {
       SetLastError(error);
       return nullptr;
     }
+    ShowPendingProgress();
+    Sleep(wait);
   }
 }
 

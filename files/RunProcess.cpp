@@ -41,6 +41,7 @@ int32_t RunProcess(const char *command, uint32_t flags, const char *directory) {
                              ? HIGH_PRIORITY_CLASS
                              : (flags & RP_IDLE_PRIORITY ? IDLE_PRIORITY_CLASS : NORMAL_PRIORITY_CLASS);
   String line(command); // the system writes into it
+  ShowPendingProgress();
   PROCESS_INFORMATION process;
   if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, flags & RP_INHERIT ? kInherit : FALSE, priority, nullptr,
                       directory, &startup, &process)) {

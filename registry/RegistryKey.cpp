@@ -1,6 +1,7 @@
 #include "registry/RegistryKey.h"
 
 #include "core/Failure.h"
+#include "core/MessagePump.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
 #include "files/LastError.h"
@@ -33,8 +34,10 @@ void RegistryKey::ReportFailure(uint32_t options) {
   if (!(options & RK_REPORT))
     return;
   const char *reason = LastErrorText();
-  if (!IsBlank(reason))
+  if (!IsBlank(reason)) {
+    ShowPendingProgress();
     MessageBoxA(nullptr, reason, "Registry Error", MB_ICONHAND);
+  }
 }
 
 void RegistryKey::RequiredValueMissing(const char *name) const {

@@ -26,32 +26,29 @@ constexpr DWORD kFrame = 16;    // nobody sees what is replaced sooner
 HWND ProgressBar = nullptr; // keeps its value when the dialog goes
 uint32_t PhaseStart = 0;
 
-int32_t Percent = 0, ShownPercent = 0;
+// What was told last, and whether any of it is not on screen yet.
+int32_t Percent = 0;
 String StepText;
-bool StepTextWaits = false;
+bool IsPending = false;
 uint32_t ShownTick = 0; ///< when anything was last shown
 
+/// Nothing is pending any more when the first message is handled: it may be a cancel, whose question comes back here.
 void ShowState() {
-  if (ProgressDialog == nullptr)
-    return;
   ShownTick = GetTickCount();
-  if (Percent != ShownPercent && ProgressBar != nullptr) {
+  IsPending = false;
+  if (ProgressDialog != nullptr) {
     PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(Percent), 0);
-    ShownPercent = Percent;
-  }
-  if (StepTextWaits) {
-    StepTextWaits = false;
     SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
     UpdateWindow(ProgressDialog);
   }
+  PumpMessages();
 }
 
 // Painting takes longer than writing a small file, and a look for messages a tenth of it.
 void ShowInTime() {
-  if (GetTickCount() - ShownTick < kFrame)
-    return;
-  ShowState();
-  PumpMessages();
+  IsPending = true;
+  if (GetTickCount() - ShownTick >= kFrame)
+    ShowState();
 }
 
 /// Some systems paint the bar from a theme's pictures, which takes as long as writing thirty files. An empty name would
@@ -116,7 +113,6 @@ void DestroyProgressDialog() {
 
 void SetStepTextArgs(const char *format, const FormatArgs &args) {
   StepText.format_args(format, args);
-  StepTextWaits = true;
   ShowInTime();
 }
 
@@ -126,8 +122,8 @@ void StartPhase() {
 
 void SetStepText(int32_t number) {
   StartPhase();
-  ShownTick = PhaseStart - kFrame; // a phase's own text is always shown
   SetStepTextFormat(TextLookup(number));
+  ShowPendingProgress();
 }
 
 void SetProgress(int32_t percent) {
@@ -140,8 +136,13 @@ void SetStep(int32_t number, int32_t percent) {
   SetStepText(number);
 }
 
+void ShowPendingProgress() {
+  if (IsPending)
+    ShowState();
+}
+
 void WaitPhase(int32_t milliseconds) {
-  ShowState();
+  ShowPendingProgress();
   if (AutomaticMode)
     return;
   for (int32_t i = 0; i < milliseconds && !PumpMessages() && PhaseHasTimeLeft(PhaseStart, GetTickCount(), milliseconds);

@@ -13,8 +13,10 @@ namespace korb {
 void CreateProgressDialog();
 void DestroyProgressDialog();
 
-// A step text and a place of the bar are shown at once, or, where something was shown within the last frame of a screen,
-// as far as nothing newer has come by the next of these calls. WaitPhase shows what still waits.
+// A step text and a place of the bar are shown at once, or, where something was shown within the last frame of a
+// screen, by a later one of these calls, as far as nothing newer has come by then. Whoever goes on to something that
+// may last calls ShowPendingProgress (core/MessagePump.h) first; SetStepText, SetStep, WaitPhase and DialogOwner do so
+// themselves.
 
 /// Shows a formatted line as the step text.
 void SetStepTextArgs(const char *format, const FormatArgs &args);

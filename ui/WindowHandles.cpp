@@ -1,5 +1,7 @@
 #include "ui/WindowHandles.h"
 
+#include "core/MessagePump.h"
+
 namespace korb {
 
 HINSTANCE InstanceHandle = nullptr;
@@ -7,6 +9,7 @@ HWND MainWindow = nullptr;
 HWND ProgressDialog = nullptr;
 
 HWND DialogOwner() {
+  ShowPendingProgress();
   if (IsWindow(ProgressDialog))
     return ProgressDialog;
   return IsWindow(MainWindow) ? MainWindow : nullptr;

@@ -13,7 +13,8 @@ extern HWND MainWindow;
 extern HWND ProgressDialog;
 
 /// The owner of a box: the progress dialog, else the background window, else none. A window that is gone, since its
-/// user closed it, counts as none: a box with a dead owner would not appear at all.
+/// user closed it, counts as none: a box with a dead owner would not appear at all. A box keeps the run waiting, so all
+/// pending progress is shown first.
 HWND DialogOwner();
 
 } // namespace korb

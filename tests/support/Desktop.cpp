@@ -1,7 +1,8 @@
 #include "tests/support/Desktop.h"
 
-#include <functional>
 #include <stdexcept>
+
+#include <commctrl.h>
 
 namespace korb::test {
 
@@ -61,6 +62,22 @@ bool Contains(const Window &window, const std::string &words) {
     if (control.text.find(words) != std::string::npos)
       return true;
   return false;
+}
+
+BOOL CALLBACK FindBar(HWND handle, LPARAM bar) {
+  if (KindOf(handle) != PROGRESS_CLASSA)
+    return TRUE;
+  *reinterpret_cast<HWND *>(bar) = handle;
+  return FALSE;
+}
+
+BOOL CALLBACK FindBarOfWindow(HWND handle, LPARAM bar) {
+  EnumChildWindows(handle, FindBar, bar);
+  return *reinterpret_cast<HWND *>(bar) == nullptr;
+}
+
+void CALLBACK TakeAnswer(HWND, UINT, ULONG_PTR answer, LRESULT result) {
+  *reinterpret_cast<LRESULT *>(answer) = result;
 }
 
 bool WaitUntil(int milliseconds, const std::function<bool()> &done) {
@@ -155,6 +172,29 @@ bool Choose(const Window &window, int id, const std::string &entry) {
                static_cast<WPARAM>(MAKELONG(id, combo ? CBN_SELCHANGE : LBN_SELCHANGE)),
                reinterpret_cast<LPARAM>(control->handle));
   return true;
+}
+
+std::string ShownProgress(const std::function<void()> &release) {
+  HWND bar = nullptr;
+  EnumWindows(FindBarOfWindow, reinterpret_cast<LPARAM>(&bar));
+  if (!bar)
+    return {};
+  char text[300] = ""; // the system keeps it, so the program need not answer
+  GetWindowTextA(GetDlgItem(GetParent(bar), 1011), text, sizeof text);
+  // A program handles what it is sent before all else that waits for it.
+  LRESULT place = -1;
+  SendMessageCallbackA(bar, PBM_GETPOS, 0, 0, TakeAnswer, reinterpret_cast<ULONG_PTR>(&place));
+  release();
+  WaitUntil(2000, [&] {
+    MSG message;
+    PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
+    return place >= 0;
+  });
+  return text + (" " + std::to_string(place));
+}
+
+bool WaitForProgress(const std::string &state) {
+  return WaitUntil(20000, [&] { return ShownProgress() == state; });
 }
 
 bool WaitUntilClosed(const Window &window, int milliseconds) {

@@ -1,6 +1,7 @@
 // Windows of other programs, as a person sees and uses them.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,6 +54,14 @@ bool SetText(const Window &window, int id, const std::string &value);
 
 /// Picks the entry with this text in a list box or combo box. False when it has none.
 bool Choose(const Window &window, int id, const std::string &entry);
+
+/// What the progress dialog shows, though another window may block it: its step text and the place of its bar, "text 45";
+/// empty when there is none. Where the program is too busy to answer, `release` ends that: the place is the one that was
+/// shown until then.
+std::string ShownProgress(const std::function<void()> &release = [] {});
+
+/// True as soon as the progress dialog shows this; false when it doesn't come to that.
+bool WaitForProgress(const std::string &state);
 
 /// True as soon as the window is closed; false when it is still there after `milliseconds`.
 bool WaitUntilClosed(const Window &window, int milliseconds = 20000);

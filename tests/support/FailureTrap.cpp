@@ -65,4 +65,6 @@ bool PumpMessages() {
   return false;
 }
 
+void ShowPendingProgress() {}
+
 } // namespace korb
