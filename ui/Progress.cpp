@@ -60,16 +60,18 @@ void PaintPlainly(HWND window) {
     set_theme(window, L" ", L" ");
 }
 
-/// The bar lies over its frame, a pixel beyond it on each side.
+/// The bar lies over its frame, a pixel beyond it on each side. It gets its size last: the edge that a plainly painted bar
+/// has takes its room as the size changes.
 void MakeBar(HWND dialog) {
   WINDOWPLACEMENT frame;
   frame.length = sizeof frame;
   GetWindowPlacement(GetDlgItem(dialog, KORB_CONTROL_BAR_PLACE), &frame);
   const RECT &place = frame.rcNormalPosition;
-  ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE, place.left - 1, place.top - 1,
-                                place.right - place.left + 3, place.bottom - place.top + 3, dialog, nullptr,
+  ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, dialog, nullptr,
                                 InstanceHandle, nullptr);
   PaintPlainly(ProgressBar);
+  MoveWindow(ProgressBar, place.left - 1, place.top - 1, place.right - place.left + 3, place.bottom - place.top + 3,
+             TRUE);
 }
 
 /// Nothing that is being removed can be taken back.

@@ -56,13 +56,15 @@ TEST_CASE("the steps come in their order, each with its place of the bar") {
     if (control.kind == PROGRESS_CLASSA)
       bar = control.handle;
   REQUIRE(bar);
-  // The bar covers its frame, and the dialog stands in the middle of the screen.
-  RECT place, frame, around;
+  // The bar covers its frame and has an edge of its own, and the dialog is in the middle of the screen.
+  RECT place, inside, frame, around;
   GetWindowRect(bar, &place);
+  GetClientRect(bar, &inside);
   GetWindowRect(dialog.Find("1007")->handle, &frame);
   GetWindowRect(dialog.handle, &around);
   CHECK(place.left == frame.left - 1);
   CHECK(place.top == frame.top - 1);
+  CHECK(inside.right == place.right - place.left - 2);
   CHECK(std::abs(around.left + around.right - GetSystemMetrics(SM_CXSCREEN)) <= 2);
   CHECK(std::abs(around.top + around.bottom - GetSystemMetrics(SM_CYSCREEN)) <= 2);
 
