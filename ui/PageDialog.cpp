@@ -39,8 +39,12 @@ INT_PTR CALLBACK PageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM pa
     SetControlText(dialog, KORB_CONTROL_PAGE, page.text);
     ShowTexts(dialog, page.kind.texts);
     CenterDialog(dialog);
-    return TRUE;
+    SetFocus(GetDlgItem(dialog, KORB_CONTROL_PAGE));
+    return FALSE;
   }
+  // Reading begins at the top: the system marks a whole text that Tab leads to.
+  if (message == WM_COMMAND && word == MAKEWPARAM(KORB_CONTROL_PAGE, EN_SETFOCUS))
+    SendMessageA(reinterpret_cast<HWND>(parameter), EM_SETSEL, 0, 0);
   return message == WM_COMMAND && EndOnButton(dialog, word);
 }
 

@@ -13,7 +13,7 @@ using namespace korb::test;
 
 namespace {
 
-constexpr int kDirectory = 1015, kLanguages = 1017;
+constexpr int kNext = 1001, kCancel = 1003, kPage = 1005, kBrowse = 1013, kDirectory = 1015, kLanguages = 1017;
 const std::string kHome = "C:\\Wizard", kCommon = "C:\\Program Files\\Common Files\\Wizard";
 const std::string kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
@@ -121,6 +121,82 @@ TEST_CASE("an installation asks for everything in its order, and refuses one dir
     Answer(step);
   CHECK(run.Wait() == DWORD{1});
   CHECK(Exists("C:\\Wizard\\Deep\\er\\one.txt"));
+  std::filesystem::remove_all(kHome);
+  RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Wizard").c_str());
+}
+
+TEST_CASE("a whole installation by keyboard: pages are read, and only Enter and Alt decide") {
+  Setup setup;
+  AskEverything(setup);
+  setup.product.license_pages = {[] {
+    std::string text = "Licence\r\n";
+    for (int i = 0; i < 200; ++i)
+      text += "a line\r\n";
+    return text;
+  }()};
+  setup.product.min_phase_ms = 300;
+  setup.Text(45) = "#45, &accept";
+  setup.Text(52) = "#52, &browse";
+  Process run = setup.Start();
+
+  // Tab goes round in the order of `ids`, Shift and Tab back; Escape does nothing.
+  const auto goes_round = [](std::initializer_list<int> ids) {
+    CHECK(WaitForFocus(*ids.begin()));
+    Press(VK_ESCAPE);
+    for (const int *id = ids.begin() + 1; id != ids.end(); ++id) {
+      Press(VK_TAB);
+      CHECK(WaitForFocus(*id));
+    }
+    Press(VK_TAB);
+    CHECK(WaitForFocus(*ids.begin()));
+    Press(VK_TAB, VK_SHIFT);
+    CHECK(WaitForFocus(*(ids.end() - 1)));
+    Press(VK_RIGHT); // among the buttons alone
+    CHECK(WaitForFocus(ids.begin()[1]));
+    Press(VK_TAB, VK_SHIFT);
+    CHECK(WaitForFocus(*ids.begin()));
+  };
+  REQUIRE(WaitForWindow("#48."));
+  goes_round({kLanguages, kNext, kCancel});
+  Press(VK_UP);
+  CHECK(WaitForWindow("#48,de."));
+  Press(VK_DOWN);
+  CHECK(WaitForWindow("#48."));
+  Press(VK_RETURN);
+  Answer("Notice|OK");
+
+  const auto licence = WaitForWindow("Licence");
+  REQUIRE(licence);
+  const HWND page = licence->Find(std::to_string(kPage))->handle;
+  const auto ask = [&](UINT message) { return SendMessageA(page, message, 0, 0); };
+  for (int round = 0; round < 2; ++round) {
+    goes_round({kPage, kNext, kCancel});
+    CHECK(ask(EM_GETSEL) == 0);
+    Press(VK_NEXT);
+    Press(VK_DOWN);
+    CHECK(WaitUntil(2000, [&] { return ask(EM_GETFIRSTVISIBLELINE) > 0 && ask(EM_GETSEL) > 0; }));
+  }
+  Press('A', VK_MENU);
+  for (const char *words : {"First page", "Read on Windows"}) {
+    REQUIRE(WaitForWindow(words));
+    goes_round({kPage, kNext, kCancel});
+    Press(VK_RETURN);
+  }
+  REQUIRE(WaitForWindow("#52, browse"));
+  goes_round({kDirectory, kBrowse, kNext, kCancel});
+  Press('B', VK_MENU);
+  Answer("#11.|Cancel");
+  CHECK(WaitForFocus(kBrowse));
+  Press(VK_TAB);
+  Press(VK_RETURN);
+  Answer("#23.|Yes");
+
+  CHECK(WaitForFocus(kCancel)); // of the progress dialog, where only Space means anything
+  for (const int key : {VK_ESCAPE, VK_RETURN, VK_TAB, VK_SPACE})
+    Press(key);
+  Answer("#28.|No");
+  Answer("#42.|OK");
+  CHECK(run.Wait() == DWORD{1});
   std::filesystem::remove_all(kHome);
   RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kKey + "Wizard").c_str());
 }

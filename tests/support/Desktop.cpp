@@ -80,14 +80,14 @@ void CALLBACK TakeAnswer(HWND, UINT, ULONG_PTR answer, LRESULT result) {
   *reinterpret_cast<LRESULT *>(answer) = result;
 }
 
+} // namespace
+
 bool WaitUntil(int milliseconds, const std::function<bool()> &done) {
   for (const DWORD start = GetTickCount(); !done(); Sleep(10))
     if (GetTickCount() - start > static_cast<DWORD>(milliseconds))
       return false;
   return true;
 }
-
-} // namespace
 
 const Control *Window::Find(const std::string &text_or_id) const {
   for (const Control &control : controls)
@@ -172,6 +172,25 @@ bool Choose(const Window &window, int id, const std::string &entry) {
                static_cast<WPARAM>(MAKELONG(id, combo ? CBN_SELCHANGE : LBN_SELCHANGE)),
                reinterpret_cast<LPARAM>(control->handle));
   return true;
+}
+
+void Press(int key, int held) {
+  const auto turn = [](int which, DWORD way) {
+    if (which != 0)
+      keybd_event(static_cast<BYTE>(which), static_cast<BYTE>(MapVirtualKeyA(static_cast<UINT>(which), 0)), way, 0);
+  };
+  turn(held, 0);
+  turn(key, 0);
+  turn(key, KEYEVENTF_KEYUP);
+  turn(held, KEYEVENTF_KEYUP);
+}
+
+bool WaitForFocus(int id) {
+  return WaitUntil(2000, [&] {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(0, &info) && info.hwndFocus && GetDlgCtrlID(info.hwndFocus) == id;
+  });
 }
 
 std::string ShownProgress(const std::function<void()> &release) {

@@ -35,6 +35,9 @@ struct Window {
   std::string Describe() const;
 };
 
+/// True as soon as `done` is; false when it is not after `milliseconds`.
+bool WaitUntil(int milliseconds, const std::function<bool()> &done);
+
 /// The windows that a person could use now: visible, enabled, with controls. The topmost first.
 std::vector<Window> OpenWindows();
 
@@ -54,6 +57,12 @@ bool SetText(const Window &window, int id, const std::string &value);
 
 /// Picks the entry with this text in a list box or combo box. False when it has none.
 bool Choose(const Window &window, int id, const std::string &entry);
+
+/// Presses a key of the keyboard, with another one held down when one is named, for whichever window has the focus.
+void Press(int key, int held = 0);
+
+/// True as soon as a control with this number has the focus; false when it doesn't come to that.
+bool WaitForFocus(int id);
 
 /// What the progress dialog shows, though another window may block it: its step text and the place of its bar, "text 45";
 /// empty when there is none. Where the program is too busy to answer, `release` ends that: the place is the one that was
