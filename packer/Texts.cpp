@@ -6,7 +6,7 @@
 namespace korb::packer {
 
 const std::array<TextInfo, 72> kTexts = {{
-    /* 0 */ {"main_title", "", "<product> Setup"},
+    /* 0 */ {"main_title", "", "<product>"},
     /* 1 */ {"notice_caption", "", "<product>"},
     /* 2 */ {"reinstall_caption", "", "<product> Setup"},
     /* 3 */ {"reinstall_installed", "", "<product> is already installed in"},
@@ -24,7 +24,8 @@ const std::array<TextInfo, 72> kTexts = {{
      "This installation program is damaged, and the installation cannot proceed.  The usual cause is a faulty "
      "download.\n\nDelete the file and download it again.  If that does not help, check your system for "
      "viruses.\n\nError code: %d"},
-    /* 14 */ {"directory_illegal", "", "This is not the full path of a directory:"},
+    /* 14 */
+    {"directory_illegal", "", "Enter a full path, such as C:\\Programs.\n\nThis is not a valid directory name:"},
     /* 15 */ {"uninstalled_caption", "", "Uninstall <product>"},
     /* 16 */ {"drive_missing", "c", "There is no drive %c:"},
     /* 17 */ {"directory_short", "", "<product> cannot be installed in the root of a drive.  Choose a directory."},
@@ -33,7 +34,8 @@ const std::array<TextInfo, 72> kTexts = {{
      "<product> needs a directory of its own.  Choose one below %s, not that directory itself."},
     /* 19 */
     {"disk_space", "scs",
-     "The installation needs %s, but on drive %c: only %s are free.\n\nDo you want to install there all the same?"},
+     "The installation needs more than %s of free space.  Drive %c: has %s.\n\nDo you want to install there all the "
+     "same?"},
     /* 20 */ {"product_caption", "", "<product>"},
     /* 21 */ {"error_caption", "", "Error"},
     /* 22 */ {"directory_exists", "s", "The directory %s exists already.\n\nDo you want to install <product> there?"},
@@ -88,7 +90,7 @@ const std::array<TextInfo, 72> kTexts = {{
     /* 63 */ {"first_license_page", "", ""},
     /* 64 */ {"first_readme_page", "", ""},
     /* 65 */ {"notice", "", ""},
-    /* 66 */ {"directory_network", "", "<product> cannot be installed in a directory of the network."},
+    /* 66 */ {"directory_network", "", "<product> cannot be installed in a network directory."},
     /* 67 */ {"step_fonts", "-", "Removing fonts..."},
     /* 68 */ {"step_shared_files", "-", "Removing shared files..."},
     /* 69 */ {"step_registry", "-", "Removing registry entries..."},
