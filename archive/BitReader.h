@@ -1,4 +1,5 @@
-// Reads a block bit by bit.
+// Reads a block bit by bit: the plain way, which the reference decoder of the tests goes. The program's own decoder,
+// UnpackBlock.cpp, peeks at whole words instead and leaves this to whoever reads bits without haste.
 #pragma once
 
 #include "core/String.h"

@@ -1,7 +1,8 @@
 // Sources and sinks of bytes, and the typed reads and writes on them.
 //
 // A class that can fill a buffer is a ByteSource, one that can take a buffer is a ByteSink; both get the typed
-// operations by that. Integers are little-endian.
+// operations by that. Integers are little-endian. No format of today has counted texts or fills (ReadText8, WriteText8
+// and the like, WriteFill); what nobody calls the program doesn't carry.
 #pragma once
 
 #include <cstdint>

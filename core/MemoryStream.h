@@ -39,6 +39,9 @@ public:
   void Truncate();
   /// Empties the stream and frees its block.
   void Clear();
+
+  // What a decoder needs of its output. That of the tests uses them; the program's writes to a bare block.
+
   /// Moves the place on by `count` bytes, which then exist, and gives where the first of them stands until
   /// the stream next grows. New bytes are zeros. Null when the place or the count is negative.
   uint8_t *Reserve(int32_t count);
