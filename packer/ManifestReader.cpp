@@ -111,7 +111,9 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
   product.bottom_color = bottom.value_or(top.value_or(0));
   if (top || bottom)
     product.flags |= IF_CUSTOM_COLORS;
-  product.title_shadow = static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(1));
+  // A shadow is black, so under a black title it would only look smeared.
+  product.title_shadow =
+      static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(product.title_color != 0 ? 1 : 0));
   if (const auto name = table.Text("background")) {
     if (const auto file = context.ReadInput(*name, table.PlaceOfKey("background"))) {
       if (auto bitmap = BitmapOf(*file))
