@@ -1,7 +1,7 @@
 #include "app/DialogPayloadHost.h"
 
-#include "archive/TextNumber.h"
 #include "core/MessagePump.h"
+#include "format/Texts.h"
 #include "ui/CancelQuestion.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
@@ -26,8 +26,8 @@ const char *DialogPayloadHost::Text(int32_t number) {
 }
 
 bool DialogPayloadHost::AskForVolume(const String &message) {
-  return MessageBoxA(DialogOwner(), message.c_str(), TextLookup(kTextInsertVolumeCaption),
-                     MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+  return MessageBoxA(DialogOwner(), message.c_str(), TextLookup(kTextVolumeCaption), MB_OKCANCEL | MB_ICONQUESTION) ==
+         IDOK;
 }
 
 void DialogPayloadHost::AskCancel() {

@@ -1,7 +1,7 @@
 #include "app/DirectoryRules.h"
 
-#include "archive/TextNumber.h"
 #include "files/PathText.h"
+#include "format/Texts.h"
 
 namespace korb {
 
@@ -13,15 +13,15 @@ constexpr int32_t kRootLength = 3; // of "c:\"
 
 int32_t RefusalOf(const String &path, const DirectoryFacts &facts) {
   if (!IsFullPath(path) || !IsLegalPath(path, 0))
-    return kTextIllegalDirectory;
+    return kTextDirectoryIllegal;
   if (facts.refuses_network && path.starts_with("\\\\"))
-    return kTextNoNetworkPath;
+    return kTextDirectoryNetwork;
   if (DriveLetter(path) != 0 && !facts.drive_exists)
-    return kTextNoDrive;
+    return kTextDriveMissing;
   if (path.length() <= kRootLength)
-    return kTextDirectoryTooShort;
+    return kTextDirectoryShort;
   if (SamePath(path, facts.program_files))
-    return kTextDirectoryIsProgramFiles;
+    return kTextDirectoryProgramFiles;
   return 0;
 }
 

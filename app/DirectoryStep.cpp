@@ -2,7 +2,6 @@
 
 #include "app/DirectoryRules.h"
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "core/Number.h"
 #include "core/Windows.h"
@@ -10,6 +9,7 @@
 #include "files/DiskSpace.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
+#include "format/Texts.h"
 #include "system/SystemFolders.h"
 #include "ui/DirectoryDialog.h"
 #include "ui/TextLookup.h"
@@ -32,13 +32,13 @@ bool IsRefused() {
   switch (number) {
   case 0:
     return false;
-  case kTextIllegalDirectory:
+  case kTextDirectoryIllegal:
     ReportError("%s\r\n%s", text, InstallDir);
     break;
-  case kTextNoDrive:
+  case kTextDriveMissing:
     ReportError(text, DriveLetter(InstallDir));
     break;
-  case kTextDirectoryIsProgramFiles:
+  case kTextDirectoryProgramFiles:
     ReportError(text, program_files);
     break;
   default:
@@ -57,7 +57,7 @@ bool AcceptsRoom(const Vector<int32_t> &sizes) {
   const int64_t room = DriveFreeBytes(InstallDir);
   return need < room ||
          Confirms(str_format(TextLookup(kTextDiskSpace), FormatByteSize(need), drive, FormatByteSize(room)),
-                  kTextWarningCaption, MB_ICONSTOP);
+                  kTextProductCaption, MB_ICONSTOP);
 }
 
 bool MakeDirectory() {
@@ -65,7 +65,7 @@ bool MakeDirectory() {
     return true;
   // Taken first: looking a text up may change the system's last error.
   String text = LastErrorText();
-  text = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(kTextCreateFailed), InstallDir, text);
+  text = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(kTextDirectoryFailed), InstallDir, text);
   text.trim_right();
   ReportError("%s", text);
   return false;
@@ -76,7 +76,7 @@ bool AcceptsDirectory(const Vector<int32_t> &sizes) {
     return false;
   const bool exists = QuietDirectoryExists(InstallDir);
   if (HasInstallFlag(IF_CONFIRM_DIRECTORY) &&
-      !Confirms(str_format(TextLookup(exists ? kTextDirectoryExists : kTextDirectoryCreate), InstallDir),
+      !Confirms(str_format(TextLookup(exists ? kTextDirectoryExists : kTextDirectoryMissing), InstallDir),
                 kTextDirectoryCaption, MB_ICONQUESTION))
     return false;
   return exists || MakeDirectory();

@@ -1,6 +1,6 @@
 #include "app/FailureTexts.h"
 
-#include "archive/TextNumber.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 
 namespace korb {

@@ -1,13 +1,13 @@
 #include "app/Gates.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Clock.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
 #include "engine/RunLists.h"
 #include "engine/Version.h"
+#include "format/Texts.h"
 #include "system/OsIdentity.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -25,7 +25,7 @@ namespace {
 /// How the question before a reinstallation begins.
 TextNumber ReinstallText(const String &earlier_version) {
   if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || Version.is_empty())
-    return kTextReinstallPresent;
+    return kTextReinstallInstalled;
   const int32_t order = CompareVersions(earlier_version, Version);
   return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
 }
@@ -45,7 +45,7 @@ void RefuseExpired(const InstallConfig &config) {
 
 void RefusePlatform(const InstallConfig &config) {
   if ((OsCode() & config.excluded_platforms) != 0)
-    Refuse(TextLookup(kTextWrongSystem), OsNameInTexts);
+    Refuse(TextLookup(kTextPlatformRefused), OsNameInTexts);
 }
 
 void RequireMasterProduct(InstallConfig &config) {

@@ -11,7 +11,6 @@
 #include "archive/LoadedImage.h"
 #include "archive/Payload.h"
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "archive/UninstallerImage.h"
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
@@ -35,6 +34,7 @@
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
+#include "format/Texts.h"
 #include "system/BatchRunner.h"
 #include "system/ExitSystem.h"
 #include "system/SearchPath.h"
@@ -121,7 +121,7 @@ void Installation::SettleDirectory() {
 
 void Installation::OpenProgress() {
   CreateProgressDialog();
-  SetStep(kTextStepStart, 2);
+  SetStep(kTextStepPayload, 2);
   ErrorReport.clear();
 }
 
@@ -178,7 +178,7 @@ void RunInstallBatch(const String &script, uint64_t hide) {
 bool AskForRestart() {
   if (!HasInstallFlag(IF_REBOOT_NEEDED))
     return false;
-  return AutomaticMode || MessageBoxA(DialogOwner(), TextLookup(kTextRestartQuestion), TextLookup(kTextWarningCaption),
+  return AutomaticMode || MessageBoxA(DialogOwner(), TextLookup(kTextRebootQuestion), TextLookup(kTextProductCaption),
                                       MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
@@ -234,7 +234,7 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
     ErrorReport += EditAutoexecPath(true);
   run.LeaveUninstaller();
   run.Wait();
-  SetStep(kTextStepEnd, 100);
+  SetStep(kTextStepRecord, 100);
   LeaveUninstallData();
   RunInstallBatch(config.post_install_batch, IF_HIDE_POST_BATCH);
   TellShellOfShortcuts(config);

@@ -3,12 +3,12 @@
 #include <cstring>
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "archive/UnpackBlock.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
+#include "format/Texts.h"
 
 namespace korb {
 
@@ -85,10 +85,10 @@ ByteSource &VolumeReader::OpenNext(int32_t &count) {
 void VolumeReader::AskFor(const String &path, bool wrong) {
   String message;
   if (wrong) {
-    message = host_.Text(kTextWrongVolume);
+    message = host_.Text(kTextVolumeWrong);
     message += "\r\n\r\n";
   }
-  message.append_format(host_.Text(kTextInsertVolume), number_, DriveLetter(path));
+  message.append_format(host_.Text(kTextVolumePrompt), number_, DriveLetter(path));
   if (!host_.AskForVolume(message))
     host_.AskCancel();
 }

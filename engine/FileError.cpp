@@ -1,7 +1,7 @@
 #include "engine/FileError.h"
 
-#include "archive/TextNumber.h"
 #include "files/LastError.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 
 namespace korb {

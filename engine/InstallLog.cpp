@@ -1,13 +1,13 @@
 #include "engine/InstallLog.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Clock.h"
 #include "core/RunMode.h"
 #include "engine/RecordNames.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
 #include "files/WholeFile.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
@@ -17,14 +17,14 @@ namespace {
 
 /// True when the user wants to see the log.
 bool OfferLog() {
-  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextShowLog), InstallLogPath()),
-                                       TextLookup(kTextShowLogCaption), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextLogQuestion), InstallLogPath()),
+                                       TextLookup(kTextLogCaption), MB_YESNO | MB_ICONINFORMATION) == IDYES;
 }
 
 void TellSuccess(String &report) {
-  const char *caption = TextLookup(kTextInstallDoneCaption);
+  const char *caption = TextLookup(kTextInstalledCaption);
   if (!AutomaticMode && !HasInstallFlag(IF_NO_DONE_MESSAGE))
-    MessageBoxA(DialogOwner(), TextLookup(kTextInstallDone), caption, MB_OK | MB_ICONINFORMATION);
+    MessageBoxA(DialogOwner(), TextLookup(kTextInstalled), caption, MB_OK | MB_ICONINFORMATION);
   report += caption;
   report += "\r\n\r\n";
 }

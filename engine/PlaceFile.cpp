@@ -1,7 +1,6 @@
 #include "engine/PlaceFile.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
@@ -15,6 +14,7 @@
 #include "files/TempFiles.h"
 #include "files/WholeFile.h"
 #include "format/Damage.h"
+#include "format/Texts.h"
 #include "format/Words.h"
 #include "ui/TextLookup.h"
 

@@ -3,7 +3,6 @@
 
 #include "archive/PayloadRecord.h"
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/MessagePump.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
@@ -16,6 +15,7 @@
 #include "files/FileInfo.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
+#include "format/Texts.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
 #include "ui/Progress.h"
@@ -74,7 +74,7 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
   if (directory.is_empty() || directory != last_directory_) {
     if (!CreateDirectoryTree(directory.c_str())) {
       const String reason = LastErrorText();
-      ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextCreateFailed), directory,
+      ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextDirectoryFailed), directory,
                                 reason, path);
       return false;
     }

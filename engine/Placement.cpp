@@ -1,13 +1,13 @@
 #include "engine/Placement.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "engine/Version.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 
 namespace korb {

@@ -1,7 +1,6 @@
 #include "engine/ReleaseSharedFiles.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Windows.h"
 #include "engine/ComSession.h"
 #include "engine/RecordNames.h"
@@ -10,6 +9,7 @@
 #include "engine/UninstallQuestion.h"
 #include "files/DeferredFiles.h"
 #include "files/FileInfo.h"
+#include "format/Texts.h"
 #include "registry/RegistryKey.h"
 
 namespace korb {
@@ -31,7 +31,7 @@ void RemoveSharedFile(const SharedEntry &entry) {
     ComSession session;
     CallServer(entry.path, "DllUnregisterServer");
   }
-  if (FileExists(entry.path) && MayRemove(IF_ASK_SHARED_REMOVAL, kTextRemoveShared, kTextSharedCaption, entry.path))
+  if (FileExists(entry.path) && MayRemove(IF_ASK_SHARED_REMOVAL, kTextSharedQuestion, kTextSharedCaption, entry.path))
     DeleteOrSchedule(entry.path, 0);
 }
 

@@ -1,12 +1,12 @@
 #include "engine/RemoveFiles.h"
 
-#include "archive/TextNumber.h"
 #include "core/RunPaths.h"
 #include "engine/UninstallList.h"
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"
 #include "files/FileInfo.h"
 #include "files/PathText.h"
+#include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "ui/Progress.h"
 #include "ui/TextLookup.h"
@@ -22,7 +22,7 @@ void RemoveFile(const String &path, String &report) {
   SetStepTextFormat("%s", path);
   if (!FileExists(path) || DeleteOrSchedule(path, 0))
     return;
-  report.append_format("%s %s\r\n", TextLookup(kTextFileStays), path);
+  report.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), path);
   AddUninstallEntry(path, kUninstallFile);
 }
 

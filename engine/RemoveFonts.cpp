@@ -1,11 +1,11 @@
 #include "engine/RemoveFonts.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/RunMode.h"
 #include "engine/UninstallQuestion.h"
 #include "files/DeferredFiles.h"
 #include "files/PathText.h"
+#include "format/Texts.h"
 #include "system/SystemFolders.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
@@ -28,7 +28,7 @@ void RemoveFonts(RegistryKey &product_key, String fonts) {
     const String file = title.is_empty() ? title : TakeName(fonts);
     if (file.is_empty())
       break;
-    if (!MayRemove(IF_ASK_FONT_REMOVAL, kTextRemoveFont, kTextRemoveFontCaption, title))
+    if (!MayRemove(IF_ASK_FONT_REMOVAL, kTextFontQuestion, kTextFontCaption, title))
       continue;
     RemoveFontResourceA(file);
     DeleteOrSchedule(PathJoin(FontFolder(), file), 0);

@@ -1,7 +1,6 @@
 #include "engine/Shortcuts.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/RunPaths.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
@@ -12,6 +11,7 @@
 #include "files/LastError.h"
 #include "files/PathText.h"
 #include "files/SystemFunction.h"
+#include "format/Texts.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
 #include "ui/TextLookup.h"
@@ -95,7 +95,7 @@ void ShortcutMaker::MakeIn(const String &directory, const ShortcutRecord &record
 }
 
 void ShortcutMaker::MakeForUninstaller(const String &directory) {
-  String path = PathJoin(directory.c_str(), TextLookup(kTextUninstallerShortcut));
+  String path = PathJoin(directory.c_str(), TextLookup(kTextUninstallerTitle));
   // No working directory: the uninstaller could not remove the one that it runs in.
   if (!CreateShortcut(path, UninstallerPath.c_str(), UninstallCommand.c_str(), "", "")) {
     AppendFileError(ErrorReport, path.c_str());
@@ -122,7 +122,7 @@ void AddUninstallerShortcut() {
   record.desktop = true;
   record.target = UninstallerPath;
   record.arguments = UninstallCommand;
-  record.title = TextLookup(kTextUninstallerShortcut);
+  record.title = TextLookup(kTextUninstallerTitle);
   ShortcutList.append(record);
 }
 

@@ -1,7 +1,6 @@
 #include "engine/Uninstall.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "engine/RecordNames.h"
@@ -19,6 +18,7 @@
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
+#include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "system/BatchRunner.h"
 #include "system/SearchPath.h"
@@ -153,7 +153,7 @@ void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint
 void UninstallRun::UndoAssociations() {
   if (record_.associations.is_empty())
     return;
-  SetStep(kTextUninstallStepStart, 1);
+  SetStep(kTextStepAssociations, 1);
   RestoreAssociations(record_.associations);
   Wait();
 }
@@ -161,7 +161,7 @@ void UninstallRun::UndoAssociations() {
 void UninstallRun::UndoFonts() {
   if (fonts_.is_empty())
     return;
-  SetStep(kTextUninstallStepFonts, 5);
+  SetStep(kTextStepFonts, 5);
   RemoveFonts(key_, fonts_);
   Wait();
 }
@@ -173,7 +173,7 @@ void UninstallRun::UndoFiles() {
 
 /// A later run finds what stayed, and nothing else: associations are undone by now.
 void UninstallRun::RewriteRecord() {
-  SetStep(kTextUninstallStepRegistry, 90);
+  SetStep(kTextStepSharedFiles, 90);
   DeleteOrSchedule(InstallLogPath(), 0);
   WriteUninstallData();
   UninstallList.clear();
@@ -211,7 +211,7 @@ void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
 }
 
 void UninstallRun::RemoveProductKeys() {
-  SetStep(kTextUninstallStepEnd, 95);
+  SetStep(kTextStepRegistry, 95);
   String path;
   Read(path, "ProductRegistry");
   if (!path.is_empty()) {
@@ -257,9 +257,9 @@ bool UninstallRun::Finish() {
     return done;
   const HWND owner = DialogOwner(); // the user may have closed the background
   if (done)
-    MessageBoxA(owner, TextLookup(kTextUninstallDone), TextLookup(kTextUninstallEndCaption), MB_ICONINFORMATION);
+    MessageBoxA(owner, TextLookup(kTextUninstalled), TextLookup(kTextUninstalledCaption), MB_ICONINFORMATION);
   else
-    MessageBoxA(owner, str_format(TextLookup(kTextUninstallIncomplete), report_), TextLookup(kTextWarningCaption),
+    MessageBoxA(owner, str_format(TextLookup(kTextUninstallIncomplete), report_), TextLookup(kTextProductCaption),
                 MB_ICONWARNING);
   return done;
 }

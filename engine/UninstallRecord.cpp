@@ -1,9 +1,9 @@
 #include "engine/UninstallRecord.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 
 namespace korb {
@@ -86,7 +86,7 @@ void ReadTexts(String text) {
 String UninstallRecordText() {
   String text = UninstallList;
   AppendHeading(text, kStrings);
-  for (const int8_t *number = kUninstallTexts; *number >= 0; ++number) {
+  for (const int8_t *number = kSavedTexts.numbers; *number >= 0; ++number) {
     text.append_format("~%d\r\n", *number);
     text += TextLookup(*number);
     text += "\r\n";

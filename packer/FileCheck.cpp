@@ -2,6 +2,7 @@
 #include <iterator>
 #include <map>
 
+#include "format/Texts.h"
 #include "format/Words.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
@@ -159,7 +160,8 @@ private:
         Warn("its shortcut has the title of an earlier one, which it replaces");
     }
     for (const Language &language : product_.languages)
-      if (file_->label.empty() && (language.texts.size() <= 38 || IsBlank(language.texts[38])))
+      if (file_->label.empty() &&
+          (language.texts.size() <= kTextShortcutTitle || IsBlank(language.texts[kTextShortcutTitle])))
         Error("its shortcut has no title, and text 38 (shortcut_title) of '" + language.name + "' is blank");
   }
 

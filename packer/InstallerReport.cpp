@@ -1,4 +1,5 @@
 #include "packer/InstallerReport.h"
+#include "format/Texts.h"
 
 #include <cstdio>
 
@@ -242,7 +243,7 @@ private:
       Value texts;
       for (int32_t number = 0; number < TextTable.count; ++number) {
         const size_t index = static_cast<size_t>(number);
-        texts.Add(index < kTexts.size() ? kTexts[index].name : std::to_string(number),
+        texts.Add(index < std::size(kTextRows) ? kTextRows[index].name : std::to_string(number),
                   Text(TextTable.at(number).at(i)));
       }
       languages.Add(FromCodePage(LanguageNames.at(i).c_str(), page_), texts);

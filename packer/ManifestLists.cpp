@@ -1,3 +1,4 @@
+#include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/ManifestContext.h"
 #include "packer/NearMiss.h"
@@ -72,10 +73,10 @@ void ReadUninstallValue(ManifestContext &context, ManifestTable table) {
 // The number of the text that `key` names; -1, reported, when there is none.
 int TextNumber(ManifestContext &context, std::string_view key, Place place) {
   std::vector<std::string_view> names;
-  for (size_t number = 0; number < kTexts.size(); ++number) {
-    if (key == kTexts[number].name)
+  for (size_t number = 0; number < std::size(kTextRows); ++number) {
+    if (key == kTextRows[number].name)
       return static_cast<int>(number);
-    names.push_back(kTexts[number].name);
+    names.push_back(kTextRows[number].name);
   }
   if (!key.empty() && key.size() < 6 && key.find_first_not_of("0123456789") == key.npos) {
     const int number = std::stoi(std::string(key));
@@ -139,10 +140,11 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
   ReadTexts(context, texts.Raw(), page, language); // they win over those of the file
   if (language.name != kDefaultLanguage) {
     std::string untranslated;
-    for (size_t number = 0; number < kTexts.size(); ++number)
-      if (*kTexts[number].english &&
+    const std::vector<std::string> english = EnglishTexts();
+    for (size_t number = 0; number < std::size(kTextRows); ++number)
+      if (!english[number].empty() &&
           !context.product().places.contains("texts." + language.name + "." + std::to_string(number)))
-        untranslated += std::string(untranslated.empty() ? "" : ", ") + kTexts[number].name;
+        untranslated += std::string(untranslated.empty() ? "" : ", ") + kTextRows[number].name;
     if (!untranslated.empty())
       context.findings.Warn(language.place, "these texts of '" + language.name + "' stay English: " + untranslated);
   }

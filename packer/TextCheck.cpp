@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "format/Texts.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
 #include "packer/Texts.h"
@@ -8,8 +9,6 @@
 namespace korb::packer {
 
 namespace {
-
-constexpr size_t kUninstallerTitle = 33, kNotice = 65;
 
 std::string WithProductName(std::string text, const std::string &name) {
   constexpr std::string_view kPlaceholder = "<product>";
@@ -31,13 +30,14 @@ public:
   void Check() {
     if (IsBlank(language_.name))
       findings_.Error(language_.place, "a language needs a name");
-    for (size_t number = 0; number < kTexts.size(); ++number)
-      CheckFormat(number, kTexts[number].form);
-    for (int number : kSavedTexts)
-      CheckSaved(static_cast<size_t>(number));
-    CheckUninstallerTitle();
-    if (product_.Has(IF_NOTICE) && IsBlank(Text(kNotice)))
-      Warn(kNotice, "is blank, so no notice is shown");
+    for (size_t number = 0; number < std::size(kTextRows); ++number)
+      CheckFormat(number, kTextRows[number].form);
+    for (const TextRow &row : kTextRows)
+      if (row.saved)
+        CheckSaved(static_cast<size_t>(row.number));
+    CheckTextUninstallerTitle();
+    if (product_.Has(IF_NOTICE) && IsBlank(Text(kTextNotice)))
+      Warn(kTextNotice, "is blank, so no notice is shown");
   }
 
 private:
@@ -51,7 +51,7 @@ private:
   void Warn(size_t number, const std::string &message) { findings_.Warn(PlaceOf(number), Describe(number) + message); }
 
   std::string Describe(size_t number) const {
-    return "text " + std::to_string(number) + " (" + kTexts[number].name + ") of '" + language_.name + "' ";
+    return "text " + std::to_string(number) + " (" + kTextRows[number].name + ") of '" + language_.name + "' ";
   }
 
   Place PlaceOf(size_t number) const {
@@ -81,13 +81,13 @@ private:
       Error(number, "holds \"[Associations]\", which ends the texts in the uninstaller's record");
   }
 
-  void CheckUninstallerTitle() {
+  void CheckTextUninstallerTitle() {
     const uint64_t shortcuts = IF_UNINSTALL_START_MENU | IF_UNINSTALL_DESKTOP | IF_UNINSTALL_IN_FOLDER;
     if (!product_.Has(IF_UNINSTALL) || !product_.Has(shortcuts))
       return;
-    const std::string title = WithProductName(Text(kUninstallerTitle), product_.name);
+    const std::string title = WithProductName(Text(kTextUninstallerTitle), product_.name);
     if (IsBlank(title) || HoldsIllegalCharacter(title) || HoldsRecordMarker(title))
-      Error(kUninstallerTitle, "can't be the name of a shortcut, and the uninstaller is to have one");
+      Error(kTextUninstallerTitle, "can't be the name of a shortcut, and the uninstaller is to have one");
   }
 
   const Language &language_;

@@ -1,11 +1,11 @@
 #include "ui/BackgroundWindow.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Text.h"
 #include "files/SystemFunction.h"
+#include "format/Texts.h"
 #include "ui/PaintGradient.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"

@@ -1,7 +1,7 @@
 #include "ui/BrowseForDirectory.h"
 
-#include "archive/TextNumber.h"
 #include "files/SystemFunction.h"
+#include "format/Texts.h"
 #include "ui/CenterDialog.h"
 #include "ui/TextLookup.h"
 

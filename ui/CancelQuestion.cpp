@@ -1,14 +1,14 @@
 #include "ui/CancelQuestion.h"
 
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
 namespace korb {
 
 void AskCancel() {
-  if (MessageBoxA(DialogOwner(), TextLookup(kTextCancelQuestion), TextLookup(kTextWarningCaption),
+  if (MessageBoxA(DialogOwner(), TextLookup(kTextCancelQuestion), TextLookup(kTextProductCaption),
                   MB_YESNO | MB_ICONQUESTION) == IDYES)
     CancelInstall();
 }

@@ -1,7 +1,7 @@
 #include "ui/DirectoryDialog.h"
 
-#include "archive/TextNumber.h"
 #include "core/RunPaths.h"
+#include "format/Texts.h"
 #include "ui/BrowseForDirectory.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
@@ -23,9 +23,9 @@ String Typed(HWND dialog) {
 
 void FillDialog(HWND dialog) {
   static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_LABEL, kTextDirectoryPrompt),
-                                          TextOf(KORB_CONTROL_NEXT, kTextNext),
-                                          TextOf(KORB_CONTROL_CANCEL, kTextCancel),
-                                          TextOf(KORB_CONTROL_BROWSE, kTextBrowse),
+                                          TextOf(KORB_CONTROL_NEXT, kTextOkButton),
+                                          TextOf(KORB_CONTROL_CANCEL, kTextCancelButton),
+                                          TextOf(KORB_CONTROL_BROWSE, kTextBrowseButton),
                                           TextOf(0, kTextDirectoryCaption),
                                           kNoMoreTexts};
   CenterDialog(dialog);

@@ -1,10 +1,10 @@
 #include "ui/LanguageDialog.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Text.h"
+#include "format/Texts.h"
 #include "ui/BackgroundWindow.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
@@ -43,8 +43,8 @@ void SelectSystemLanguage(HWND dialog) {
 }
 
 void ShowSelection(HWND dialog) {
-  static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_NEXT, kTextNext),
-                                          TextOf(KORB_CONTROL_CANCEL, kTextCancel), kNoMoreTexts};
+  static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_NEXT, kTextOkButton),
+                                          TextOf(KORB_CONTROL_CANCEL, kTextCancelButton), kNoMoreTexts};
   const int32_t selection = Selection(dialog);
   if (LanguageNames.is_out_of_range(selection))
     return;

@@ -1,8 +1,8 @@
 #include "ui/Notice.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/Text.h"
+#include "format/Texts.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 

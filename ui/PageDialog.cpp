@@ -1,6 +1,6 @@
 #include "ui/PageDialog.h"
 
-#include "archive/TextNumber.h"
+#include "format/Texts.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
 #include "ui/DialogText.h"
@@ -17,14 +17,14 @@ struct PageKind {
   DialogText texts[5];
 };
 
-constexpr PageKind kLicense = {"LicenseDlg",
-                               kTextLicensePage,
-                               {TextOf(KORB_CONTROL_NEXT, kTextAccept), TextOf(KORB_CONTROL_CANCEL, kTextRefuse),
-                                TextOf(KORB_CONTROL_LABEL, kTextLicensePrompt), TextOf(0, kTextLicenseTitle),
-                                kNoMoreTexts}};
+constexpr PageKind kLicense = {
+    "LicenseDlg",
+    kTextFirstLicensePage,
+    {TextOf(KORB_CONTROL_NEXT, kTextLicenseAccept), TextOf(KORB_CONTROL_CANCEL, kTextLicenseRefuse),
+     TextOf(KORB_CONTROL_LABEL, kTextLicensePrompt), TextOf(0, kTextLicenseTitle), kNoMoreTexts}};
 constexpr PageKind kReadme = {"ReadmeDlg",
-                              kTextReadmePage,
-                              {TextOf(KORB_CONTROL_NEXT, kTextNext), TextOf(KORB_CONTROL_CANCEL, kTextCancel),
+                              kTextFirstReadmePage,
+                              {TextOf(KORB_CONTROL_NEXT, kTextOkButton), TextOf(KORB_CONTROL_CANCEL, kTextCancelButton),
                                TextOf(KORB_CONTROL_LABEL, kTextReadmePrompt), TextOf(0, kTextReadmeTitle),
                                kNoMoreTexts}};
 

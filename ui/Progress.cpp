@@ -1,11 +1,11 @@
 #include "ui/Progress.h"
 
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "core/MessagePump.h"
 #include "core/RunMode.h"
 #include "core/String.h"
 #include "files/SystemFunction.h"
+#include "format/Texts.h"
 #include "ui/CancelQuestion.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
@@ -83,9 +83,9 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
   if (message == WM_INITDIALOG) {
     CenterDialog(dialog);
     MakeBar(dialog);
-    SetWindowTextA(dialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextProgressTitle));
-    SetControlText(dialog, KORB_CONTROL_LABEL, TextLookup(UninstallMode ? kTextUninstallLabel : kTextProgressLabel));
-    SetControlText(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancel));
+    SetWindowTextA(dialog, TextLookup(UninstallMode ? kTextUninstallTitle : kTextInstallTitle));
+    SetControlText(dialog, KORB_CONTROL_LABEL, TextLookup(UninstallMode ? kTextUninstallLabel : kTextInstallLabel));
+    SetControlText(dialog, KORB_CONTROL_CANCEL, TextLookup(kTextCancelButton));
     if (!MayCancel())
       EnableWindow(GetDlgItem(dialog, KORB_CONTROL_CANCEL), FALSE);
     return TRUE;

@@ -3,7 +3,7 @@
 #include <initializer_list>
 
 #include "app/DirectoryRules.h"
-#include "archive/TextNumber.h"
+#include "format/Texts.h"
 
 using namespace korb;
 
@@ -13,14 +13,14 @@ TEST_CASE("a directory is refused by the first rule that it breaks") {
     const char *path;
     int32_t refusal, without_drive, without_network; ///< by the drive, and by what the archive refuses
   } rows[] = {
-      {"C:\\x", 0, kTextNoDrive, 0},
-      {"C:x", kTextIllegalDirectory, kTextIllegalDirectory, kTextIllegalDirectory},
-      {"C:\\a|b", kTextIllegalDirectory, kTextIllegalDirectory, kTextIllegalDirectory},
-      {"C:\\", kTextDirectoryTooShort, kTextNoDrive, kTextDirectoryTooShort},
-      {"\\\\srv", 0, 0, kTextNoNetworkPath},
-      {"\\\\", kTextDirectoryTooShort, kTextDirectoryTooShort, kTextNoNetworkPath},
-      {"c:\\PROGRAM files\\", kTextDirectoryIsProgramFiles, kTextNoDrive, kTextDirectoryIsProgramFiles},
-      {"C:\\Program Files\\x", 0, kTextNoDrive, 0},
+      {"C:\\x", 0, kTextDriveMissing, 0},
+      {"C:x", kTextDirectoryIllegal, kTextDirectoryIllegal, kTextDirectoryIllegal},
+      {"C:\\a|b", kTextDirectoryIllegal, kTextDirectoryIllegal, kTextDirectoryIllegal},
+      {"C:\\", kTextDirectoryShort, kTextDriveMissing, kTextDirectoryShort},
+      {"\\\\srv", 0, 0, kTextDirectoryNetwork},
+      {"\\\\", kTextDirectoryShort, kTextDirectoryShort, kTextDirectoryNetwork},
+      {"c:\\PROGRAM files\\", kTextDirectoryProgramFiles, kTextDriveMissing, kTextDirectoryProgramFiles},
+      {"C:\\Program Files\\x", 0, kTextDriveMissing, 0},
   };
   for (const auto &row : rows) {
     CAPTURE(row.path);

@@ -1,11 +1,11 @@
 // The texts that an installation leaves and an uninstaller reads.
 #include "archive/RunValues.h"
-#include "archive/TextNumber.h"
 #include "engine/InstallLog.h"
 #include "engine/RemoveSelf.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "engine/UninstallRecord.h"
+#include "format/Texts.h"
 #include "tests/support/Testing.h"
 
 namespace {
@@ -61,7 +61,7 @@ TEST_CASE("a record is read as far as it can be understood") {
 TEST_CASE("what a record is made of comes back") {
   TextTable.clear();
   TextTable.set_count(72);
-  for (const int8_t *number = kUninstallTexts; *number >= 0; ++number) {
+  for (const int8_t *number = kSavedTexts.numbers; *number >= 0; ++number) {
     TextTable.at(*number).set_count(1);
     TextTable.at(*number).at(0) = str_format("<product> %d\r\n\r\n%%s", *number);
   }

@@ -6,10 +6,12 @@
 #include <sstream>
 #include <string>
 
+#include "format/Texts.h"
 #include "packer/ManifestReader.h"
 #include "packer/Texts.h"
 #include "packer/Words.h"
 
+using namespace korb;
 using namespace korb::packer;
 
 namespace {
@@ -64,8 +66,8 @@ Keys KeysOfTheCode() {
   }
   for (std::string_view variable : kPathVariables)
     keys.insert("variable " + std::string(variable));
-  for (size_t number = 0; number < kTexts.size(); ++number)
-    keys.insert("text " + std::to_string(number) + " | `" + kTexts[number].name + "`");
+  for (size_t number = 0; number < std::size(kTextRows); ++number)
+    keys.insert("text " + std::to_string(number) + " | `" + kTextRows[number].name + "`");
   return keys;
 }
 
