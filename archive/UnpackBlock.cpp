@@ -13,14 +13,11 @@
 
 #include "core/Heap.h"
 #include "core/String.h"
-#include "format/Archive.h"
+#include "format/Block.h"
 
 namespace korb {
 
 namespace {
-
-// Bits in a block are counted in 32 signed bits.
-constexpr int32_t kMaxPackedSize = 0x0FFFFFFF;
 
 // Another width makes other code of half of this file: a test on a machine of 64 bits sets that of the program.
 #ifndef KORB_UNPACK_WORD
@@ -31,13 +28,11 @@ constexpr int32_t kWordBytes = sizeof(Word);
 constexpr uint32_t kPeekBytes = kWordBytes - 1; // whole bytes that a peek gives, whatever its bit
 constexpr uint32_t kPeekBits = 25;              // bits that it gives at least, with words of either size
 
-// The three tokens. A number is coded as ones, a 0, and base + step * ones bits of value.
-constexpr uint32_t kLiteralBase = 2, kLiteralStep = 2, kMinLiteral = 1;
-constexpr uint32_t kLengthBase = 2, kLengthStep = 1, kMinLength = 4;
-constexpr uint32_t kDistanceBase = 12, kDistanceStep = 2, kMinDistance = 4;
-constexpr uint32_t kReferenceBits = 2, kReferenceMask = 3, kReferenceKind = 1;
-constexpr uint32_t kFillBase = 1, kFillStep = 1, kMinFill = 3;
-constexpr uint32_t kMaxWidth = 32; // wider codes take no more bits
+constexpr uint32_t kLiteralBase = kLiteralCode.base, kLiteralStep = kLiteralCode.step;
+constexpr uint32_t kLengthBase = kLengthCode.base, kLengthStep = kLengthCode.step;
+constexpr uint32_t kDistanceBase = kDistanceCode.base, kDistanceStep = kDistanceCode.step;
+constexpr uint32_t kFillBase = kFillCode.base, kFillStep = kFillCode.step;
+constexpr uint32_t kReferenceBits = 2, kReferenceMask = 3, kReferenceKind = 1; // the bits that begin a back reference
 
 // A table entry: in bits 0 to 3 the bits of the token's kind and count, kReference for a back reference, above it the
 // bytes that it makes. 0 stands for a token that the table doesn't hold.
@@ -85,7 +80,7 @@ uint32_t LeadingOnes(Word bits) {
     if (!fill && code <= kTableBits) {
       const uint32_t value = bits >> (prefix + ones + 1) & ((1u << width) - 1);
       entry = literal ? code | (value + kMinLiteral) << kCountShift
-                      : code | kReference | (value + kMinLength) << kCountShift;
+                      : code | kReference | (value + kMinMatch) << kCountShift;
     }
     TokenTable[bits] = static_cast<uint16_t>(entry);
   }
@@ -194,7 +189,7 @@ void Unpacker::FastTokens() {
           break;
         const uint32_t width = kLengthBase + kLengthStep * ones;
         const uint32_t value_bit = bit + kReferenceBits + ones + 1;
-        count = static_cast<uint32_t>(peek(value_bit) & ((1u << width) - 1)) + kMinLength;
+        count = static_cast<uint32_t>(peek(value_bit) & ((1u << width) - 1)) + kMinMatch;
         known = static_cast<ptrdiff_t>(count) <= end_ - out - kMaxTokenBytes;
         if (!known)
           break;
@@ -250,13 +245,13 @@ bool Unpacker::Number(uint32_t base, uint32_t step, uint32_t &value) {
   uint32_t ones;
   do {
     ones = LeadingOnes(Peek() & ((1u << kPeekBits) - 1));
-    if (width < kMaxWidth)
+    if (width < kMaxValueBits)
       width += ones * step;
     bit_ += ones;
   } while (ones == kPeekBits);
   Skip(1); // the end of the data stands for the 0
-  if (width > kMaxWidth)
-    width = kMaxWidth;
+  if (width > kMaxValueBits)
+    width = kMaxValueBits;
   if (!Enough(width))
     return false;
   value = Take(width);
@@ -308,7 +303,7 @@ bool Unpacker::Reference() {
   uint32_t length, distance;
   if (!Number(kLengthBase, kLengthStep, length) || !Number(kDistanceBase, kDistanceStep, distance))
     return false;
-  const uint64_t n = uint64_t{length} + kMinLength;
+  const uint64_t n = uint64_t{length} + kMinMatch;
   const uint64_t back = uint64_t{distance} + kMinDistance;
   // A copy never sees its own output: repeats of one byte are the fill's affair.
   if (back > static_cast<uint64_t>(out_ - begin_) || n > back || n > Room())
@@ -340,7 +335,7 @@ bool UnpackTokens(const uint8_t *block, int32_t size, uint8_t *out, int32_t out_
 }
 
 bool UnpackBlock(uint8_t **block, int32_t *size) {
-  if (block == nullptr || *block == nullptr || size == nullptr || *size < kPackedHeaderSize || *size > kMaxPackedSize)
+  if (block == nullptr || *block == nullptr || size == nullptr || *size < kPackedHeaderSize || *size > kMaxPackedBlock)
     return false;
   uint32_t head[2];
   memcpy(head, *block, sizeof head);

@@ -69,11 +69,6 @@ inline constexpr int32_t kPayloadChecksumAt = 32; ///< u32, Checksum32 of the st
 inline constexpr int32_t kSize = 36;              ///< the size table follows: fileCount values i32, 0 to kMaxFileSize
 } // namespace header
 
-// ---- Packed block: the configuration always, the payload with IF_PACKED_PAYLOAD ------------------------------------
-
-inline constexpr uint32_t kPackedMagic = 0x9EC72BA1; ///< u32 at 0; at 4 the unpacked size, i32; at 8 a stream of tokens
-inline constexpr int32_t kPackedHeaderSize = 8;
-
 // ---- Configuration stream ------------------------------------------------------------------------------------------
 //
 // Flat, without tags. Texts end with a 0 byte. In order:

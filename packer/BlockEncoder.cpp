@@ -19,7 +19,7 @@
 #include <algorithm>
 #include <array>
 
-#include "format/Archive.h"
+#include "format/Block.h"
 #include "packer/BitWriter.h"
 #include "packer/MatchFinder.h"
 #include "packer/TokenCode.h"
@@ -86,7 +86,7 @@ private:
     if (literals_ == 0)
       return;
     bits_.Put(0, 1);
-    Number(kLiteralCode, literals_ - 1);
+    Number(kLiteralCode, literals_ - kMinLiteral);
     bits_.PutBytes(plain_.subspan(position_, literals_));
     position_ += literals_;
     literals_ = 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "format/Block.h"
 #include "packer/BlockEncoder.h"
 #include "packer/Checksum.h"
 
@@ -10,8 +11,6 @@ namespace korb::packer {
 
 namespace {
 
-// The unpacker counts the bits of a block in 31 bits.
-constexpr size_t kMaxPackedBlock = 0x0FFFFFFF;
 constexpr size_t kUsualRecord = 200; // bytes of a record beside the contents
 
 void PutRecord(Bytes &out, const FileEntry &file) {
@@ -61,7 +60,7 @@ Payload WritePayload(const Product &product, const Progress &progress) {
   payload.plain_size = payload.stored.size();
   if (product.Has(IF_PACKED_PAYLOAD) && payload.plain_size > 0) {
     payload.stored = PackBlock(payload.stored, product.compression, progress);
-    if (payload.stored.size() > kMaxPackedBlock)
+    if (payload.stored.size() > size_t{kMaxPackedBlock})
       throw PackError("the packed payload has " + std::to_string(payload.stored.size()) +
                       " bytes, but at most 268,435,455 can be unpacked: store it unpacked");
   }

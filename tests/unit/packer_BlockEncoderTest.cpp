@@ -56,6 +56,7 @@ void RoundTrip(const Bytes &plain) {
 
 // Bits of the cheapest tokens there are for the matches that are found, by trying every length of every one.
 uint32_t FewestBits(const Bytes &plain) {
+  using namespace korb;
   using namespace korb::packer;
   MatchFinder finder(plain, {256, 256});
   std::vector<Match> matches;
