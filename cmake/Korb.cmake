@@ -126,7 +126,7 @@ function(korb_e2e_test name)
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
   korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
-    RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --small-drive 256 ${screen})
+    RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --floppy 256 ${screen})
   add_dependencies(e2e_${name} korb ${arg_WITH})
   set_tests_properties(e2e_${name} PROPERTIES ENVIRONMENT
     "KORB_E2E=${CMAKE_CURRENT_SOURCE_DIR};KORB_EXAMPLES=${CMAKE_SOURCE_DIR}/examples")
