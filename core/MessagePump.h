@@ -8,9 +8,9 @@ namespace korb {
 /// Defined by ui/ in the program; the test programs count the calls.
 bool PumpMessages();
 
-/// Shows what the run has told of its course and is not on screen yet, and handles the messages that painting it takes.
-/// For whoever is about to keep the windows waiting: for a user, another program, the disk or the processor. Does nothing
-/// where all is shown. A cancel that the user confirms in here ends the process.
+/// Shows what the run has told of its course and is not on screen yet, and handles the messages of that. For whoever is
+/// about to keep the windows waiting: for a user, another program, the disk or the processor. Does nothing where all
+/// is shown. A cancel that the user confirms in here ends the process.
 /// Defined by ui/ in the program; in the test programs nothing is shown.
 void ShowPendingProgress();
 

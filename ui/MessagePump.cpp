@@ -1,6 +1,7 @@
 #include "core/MessagePump.h"
 
 #include "core/Windows.h"
+#include "ui/Progress.h"
 
 namespace korb {
 
@@ -13,6 +14,10 @@ bool PumpMessages() {
       return true;
   }
   return false;
+}
+
+void ShowPendingProgress() {
+  FlushProgress();
 }
 
 } // namespace korb

@@ -60,8 +60,8 @@ void PaintPlainly(HWND window) {
     set_theme(window, L" ", L" ");
 }
 
-/// The bar lies over its frame, a pixel beyond it on each side. It gets its size last: the edge that a plainly painted bar
-/// has takes its room as the size changes.
+/// The bar lies over its frame, a pixel beyond it on each side. It gets its size last: the edge that a plainly painted
+/// bar has takes its room as the size changes.
 void MakeBar(HWND dialog) {
   WINDOWPLACEMENT frame;
   frame.length = sizeof frame;
@@ -125,7 +125,7 @@ void StartPhase() {
 void SetStepText(int32_t number) {
   StartPhase();
   SetStepTextFormat(TextLookup(number));
-  ShowPendingProgress();
+  FlushProgress();
 }
 
 void SetProgress(int32_t percent) {
@@ -138,13 +138,13 @@ void SetStep(int32_t number, int32_t percent) {
   SetStepText(number);
 }
 
-void ShowPendingProgress() {
+void FlushProgress() {
   if (IsPending)
     ShowState();
 }
 
 void WaitPhase(int32_t milliseconds) {
-  ShowPendingProgress();
+  FlushProgress();
   if (AutomaticMode)
     return;
   for (int32_t i = 0; i < milliseconds && !PumpMessages() && PhaseHasTimeLeft(PhaseStart, GetTickCount(), milliseconds);

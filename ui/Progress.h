@@ -34,6 +34,9 @@ void SetProgress(int32_t percent);
 /// SetStepText and SetProgress, both at once.
 void SetStep(int32_t number, int32_t percent);
 
+/// What ShowPendingProgress does.
+void FlushProgress();
+
 /// Waits until the phase has lasted `milliseconds`, so that a quick one stays readable. Returns at once in
 /// AutomaticMode, and early when a window closes.
 void WaitPhase(int32_t milliseconds);

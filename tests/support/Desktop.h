@@ -64,9 +64,9 @@ void Press(int key, int held = 0);
 /// True as soon as a control with this number has the focus; false when it doesn't come to that.
 bool WaitForFocus(int id);
 
-/// What the progress dialog shows, though another window may block it: its step text and the place of its bar, "text 45";
-/// empty when there is none. Where the program is too busy to answer, `release` ends that: the place is the one that was
-/// shown until then.
+/// What the progress dialog shows, though another window may block it: its step text and the place of its bar,
+/// "text 45"; empty when there is none. Where the program is too busy to answer, `release` ends that: the place is the
+/// one that was shown until then.
 std::string ShownProgress(const std::function<void()> &release = [] {});
 
 /// True as soon as the progress dialog shows this; false when it doesn't come to that.
