@@ -73,6 +73,7 @@ TEST_CASE("well-formed streams give their bytes") {
       {"the farthest distance code", "0 0 <3:2> [ABCD] 10 0 00 1111 1111 110 <0:32>", "ABCDABCD"},
       {"a break in the last run: zeros", "0 0 <1:2> [A]", std::string(2, '\0')},
       {"a missing prefix is a literal, and its code the padding", "0 0 <2:2> [ABC] 0 0", std::string("ABC\0", 4)},
+      {"a fill without the bits of its value: zeros", "11", std::string(3, '\0')},
       {"nothing at all", "", ""},
   };
   for (const Row &row : rows) {
