@@ -32,10 +32,8 @@ String TakeSection(String &text, const char *heading) {
 /// Takes off the field in front of the next separator, or everything.
 String TakeField(String &line) {
   const int32_t at = line.find(kAssociationSeparator);
-  if (at < 0)
-    return line.cut(0);
-  String field = line.cut(0, at);
-  line.remove_first(sizeof kAssociationSeparator - 1);
+  String field = line.cut(0, at < 0 ? STRING_ALL : at);
+  line.remove_first(sizeof kAssociationSeparator - 1); // nothing, where nothing is left
   return field;
 }
 
