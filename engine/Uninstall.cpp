@@ -3,6 +3,7 @@
 #include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
+#include "engine/DirectoryGuard.h"
 #include "engine/RecordNames.h"
 #include "engine/ReleaseSharedFiles.h"
 #include "engine/RemoveFiles.h"
@@ -56,7 +57,7 @@ public:
   void RemoveStartMenuGroup();
   void UndoSharedFiles();
   void RemoveProductKeys();
-  void RemoveWholeDirectory();
+  [[gnu::noinline]] void RemoveWholeDirectory(); // many accesses, which in the frame of the whole run are longer
   void RemoveRecord();
   bool Finish();
 
@@ -222,17 +223,15 @@ void UninstallRun::RemoveProductKeys() {
   Wait();
 }
 
-/// Goes by the name that the system has for the directory: another, "C:\\." for a drive, would pass the guards.
+/// The name that was recorded is judged first, so that nothing is taken for a place near where the run stands; then
+/// the system's, since a short name, a link or another drive may lead to what is guarded. The recorded one is deleted:
+/// the system's may have lost characters that the code page lacks.
 void UninstallRun::RemoveWholeDirectory() {
-  if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
+  const String programs = ProgramFilesFolder();
+  if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS) || !MayDeleteWhole(InstallDir, WindowsDirectory, programs))
     return;
-  const String saved = CurrentDirectory();
-  if (!SetCurrentDirectoryA(InstallDir))
-    return;
-  const String directory = CurrentDirectory();
-  SetCurrentDirectoryA(saved);
-  if (!SamePath(directory, ProgramFilesFolder()) && !SamePath(directory, WindowsDirectory))
-    DeleteDirectoryTree(directory);
+  if (MayDeleteWhole(SystemName(InstallDir), SystemName(WindowsDirectory), SystemName(programs)))
+    DeleteDirectoryTree(InstallDir);
 }
 
 /// Only when all is undone: else they tell a second run what is left.

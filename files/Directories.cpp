@@ -5,6 +5,7 @@
 #include "files/FileInfo.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
+#include "files/SystemFunction.h"
 
 namespace korb {
 
@@ -12,7 +13,12 @@ namespace {
 
 constexpr int32_t kLongestRoot = 3;
 constexpr int32_t kLongestPath = 32767; ///< the system takes no longer one; each level costs a piece of the stack
+constexpr DWORD kNameRoom = 1024;       ///< of a name that the system gives
+constexpr int32_t kFollowedPrefix = 4;  ///< characters in front of the drive
 constexpr DWORD kUsualDirectory = 98;   ///< characters that nearly every current directory fits in
+
+/// GetFinalPathNameByHandleA, which the header of an old system doesn't have.
+using FinalPathName = DWORD(WINAPI *)(HANDLE file, char *name, DWORD room, DWORD flags);
 
 /// A link to a directory goes by itself: what it leads to belongs to somebody else.
 bool DeleteEntry(const FileInfo &entry, const String &path) {
@@ -53,6 +59,24 @@ bool QuietDirectoryExists(const char *path) {
   const bool exists = DirectoryExists(path);
   SetErrorMode(mode);
   return exists;
+}
+
+String SystemName(const char *path) {
+  char full[kNameRoom];
+  full[0] = '\0';
+  if (GetFullPathNameA(path, sizeof full, full, nullptr) >= sizeof full)
+    full[0] = '\0';
+  // "\\?\c:\dir"; the other form, "\\?\UNC\server", is of no use here, as no folder of the system is on a network.
+  char followed[kNameRoom];
+  followed[kFollowedPrefix + 1] = '\0';
+  const auto follow = reinterpret_cast<FinalPathName>(SystemFunction("kernel32.dll", "GetFinalPathNameByHandleA"));
+  if (follow) {
+    const HANDLE directory = CreateFileA(full, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                         OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    follow(directory, followed, sizeof followed, 0);
+    CloseHandle(directory);
+  }
+  return ShortPath(followed[kFollowedPrefix + 1] == ':' ? followed + kFollowedPrefix : full);
 }
 
 bool CreateDirectoryTree(const char *path) {

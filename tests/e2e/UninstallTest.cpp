@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kHome = "C:\\Program Files\\Thing";
+const std::string kWork = "C:\\work"; // where crafted runs start: an everyday directory
 
 struct Installed {
   Installed() : product(ProductManifest("thing")) {
@@ -52,7 +53,8 @@ void RunCrafted(const std::string &location, const std::string &flags, const cha
   fs::remove("C:\\Crafted\\un\\Uninstall.DAT");
   if (record)
     WriteFileBytes("C:\\Crafted\\un\\Uninstall.DAT", record);
-  Run("C:\\Crafted\\un\\Undo.exe /a /u:Crafted", "C:\\windows");
+  fs::create_directories(kWork);
+  Run("C:\\Crafted\\un\\Undo.exe /a /u:Crafted", kWork);
   CHECK(WaitForSelfRemoval());
 }
 
@@ -151,23 +153,49 @@ TEST_CASE("a record that is no record deletes nothing that it does not name") {
   fs::remove_all("C:\\Crafted");
 }
 
-TEST_CASE("a directory goes whole, but never one that is not a product's") {
+/// Makes a link below C:\, or a drive if it is beside the drives; `shown_as` is something that it leads to.
+void MakeLink(const std::string &target, const std::string &link, const std::string &shown_as) {
+  // Windows can't make one everywhere, Wine's host can.
+  const Process host("z:\\bin\\ln -s " + target + " " + link, "C:\\");
+  for (int i = 0; i < 100 && !fs::exists(shown_as); ++i)
+    Sleep(20);
+  REQUIRE(fs::exists(shown_as));
+}
+
+TEST_CASE("a directory goes whole, but never one that is not a product's, whatever it is called") {
   const std::string whole_directory = "1024";
-  const char *const guards[] = {"C:\\guard.txt", "C:\\windows\\guard.txt", "C:\\windows\\system32\\guard.txt",
-                                "C:\\Program Files\\guard.txt"};
-  for (const char *guard : guards)
-    WriteFileBytes(guard, "there");
-  for (const char *location :
-       {"C:\\", "C:", "C:\\windows", "c:\\WINDOWS\\", "C:\\windows\\system32", "C:\\Program Files",
-        "c:\\program FILES\\\\", "C:\\Program Files\\.", "C:/windows", "C:\\windows\\..", "C:\\\\"}) {
+  MakeLink("../drive_c", "../dosdevices/x:", "X:\\windows");
+  MakeLink("windows", "Way", "C:\\Way\\system32");
+  char buffer[MAX_PATH] = "";
+  GetShortPathNameA("C:\\Program Files", buffer, sizeof buffer);
+  const char *const short_name = buffer;
+  REQUIRE(std::string(short_name) != "C:\\Program Files");
+
+  const std::string guards[] = {"C:\\guard.txt", "C:\\windows\\system32\\guard.txt", "C:\\Program Files\\guard.txt",
+                                "C:\\Beside\\guard.txt", kWork + "\\deep\\guard.txt"};
+  for (const char *location : {// Where the run stands, and what is called from there.
+                               "C:", ".", "..", "deep", "C:\\windows\\..\\Beside",
+                               // Other names of what is guarded.
+                               "C:\\\\", "C:\\Program Files\\Common Files\\..", short_name, "X:\\Program Files",
+                               "X:\\windows\\system32", "C:\\Way\\system32", "\\\\?\\C:\\Program Files"}) {
     CAPTURE(std::string(location));
+    for (const std::string &guard : guards) {
+      fs::create_directories(fs::path(guard).parent_path());
+      WriteFileBytes(guard, "there");
+    }
     RunCrafted(location, whole_directory, nullptr);
-    for (const char *guard : guards)
-      CHECK(FileBytes(guard) == "there");
+    for (const std::string &guard : guards)
+      CHECK(DescribeFile(guard) != "missing");
   }
-  fs::create_directories("C:\\Crafted\\deep\\er");
-  WriteFileBytes("C:\\Crafted\\deep\\mine.txt", "mine");
-  RunCrafted("C:\\Crafted", whole_directory, nullptr);
+
+  MakeLink("Crafted", "Link", "C:\\Link");
+  for (const char *location : {"X:\\Crafted", "C:\\Link", "C:\\Crafted"}) {
+    CAPTURE(std::string(location));
+    fs::create_directories("C:\\Crafted\\deep\\er");
+    WriteFileBytes("C:\\Crafted\\deep\\mine.txt", "mine");
+    RunCrafted(location, whole_directory, nullptr);
+    CHECK_FALSE(fs::exists("C:\\Crafted\\deep"));
+  }
   CHECK_FALSE(fs::exists("C:\\Crafted"));
 }
 
