@@ -26,6 +26,7 @@ void RemoveFile(const String &path, String &report) {
   AddUninstallEntry(path, kUninstallFile);
 }
 
+/// A key right below the root, without a backslash in its path, stays: all of a type would go with it.
 void DeleteClassesKey(const char *path) {
   RegistryKey key;
   key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path, 0);

@@ -44,7 +44,9 @@ void ReadAssociations(String text, Vector<FileAssociation> &associations) {
     association.extension = TakeField(line);
     association.file_class = TakeField(line);
     association.verb = line;
-    if (IsBlank(association.extension) || IsBlank(association.file_class) || IsBlank(association.verb))
+    // Whatever is named here may be deleted: without its dot it would be any key of the classes.
+    if (!association.extension.starts_with_char('.') || IsBlank(association.extension.c_str() + 1) ||
+        IsBlank(association.file_class) || IsBlank(association.verb))
       associations.remove_last();
   }
 }

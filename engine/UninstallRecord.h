@@ -2,7 +2,7 @@
 //
 //     C:\Program Files\Thing\thing.exe       UninstallList: a line for each file,
 //     ~C:\Program Files\Thing\help           a directory behind '~',
-//     !CLSID\{...}                           a key below HKEY_CLASSES_ROOT behind '!'
+//     !CLSID\{...}                           a key below HKEY_CLASSES_ROOT behind '!'; has a backslash
 //                                            two empty lines
 //     [Strings]
 //     ~10                                    the number of a text,
@@ -35,7 +35,7 @@ inline constexpr char kAssociationSeparator[] = "~!~";
 
 struct UninstallRecord {
   Vector<String> entries;               ///< lines of the list as they stand, empty ones included
-  Vector<FileAssociation> associations; ///< only the extension, the class and the verb are filled; none is blank
+  Vector<FileAssociation> associations; ///< only the extension, with its dot, the class and the verb; none blank
 };
 
 /// The text for what UninstallList, the text table and AssociationLines hold now.

@@ -124,6 +124,8 @@ TEST_CASE("a record that is no record deletes nothing that it does not name") {
   fs::create_directories("C:\\Crafted\\kept\\empty");
   WriteFileBytes("C:\\Crafted\\kept\\file.txt", "kept");
   RegSetValueA(HKEY_CLASSES_ROOT, "Crafted\\child", REG_SZ, "kept", 4);
+  RegSetValueA(HKEY_CLASSES_ROOT, "Victim\\child", REG_SZ, "kept", 4);
+  RegSetValueA(HKEY_CLASSES_ROOT, "EmptyClass", REG_SZ, "", 0);
   const std::string long_line = "C:\\Crafted\\kept\\" + std::string(100000, 'x') + "\r\n~" + std::string(70000, '\\');
   const char *const records[] = {
       nullptr,
@@ -136,7 +138,8 @@ TEST_CASE("a record that is no record deletes nothing that it does not name") {
       "kept\\file.txt", // no full path
       "\"C:\\Crafted\\kept\\file.txt\"\r\nC:\\Crafted\\kept\\*.*\r\nC:\\Crafted\\kept\\file.txt;",
       "[Strings]\r\nC:\\Crafted\\kept\\file.txt\r\n~5\r\nC:\\Crafted\\kept\\file.txt\r\n[Associations]\r\n"
-      "\\~!~Crafted~!~\\\r\n.none~!~Crafted\\~!~x\r\nC~!~Crafted~!~open",
+      "\\~!~Crafted~!~\\\r\n.none~!~Crafted\\~!~x\r\nC~!~Crafted~!~open\r\n"
+      "Victim~!~EmptyClass~!~open",
       long_line.c_str(),
   };
   for (const char *record : records) {
@@ -146,7 +149,8 @@ TEST_CASE("a record that is no record deletes nothing that it does not name") {
     CHECK(fs::exists("C:\\Crafted\\kept\\empty"));
     char value[9];
     LONG size = sizeof value;
-    CHECK(RegQueryValueA(HKEY_CLASSES_ROOT, "Crafted\\child", value, &size) == ERROR_SUCCESS);
+    for (const char *key : {"Crafted\\child", "Victim\\child"})
+      CHECK(RegQueryValueA(HKEY_CLASSES_ROOT, key, value, &size) == ERROR_SUCCESS);
     CHECK(UninstallValue("Crafted", "InstallLocation").empty());
     CHECK_FALSE(fs::exists("C:\\Crafted\\un"));
   }

@@ -45,6 +45,7 @@ TEST_CASE("a record is read as far as it can be understood") {
       {"[Strings]~0\nx\n~1001\nx\n~-5\nx\n~\nx\n~99999999999\nx\n~7\ngood", "||7=good "},
       {"[Associations]\r\n.a~!~b~!~c", "[Associations],.a~!~b~!~c||"}, // no heading of its own in front of the texts
       {"[Strings][Associations].a~!~b\n.a~!~ ~!~c\n.a~!~b~!~c~!~d\n~!~b~!~c\n\n.e~!~f~!~g", "|.a/b/c~!~d .e/f/g |"},
+      {"[Strings][Associations]CLSID~!~b~!~c\n.~!~b~!~c\n. ~!~b~!~c\n .a~!~b~!~c", "||"},
       {"a\r\n[Strings]\r\n~5\r\ncut o", "a,||5=cut o "},
   };
   for (const auto &row : rows) {
