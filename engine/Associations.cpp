@@ -35,7 +35,7 @@ bool AssociationWriter::Replace(const String &text) {
   String old;
   key_.ReadString(old, "", "", 0);
   if (!IsBlank(old.c_str()) && !old.equals_no_case(text.c_str()))
-    key_.WriteString(backup_name_.c_str(), old, 0);
+    key_.WriteString(backup_name_.c_str(), old, key_.KindOption(""));
   return key_.WriteString("", text, 0);
 }
 

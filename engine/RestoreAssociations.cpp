@@ -14,7 +14,7 @@ bool RestoreDefault(RegistryKey &key, const String &backup_name) {
   key.ReadString(backup, backup_name, "", 0);
   if (IsBlank(backup))
     return false;
-  if (key.WriteString("", backup, 0))
+  if (key.WriteString("", backup, key.KindOption(backup_name)))
     key.DeleteValue(backup_name);
   return true;
 }

@@ -98,6 +98,9 @@ public:
   void ReadString(String &text, const char *name, const char *fallback, uint32_t options) const;
   int32_t ReadNumber(const char *name, int32_t fallback, uint32_t options) const;
   bool ReadBoolean(const char *name, bool fallback, uint32_t options) const;
+  /// RK_EXPAND for a text with environment variables, 0 for any other value and for none: with it WriteString makes the
+  /// same kind again.
+  uint32_t KindOption(const char *name) const;
   /// One value of a key that is opened for it, and created unless RK_OPEN_ONLY is set. False when it can't be opened.
   bool ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options);
   /// The same with key and value name in one path.

@@ -74,6 +74,12 @@ bool RegistryKey::ReadBoolean(const char *name, bool fallback, uint32_t options)
   return ReadValue(name, value, options) ? value.to_boolean() : fallback;
 }
 
+uint32_t RegistryKey::KindOption(const char *name) const {
+  DWORD type = REG_NONE;
+  RegQueryValueExA(current_key_, name, nullptr, &type, nullptr, nullptr);
+  return type == REG_EXPAND_SZ ? RK_EXPAND : 0;
+}
+
 bool RegistryKey::ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options) {
   if (Open(root, key, options & RK_OPEN_ONLY) == KEY_NOT_OPENED)
     return false;

@@ -5,6 +5,7 @@
 
 #include "registry/RegistryKey.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Uninstallation.h"
 
 #include <windows.h>
 
@@ -55,9 +56,10 @@ void AppendKey(std::string &text, HKEY parent, const std::string &name, const st
   text += "[" + shown + "]";
   char item[256], value[256];
   for (const char *value_name : {"", "Types Backup"}) {
-    DWORD size = sizeof value;
-    if (RegQueryValueExA(key, value_name, nullptr, nullptr, reinterpret_cast<BYTE *>(value), &size) == ERROR_SUCCESS)
-      text += std::string(" ") + (*value_name ? "was " : "") + (size ? value : ""); // an empty one has no bytes
+    DWORD type, size = sizeof value;
+    if (RegQueryValueExA(key, value_name, nullptr, &type, reinterpret_cast<BYTE *>(value), &size) == ERROR_SUCCESS)
+      text += std::string(" ") + (*value_name ? "was " : "") + (type == REG_EXPAND_SZ ? "expanding " : "") +
+              (size ? value : ""); // an empty one has no bytes
   }
   text += "\n";
   for (DWORD i = 0; RegEnumKeyA(key, i, item, sizeof item) == ERROR_SUCCESS; ++i)
@@ -132,9 +134,11 @@ TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in i
   CHECK(Recorded("C:\\Group") == "~" + group + "\r\n");
 }
 
-TEST_CASE("file types keep what they replace, the first time only, and other languages are left out") {
+TEST_CASE("file types keep what they replace, the first time only, and give back all but a class with an icon") {
   PackedProduct product(ProductManifest("types"));
-  SetRegistryText(HKEY_CLASSES_ROOT, ".owned", "", "TheirFile");
+  RegistryKey owned;
+  owned.Open(HandleOf(RegistryRoot::ClassesRoot), ".owned", 0);
+  owned.WriteString("", String("%Their%File", sizeof "%Their%File"), RK_EXPAND);
   SetRegistryText(HKEY_CLASSES_ROOT, ".foreign", "", "ForeignFile");
   SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile", "", "A foreign file");
   SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile\\DefaultIcon", "", "their.ico");
@@ -142,7 +146,7 @@ TEST_CASE("file types keep what they replace, the first time only, and other lan
   SetRegistryText(HKEY_CLASSES_ROOT, ".bare", "", "");
   product.Pack();
   const std::string expected = "[.free] FreeFile\n"
-                               "[.owned] FreeFile was TheirFile\n"
+                               "[.owned] FreeFile was expanding %Their%File\n"
                                "[FreeFile] A free file\n"
                                "[FreeFile\\DefaultIcon] C:\\Types\\a.exe,1\n"
                                "[FreeFile\\shell] open\n"
@@ -157,11 +161,13 @@ TEST_CASE("file types keep what they replace, the first time only, and other lan
                                "[ForeignFile\\shell\\view] \n"
                                "[ForeignFile\\shell\\view\\command] C:\\view.exe was their view\n"
                                "[.bare] \n";
+  const auto classes = [] {
+    return Classes({".free", ".owned", "FreeFile", ".foreign", "ForeignFile", ".none", ".bare", ".other", "OtherFile"});
+  };
   for (int run = 1; run <= 2; ++run) {
     CAPTURE(run);
     product.Install();
-    CHECK(Classes({".free", ".owned", "FreeFile", ".foreign", "ForeignFile", ".none", ".bare", ".other",
-                   "OtherFile"}) == expected);
+    CHECK(classes() == expected);
     CHECK(InstallLog("C:\\Types").find("Failed to associate") == std::string::npos);
     CHECK(FileBytes("C:\\Types\\Uninstall.DAT")
               .ends_with("\r\n\r\n[Associations]\r\n.free~!~FreeFile~!~open\r\n.owned~!~FreeFile~!~print\r\n"
@@ -169,4 +175,6 @@ TEST_CASE("file types keep what they replace, the first time only, and other lan
     for (const bool of_user : {false, true})
       CHECK(RegistryKey::SoftwareKeyExists("Maker\\Types", of_user));
   }
+  UninstallQuietly("Types");
+  CHECK(classes() == "[.owned] expanding %Their%File\n[.bare] \n");
 }
