@@ -3,6 +3,7 @@
 #include "archive/RunValues.h"
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"
+#include "format/Record.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
 
@@ -121,7 +122,7 @@ void RegisterAssociations(Vector<FileAssociation> &associations) {
     if (!writer.FindClass(record))
       continue;
     const bool associated = writer.WriteClass(record);
-    AssociationLines.append_format("%s~!~%s~!~%s\r\n", record.extension, record.file_class, record.verb);
+    AssociationLines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
     if (!associated)
       ErrorReport.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
   }

@@ -4,6 +4,7 @@
 #include "engine/RunLists.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
+#include "format/Record.h"
 #include "registry/RegistryKey.h"
 
 namespace korb {
@@ -25,17 +26,16 @@ private:
   bool is_open_;
 };
 
-const char kLocation[] = "InstallLocation";
-
 } // namespace
 
 bool IsProductInstalled(const String &name, String *location) {
   const ProductKey key(name);
-  const bool installed = key.IsOpen() && (key.Has("UninstallString") || key.Has("QuietUninstallString"));
+  const bool installed =
+      key.IsOpen() && (key.Has(product_value::kUninstallString) || key.Has(product_value::kQuietUninstallString));
   if (location != nullptr) {
     location->clear();
     if (installed)
-      key.Read(*location, kLocation);
+      key.Read(*location, product_value::kInstallLocation);
   }
   return installed;
 }
@@ -44,9 +44,9 @@ void EarlierInstallation::Find(const String &uninstall_name) {
   const ProductKey key(uninstall_name);
   if (!key.IsOpen())
     return;
-  key.Read(location, kLocation);
-  key.Read(version, "DisplayVersion");
-  key.Read(SharedFiles, "SharedFiles");
+  key.Read(location, product_value::kInstallLocation);
+  key.Read(version, product_value::kDisplayVersion);
+  key.Read(SharedFiles, product_value::kSharedFiles);
   is_there = QuietDirectoryExists(location);
 }
 

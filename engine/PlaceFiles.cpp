@@ -15,6 +15,7 @@
 #include "files/FileInfo.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
+#include "format/Kinds.h"
 #include "format/Texts.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
@@ -116,7 +117,7 @@ void FilePlacer::Place(const PayloadRecord &record) {
     AddUninstallEntry(to.path.c_str(), kUninstallFile);
   if (!PlaceFile(to.path.c_str(), record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
     return;
-  if (record.dest_kind == KindFont && !AddFont(record, to))
+  if (RowOf(record.dest_kind).folder == KindFolder::Fonts && !AddFont(record, to))
     return;
   SetStepTextFormat("%s -> %s", to.name, to.path);
   if (HasInstallFlag(IF_VERBOSE_LOG))

@@ -7,6 +7,8 @@
 #include "engine/Version.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
+#include "format/Kinds.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
 
@@ -15,24 +17,23 @@ namespace korb {
 namespace {
 
 /// Joined to the record's name when the record brings no target of its own.
-String KindFolder(const PayloadRecord &record, PlacementHost &host, bool &in_install_tree) {
+String FolderOf(const PayloadRecord &record, PlacementHost &host, bool &in_install_tree) {
   if ((record.file_flags & FF_UNINSTALL_DIR) != 0)
     return UninstallDir;
-  switch (record.dest_kind) {
-  case KindProgram:
-  case KindStartup:
+  switch (RowOf(record.dest_kind).folder) {
+  case KindFolder::Product:
     in_install_tree = true;
     return InstallDir;
-  case KindShared:
+  case KindFolder::Shared:
     return CommonDir;
-  case KindFont:
+  case KindFolder::Fonts:
     return host.FontFolder();
-  case KindSystem:
-  case KindSystemCom:
+  case KindFolder::System:
     return host.SystemFolder();
-  default:
-    CorruptInstaller(DamageCode::FileKind);
+  case KindFolder::None:
+    break;
   }
+  CorruptInstaller(DamageCode::FileKind);
 }
 
 /// A shared file or a font is replaced by a later one. Unlike IsNewerSystemFile, a date that is missing on either side
@@ -42,51 +43,41 @@ bool IsUpToDate(const PayloadRecord &record, const String &path, PlacementHost &
   return record.date.has_date() && host.GetFileModified(path, present) && CompareFileDates(present, record.date) >= 0;
 }
 
+/// False always: the file stays.
+bool LogNotNewer(const String &path, const char *what) {
+  LogText.append_format("%s was not installed because its %s is not newer.\r\n", path, what);
+  return false;
+}
+
 /// A system file belongs to others, so both its version and its date must be newer than those of the present one. A
 /// record without a date is never newer.
 bool IsNewerSystemFile(const PayloadRecord &record, const String &path, PlacementHost &host) {
   if (!IsBlank(record.label)) {
     const String version = host.ReadFileVersion(path);
     // Only the file's own letters were made capitals, so a small one in the record is newer.
-    if (!IsBlank(version) && CompareVersions(record.label, version.c_str()) <= 0) {
-      LogText += path;
-      LogText += " was not installed because its version is not newer.\r\n";
-      return false;
-    }
+    if (!IsBlank(version) && CompareVersions(record.label, version.c_str()) <= 0)
+      return LogNotNewer(path, "version");
   }
   FileDate present{};
   if (!host.GetFileModified(path, present))
     return false;
-  if (CompareFileDates(present, record.date) >= 0) {
-    LogText += path;
-    LogText += " was not installed because its date is not newer.\r\n";
-    return false;
-  }
-  return true;
+  return CompareFileDates(present, record.date) < 0 || LogNotNewer(path, "date");
 }
 
 bool IsFresher(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces) {
-  switch (record.dest_kind) {
-  case KindShared:
-  case KindFont:
-    if (!host.FileExists(path))
-      return true;
+  const KindReplaced replaced = RowOf(record.dest_kind).replaced;
+  if (replaced == KindReplaced::Always || !host.FileExists(path))
+    return true;
+  if (replaced == KindReplaced::ByLaterDate) {
     LogText += path;
     if (IsUpToDate(record, path, host)) {
       LogText += " is up to date.\r\n";
       return false;
     }
-    break;
-  case KindSystem:
-  case KindSystemCom:
-    if (!host.FileExists(path))
-      return true;
+  } else {
     if (!IsNewerSystemFile(record, path, host))
       return false;
     LogText += path;
-    break;
-  default:
-    return true; // The product's own files are overwritten unseen.
   }
   LogText += " is out of date and will be replaced.\r\n";
   replaces = true;
@@ -104,11 +95,11 @@ Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host) 
     target.clear();
   }
   if (target.is_empty()) {
-    to.path = PathJoin(KindFolder(record, host, to.in_install_tree), to.name);
+    to.path = PathJoin(FolderOf(record, host, to.in_install_tree), to.name);
     return to;
   }
   host.ExpandPathVariables(target);
-  NormalisePath(target, record.dest_kind == KindShared ? CommonDir : InstallDir);
+  NormalisePath(target, RowOf(record.dest_kind).folder == KindFolder::Shared ? CommonDir : InstallDir);
   if (target.ends_with_char('\\'))
     target += FilePart(to.name);
   to.path = target;
@@ -141,27 +132,22 @@ bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &ho
 }
 
 void NoteSharedFile(const PayloadRecord &record, const String &path) {
-  const bool stays = (record.file_flags & FF_KEEP) != 0;
-  if (record.dest_kind == KindSystemCom)
+  const KindRow &kind = RowOf(record.dest_kind);
+  if (kind.registers_itself)
     ComFileList.append(path);
-  switch (record.dest_kind) {
-  case KindShared:
-    SharedFileList.append(stays ? path + ' ' : path);
-    break;
-  case KindSystem:
-    SharedFileList.append(path + ' ');
-    break;
-  case KindSystemCom:
-    SharedFileList.append(path + (stays ? ' ' : '^'));
-    break;
-  default:
-    break;
-  }
+  if (kind.counted == KindCounted::No)
+    return;
+  String &marked = *SharedFileList.append(path);
+  if (kind.counted == KindCounted::Kept || (record.file_flags & FF_KEEP) != 0)
+    marked += kKeepMark;
+  else if (kind.counted == KindCounted::UnregisteredAndRemoved)
+    marked += kUnregisterMark;
 }
 
 void NoteShortcut(const PayloadRecord &record, const String &path) {
-  const bool startup = record.dest_kind == KindStartup;
-  if (!startup && (record.dest_kind != KindProgram || (record.file_flags & FF_SHORTCUTS) == 0))
+  const KindShortcuts shortcuts = RowOf(record.dest_kind).shortcuts;
+  const bool startup = shortcuts == KindShortcuts::InStartupFolder;
+  if (!startup && (shortcuts == KindShortcuts::None || (record.file_flags & FF_SHORTCUTS) == 0))
     return;
   ShortcutRecord &shortcut = ShortcutList.append_slot();
   shortcut.desktop = (record.file_flags & FF_DESKTOP) != 0;
@@ -178,7 +164,7 @@ void NoteShortcut(const PayloadRecord &record, const String &path) {
 }
 
 bool IsListedAtUninstall(const PayloadRecord &record) {
-  return (record.dest_kind == KindProgram || record.dest_kind == KindStartup) && (record.file_flags & FF_KEEP) == 0;
+  return RowOf(record.dest_kind).listed && (record.file_flags & FF_KEEP) == 0;
 }
 
 } // namespace korb

@@ -2,6 +2,7 @@
 
 #include "archive/RunValues.h"
 #include "files/PathText.h"
+#include "format/Record.h"
 
 namespace korb {
 
@@ -10,15 +11,15 @@ static String BesideUninstaller(const char *name) {
 }
 
 String UninstallDataPath() {
-  return BesideUninstaller("Uninstall.DAT");
+  return BesideUninstaller(kUninstallDataName);
 }
 
 String InstallLogPath() {
-  return BesideUninstaller("Install.LOG");
+  return BesideUninstaller(kInstallLogName);
 }
 
 String BackgroundBitmapPath() {
-  return BesideUninstaller("Installer Background.BMP");
+  return BesideUninstaller(kBackgroundName);
 }
 
 String BackupValueName() {

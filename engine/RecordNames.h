@@ -5,11 +5,6 @@
 
 namespace korb {
 
-/// Below "Software\" of the machine: a key for each product, whose name is its uninstall name.
-inline constexpr char kUninstallKeys[] = "Microsoft\\Windows\\CurrentVersion\\Uninstall";
-/// The system's reference counts: a number for each file, named by its full path.
-inline constexpr char kSharedFileKey[] = "Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
-
 // Files beside the uninstaller, by InstallDir and UninstallSubdir as they are at the call.
 
 /// What was installed, and the texts of the uninstaller.

@@ -9,6 +9,7 @@
 #include "engine/UninstallQuestion.h"
 #include "files/DeferredFiles.h"
 #include "files/FileInfo.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
 

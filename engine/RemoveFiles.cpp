@@ -6,6 +6,7 @@
 #include "files/Directories.h"
 #include "files/FileInfo.h"
 #include "files/PathText.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "ui/Progress.h"
@@ -58,10 +59,10 @@ void RemoveListedFiles(const Vector<String> &entries, String &report) {
     switch (entry.first_char()) {
     case '\0':
       break;
-    case '~':
+    case kDirectoryMark:
       directories.append(rest);
       break;
-    case '!':
+    case kClassesKeyMark:
       DeleteClassesKey(rest);
       break;
     default:

@@ -5,6 +5,7 @@
 #include "engine/UninstallQuestion.h"
 #include "files/DeferredFiles.h"
 #include "files/PathText.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "system/SystemFolders.h"
 #include "ui/TextLookup.h"
@@ -34,7 +35,7 @@ void RemoveFonts(RegistryKey &product_key, String fonts) {
     DeleteOrSchedule(PathJoin(FontFolder(), file), 0);
     any_removed = true;
   } while (!fonts.is_empty());
-  product_key.WriteString("ProductFonts", fonts, RK_DELETE_EMPTY);
+  product_key.WriteString(product_value::kProductFonts, fonts, RK_DELETE_EMPTY);
   if (any_removed)
     SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
 }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "format/Record.h"
+
 namespace korb {
 
 namespace {
@@ -16,8 +18,8 @@ bool TakeMark(String &path, char mark) {
 
 SharedEntry ReadSharedEntry(String marked_path) {
   SharedEntry entry;
-  entry.registers_itself = TakeMark(marked_path, '^');
-  entry.keep = TakeMark(marked_path, ' ');
+  entry.registers_itself = TakeMark(marked_path, kUnregisterMark);
+  entry.keep = TakeMark(marked_path, kKeepMark);
   entry.path = std::move(marked_path);
   return entry;
 }

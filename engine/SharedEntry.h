@@ -1,5 +1,5 @@
-// The text that keeps which shared files a product has counted: entries in quotes, joined by semicolons. Behind the path
-// in an entry stand its marks.
+// The text that keeps which shared files a product has counted: entries in quotes, joined by semicolons. After the path
+// in an entry come its marks.
 #pragma once
 
 #include "core/String.h"
@@ -8,8 +8,8 @@ namespace korb {
 
 struct SharedEntry {
   String path;                   ///< without marks; the registry counts under this name
-  bool keep = false;             ///< a space: the file stays on disk when nobody counts it any more
-  bool registers_itself = false; ///< '^': it is unregistered before it goes
+  bool keep = false;             ///< kKeepMark: the file stays on disk when nobody counts it any more
+  bool registers_itself = false; ///< kUnregisterMark: it is unregistered before it goes
 };
 
 /// What an entry of SharedFileList says.

@@ -4,6 +4,7 @@
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"
 #include "engine/SharedEntry.h"
+#include "format/Record.h"
 #include "registry/RegistryKey.h"
 
 namespace korb {

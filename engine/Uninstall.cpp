@@ -19,6 +19,7 @@
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "system/BatchRunner.h"
@@ -49,7 +50,7 @@ public:
   void ShowWindow();
   void ReadRecord();
   void Ask();
-  void RunFirstBatch() { RunBatchOnce("UninstallBatch1", InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
+  void RunFirstBatch() { RunBatchOnce(product_value::kUninstallBatch1, InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
   void UndoAssociations();
   void UndoFonts();
   void UndoFiles();
@@ -86,17 +87,17 @@ bool UninstallRun::Open() {
                 ProductName);
     return false;
   }
-  Read(ProductName, "DisplayName");
+  Read(ProductName, product_value::kDisplayName);
   if (IsBlank(ProductName))
     ProductName = name_;
-  Read(InstallDir, "InstallLocation");
+  Read(InstallDir, product_value::kInstallLocation);
   if (IsBlank(InstallDir)) {
     ReportError("The uninstall information for %s is corrupt.\r\n\r\nThe uninstallation cannot be performed.",
                 ProductName);
     return false;
   }
   String flags;
-  Read(flags, "ProductFlags");
+  Read(flags, product_value::kProductFlags);
   InstallFlags = static_cast<uint64_t>(flags.to_int64());
   if (HasInstallFlag(IF_AUTOMATIC_UNINSTALL))
     AutomaticMode = true;
@@ -105,16 +106,17 @@ bool UninstallRun::Open() {
 
 /// What is missing keeps the colours that the entry point has taken from the system.
 void UninstallRun::ReadValues() {
-  Read(MainTitle, "DisplayTitle");
-  TitleColor = static_cast<uint32_t>(key_.ReadNumber("TitleColor", static_cast<int32_t>(TitleColor), 0));
-  TitleShadow = static_cast<uint8_t>(key_.ReadNumber("TitleShadow", TitleShadow, 0));
-  TopColor = static_cast<uint32_t>(key_.ReadNumber("TopColor", static_cast<int32_t>(TopColor), 0));
-  BottomColor = static_cast<uint32_t>(key_.ReadNumber("BottomColor", static_cast<int32_t>(BottomColor), 0));
-  MonoColor = key_.ReadBoolean("MonoColor", MonoColor, 0);
-  Read(UninstallSubdir, "UninstallSubdir");
+  Read(MainTitle, product_value::kDisplayTitle);
+  TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor), 0));
+  TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow, 0));
+  TopColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTopColor, static_cast<int32_t>(TopColor), 0));
+  BottomColor =
+      static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor), 0));
+  MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor, 0);
+  Read(UninstallSubdir, product_value::kUninstallSubdir);
   UninstallDir = PathJoin(InstallDir, UninstallSubdir);
-  Read(fonts_, "ProductFonts");
-  for_all_users_ = key_.ReadNumber("ShortcutMode", 0, 0) == kShortcutsForAllUsers;
+  Read(fonts_, product_value::kProductFonts);
+  for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0, 0) == kShortcutsForAllUsers;
 }
 
 /// Made before the record is read, so without any text of the archive's.
@@ -137,7 +139,7 @@ void UninstallRun::Ask() {
                                     MB_YESNO | MB_ICONQUESTION) != IDYES)
     ExitInstaller();
   CreateProgressDialog();
-  Read(CommonDir, "SharedPath");
+  Read(CommonDir, product_value::kSharedPath);
 }
 
 /// A second run, after one that left something behind, doesn't run it again, not even one that could not be started:
@@ -182,7 +184,7 @@ void UninstallRun::RewriteRecord() {
 
 void UninstallRun::RemoveStartMenuGroup() {
   String group;
-  Read(group, "ProductStartMenu");
+  Read(group, product_value::kProductStartMenu);
   String path = PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), group);
   for (int32_t level = 0; level < kMaxLevels && RemoveEmptyDirectory(path); ++level) {
     path.remove_last_if('\\');
@@ -193,7 +195,7 @@ void UninstallRun::RemoveStartMenuGroup() {
 
 void UninstallRun::UndoSharedFiles() {
   String files;
-  Read(files, "SharedFiles");
+  Read(files, product_value::kSharedFiles);
   if (!files.is_empty() && !ReleaseSharedFiles(files))
     report_ += "REGISTRY ERROR:  Unable to adjust shared file reference counts.\r\n\r\n";
   RemoveEmptyDirectory(CommonDir);
@@ -214,11 +216,11 @@ void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
 void UninstallRun::RemoveProductKeys() {
   SetStep(kTextStepRegistry, 95);
   String path;
-  Read(path, "ProductRegistry");
+  Read(path, product_value::kProductRegistry);
   if (!path.is_empty()) {
     RemoveKeyUpward(path, false);
     RemoveKeyUpward(path, true);
-    key_.DeleteValue("ProductRegistry");
+    key_.DeleteValue(product_value::kProductRegistry);
   }
   Wait();
 }
@@ -244,7 +246,7 @@ void UninstallRun::RemoveRecord() {
     if (!AutomaticMode)
       ReportError("%s", complaint);
   }
-  RunBatchOnce("UninstallBatch2", PathRoot(InstallDir), IF_HIDE_UNINSTALL_BATCH2);
+  RunBatchOnce(product_value::kUninstallBatch2, PathRoot(InstallDir), IF_HIDE_UNINSTALL_BATCH2);
   key_.DeleteSoftwareChild(kUninstallKeys, name_, false, 0);
 }
 

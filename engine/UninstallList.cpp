@@ -1,6 +1,7 @@
 #include "engine/UninstallList.h"
 
 #include "core/BucketTable.h"
+#include "format/Record.h"
 
 namespace korb {
 
@@ -28,7 +29,7 @@ void AddUninstallEntry(const char *path, UninstallEntryMode mode) {
     key.to_upper();
     if (!ListedPaths.insert(key, true))
       return;
-    UninstallList += mode == kUninstallDirectory ? '~' : '!';
+    UninstallList += mode == kUninstallDirectory ? kDirectoryMark : kClassesKeyMark;
   }
   UninstallList += path;
   UninstallList += "\r\n";

@@ -3,15 +3,13 @@
 #include "archive/RunValues.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
 
 namespace korb {
 
 namespace {
-
-const char kStrings[] = "[Strings]";
-const char kAssociations[] = "[Associations]";
 
 void AppendHeading(String &text, const char *heading) {
   text += "\r\n\r\n";
@@ -51,10 +49,10 @@ void ReadAssociations(String text, Vector<FileAssociation> &associations) {
   }
 }
 
-/// Takes off everything in front of the next line that begins with '~'.
+/// Takes off everything in front of the next line that begins with kTextMark.
 String TakeTextLines(String &text) {
   int32_t end = 0;
-  while (end < text.length() && text.char_at(end) != '~')
+  while (end < text.length() && text.char_at(end) != kTextMark)
     end = text.find_line_end(end, LINE_LENGTH_IF_NONE);
   return text.cut(0, end);
 }
@@ -71,7 +69,7 @@ void ReadTexts(String text) {
   for (int32_t n = 0; n < kMaxTextEntries && !text.is_empty(); ++n) {
     const String line = text.take_line();
     int32_t at = 1;
-    const int32_t number = line.starts_with_char('~') ? line.parse_int(&at) : 0;
+    const int32_t number = line.starts_with_char(kTextMark) ? line.parse_int(&at) : 0;
     if (number < 1 || number > kMaxTextNumber)
       continue;
     String lines = TakeTextLines(text);
@@ -85,22 +83,22 @@ void ReadTexts(String text) {
 /// Nothing here goes through a format: the list may be longer than what a format gives.
 String UninstallRecordText() {
   String text = UninstallList;
-  AppendHeading(text, kStrings);
+  AppendHeading(text, kStringsHeading);
   for (const int8_t *number = kSavedTexts.numbers; *number >= 0; ++number) {
     text.append_format("~%d\r\n", *number);
     text += TextLookup(*number);
     text += "\r\n";
   }
   if (!AssociationLines.is_empty()) {
-    AppendHeading(text, kAssociations);
+    AppendHeading(text, kAssociationsHeading);
     text += AssociationLines;
   }
   return text;
 }
 
 void ReadUninstallRecord(String text, UninstallRecord &record) {
-  String tail = TakeSection(text, kStrings);
-  ReadAssociations(TakeSection(tail, kAssociations), record.associations);
+  String tail = TakeSection(text, kStringsHeading);
+  ReadAssociations(TakeSection(tail, kAssociationsHeading), record.associations);
   ReadTexts(tail);
   text.split_lines(record.entries);
 }

@@ -1,8 +1,8 @@
 // The text of Uninstall.DAT: what an installation leaves for its uninstaller.
 //
 //     C:\Program Files\Thing\thing.exe       UninstallList: a line for each file,
-//     ~C:\Program Files\Thing\help           a directory behind '~',
-//     !CLSID\{...}                           a key below HKEY_CLASSES_ROOT behind '!'; has a backslash
+//     ~C:\Program Files\Thing\help           a directory after '~',
+//     !CLSID\{...}                           a key below HKEY_CLASSES_ROOT after '!'; has a backslash
 //                                            two empty lines
 //     [Strings]
 //     ~10                                    the number of a text,
@@ -23,15 +23,6 @@
 #include "core/Vector.h"
 
 namespace korb {
-
-/// Lines of associations that a reader looks at, empty ones included. The first is empty, since it ends the heading's.
-inline constexpr int32_t kMaxAssociationLines = 500;
-/// Texts, and lines that are none, that a reader looks at.
-inline constexpr int32_t kMaxTextEntries = 500;
-/// Texts of a higher number are passed over.
-inline constexpr int32_t kMaxTextNumber = 1000;
-/// Stands between the fields of an association.
-inline constexpr char kAssociationSeparator[] = "~!~";
 
 struct UninstallRecord {
   Vector<String> entries;               ///< lines of the list as they stand, empty ones included

@@ -7,6 +7,7 @@
 #include "engine/RunLists.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
@@ -16,29 +17,27 @@ namespace korb {
 
 namespace {
 
-const char kUninstallString[] = "UninstallString";
-
 /// A version of one number has no parts to tell: whatever the key holds of an earlier one stays.
 void WriteVersionNumbers(RegistryKey &key) {
   const int32_t dot = Version.find_char('.');
   if (dot < 0)
     return;
-  key.WriteNumber("VersionMajor", Version.to_int(), 0);
-  key.WriteNumber("VersionMinor", Version.mid(dot + 1).to_int(), 0);
+  key.WriteNumber(product_value::kVersionMajor, Version.to_int(), 0);
+  key.WriteNumber(product_value::kVersionMinor, Version.mid(dot + 1).to_int(), 0);
 }
 
 /// What the background window of the uninstaller is painted with.
 void WriteLooks(RegistryKey &key) {
-  key.WriteString("DisplayTitle", TextLookup(kTextMainTitle), 0);
+  key.WriteString(product_value::kDisplayTitle, TextLookup(kTextMainTitle), 0);
   // Without colours or a picture of the archive's own, the title is in the colour that the system has by then.
   if (HasInstallFlag(IF_CUSTOM_COLORS | IF_BACKGROUND_BITMAP))
-    key.WriteNumber("TitleColor", static_cast<int32_t>(TitleColor), 0);
+    key.WriteNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor), 0);
   else
-    key.DeleteValue("TitleColor");
-  key.WriteNumber("TopColor", static_cast<int32_t>(TopColor), 0);
-  key.WriteNumber("BottomColor", static_cast<int32_t>(BottomColor), 0);
-  key.WriteBoolean("MonoColor", MonoColor);
-  key.WriteNumber("TitleShadow", TitleShadow, 0);
+    key.DeleteValue(product_value::kTitleColor);
+  key.WriteNumber(product_value::kTopColor, static_cast<int32_t>(TopColor), 0);
+  key.WriteNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor), 0);
+  key.WriteBoolean(product_value::kMonoColor, MonoColor);
+  key.WriteNumber(product_value::kTitleShadow, TitleShadow, 0);
 }
 
 /// An entry that comes out empty, or as 0, takes an earlier installation's value away.
@@ -57,30 +56,30 @@ bool WriteUninstallKey(const InstallConfig &config) {
   if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false, 0) == KEY_NOT_OPENED)
     return false;
   const String uninstall = UninstallerPath + " " + UninstallCommand;
-  key.WriteString(kUninstallString, uninstall, 0);
-  key.WriteString("QuietUninstallString", UninstallerPath + " /a " + UninstallCommand, 0);
-  key.WriteString("DisplayName", ProductName, 0);
-  key.WriteString("InstallSource", ProgramPath, 0);
-  key.WriteString("DisplayVersion", Version, RK_DELETE_EMPTY);
-  key.WriteString("Publisher", config.publisher, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kUninstallString, uninstall, 0);
+  key.WriteString(product_value::kQuietUninstallString, UninstallerPath + " /a " + UninstallCommand, 0);
+  key.WriteString(product_value::kDisplayName, ProductName, 0);
+  key.WriteString(product_value::kInstallSource, ProgramPath, 0);
+  key.WriteString(product_value::kDisplayVersion, Version, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kPublisher, config.publisher, RK_DELETE_EMPTY);
   WriteVersionNumbers(key);
-  key.WriteString("ProductRegistry", config.product_registry, RK_DELETE_EMPTY);
-  key.WriteString("ProductStartMenu", config.product_start_menu, RK_DELETE_EMPTY);
-  key.WriteString("SharedPath", CommonDir, RK_DELETE_EMPTY);
-  key.WriteString("ProductFonts", ProductFonts, RK_DELETE_EMPTY);
-  key.WriteString("ProductFlags", string_from_int64(static_cast<int64_t>(InstallFlags)), 0);
-  key.WriteString("UninstallBatch1", config.uninstall_batch1, RK_DELETE_EMPTY);
-  key.WriteString("UninstallBatch2", config.uninstall_batch2, RK_DELETE_EMPTY);
-  key.WriteString("SharedFiles", SharedFiles, RK_DELETE_EMPTY);
-  key.WriteString("UninstallSubdir", UninstallSubdir, RK_DELETE_EMPTY);
-  key.WriteNumber("ShortcutMode", config.shortcut_mode, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kProductRegistry, config.product_registry, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kProductStartMenu, config.product_start_menu, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kSharedPath, CommonDir, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kProductFonts, ProductFonts, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kProductFlags, string_from_int64(static_cast<int64_t>(InstallFlags)), 0);
+  key.WriteString(product_value::kUninstallBatch1, config.uninstall_batch1, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kUninstallBatch2, config.uninstall_batch2, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kSharedFiles, SharedFiles, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kUninstallSubdir, UninstallSubdir, RK_DELETE_EMPTY);
+  key.WriteNumber(product_value::kShortcutMode, config.shortcut_mode, RK_DELETE_EMPTY);
   WriteLooks(key);
   for (int32_t i = 0; i < config.uninstall_data.count; ++i)
     WriteOwnValue(key, config.uninstall_data.at(i));
-  key.WriteString("InstallLocation", InstallDir, 0);
-  key.WriteString("InstallDate", Now().format_plain(kDateTimeFormat), 0);
+  key.WriteString(product_value::kInstallLocation, InstallDir, 0);
+  key.WriteString(product_value::kInstallDate, Now().format_plain(kDateTimeFormat), 0);
   String kept;
-  key.ReadString(kept, kUninstallString, "", 0);
+  key.ReadString(kept, product_value::kUninstallString, "", 0);
   return kept == uninstall;
 }
 

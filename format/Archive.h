@@ -141,23 +141,13 @@ enum UninstallDataKind : uint8_t {
 
 // ---- Payload records -------------------------------------------------------------------------------------------------
 //
-//     Name text, DestKind u32, FileFlags u32, Attributes u32, contents (as many bytes as the size table says),
+//     Name text, DestKind u32 (Kinds.h), FileFlags u32, Attributes u32, contents (as many bytes as the size table says),
 //     Checksum u32 (Checksum32 of the contents), Date FileDate, Label text, Icon text (FF_SHORTCUTS), Arguments text,
 //     Target text
 
-/// Where a file goes when its record has no Target, and how it is treated. Other values have no meaning.
-enum DestKind : uint32_t {
-  KindProgram = 0,   ///< InstallDir; may have shortcuts
-  KindShared = 1,    ///< CommonDir; reference counted
-  KindFont = 4,      ///< the fonts folder; Label is the font's face name
-  KindStartup = 5,   ///< InstallDir; always gets a shortcut in the Startup folder
-  KindSystem = 6,    ///< the system folder; reference counted, version tested; Label is the file's version
-  KindSystemCom = 7, ///< as KindSystem, and self-registered
-};
-
 // FileFlags
-inline constexpr uint32_t FF_DESKTOP = 0x1;    ///< desktop shortcut (KindProgram)
-inline constexpr uint32_t FF_START_MENU = 0x2; ///< start menu shortcut (KindProgram)
+inline constexpr uint32_t FF_DESKTOP = 0x1;    ///< desktop shortcut, where the kind may have it
+inline constexpr uint32_t FF_START_MENU = 0x2; ///< start menu shortcut, likewise
 inline constexpr uint32_t FF_SHORTCUTS = 0x3;  ///< either: the record has an Icon field
 inline constexpr uint32_t FF_CONDITION = 0xC;  ///< two-bit field: when the file is placed
 inline constexpr uint32_t FF_PLACE_ALWAYS = 0x0;

@@ -2,6 +2,8 @@
 #include <iterator>
 #include <map>
 
+#include "format/Kinds.h"
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "format/Words.h"
 #include "packer/ProductCheck.h"
@@ -44,8 +46,11 @@ private:
   void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
 
   bool Is(uint32_t kind) const { return file_->kind == kind; }
-  bool GoesToSystem() const { return Is(KindSystem) || Is(KindSystemCom); }
-  bool WantsShortcut() const { return Is(KindStartup) || (Is(KindProgram) && (file_->flags & FF_SHORTCUTS)); }
+  const KindRow &Kind() const { return RowOf(file_->kind); }
+  bool WantsShortcut() const {
+    return Kind().shortcuts == KindShortcuts::InStartupFolder ||
+           (Kind().shortcuts == KindShortcuts::AsAsked && (file_->flags & FF_SHORTCUTS));
+  }
 
   void CheckName() {
     if (file_->name.empty())
@@ -62,7 +67,7 @@ private:
     CheckVariables(file_->arguments, file_->place, "file '" + file_->name + "': ", findings_);
     if (PathLength() > kMaxPath)
       Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
-    const bool own_folder = Is(KindShared) || Is(KindFont) || GoesToSystem() || (file_->flags & FF_UNINSTALL_DIR);
+    const bool own_folder = Kind().folder != KindFolder::Product || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
       Warn("the folder in its name is not created there: the file fails unless the folder exists");
   }
@@ -84,9 +89,7 @@ private:
   }
 
   // Whether a file that is in use waits for the next start.
-  bool MayBeReplacedLater() const {
-    return product_.Has(IF_REPLACE_IN_USE) || Is(KindShared) || Is(KindFont) || GoesToSystem();
-  }
+  bool MayBeReplacedLater() const { return product_.Has(IF_REPLACE_IN_USE) || Kind().replaced != KindReplaced::Always; }
 
   bool HasUnusablePart() const {
     for (size_t begin = 0; begin <= name_.size();) {
@@ -182,7 +185,10 @@ private:
     }
     if (file_->flags & FF_UNINSTALL_DIR)
       return InUninstallDir(name_);
-    return (Is(KindFont) ? "%fontdir%\\" : GoesToSystem() ? "%systemdir%\\" : folder) + LowerCase(name_);
+    return (Is(KindFont)                          ? "%fontdir%\\"
+            : Kind().folder == KindFolder::System ? "%systemdir%\\"
+                                                  : folder) +
+           LowerCase(name_);
   }
 
   std::string InUninstallDir(const std::string &name) const {
@@ -194,8 +200,8 @@ private:
 
   void CheckTwice(const std::string &destination) {
     if (product_.Has(IF_UNINSTALL))
-      for (const std::string &own : {product_.uninstaller_name, std::string("Uninstall.DAT"),
-                                     std::string("Install.LOG"), std::string("Installer Background.BMP")})
+      for (const std::string &own : {product_.uninstaller_name, std::string(kUninstallDataName),
+                                     std::string(kInstallLogName), std::string(kBackgroundName)})
         if (destination == InUninstallDir(own))
           Error("the installer writes its own '" + own + "' there");
     const auto [before, is_new] = seen_.emplace(destination, file_->place);

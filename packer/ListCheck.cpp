@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "engine/DeletionRule.h"
+#include "format/Record.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
 
@@ -9,14 +10,8 @@ namespace korb::packer {
 
 namespace {
 
-// Values that the installer writes into the Uninstall key itself, before those of the product.
-constexpr const char *kOwnValues[] = {
-    "UninstallString", "QuietUninstallString", "DisplayName",      "InstallSource", "DisplayVersion", "Publisher",
-    "VersionMajor",    "VersionMinor",         "ProductRegistry",  "SharedPath",    "ProductFonts",   "ProductFlags",
-    "UninstallBatch1", "UninstallBatch2",      "ProductStartMenu", "SharedFiles",   "ShortcutMode",   "UninstallSubdir",
-    "DisplayTitle",    "TitleColor",           "TopColor",         "BottomColor",   "MonoColor",      "TitleShadow"};
-
-constexpr size_t kUndoneAssociations = 499;
+// The line that ends the heading counts as one.
+constexpr size_t kUndoneAssociations = kMaxAssociationLines - 1;
 
 bool IsReadable(const Deletion &deletion) {
   FileDeletion record;
@@ -117,7 +112,7 @@ void CheckAssociation(const Association &association, const Product &product, Fi
 }
 
 void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
-  const bool own = std::any_of(std::begin(kOwnValues), std::end(kOwnValues),
+  const bool own = std::any_of(std::begin(kReplaceableValues), std::end(kReplaceableValues),
                                [&](const char *name) { return LowerCase(name) == LowerCase(value.name); });
   const std::string what = "uninstall value '" + value.name + "': ";
   if (value.kind != kUninstallExpandText) // in which those of the system are meant

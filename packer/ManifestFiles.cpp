@@ -201,7 +201,7 @@ private:
     if (!contents)
       return;
     settings.entry.contents = std::move(*contents);
-    if (!settings.has_label && (settings.entry.kind == KindSystem || settings.entry.kind == KindSystemCom))
+    if (!settings.has_label && RowOf(settings.entry.kind).replaced == KindReplaced::ByNewerVersionAndDate)
       settings.entry.label = VersionLabel(settings.entry.contents);
     Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
   }

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "format/Archive.h"
+#include "format/Kinds.h"
 #include "packer/Bytes.h"
 #include "packer/CompressionLevel.h"
 
@@ -53,8 +54,7 @@ struct FileEntry {
 
 /// Whether a file of that kind has a folder to go to. One that has none is damage to an installer.
 inline bool HasDestination(uint32_t kind, uint32_t flags, std::string_view target) {
-  const bool known = kind <= KindShared || (kind >= KindFont && kind <= KindSystemCom);
-  return known || (flags & FF_UNINSTALL_DIR) || target.find('\\') != target.npos;
+  return RowOf(kind).folder != KindFolder::None || (flags & FF_UNINSTALL_DIR) || target.find('\\') != target.npos;
 }
 
 struct Deletion {

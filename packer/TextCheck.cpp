@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 
+#include "format/Record.h"
 #include "format/Texts.h"
 #include "packer/ProductCheck.h"
 #include "packer/TextTests.h"
@@ -19,7 +20,8 @@ std::string WithProductName(std::string text, const std::string &name) {
 
 // Whether a line of `text` begins with the mark that ends a saved text.
 bool HasMarkedLine(const std::string &text) {
-  return text.starts_with('~') || text.find("\n~") != text.npos || text.find("\r~") != text.npos;
+  return text.starts_with(kTextMark) || text.find(std::string{'\n', kTextMark}) != text.npos ||
+         text.find(std::string{'\r', kTextMark}) != text.npos;
 }
 
 class LanguageChecker {
@@ -77,7 +79,7 @@ private:
     const std::string text = WithProductName(Text(number), product_.name);
     if (HasMarkedLine(text))
       Error(number, "has a line that begins with '~', which ends the text in the uninstaller's record");
-    if (ContainsNoCase(text, "[Associations]"))
+    if (ContainsNoCase(text, kAssociationsHeading))
       Error(number, "holds \"[Associations]\", which ends the texts in the uninstaller's record");
   }
 

@@ -1,4 +1,5 @@
 #include "packer/TextTests.h"
+#include "format/Record.h"
 
 #include <algorithm>
 #include <chrono>
@@ -23,7 +24,7 @@ bool ContainsNoCase(std::string_view text, std::string_view part) {
 }
 
 bool HoldsRecordMarker(std::string_view text) {
-  return ContainsNoCase(text, "[Strings]") || ContainsNoCase(text, "[Associations]");
+  return ContainsNoCase(text, kStringsHeading) || ContainsNoCase(text, kAssociationsHeading);
 }
 
 bool HoldsIllegalCharacter(std::string_view name) {

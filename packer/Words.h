@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "format/Archive.h"
+#include "format/Kinds.h"
 #include "format/Words.h"
 
 namespace korb::packer {

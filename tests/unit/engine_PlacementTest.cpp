@@ -5,6 +5,7 @@
 #include "engine/Placement.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
+#include "format/Kinds.h"
 #include "tests/support/Testing.h"
 
 namespace {
