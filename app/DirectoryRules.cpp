@@ -12,7 +12,7 @@ constexpr int32_t kRootLength = 3; // of "c:\"
 } // namespace
 
 int32_t RefusalOf(const String &path, const DirectoryFacts &facts) {
-  if (!IsFullPath(path) || !IsLegalPath(path, 0))
+  if (!IsFullPath(path) || !IsLegalPath(path))
     return kTextDirectoryIllegal;
   if (facts.refuses_network && path.starts_with("\\\\"))
     return kTextDirectoryNetwork;

@@ -248,7 +248,7 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   if (restart)
     ExitSystem(kExitRestart, false);
   else if (ErrorReport.is_empty() && !run_after.is_empty())
-    RunProcess(run_after, 0, nullptr);
+    RunProcess(run_after, RP_NONE, nullptr);
   ExitInstaller();
 }
 

@@ -8,7 +8,7 @@ namespace korb {
 namespace {
 
 constexpr int32_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-constexpr uint32_t kPlainNumber = NUMBER_SKIP_SPACE | NUMBER_SKIP_SPACE_AFTER | NUMBER_NO_SIGN;
+constexpr NumberOptions kPlainNumber = NUMBER_SKIP_SPACE | NUMBER_SKIP_SPACE_AFTER | NUMBER_NO_SIGN;
 
 int32_t Truncated(double value) {
   return static_cast<int32_t>(value);

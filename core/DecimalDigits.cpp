@@ -135,7 +135,7 @@ void DecimalDigits::Print(String &out, char letter, int32_t precision, bool keep
   else
     PutScientific(body, precision - 1, keep_point);
   if (!keep_point && body.contains_char('.')) {
-    const String tail = body.cut_from_match("e", 0);
+    const String tail = body.cut_from_match("e");
     body.trim_right_char('0');
     body.remove_last_if('.');
     body += tail;

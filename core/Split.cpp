@@ -15,7 +15,7 @@ struct Cut {
   int32_t next;
 };
 
-Cut FindCut(const String &text, int32_t pos, const char *delimiters, uint32_t flags) {
+Cut FindCut(const String &text, int32_t pos, const char *delimiters, SplitOptions flags) {
   const int32_t length = text.length();
   const char *p = text.c_str();
   for (int32_t i = pos; i < length; ++i) {
@@ -57,7 +57,7 @@ void RemoveRepeated(Collection<String> &entries) {
 
 } // namespace
 
-int32_t String::split(Collection<String> &dest, const char *delimiters, uint32_t flags) const {
+int32_t String::split(Collection<String> &dest, const char *delimiters, SplitOptions flags) const {
   if (!delimiters)
     delimiters = "";
   int32_t added = 0;
@@ -67,7 +67,7 @@ int32_t String::split(Collection<String> &dest, const char *delimiters, uint32_t
     if (flags & SPLIT_TRIM)
       piece.trim();
     if ((flags & SPLIT_UNQUOTE) && piece.unquote('"') && (flags & SPLIT_UNDOUBLE))
-      piece.replace("\"\"", "\"", 0);
+      piece.replace("\"\"", "\"");
     if (flags & SPLIT_TRIM)
       piece.trim();
     if (!piece.is_empty() || (flags & SPLIT_KEEP_EMPTY)) {

@@ -10,6 +10,7 @@
 
 #include "core/Collection.h"
 #include "core/Format.h"
+#include "core/Options.h"
 #include "core/Text.h"
 
 namespace korb {
@@ -25,31 +26,46 @@ inline constexpr int32_t STRING_SLACK = 21;
 inline constexpr int32_t STRING_SHRINK_MARGIN = 512;
 
 // How `find` and `replace` look.
-inline constexpr uint32_t FIND_IGNORE_CASE = 0x0001;
-inline constexpr uint32_t FIND_WHOLE_WORD = 0x0002;  ///< no word character on either side
-inline constexpr uint32_t FIND_WILDCARD = 0x0004;    ///< `?` in the pattern is any one byte
-inline constexpr uint32_t FIND_FIRST_ONLY = 0x0008;  ///< `replace`: one replacement, and its position as the result
-inline constexpr uint32_t FIND_SKIP_QUOTED = 0x0010; ///< text between double quotes is not searched
-inline constexpr uint32_t FIND_REVERSE = 0x0020;     ///< strictly before `start`, toward the beginning
-inline constexpr uint32_t FIND_RETURN_END = 0x2000;  ///< give the position behind the match
-inline constexpr uint32_t FIND_ANY_OF = 0x4000;      ///< the pattern is a set of bytes
+enum FindOptions : uint32_t {
+  FIND_NONE = 0,
+  FIND_IGNORE_CASE = 0x0001,
+  FIND_WHOLE_WORD = 0x0002,  ///< no word character on either side
+  FIND_WILDCARD = 0x0004,    ///< `?` in the pattern is any one byte
+  FIND_FIRST_ONLY = 0x0008,  ///< `replace`: one replacement, and its position as the result
+  FIND_SKIP_QUOTED = 0x0010, ///< text between double quotes is not searched
+  FIND_REVERSE = 0x0020,     ///< strictly before `start`, toward the beginning
+  FIND_RETURN_END = 0x2000,  ///< give the position behind the match
+  FIND_ANY_OF = 0x4000,      ///< the pattern is a set of bytes
+};
+template <>
+inline constexpr bool IsOptionWord<FindOptions> = true;
 
 // How `find_line_end` looks.
-inline constexpr uint32_t LINE_SKIP_QUOTED = 0x10;    ///< breaks between double quotes don't count
-inline constexpr uint32_t LINE_AT_BREAK = 0x40;       ///< give the break itself, not what follows it
-inline constexpr uint32_t LINE_LENGTH_IF_NONE = 0x80; ///< give the length when there is none, not -1
+enum LineOptions : uint32_t {
+  LINE_NONE = 0,
+  LINE_SKIP_QUOTED = 0x10,    ///< breaks between double quotes don't count
+  LINE_AT_BREAK = 0x40,       ///< give the break itself, not what follows it
+  LINE_LENGTH_IF_NONE = 0x80, ///< give the length when there is none, not -1
+};
+template <>
+inline constexpr bool IsOptionWord<LineOptions> = true;
 
 // How `split` cuts.
-inline constexpr uint32_t SPLIT_KEEP_EMPTY = 0x0001;
-inline constexpr uint32_t SPLIT_NUL_ENDS = 0x0002; ///< a NUL ends a piece
-inline constexpr uint32_t SPLIT_LINES = 0x0004;    ///< CR, LF or a pair of them ends a piece
-inline constexpr uint32_t SPLIT_TRIM = 0x0008;
-inline constexpr uint32_t SPLIT_SKIP_QUOTED = 0x0010;       ///< delimiters between double quotes don't count
-inline constexpr uint32_t SPLIT_KEEP_DELIMITER = 0x0020;    ///< a piece includes the delimiter that ended it
-inline constexpr uint32_t SPLIT_UNIQUE = 0x0100;            ///< drop later entries of the destination that repeat one
-inline constexpr uint32_t SPLIT_UNQUOTE = 0x0200;           ///< take one pair of double quotes off each piece
-inline constexpr uint32_t SPLIT_UNDOUBLE = 0x0400;          ///< in an unquoted piece, "" becomes "
-inline constexpr uint32_t SPLIT_DOUBLED_DELIMITER = 0x0800; ///< a doubled delimiter is text
+enum SplitOptions : uint32_t {
+  SPLIT_NONE = 0,
+  SPLIT_KEEP_EMPTY = 0x0001,
+  SPLIT_NUL_ENDS = 0x0002, ///< a NUL ends a piece
+  SPLIT_LINES = 0x0004,    ///< CR, LF or a pair of them ends a piece
+  SPLIT_TRIM = 0x0008,
+  SPLIT_SKIP_QUOTED = 0x0010,       ///< delimiters between double quotes don't count
+  SPLIT_KEEP_DELIMITER = 0x0020,    ///< a piece includes the delimiter that ended it
+  SPLIT_UNIQUE = 0x0100,            ///< drop later entries of the destination that repeat one
+  SPLIT_UNQUOTE = 0x0200,           ///< take one pair of double quotes off each piece
+  SPLIT_UNDOUBLE = 0x0400,          ///< in an unquoted piece, "" becomes "
+  SPLIT_DOUBLED_DELIMITER = 0x0800, ///< a doubled delimiter is text
+};
+template <>
+inline constexpr bool IsOptionWord<SplitOptions> = true;
 
 class String {
 public:
@@ -130,11 +146,12 @@ public:
   bool starts_with(const char *text, int32_t max = STRING_ALL) const;
 
   /// FIND_... flags. A reverse search that is to begin at the end takes STRING_ALL as its `start`.
-  int32_t find(const char *pattern, int32_t start = 0, uint32_t flags = 0, int32_t pattern_length = STRING_ALL) const;
+  int32_t find(const char *pattern, int32_t start = 0, FindOptions flags = FIND_NONE,
+               int32_t pattern_length = STRING_ALL) const;
   /// Of the flags, FIND_IGNORE_CASE and FIND_SKIP_QUOTED count.
-  int32_t find_char(char c, int32_t start = 0, uint32_t flags = 0) const;
+  int32_t find_char(char c, int32_t start = 0, FindOptions flags = FIND_NONE) const;
   /// The last one at or before `start`. Of the flags, FIND_SKIP_QUOTED counts.
-  int32_t rfind_char(char c, int32_t start = STRING_ALL, uint32_t flags = 0) const;
+  int32_t rfind_char(char c, int32_t start = STRING_ALL, FindOptions flags = FIND_NONE) const;
   /// The first byte that is in `set`, or is not. An empty set holds nothing, a null one finds nothing; a NUL is in none.
   int32_t find_any(const char *set, int32_t start = 0) const;
   int32_t find_not_in(const char *set, int32_t start = 0) const;
@@ -142,7 +159,7 @@ public:
   /// A digit, `+`, `-` or `.`.
   int32_t find_number_start(int32_t start) const;
   /// LINE_... flags.
-  int32_t find_line_end(int32_t start, uint32_t flags) const;
+  int32_t find_line_end(int32_t start, LineOptions flags = LINE_NONE) const;
 
   // The splices, insertions and erasures take `pos` from 0 to the length and change nothing with another. Their source
   // may lie in this string; a null one inserts nothing.
@@ -199,7 +216,7 @@ public:
   /// `mid`, removed from here.
   String cut(int32_t pos, int32_t count = STRING_ALL);
   /// Cuts from the first match to the end; empty when there is none.
-  String cut_from_match(const char *text, uint32_t flags);
+  String cut_from_match(const char *text, FindOptions flags = FIND_NONE);
   char take_first_char();
   /// Takes off the first line; its end (CR, LF, a pair of them, or NUL) goes too.
   String take_line();
@@ -212,7 +229,7 @@ public:
   String next_word();
 
   /// Appends the pieces to `dest` and gives how many. SPLIT_... flags. Implemented in core/Split.cpp.
-  int32_t split(Collection<String> &dest, const char *delimiters, uint32_t flags) const;
+  int32_t split(Collection<String> &dest, const char *delimiters, SplitOptions flags = SPLIT_NONE) const;
   int32_t split_lines(Collection<String> &dest) const {
     return split(dest, nullptr, SPLIT_KEEP_EMPTY | SPLIT_NUL_ENDS | SPLIT_LINES);
   }
@@ -220,9 +237,9 @@ public:
   /// Replaces matches of `old`, FIND_... flags, behind the first `skip` of them, at most `max`. Gives the number of
   /// matches, skipped ones included; with FIND_FIRST_ONLY the position of the one that was replaced, or -1. What was
   /// written is not searched again.
-  int32_t replace(const char *old, const char *with, uint32_t flags, int32_t start = 0, int32_t max = STRING_ALL,
-                  int32_t skip = 0);
-  int32_t replace_with_char(const char *old, char c, uint32_t flags, int32_t start = 0);
+  int32_t replace(const char *old, const char *with, FindOptions flags = FIND_NONE, int32_t start = 0,
+                  int32_t max = STRING_ALL, int32_t skip = 0);
+  int32_t replace_with_char(const char *old, char c, FindOptions flags = FIND_NONE, int32_t start = 0);
 
   /// See AppendFormat for what a format may hold.
   template <class... T>

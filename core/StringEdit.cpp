@@ -80,7 +80,7 @@ int32_t String::remove_all(const char *text, int32_t max, bool case_sensitive) {
   const int32_t length = text_length(text);
   int32_t removed = 0;
   for (int32_t at = 0; removed < max; ++removed) {
-    at = find(text, at, case_sensitive ? 0 : FIND_IGNORE_CASE, length);
+    at = find(text, at, case_sensitive ? FIND_NONE : FIND_IGNORE_CASE, length);
     if (at < 0)
       break;
     erase(at, length);

@@ -14,7 +14,7 @@ namespace {
 struct Matcher {
   const char *pattern;
   int32_t length; ///< of the pattern
-  uint32_t flags;
+  FindOptions flags;
 
   /// Bytes that one match takes.
   int32_t unit() const { return flags & FIND_ANY_OF ? 1 : length; }
@@ -62,7 +62,7 @@ String WildcardMerge(const char *matched, const char *old, const char *with) {
 
 } // namespace
 
-int32_t String::find(const char *pattern, int32_t start, uint32_t flags, int32_t pattern_length) const {
+int32_t String::find(const char *pattern, int32_t start, FindOptions flags, int32_t pattern_length) const {
   if (!pattern || is_empty())
     return -1;
   if (pattern_length == STRING_ALL)
@@ -94,7 +94,7 @@ int32_t String::find(const char *pattern, int32_t start, uint32_t flags, int32_t
   return -1;
 }
 
-int32_t String::find_char(char c, int32_t start, uint32_t flags) const {
+int32_t String::find_char(char c, int32_t start, FindOptions flags) const {
   for (int32_t pos = start < 0 ? 0 : start; pos < length_; ++pos) {
     if ((flags & FIND_SKIP_QUOTED) && data_[pos] == '"') {
       do
@@ -108,7 +108,7 @@ int32_t String::find_char(char c, int32_t start, uint32_t flags) const {
   return -1;
 }
 
-int32_t String::rfind_char(char c, int32_t start, uint32_t flags) const {
+int32_t String::rfind_char(char c, int32_t start, FindOptions flags) const {
   bool quoted = false;
   for (int32_t pos = start < length_ - 1 ? start : length_ - 1; pos >= 0; --pos) {
     if ((flags & FIND_SKIP_QUOTED) && data_[pos] == '"')
@@ -141,7 +141,7 @@ int32_t String::find_number_start(int32_t start) const {
   return find_any("0123456789+-.", start);
 }
 
-int32_t String::find_line_end(int32_t start, uint32_t flags) const {
+int32_t String::find_line_end(int32_t start, LineOptions flags) const {
   const int32_t none = flags & LINE_LENGTH_IF_NONE ? length_ : -1;
   if (is_out_of_range(start))
     return none;
@@ -161,7 +161,8 @@ int32_t String::find_line_end(int32_t start, uint32_t flags) const {
   return none;
 }
 
-int32_t String::replace(const char *old, const char *with, uint32_t flags, int32_t start, int32_t max, int32_t skip) {
+int32_t String::replace(const char *old, const char *with, FindOptions flags, int32_t start, int32_t max,
+                        int32_t skip) {
   const bool first_only = (flags & FIND_FIRST_ONLY) != 0;
   const int32_t nothing = first_only ? -1 : 0;
   const int32_t old_length = text_length(old);
@@ -230,7 +231,7 @@ int32_t String::replace(const char *old, const char *with, uint32_t flags, int32
   return first_only ? start : found;
 }
 
-int32_t String::replace_with_char(const char *old, char c, uint32_t flags, int32_t start) {
+int32_t String::replace_with_char(const char *old, char c, FindOptions flags, int32_t start) {
   const char text[2] = {c, '\0'};
   return replace(old, text, flags, start);
 }

@@ -20,7 +20,7 @@ String String::cut(int32_t pos, int32_t count) {
   return part;
 }
 
-String String::cut_from_match(const char *text, uint32_t flags) {
+String String::cut_from_match(const char *text, FindOptions flags) {
   const int32_t at = find(text, 0, flags);
   return at < 0 ? String() : cut(at);
 }
@@ -116,7 +116,7 @@ int32_t String::parse_int(int32_t *pos) const {
   if (is_out_of_range(start))
     return INT32_MIN;
   const char *p = data_ + start;
-  const int32_t value = text_skip_number(p, 0);
+  const int32_t value = text_skip_number(p);
   if (pos)
     *pos = static_cast<int32_t>(p - data_);
   return value;

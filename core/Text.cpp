@@ -81,7 +81,7 @@ double text_to_double(const char *p) {
   return negative ? -value : value;
 }
 
-int32_t text_skip_number(const char *&p, uint32_t flags) {
+int32_t text_skip_number(const char *&p, NumberOptions flags) {
   if (!p)
     return 0;
   if (flags & NUMBER_SKIP_SPACE)

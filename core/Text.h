@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "core/Options.h"
+
 namespace korb {
 
 constexpr bool is_digit(int c) {
@@ -51,13 +53,18 @@ int64_t text_to_int64(const char *p);
 double text_to_double(const char *p);
 
 // Flags of text_skip_number.
-inline constexpr uint32_t NUMBER_SKIP_SPACE = 0x1;       ///< space in front
-inline constexpr uint32_t NUMBER_SKIP_SPACE_AFTER = 0x2; ///< space behind, and behind a comma
-inline constexpr uint32_t NUMBER_NO_SIGN = 0x4;
-inline constexpr uint32_t NUMBER_SKIP_COMMA = 0x10; ///< one comma behind
+enum NumberOptions : uint32_t {
+  NUMBER_NONE = 0,
+  NUMBER_SKIP_SPACE = 0x1,       ///< space in front
+  NUMBER_SKIP_SPACE_AFTER = 0x2, ///< space behind, and behind a comma
+  NUMBER_NO_SIGN = 0x4,
+  NUMBER_SKIP_COMMA = 0x10, ///< one comma behind
+};
+template <>
+inline constexpr bool IsOptionWord<NumberOptions> = true;
 
 /// Reads a number at `p` and moves `p` past it; what is to be skipped behind it goes only with at least one digit.
-int32_t text_skip_number(const char *&p, uint32_t flags);
+int32_t text_skip_number(const char *&p, NumberOptions flags = NUMBER_NONE);
 
 /// The first `n` bytes without regard to case; ends at a NUL in both. Below 0, 0 or above 0.
 int32_t text_compare_no_case(const char *a, const char *b, int32_t n);

@@ -34,14 +34,14 @@ private:
 /// its own text, and so leaves the first backup alone.
 bool AssociationWriter::Replace(const String &text) {
   String old;
-  key_.ReadString(old, "", "", 0);
+  key_.ReadString(old, "", "");
   if (!IsBlank(old.c_str()) && !old.equals_no_case(text.c_str()))
     key_.WriteString(backup_name_.c_str(), old, key_.KindOption(""));
-  return key_.WriteString("", text, 0);
+  return key_.WriteString("", text);
 }
 
 void AssociationWriter::ReplaceIn(const char *subkey, const String &text) {
-  if (!key_.OpenChild(subkey, 0))
+  if (!key_.OpenChild(subkey))
     return;
   Replace(text);
   key_.Close();
@@ -50,10 +50,10 @@ void AssociationWriter::ReplaceIn(const char *subkey, const String &text) {
 bool AssociationWriter::FindClass(FileAssociation &record) {
   class_found_ = record.file_class.is_empty();
   record.extension.ensure_prefix_char('.');
-  if (!key_.Open(kClasses, record.extension.c_str(), class_found_ ? RK_OPEN_ONLY : 0))
+  if (!key_.Open(kClasses, record.extension.c_str(), class_found_ ? RK_OPEN_ONLY : RK_NONE))
     return !class_found_;
   if (class_found_)
-    key_.ReadString(record.file_class, "", "", 0);
+    key_.ReadString(record.file_class, "", "");
   else
     Replace(record.file_class);
   key_.Close();
@@ -63,10 +63,10 @@ bool AssociationWriter::FindClass(FileAssociation &record) {
 
 bool AssociationWriter::WriteVerb(FileAssociation &record) {
   bool written = false;
-  if (IsBlank(record.verb.c_str()) || !key_.OpenChild(record.verb.c_str(), 0))
+  if (IsBlank(record.verb.c_str()) || !key_.OpenChild(record.verb.c_str()))
     return written;
-  key_.WriteString("", record.verb_label, 0);
-  if (key_.OpenChild("command", 0)) {
+  key_.WriteString("", record.verb_label);
+  if (key_.OpenChild("command")) {
     ExpandPathVariables(record.command);
     written = Replace(record.command);
     key_.Close();
@@ -77,7 +77,7 @@ bool AssociationWriter::WriteVerb(FileAssociation &record) {
 
 bool AssociationWriter::WriteClass(FileAssociation &record) {
   bool written = false;
-  if (!key_.Open(kClasses, record.file_class.c_str(), 0))
+  if (!key_.Open(kClasses, record.file_class.c_str()))
     return written;
   if (!class_found_ && !IsBlank(record.description.c_str()))
     Replace(record.description);
@@ -86,7 +86,7 @@ bool AssociationWriter::WriteClass(FileAssociation &record) {
     ExpandPathVariables(icon);
     ReplaceIn("DefaultIcon", icon);
   }
-  if (key_.OpenChild("shell", 0)) {
+  if (key_.OpenChild("shell")) {
     if (record.flags & kDefaultVerb && !IsBlank(record.verb.c_str()))
       Replace(record.verb);
     written = WriteVerb(record);
@@ -107,8 +107,8 @@ void CreateProductKeys(const String &product_registry) {
     return;
   RegistryKey machine;
   RegistryKey user;
-  const bool machine_opened = machine.OpenSoftware(product_registry.c_str(), false, 0) != KEY_NOT_OPENED;
-  const bool user_opened = user.OpenSoftware(product_registry.c_str(), true, 0) != KEY_NOT_OPENED;
+  const bool machine_opened = machine.OpenSoftware(product_registry.c_str(), false) != KEY_NOT_OPENED;
+  const bool user_opened = user.OpenSoftware(product_registry.c_str(), true) != KEY_NOT_OPENED;
   if (!machine_opened || !user_opened)
     ErrorReport.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
 }

@@ -32,7 +32,7 @@ void TellSuccess(String &report) {
 void ShowLog() {
   const String path = InstallLogPath();
   if (!ShellOpen(path))
-    RunProcess("notepad.exe " + path, 0, nullptr);
+    RunProcess("notepad.exe " + path, RP_NONE, nullptr);
 }
 
 } // namespace
@@ -45,7 +45,7 @@ void WriteInstallLog(bool is_reinstall, bool show_result, String report) {
   else if (show_result)
     view_log = OfferLog();
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, report, Now()), 0) && view_log;
+    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, report, Now())) && view_log;
   if (view_log)
     ShowLog();
 }

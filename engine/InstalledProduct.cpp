@@ -19,7 +19,7 @@ public:
 
   bool IsOpen() const { return is_open_; }
   bool Has(const char *value) const { return key_.ValueExists(value); }
-  void Read(String &text, const char *value) const { key_.ReadString(text, value, "", 0); }
+  void Read(String &text, const char *value) const { key_.ReadString(text, value, ""); }
 
 private:
   RegistryKey key_;

@@ -18,7 +18,7 @@ namespace {
 
 void DeleteOldFile(const char *name, bool may_wait) {
   ClearAttributes(name, kProtectiveAttributes);
-  if (DeleteOrSchedule(name, 0)) {
+  if (DeleteOrSchedule(name)) {
     LogText.append_format("Deleted file: %s\r\n", name);
     return;
   }

@@ -67,7 +67,7 @@ bool ReplaceAtRestart(const char *path, const void *data, int32_t size, String &
     return false;
   if (!MoveOrSchedule(temporary, path, MV_AT_RESTART)) {
     message.append_format("Failed to register '%s' for replacement: %s\r\n", path, LastErrorText());
-    DeleteOrSchedule(temporary, 0);
+    DeleteOrSchedule(temporary);
     return false;
   }
   InstallFlags |= IF_REBOOT_NEEDED;

@@ -19,7 +19,7 @@ namespace {
 
 /// True when nobody else counts the file. One that is not counted at all is nobody's.
 bool IsLastReference(RegistryKey &counts, const String &path) {
-  int32_t count = counts.ReadNumber(path, 0, 0);
+  int32_t count = counts.ReadNumber(path, 0);
   if (count < 1)
     return true;
   counts.WriteNumber(path, --count, RK_DELETE_EMPTY);
@@ -33,14 +33,14 @@ void RemoveSharedFile(const SharedEntry &entry) {
     CallServer(entry.path, "DllUnregisterServer");
   }
   if (FileExists(entry.path) && MayRemove(IF_ASK_SHARED_REMOVAL, kTextSharedQuestion, kTextSharedCaption, entry.path))
-    DeleteOrSchedule(entry.path, 0);
+    DeleteOrSchedule(entry.path);
 }
 
 } // namespace
 
 bool ReleaseSharedFiles(String files) {
   RegistryKey counts;
-  if (counts.OpenSoftware(kSharedFileKey, false, 0) == KEY_NOT_OPENED)
+  if (counts.OpenSoftware(kSharedFileKey, false) == KEY_NOT_OPENED)
     return false;
   SharedEntry entry;
   while (TakeSharedEntry(files, entry))

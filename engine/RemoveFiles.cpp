@@ -21,7 +21,7 @@ constexpr int32_t kPercents = 80; ///< of the bar, for all entries together
 
 void RemoveFile(const String &path, String &report) {
   SetStepTextFormat("%s", path);
-  if (!FileExists(path) || DeleteOrSchedule(path, 0))
+  if (!FileExists(path) || DeleteOrSchedule(path))
     return;
   report.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), path);
   AddUninstallEntry(path, kUninstallFile);
@@ -30,7 +30,7 @@ void RemoveFile(const String &path, String &report) {
 /// A key right below the root, without a backslash in its path, stays: all of a type would go with it.
 void DeleteClassesKey(const char *path) {
   RegistryKey key;
-  key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path, 0);
+  key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path);
 }
 
 /// Climbs from an empty directory to those that it leaves empty.

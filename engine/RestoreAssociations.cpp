@@ -11,7 +11,7 @@ namespace {
 /// nothing is to be deleted on its account.
 bool RestoreDefault(RegistryKey &key, const String &backup_name) {
   String backup;
-  key.ReadString(backup, backup_name, "", 0);
+  key.ReadString(backup, backup_name, "");
   if (IsBlank(backup))
     return false;
   if (key.WriteString("", backup, key.KindOption(backup_name)))
@@ -23,14 +23,14 @@ bool RestoreDefault(RegistryKey &key, const String &backup_name) {
 void DeleteClassesKey(RegistryKey &key, const String &path) {
   const RegistryHandle root = HandleOf(RegistryRoot::ClassesRoot);
   if (path.contains_char('\\'))
-    key.DeleteKey(root, path, 0);
+    key.DeleteKey(root, path);
   else
-    key.DeleteKeyIn(root, "", path, 0);
+    key.DeleteKeyIn(root, "", path);
 }
 
 /// Below "shell", the open key. A verb without a backup came with the installation and goes.
 void RestoreVerb(RegistryKey &key, const String &verb, const String &backup_name) {
-  if (key.OpenChild(verb, 0) == KEY_NOT_OPENED)
+  if (key.OpenChild(verb) == KEY_NOT_OPENED)
     return;
   bool is_ours = true;
   if (key.OpenChild("command", RK_OPEN_ONLY) != KEY_NOT_OPENED) {
@@ -39,7 +39,7 @@ void RestoreVerb(RegistryKey &key, const String &verb, const String &backup_name
   }
   key.Close();
   if (is_ours)
-    key.DeleteChild(verb, 0);
+    key.DeleteChild(verb);
 }
 
 void RestoreShell(RegistryKey &key, const String &verb, const String &backup_name) {
@@ -50,7 +50,7 @@ void RestoreShell(RegistryKey &key, const String &verb, const String &backup_nam
   const bool is_empty = key.SubKeyCount() == 0;
   key.Close();
   if (is_empty)
-    key.DeleteChild("shell", 0);
+    key.DeleteChild("shell");
 }
 
 /// True when the extension had an owner before.

@@ -16,11 +16,11 @@ void TakeBackEarlierCounts(RegistryKey &counts) {
   SharedEntry entry;
   while (!SharedFiles.is_empty() && TakeSharedEntry(SharedFiles, entry)) {
     const char *name = entry.path.c_str();
-    const int32_t count = counts.ReadNumber(name, 0, 0);
+    const int32_t count = counts.ReadNumber(name, 0);
     if (count <= 1)
       counts.DeleteValue(name);
     else
-      counts.WriteNumber(name, count - 1, 0);
+      counts.WriteNumber(name, count - 1);
   }
 }
 
@@ -30,7 +30,7 @@ void CountSharedFiles() {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
   RegistryKey counts;
-  if (!counts.OpenSoftware(kSharedFileKey, false, 0)) {
+  if (!counts.OpenSoftware(kSharedFileKey, false)) {
     ErrorReport += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
     return;
   }
@@ -40,7 +40,7 @@ void CountSharedFiles() {
   for (int32_t i = 0; i < SharedFileList.count; ++i) {
     const String &marked_path = SharedFileList.at(i);
     const String name = ReadSharedEntry(marked_path).path;
-    counts.WriteNumber(name.c_str(), counts.ReadNumber(name.c_str(), 0, 0) + 1, 0);
+    counts.WriteNumber(name.c_str(), counts.ReadNumber(name.c_str(), 0) + 1);
     AppendSharedEntry(SharedFiles, marked_path);
   }
 }

@@ -63,7 +63,7 @@ public:
   bool Finish();
 
 private:
-  void Read(String &text, const char *value) const { key_.ReadString(text, value, "", 0); }
+  void Read(String &text, const char *value) const { key_.ReadString(text, value, ""); }
   void RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag);
   void RemoveKeyUpward(String path, bool current_user);
 
@@ -82,7 +82,7 @@ bool UninstallRun::Open() {
     ReportError("No product named '%s' is installed.", name_);
     return false;
   }
-  if (key_.OpenSoftware(path, false, 0) == KEY_NOT_OPENED) {
+  if (key_.OpenSoftware(path, false) == KEY_NOT_OPENED) {
     ReportError("Unable to access the uninstall information for:\r\n%s\r\n\r\nThe uninstallation cannot be performed.",
                 ProductName);
     return false;
@@ -107,16 +107,15 @@ bool UninstallRun::Open() {
 /// What is missing keeps the colours that the entry point has taken from the system.
 void UninstallRun::ReadValues() {
   Read(MainTitle, product_value::kDisplayTitle);
-  TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor), 0));
-  TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow, 0));
-  TopColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTopColor, static_cast<int32_t>(TopColor), 0));
-  BottomColor =
-      static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor), 0));
-  MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor, 0);
+  TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor)));
+  TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow));
+  TopColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTopColor, static_cast<int32_t>(TopColor)));
+  BottomColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor)));
+  MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor);
   Read(UninstallSubdir, product_value::kUninstallSubdir);
   UninstallDir = PathJoin(InstallDir, UninstallSubdir);
   Read(fonts_, product_value::kProductFonts);
-  for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0, 0) == kShortcutsForAllUsers;
+  for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
 }
 
 /// Made before the record is read, so without any text of the archive's.
@@ -177,7 +176,7 @@ void UninstallRun::UndoFiles() {
 /// A later run finds what stayed, and nothing else: associations are undone by now.
 void UninstallRun::RewriteRecord() {
   SetStep(kTextStepSharedFiles, 90);
-  DeleteOrSchedule(InstallLogPath(), 0);
+  DeleteOrSchedule(InstallLogPath());
   WriteUninstallData();
   UninstallList.clear();
 }
@@ -204,7 +203,7 @@ void UninstallRun::UndoSharedFiles() {
 
 /// The product's key goes with all that it holds, the keys above it only where that leaves them empty.
 void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
-  uint32_t options = 0;
+  RegistryOptions options = RK_NONE;
   for (int32_t level = 0; level < kMaxLevels; ++level) {
     path.remove_last_if('\\');
     if (path.is_empty() || key_.DeleteSoftwareKey(path, current_user, options) != DELETE_DONE || !CutToDirectory(path))
@@ -240,14 +239,14 @@ void UninstallRun::RemoveWholeDirectory() {
 void UninstallRun::RemoveRecord() {
   if (!report_.is_empty())
     return;
-  DeleteOrSchedule(UninstallDataPath(), 0);
+  DeleteOrSchedule(UninstallDataPath());
   if (HasInstallFlag(IF_EDIT_PATH)) {
     const String complaint = EditAutoexecPath(false);
     if (!AutomaticMode)
       ReportError("%s", complaint);
   }
   RunBatchOnce(product_value::kUninstallBatch2, PathRoot(InstallDir), IF_HIDE_UNINSTALL_BATCH2);
-  key_.DeleteSoftwareChild(kUninstallKeys, name_, false, 0);
+  key_.DeleteSoftwareChild(kUninstallKeys, name_, false);
 }
 
 bool UninstallRun::Finish() {

@@ -22,22 +22,22 @@ void WriteVersionNumbers(RegistryKey &key) {
   const int32_t dot = Version.find_char('.');
   if (dot < 0)
     return;
-  key.WriteNumber(product_value::kVersionMajor, Version.to_int(), 0);
-  key.WriteNumber(product_value::kVersionMinor, Version.mid(dot + 1).to_int(), 0);
+  key.WriteNumber(product_value::kVersionMajor, Version.to_int());
+  key.WriteNumber(product_value::kVersionMinor, Version.mid(dot + 1).to_int());
 }
 
 /// What the background window of the uninstaller is painted with.
 void WriteLooks(RegistryKey &key) {
-  key.WriteString(product_value::kDisplayTitle, TextLookup(kTextMainTitle), 0);
+  key.WriteString(product_value::kDisplayTitle, TextLookup(kTextMainTitle));
   // Without colours or a picture of the archive's own, the title is in the colour that the system has by then.
   if (HasInstallFlag(IF_CUSTOM_COLORS | IF_BACKGROUND_BITMAP))
-    key.WriteNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor), 0);
+    key.WriteNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor));
   else
     key.DeleteValue(product_value::kTitleColor);
-  key.WriteNumber(product_value::kTopColor, static_cast<int32_t>(TopColor), 0);
-  key.WriteNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor), 0);
+  key.WriteNumber(product_value::kTopColor, static_cast<int32_t>(TopColor));
+  key.WriteNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor));
   key.WriteBoolean(product_value::kMonoColor, MonoColor);
-  key.WriteNumber(product_value::kTitleShadow, TitleShadow, 0);
+  key.WriteNumber(product_value::kTitleShadow, TitleShadow);
 }
 
 /// An entry that comes out empty, or as 0, takes an earlier installation's value away.
@@ -47,19 +47,19 @@ void WriteOwnValue(RegistryKey &key, const UninstallData &data) {
   if (data.kind == kUninstallNumber)
     key.WriteNumber(data.name, value.to_int(), RK_DELETE_EMPTY);
   else
-    key.WriteString(data.name, value, RK_DELETE_EMPTY | (data.kind == kUninstallExpandText ? RK_EXPAND : 0));
+    key.WriteString(data.name, value, RK_DELETE_EMPTY | (data.kind == kUninstallExpandText ? RK_EXPAND : RK_NONE));
 }
 
 /// False when the key can't be opened, or does not give back what the system starts the uninstaller by.
 bool WriteUninstallKey(const InstallConfig &config) {
   RegistryKey key;
-  if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false, 0) == KEY_NOT_OPENED)
+  if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false) == KEY_NOT_OPENED)
     return false;
   const String uninstall = UninstallerPath + " " + UninstallCommand;
-  key.WriteString(product_value::kUninstallString, uninstall, 0);
-  key.WriteString(product_value::kQuietUninstallString, UninstallerPath + " /a " + UninstallCommand, 0);
-  key.WriteString(product_value::kDisplayName, ProductName, 0);
-  key.WriteString(product_value::kInstallSource, ProgramPath, 0);
+  key.WriteString(product_value::kUninstallString, uninstall);
+  key.WriteString(product_value::kQuietUninstallString, UninstallerPath + " /a " + UninstallCommand);
+  key.WriteString(product_value::kDisplayName, ProductName);
+  key.WriteString(product_value::kInstallSource, ProgramPath);
   key.WriteString(product_value::kDisplayVersion, Version, RK_DELETE_EMPTY);
   key.WriteString(product_value::kPublisher, config.publisher, RK_DELETE_EMPTY);
   WriteVersionNumbers(key);
@@ -67,7 +67,7 @@ bool WriteUninstallKey(const InstallConfig &config) {
   key.WriteString(product_value::kProductStartMenu, config.product_start_menu, RK_DELETE_EMPTY);
   key.WriteString(product_value::kSharedPath, CommonDir, RK_DELETE_EMPTY);
   key.WriteString(product_value::kProductFonts, ProductFonts, RK_DELETE_EMPTY);
-  key.WriteString(product_value::kProductFlags, string_from_int64(static_cast<int64_t>(InstallFlags)), 0);
+  key.WriteString(product_value::kProductFlags, string_from_int64(static_cast<int64_t>(InstallFlags)));
   key.WriteString(product_value::kUninstallBatch1, config.uninstall_batch1, RK_DELETE_EMPTY);
   key.WriteString(product_value::kUninstallBatch2, config.uninstall_batch2, RK_DELETE_EMPTY);
   key.WriteString(product_value::kSharedFiles, SharedFiles, RK_DELETE_EMPTY);
@@ -76,10 +76,10 @@ bool WriteUninstallKey(const InstallConfig &config) {
   WriteLooks(key);
   for (int32_t i = 0; i < config.uninstall_data.count; ++i)
     WriteOwnValue(key, config.uninstall_data.at(i));
-  key.WriteString(product_value::kInstallLocation, InstallDir, 0);
-  key.WriteString(product_value::kInstallDate, Now().format_plain(kDateTimeFormat), 0);
+  key.WriteString(product_value::kInstallLocation, InstallDir);
+  key.WriteString(product_value::kInstallDate, Now().format_plain(kDateTimeFormat));
   String kept;
-  key.ReadString(kept, product_value::kUninstallString, "", 0);
+  key.ReadString(kept, product_value::kUninstallString, "");
   return kept == uninstall;
 }
 

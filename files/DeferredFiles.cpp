@@ -36,20 +36,20 @@ bool Register(const char *source, const char *target, DWORD flags) {
 
 /// Makes room at the target. False refuses the move. A target that can't go now, since somebody uses it, refuses
 /// nothing: a move at the next start replaces it, and one at once fails by itself.
-bool SettleTarget(const char *target, uint32_t flags) {
+bool SettleTarget(const char *target, MoveOptions flags) {
   if (flags & MV_TARGET_MUST_EXIST) {
     if (!FileExists(target))
       return false;
   } else if (flags & MV_NO_OVERWRITE) {
     return !FileExists(target);
   }
-  DeleteOrSchedule(target, 0);
+  DeleteOrSchedule(target);
   return true;
 }
 
 } // namespace
 
-bool DeleteOrSchedule(const char *path, uint32_t flags) {
+bool DeleteOrSchedule(const char *path, DeleteOptions flags) {
   if (!path)
     return false;
   if (!(flags & DEL_KEEP_READONLY))
@@ -59,7 +59,7 @@ bool DeleteOrSchedule(const char *path, uint32_t flags) {
   return Register(path, nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
 }
 
-bool MoveOrSchedule(const char *source, const char *target, uint32_t flags) {
+bool MoveOrSchedule(const char *source, const char *target, MoveOptions flags) {
   if (!source || !target)
     return false;
   const String from(source);

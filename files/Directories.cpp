@@ -23,7 +23,7 @@ using FinalPathName = DWORD(WINAPI *)(HANDLE file, char *name, DWORD room, DWORD
 /// A link to a directory goes by itself: what it leads to belongs to somebody else.
 bool DeleteEntry(const FileInfo &entry, const String &path) {
   if (!entry.IsDirectory())
-    return DeleteOrSchedule(path.c_str(), 0);
+    return DeleteOrSchedule(path.c_str());
   return entry.attributes & FILE_ATTRIBUTE_REPARSE_POINT ? RemoveEmptyDirectory(path)
                                                          : DeleteDirectoryTree(path.c_str());
 }

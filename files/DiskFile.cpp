@@ -19,7 +19,7 @@ constexpr int32_t kNoPosition = INT32_MIN;
 
 constexpr char kPastEnd[] = "Read past end of file";
 
-int32_t CodeOf(DWORD error) {
+OpenCode CodeOf(DWORD error) {
   switch (error) {
   case ERROR_INVALID_NAME:
     return OPEN_BAD_NAME;
@@ -40,14 +40,14 @@ int32_t CodeOf(DWORD error) {
   }
 }
 
-DWORD DispositionOf(uint32_t flags) {
+DWORD DispositionOf(FileOptions flags) {
   static constexpr uint8_t kDispositions[] = {OPEN_ALWAYS, OPEN_EXISTING, CREATE_NEW, CREATE_ALWAYS};
   return kDispositions[flags & DF_CREATION_MASK];
 }
 
 } // namespace
 
-const char *OpenCodeText(int32_t code) {
+const char *OpenCodeText(OpenCode code) {
   switch (code) {
   case OPEN_OK:
     return "The file was successfully opened.";
@@ -84,8 +84,8 @@ DiskFile::~DiskFile() {
   Close();
 }
 
-int32_t DiskFile::Open(const char *name, uint32_t flags, uint32_t attributes) {
-  const int32_t code = OpenQuiet(name, flags, attributes);
+OpenCode DiskFile::Open(const char *name, FileOptions flags, uint32_t attributes) {
+  const OpenCode code = OpenQuiet(name, flags, attributes);
   if (code != OPEN_OK) {
     error_text_ = OpenCodeText(code);
     if (flags & DF_REQUIRED)
@@ -94,13 +94,13 @@ int32_t DiskFile::Open(const char *name, uint32_t flags, uint32_t attributes) {
   return code;
 }
 
-int32_t DiskFile::OpenQuiet(const char *name, uint32_t flags, uint32_t attributes) {
+OpenCode DiskFile::OpenQuiet(const char *name, FileOptions flags, uint32_t attributes) {
   Close();
   if ((!name || !*name) && !(flags & DF_TEMP_DEFAULT)) {
     name_.clear();
     return OPEN_BAD_NAME;
   }
-  const int32_t code = OpenHandle(name, flags, attributes);
+  const OpenCode code = OpenHandle(name, flags, attributes);
   if (code != OPEN_OK)
     return code;
   if ((flags & DF_IN_MEMORY) && !LoadToMemory()) {
@@ -114,7 +114,7 @@ int32_t DiskFile::OpenQuiet(const char *name, uint32_t flags, uint32_t attribute
   return OPEN_OK;
 }
 
-int32_t DiskFile::OpenHandle(const char *name, uint32_t flags, uint32_t attributes) {
+OpenCode DiskFile::OpenHandle(const char *name, FileOptions flags, uint32_t attributes) {
   can_read_ = opened_for_read_ = !(flags & DF_NO_READ);
   can_write_ = opened_for_write_ = !(flags & DF_NO_WRITE);
   // Who does not read but lets others write lets them read, and the other way round; the second rule sees the first.
@@ -154,7 +154,7 @@ int32_t DiskFile::OpenHandle(const char *name, uint32_t flags, uint32_t attribut
 }
 
 /// Null, with the last error standing, when the file can't be opened. Both kinds of retry count on one counter.
-void *DiskFile::OpenWithRetries(uint32_t access, uint32_t share, uint32_t disposition, uint32_t flags,
+void *DiskFile::OpenWithRetries(uint32_t access, uint32_t share, uint32_t disposition, FileOptions flags,
                                 uint32_t attributes) {
   int32_t attempt = 0;
   for (;;) {

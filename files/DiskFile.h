@@ -6,6 +6,7 @@
 #include "core/ByteStream.h"
 #include "core/FileDate.h"
 #include "core/MemoryStream.h"
+#include "core/Options.h"
 #include "core/Stack.h"
 #include "core/String.h"
 
@@ -13,29 +14,33 @@ namespace korb {
 
 // How a file is opened. The two lowest bits are one field, and so are the three highest; other values of the latter are
 // as 0.
-inline constexpr uint32_t DF_OPEN_ALWAYS = 0x0; ///< created when missing
-inline constexpr uint32_t DF_OPEN_EXISTING = 0x1;
-inline constexpr uint32_t DF_CREATE_NEW = 0x2;
-inline constexpr uint32_t DF_CREATE_ALWAYS = 0x3; ///< an existing file is cut to nothing
-inline constexpr uint32_t DF_CREATION_MASK = 0x3;
-inline constexpr uint32_t DF_NO_READ = 0x8;
-inline constexpr uint32_t DF_NO_WRITE = 0x10;
-inline constexpr uint32_t DF_REQUIRED = 0x20;   ///< a failed open ends the process
-inline constexpr uint32_t DF_RETRY_ONCE = 0x40; ///< after the first failure of any kind, 150 ms later
-inline constexpr uint32_t DF_IN_MEMORY = 0x80;
-inline constexpr uint32_t DF_SHARE_READ = 0x100;
-inline constexpr uint32_t DF_SHARE_WRITE = 0x200;
-inline constexpr uint32_t DF_AT_END = 0x400;
-inline constexpr uint32_t DF_PROBE = 0x800;          ///< close at once: only the result counts
-inline constexpr uint32_t DF_NO_BUSY_RETRY = 0x1000; ///< do not wait for a file that another program holds
-inline constexpr uint32_t DF_TEMP_DEFAULT = 0x20000000;
-inline constexpr uint32_t DF_TEMP_IN_DIR = 0x40000000;
-inline constexpr uint32_t DF_TEMP_BESIDE = 0x80000000;
-inline constexpr uint32_t DF_IN_TEMP_DIR = 0xC0000000;
-inline constexpr uint32_t DF_PLACE_MASK = 0xE0000000;
+enum FileOptions : uint32_t {
+  DF_OPEN_ALWAYS = 0x0, ///< created when missing
+  DF_OPEN_EXISTING = 0x1,
+  DF_CREATE_NEW = 0x2,
+  DF_CREATE_ALWAYS = 0x3, ///< an existing file is cut to nothing
+  DF_CREATION_MASK = 0x3,
+  DF_NO_READ = 0x8,
+  DF_NO_WRITE = 0x10,
+  DF_REQUIRED = 0x20,   ///< a failed open ends the process
+  DF_RETRY_ONCE = 0x40, ///< after the first failure of any kind, 150 ms later
+  DF_IN_MEMORY = 0x80,
+  DF_SHARE_READ = 0x100,
+  DF_SHARE_WRITE = 0x200,
+  DF_AT_END = 0x400,
+  DF_PROBE = 0x800,          ///< close at once: only the result counts
+  DF_NO_BUSY_RETRY = 0x1000, ///< do not wait for a file that another program holds
+  DF_TEMP_DEFAULT = 0x20000000,
+  DF_TEMP_IN_DIR = 0x40000000,
+  DF_TEMP_BESIDE = 0x80000000,
+  DF_IN_TEMP_DIR = 0xC0000000,
+  DF_PLACE_MASK = 0xE0000000,
 
-/// For reading an existing file that others may use.
-inline constexpr uint32_t DF_READ_SHARED = DF_OPEN_EXISTING | DF_NO_WRITE | DF_SHARE_READ;
+  /// For reading an existing file that others may use.
+  DF_READ_SHARED = DF_OPEN_EXISTING | DF_NO_WRITE | DF_SHARE_READ,
+};
+template <>
+inline constexpr bool IsOptionWord<FileOptions> = true;
 
 /// What an open comes to. The numbers travel through results, so they stay.
 enum OpenCode : int32_t {
@@ -52,7 +57,7 @@ enum OpenCode : int32_t {
 };
 
 /// The sentence for an open code.
-const char *OpenCodeText(int32_t code);
+const char *OpenCodeText(OpenCode code);
 
 /// A byte range that is released at close.
 struct FileLock {
@@ -72,11 +77,11 @@ public:
   DiskFile(const DiskFile &) = delete;
   DiskFile &operator=(const DiskFile &) = delete;
 
-  /// Closes what is open and opens `name` with DF_ flags; `attributes` are given to a file that is made. An OpenCode.
+  /// Closes what is open and opens `name` with DF_ flags; `attributes` are given to a file that is made.
   /// With DF_REQUIRED a failure ends the process.
-  int32_t Open(const char *name, uint32_t flags, uint32_t attributes);
+  OpenCode Open(const char *name, FileOptions flags, uint32_t attributes);
   /// The same without error_text and without the report.
-  int32_t OpenQuiet(const char *name, uint32_t flags, uint32_t attributes);
+  OpenCode OpenQuiet(const char *name, FileOptions flags, uint32_t attributes);
   /// Writes a changed memory image back and closes the handle. An unchanged image stays and goes on answering.
   void Close();
   bool IsOpen() const { return handle_ != nullptr || in_memory_; }
@@ -142,8 +147,8 @@ public:
   const String &error_text() const { return error_text_; }
 
 private:
-  int32_t OpenHandle(const char *name, uint32_t flags, uint32_t attributes);
-  void *OpenWithRetries(uint32_t access, uint32_t share, uint32_t disposition, uint32_t flags, uint32_t attributes);
+  OpenCode OpenHandle(const char *name, FileOptions flags, uint32_t attributes);
+  void *OpenWithRetries(uint32_t access, uint32_t share, uint32_t disposition, FileOptions flags, uint32_t attributes);
   void WriteBack();
   bool Fail(const char *sentence);
 

@@ -8,7 +8,7 @@ namespace korb {
 
 namespace {
 
-constexpr uint32_t kExistenceProbe =
+constexpr FileOptions kExistenceProbe =
     DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE | DF_SHARE_READ | DF_SHARE_WRITE | DF_PROBE;
 
 FileDate LocalDate(const FILETIME &universal) {
@@ -79,7 +79,7 @@ bool GetFileModified(const char *path, FileDate &date) {
 
 bool FileExists(const char *path) {
   DiskFile file;
-  const int32_t code = file.OpenQuiet(path, kExistenceProbe, FILE_ATTRIBUTE_NORMAL);
+  const OpenCode code = file.OpenQuiet(path, kExistenceProbe, FILE_ATTRIBUTE_NORMAL);
   return code == OPEN_OK || code == OPEN_LOCKED;
 }
 

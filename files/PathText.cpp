@@ -119,7 +119,7 @@ bool IsFullPath(const char *path) {
   return (path[0] == '\\' && path[1] == '\\') || (path[1] == ':' && path[2] == '\\');
 }
 
-bool IsLegalPath(const String &path, uint32_t flags) {
+bool IsLegalPath(const String &path, PathOptions flags) {
   if (path.is_empty())
     return false;
   String name(path);

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "core/Options.h"
 #include "core/String.h"
 
 namespace korb {
@@ -42,11 +43,16 @@ bool SamePath(String a, String b);
 bool IsFullPath(const char *path);
 
 // What IsLegalPath lets through.
-inline constexpr uint32_t PATH_STAR = 0x1;
-inline constexpr uint32_t PATH_WILDCARDS = 0x2; ///< star and question mark
+enum PathOptions : uint32_t {
+  PATH_NONE = 0,
+  PATH_STAR = 0x1,
+  PATH_WILDCARDS = 0x2, ///< star and question mark
+};
+template <>
+inline constexpr bool IsOptionWord<PathOptions> = true;
 
 /// True when a name holds none of the characters that no file name can have. One pair of quotes around is ignored.
-bool IsLegalPath(const String &path, uint32_t flags);
+bool IsLegalPath(const String &path, PathOptions flags = PATH_NONE);
 
 /// Makes `path` absolute against `base`, a full path. False means that it was left as it was (but trimmed): it is empty,
 /// full or a network path, or the base is no full path. "d:foo" against "c:\dir" is "d:\dir\foo".

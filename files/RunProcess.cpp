@@ -12,7 +12,7 @@ constexpr DWORD kPumpEvery = 1; ///< milliseconds
 /// Read as true. The number asks for no console, since it does not reach the creation flags.
 constexpr BOOL kInherit = 0x10;
 
-void SetShow(STARTUPINFOA &startup, uint32_t flags) {
+void SetShow(STARTUPINFOA &startup, ProcessOptions flags) {
   if (!(flags & (RP_MAXIMIZE | RP_MINIMIZE | RP_HIDE)))
     return;
   startup.dwFlags = STARTF_USESHOWWINDOW;
@@ -31,7 +31,7 @@ int32_t Await(HANDLE process, bool pump) {
 
 } // namespace
 
-int32_t RunProcess(const char *command, uint32_t flags, const char *directory) {
+int32_t RunProcess(const char *command, ProcessOptions flags, const char *directory) {
   if (!command || !*command)
     return kProcessNotStarted;
   STARTUPINFOA startup = {};

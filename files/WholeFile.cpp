@@ -15,9 +15,9 @@ constexpr DWORD kAppendWait = 100; ///< milliseconds
 
 } // namespace
 
-int32_t ReadWholeFile(const char *path, String &text) {
+OpenCode ReadWholeFile(const char *path, String &text) {
   DiskFile file;
-  const int32_t code = file.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL);
+  const OpenCode code = file.Open(path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL);
   if (code != OPEN_OK)
     return code;
   const int32_t size = file.Size();
@@ -41,12 +41,12 @@ bool WriteWholeFile(const char *path, const String &text) {
   return WriteWholeFile(path, text.data(), text.length());
 }
 
-bool AppendToFile(const char *path, const char *text, uint32_t flags) {
+bool AppendToFile(const char *path, const char *text, AppendOptions flags) {
   if (!path || !*path)
     return false;
   for (int32_t attempt = 0; attempt < kAppendAttempts; ++attempt) {
     DiskFile file;
-    const uint32_t creation = flags & AF_EXISTING_ONLY ? DF_OPEN_EXISTING : DF_OPEN_ALWAYS;
+    const FileOptions creation = flags & AF_EXISTING_ONLY ? DF_OPEN_EXISTING : DF_OPEN_ALWAYS;
     if (file.Open(path, creation | DF_AT_END, FILE_ATTRIBUTE_NORMAL) != OPEN_OK)
       return false;
     if (flags & AF_NEW_LINE)

@@ -6,7 +6,7 @@
 
 namespace korb {
 
-int32_t RegistryKey::DeleteChild(const char *subkey, uint32_t options) {
+DeleteStatus RegistryKey::DeleteChild(const char *subkey, RegistryOptions options) {
   if (!current_key_ || !subkey || !*subkey)
     return DELETE_NO_KEY;
   if ((options & RK_ONLY_IF_EMPTY) && !IsChildEmpty(subkey))
@@ -27,26 +27,28 @@ int32_t RegistryKey::DeleteChild(const char *subkey, uint32_t options) {
   return DELETE_REFUSED;
 }
 
-int32_t RegistryKey::DeleteKey(RegistryHandle root, const char *path, uint32_t options) {
+DeleteStatus RegistryKey::DeleteKey(RegistryHandle root, const char *path, RegistryOptions options) {
   String parent, child;
   if (!SplitRegistryPath(path, parent, child))
     return DELETE_NO_KEY;
   return DeleteKeyIn(root, parent.c_str(), child.c_str(), options);
 }
 
-int32_t RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, const char *child, uint32_t options) {
+DeleteStatus RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, const char *child,
+                                      RegistryOptions options) {
   if (Open(root, parent, RK_OPEN_ONLY) == KEY_NOT_OPENED)
     return DELETE_NO_KEY;
-  const int32_t status = DeleteChild(child, options);
+  const DeleteStatus status = DeleteChild(child, options);
   Close();
   return status;
 }
 
-int32_t RegistryKey::DeleteSoftwareKey(const char *path, bool current_user, uint32_t options) {
+DeleteStatus RegistryKey::DeleteSoftwareKey(const char *path, bool current_user, RegistryOptions options) {
   return DeleteKey(SoftwareRoot(current_user), SoftwarePath(path).c_str(), options);
 }
 
-int32_t RegistryKey::DeleteSoftwareChild(const char *parent, const char *child, bool current_user, uint32_t options) {
+DeleteStatus RegistryKey::DeleteSoftwareChild(const char *parent, const char *child, bool current_user,
+                                              RegistryOptions options) {
   return DeleteKeyIn(SoftwareRoot(current_user), SoftwarePath(parent).c_str(), child, options);
 }
 

@@ -30,7 +30,7 @@ const char *RootName(RegistryHandle root) {
 
 } // namespace
 
-void RegistryKey::ReportFailure(uint32_t options) {
+void RegistryKey::ReportFailure(RegistryOptions options) {
   if (!(options & RK_REPORT))
     return;
   const char *reason = LastErrorText();
@@ -55,7 +55,7 @@ RegistryKey::~RegistryKey() {
   CloseAll();
 }
 
-int32_t RegistryKey::Open(RegistryHandle root, const char *subkey, uint32_t options) {
+KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOptions options) {
   HKEY key;
   DWORD disposition = REG_OPENED_EXISTING_KEY;
   const LONG result = options & RK_OPEN_ONLY
@@ -76,11 +76,11 @@ int32_t RegistryKey::Open(RegistryHandle root, const char *subkey, uint32_t opti
   return disposition == REG_CREATED_NEW_KEY ? KEY_CREATED : KEY_NOT_OPENED;
 }
 
-int32_t RegistryKey::OpenSoftware(const char *path, bool current_user, uint32_t options) {
+KeyOpened RegistryKey::OpenSoftware(const char *path, bool current_user, RegistryOptions options) {
   return Open(SoftwareRoot(current_user), SoftwarePath(path).c_str(), options);
 }
 
-int32_t RegistryKey::OpenChild(const char *subkey, uint32_t options) {
+KeyOpened RegistryKey::OpenChild(const char *subkey, RegistryOptions options) {
   return current_key_ ? Open(current_key_, subkey, options) : KEY_NOT_OPENED;
 }
 

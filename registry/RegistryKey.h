@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "core/Options.h"
 #include "core/Stack.h"
 #include "core/String.h"
 #include "core/Value.h"
@@ -15,13 +16,18 @@ struct HKEY__;
 namespace korb {
 
 // Options, one word for all operations.
-inline constexpr uint32_t RK_REQUIRED = 0x2;       ///< a missing value ends the process with a report
-inline constexpr uint32_t RK_DELETE_EMPTY = 0x8;   ///< an empty text, or 0, deletes the value instead
-inline constexpr uint32_t RK_REPORT = 0x10;        ///< a failure shows a box
-inline constexpr uint32_t RK_ONLY_IF_EMPTY = 0x20; ///< delete a key only when it has no subkeys and no values
-inline constexpr uint32_t RK_OPEN_ONLY = 0x40;     ///< never create the key
-inline constexpr uint32_t RK_BINARY = 0x80;        ///< write bytes
-inline constexpr uint32_t RK_EXPAND = 0x100;       ///< write a text with environment variables; RK_BINARY wins
+enum RegistryOptions : uint32_t {
+  RK_NONE = 0,
+  RK_REQUIRED = 0x2,       ///< a missing value ends the process with a report
+  RK_DELETE_EMPTY = 0x8,   ///< an empty text, or 0, deletes the value instead
+  RK_REPORT = 0x10,        ///< a failure shows a box
+  RK_ONLY_IF_EMPTY = 0x20, ///< delete a key only when it has no subkeys and no values
+  RK_OPEN_ONLY = 0x40,     ///< never create the key
+  RK_BINARY = 0x80,        ///< write bytes
+  RK_EXPAND = 0x100,       ///< write a text with environment variables; RK_BINARY wins
+};
+template <>
+inline constexpr bool IsOptionWord<RegistryOptions> = true;
 
 /// A root or an open key; the system's own handle.
 using RegistryHandle = HKEY__ *;
@@ -70,11 +76,11 @@ public:
   RegistryKey(const RegistryKey &) = delete;
   RegistryKey &operator=(const RegistryKey &) = delete;
 
-  /// Opens or creates `subkey` and makes it the current key; on failure the current one stays. A KeyOpened.
-  int32_t Open(RegistryHandle root, const char *subkey, uint32_t options);
+  /// Opens or creates `subkey` and makes it the current key; on failure the current one stays.
+  KeyOpened Open(RegistryHandle root, const char *subkey, RegistryOptions options = RK_NONE);
   /// The same below "Software\" of the machine, or of the current user.
-  int32_t OpenSoftware(const char *path, bool current_user, uint32_t options);
-  int32_t OpenChild(const char *subkey, uint32_t options);
+  KeyOpened OpenSoftware(const char *path, bool current_user, RegistryOptions options = RK_NONE);
+  KeyOpened OpenChild(const char *subkey, RegistryOptions options = RK_NONE);
   /// Goes back to the key that was current before.
   void Close();
   void CloseAll();
@@ -93,37 +99,41 @@ public:
   int32_t EnumerateSubKeys(Vector<String> &names) const;
 
   /// False, and `value` as it was, when there is no such value. One of a kind that has no meaning here is none.
-  bool ReadValue(const char *name, Value &value, uint32_t options) const;
+  bool ReadValue(const char *name, Value &value, RegistryOptions options = RK_NONE) const;
   // A value of another kind is converted; a missing one gives the default.
-  void ReadString(String &text, const char *name, const char *fallback, uint32_t options) const;
-  int32_t ReadNumber(const char *name, int32_t fallback, uint32_t options) const;
-  bool ReadBoolean(const char *name, bool fallback, uint32_t options) const;
-  /// RK_EXPAND for a text with environment variables, 0 for any other value and for none: with it WriteString makes the
-  /// same kind again.
-  uint32_t KindOption(const char *name) const;
+  void ReadString(String &text, const char *name, const char *fallback, RegistryOptions options = RK_NONE) const;
+  int32_t ReadNumber(const char *name, int32_t fallback, RegistryOptions options = RK_NONE) const;
+  bool ReadBoolean(const char *name, bool fallback, RegistryOptions options = RK_NONE) const;
+  /// RK_EXPAND for a text with environment variables, RK_NONE for any other value and for none: with it WriteString
+  /// makes the same kind again.
+  RegistryOptions KindOption(const char *name) const;
   /// One value of a key that is opened for it, and created unless RK_OPEN_ONLY is set. False when it can't be opened.
-  bool ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options);
+  bool ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text,
+                    RegistryOptions options = RK_NONE);
   /// The same with key and value name in one path.
-  void ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback, uint32_t options);
+  void ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback,
+                    RegistryOptions options = RK_NONE);
 
   // False when no key is open or the system refuses; with RK_DELETE_EMPTY also when there was nothing to delete.
-  bool WriteString(const char *name, const String &text, uint32_t options);
-  bool WriteNumber(const char *name, int32_t number, uint32_t options);
-  bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value, 0); }
+  bool WriteString(const char *name, const String &text, RegistryOptions options = RK_NONE);
+  bool WriteNumber(const char *name, int32_t number, RegistryOptions options = RK_NONE);
+  bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value); }
   bool DeleteValue(const char *name);
   /// Of the open key. A number stays a number; everything else is written as text.
   bool Exchange(const char *name, Value &value);
 
-  // Deletions take the children along. Each gives a DeleteStatus.
-  int32_t DeleteChild(const char *subkey, uint32_t options);
-  int32_t DeleteKey(RegistryHandle root, const char *path, uint32_t options);
+  // Deletions take the children along.
+  DeleteStatus DeleteChild(const char *subkey, RegistryOptions options = RK_NONE);
+  DeleteStatus DeleteKey(RegistryHandle root, const char *path, RegistryOptions options = RK_NONE);
   /// An empty `parent` is the root itself.
-  int32_t DeleteKeyIn(RegistryHandle root, const char *parent, const char *child, uint32_t options);
-  int32_t DeleteSoftwareKey(const char *path, bool current_user, uint32_t options);
-  int32_t DeleteSoftwareChild(const char *parent, const char *child, bool current_user, uint32_t options);
+  DeleteStatus DeleteKeyIn(RegistryHandle root, const char *parent, const char *child,
+                           RegistryOptions options = RK_NONE);
+  DeleteStatus DeleteSoftwareKey(const char *path, bool current_user, RegistryOptions options = RK_NONE);
+  DeleteStatus DeleteSoftwareChild(const char *parent, const char *child, bool current_user,
+                                   RegistryOptions options = RK_NONE);
 
 private:
-  static void ReportFailure(uint32_t options);
+  static void ReportFailure(RegistryOptions options);
   [[noreturn]] void RequiredValueMissing(const char *name) const;
   bool Counts(uint32_t &subkeys, uint32_t &values) const;
 

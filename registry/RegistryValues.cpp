@@ -12,7 +12,7 @@ bool RegistryKey::ValueExists(const char *name) const {
   return current_key_ && RegQueryValueExA(current_key_, name, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
-bool RegistryKey::ReadValue(const char *name, Value &value, uint32_t options) const {
+bool RegistryKey::ReadValue(const char *name, Value &value, RegistryOptions options) const {
   if (!current_key_)
     return false;
   char small[32];
@@ -59,43 +59,44 @@ bool RegistryKey::ReadValue(const char *name, Value &value, uint32_t options) co
   return false;
 }
 
-void RegistryKey::ReadString(String &text, const char *name, const char *fallback, uint32_t options) const {
+void RegistryKey::ReadString(String &text, const char *name, const char *fallback, RegistryOptions options) const {
   Value value;
   text = ReadValue(name, value, options) ? value.to_string() : String(fallback);
 }
 
-int32_t RegistryKey::ReadNumber(const char *name, int32_t fallback, uint32_t options) const {
+int32_t RegistryKey::ReadNumber(const char *name, int32_t fallback, RegistryOptions options) const {
   Value value;
   return ReadValue(name, value, options) ? value.to_int() : fallback;
 }
 
-bool RegistryKey::ReadBoolean(const char *name, bool fallback, uint32_t options) const {
+bool RegistryKey::ReadBoolean(const char *name, bool fallback, RegistryOptions options) const {
   Value value;
   return ReadValue(name, value, options) ? value.to_boolean() : fallback;
 }
 
-uint32_t RegistryKey::KindOption(const char *name) const {
+RegistryOptions RegistryKey::KindOption(const char *name) const {
   DWORD type = REG_NONE;
   RegQueryValueExA(current_key_, name, nullptr, &type, nullptr, nullptr);
-  return type == REG_EXPAND_SZ ? RK_EXPAND : 0;
+  return type == REG_EXPAND_SZ ? RK_EXPAND : RK_NONE;
 }
 
-bool RegistryKey::ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text, uint32_t options) {
+bool RegistryKey::ReadStringIn(RegistryHandle root, const char *key, const char *name, String &text,
+                               RegistryOptions options) {
   if (Open(root, key, options & RK_OPEN_ONLY) == KEY_NOT_OPENED)
     return false;
-  ReadString(text, name, "", 0);
+  ReadString(text, name, "");
   Close();
   return true;
 }
 
 void RegistryKey::ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback,
-                               uint32_t options) {
+                               RegistryOptions options) {
   String key, name;
   if (!SplitRegistryPath(path, key, name) || !ReadStringIn(root, key.c_str(), name.c_str(), text, options))
     text = fallback;
 }
 
-bool RegistryKey::WriteString(const char *name, const String &text, uint32_t options) {
+bool RegistryKey::WriteString(const char *name, const String &text, RegistryOptions options) {
   if (!current_key_)
     return false;
   if ((options & RK_DELETE_EMPTY) && text.is_empty())
@@ -105,7 +106,7 @@ bool RegistryKey::WriteString(const char *name, const String &text, uint32_t opt
                         static_cast<DWORD>(text.length())) == ERROR_SUCCESS;
 }
 
-bool RegistryKey::WriteNumber(const char *name, int32_t number, uint32_t options) {
+bool RegistryKey::WriteNumber(const char *name, int32_t number, RegistryOptions options) {
   if (!current_key_)
     return false;
   if ((options & RK_DELETE_EMPTY) && number == 0)
@@ -116,10 +117,10 @@ bool RegistryKey::WriteNumber(const char *name, int32_t number, uint32_t options
 
 bool RegistryKey::Exchange(const char *name, Value &value) {
   if (!writing)
-    return ReadValue(name, value, 0);
+    return ReadValue(name, value);
   if (value.kind() == Value::Kind::Integer)
-    return WriteNumber(name, value.to_int(), 0);
-  return WriteString(name, value.to_string(), 0);
+    return WriteNumber(name, value.to_int());
+  return WriteString(name, value.to_string());
 }
 
 bool RegistryKey::DeleteValue(const char *name) {

@@ -31,13 +31,13 @@ bool RunBatch(const String &directory, const String &script, bool hidden, String
   int32_t result = kProcessNotStarted;
   if (written) {
     const String command = str_format(IsWindowsNT() ? kCommandNT : kCommand9x, CommandInterpreter, path);
-    const uint32_t flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : 0);
+    const ProcessOptions flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : RP_NONE);
     result = RunProcess(command.c_str(), flags, directory.is_empty() ? nullptr : directory.c_str());
   }
   if (result == kProcessNotStarted)
     log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
   if (written)
-    DeleteOrSchedule(path.c_str(), 0);
+    DeleteOrSchedule(path.c_str());
   return result == 0;
 }
 

@@ -14,7 +14,7 @@ String Setting(RegistryRoot root, const char *path) {
   RegistryKey key;
   String text;
   // Creates a key that is missing, as this program has always left it.
-  key.ReadStringAt(text, HandleOf(root), path, "", 0);
+  key.ReadStringAt(text, HandleOf(root), path, "");
   text.sync_length(); // a text with environment variables, as most folders are, comes with its terminator
   return text;
 }

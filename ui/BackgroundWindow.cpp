@@ -58,7 +58,7 @@ HFONT SelectTitleFont(HDC hdc, int width, HGDIOBJ &old_font, int &height) {
 
 void DrawTitleLines(HDC hdc, int x, int y, int line_height, const String &text) {
   for (int32_t start = 0; start < text.length(); y += line_height) {
-    int32_t next = text.find_line_end(start, 0);
+    int32_t next = text.find_line_end(start);
     if (next < 0)
       next = text.length();
     int32_t end = next;

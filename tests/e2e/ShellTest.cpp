@@ -137,7 +137,7 @@ TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in i
 TEST_CASE("file types keep what they replace, the first time only, and give back all but a class with an icon") {
   PackedProduct product(ProductManifest("types"));
   RegistryKey owned;
-  owned.Open(HandleOf(RegistryRoot::ClassesRoot), ".owned", 0);
+  owned.Open(HandleOf(RegistryRoot::ClassesRoot), ".owned");
   owned.WriteString("", String("%Their%File", sizeof "%Their%File"), RK_EXPAND);
   SetRegistryText(HKEY_CLASSES_ROOT, ".foreign", "", "ForeignFile");
   SetRegistryText(HKEY_CLASSES_ROOT, "ForeignFile", "", "A foreign file");

@@ -29,17 +29,17 @@ TEST_CASE("find") {
     std::string text;
     const char *pattern;
     int32_t start;
-    uint32_t flags;
+    FindOptions flags;
     int32_t result;
   } rows[] = {
-      {"abcabc", "bc", 0, 0, 1},
-      {"abcabc", "bc", 2, 0, 4},
-      {"abcabc", "bc", -9, 0, 1},
-      {"abcabc", "BC", 0, 0, -1},
+      {"abcabc", "bc", 0, FIND_NONE, 1},
+      {"abcabc", "bc", 2, FIND_NONE, 4},
+      {"abcabc", "bc", -9, FIND_NONE, 1},
+      {"abcabc", "BC", 0, FIND_NONE, -1},
       {"abcabc", "BC", 0, FIND_IGNORE_CASE, 1},
       {"abcabc", "bc", 0, FIND_RETURN_END, 3},
-      {"abcabc", "", 0, 0, -1},
-      {"abc", "abcd", 0, 0, -1},
+      {"abcabc", "", 0, FIND_NONE, -1},
+      {"abc", "abcd", 0, FIND_NONE, -1},
       {"", "a", 0, FIND_REVERSE, -1},
       {"abcabc", "abc", 0, FIND_REVERSE, -1},
       {"abcabc", "abc", 3, FIND_REVERSE, 0},
@@ -54,7 +54,7 @@ TEST_CASE("find") {
       {"axC", "a?c", 0, FIND_WILDCARD, -1},
       {"axC", "A?c", 0, FIND_WILDCARD | FIND_IGNORE_CASE, 0},
       {"a\0c"s, "a?c", 0, FIND_WILDCARD, 0},
-      {"a?c", "?", 0, 0, 1},
+      {"a?c", "?", 0, FIND_NONE, 1},
       {"say \"abc\" abc", "abc", 0, FIND_SKIP_QUOTED, 10},
       {"say \"abc abc", "abc", 0, FIND_SKIP_QUOTED, -1},
       {"abc \"abc\"", "abc", STRING_ALL, FIND_SKIP_QUOTED | FIND_REVERSE, 5}, // no quote stands at its places
@@ -68,8 +68,8 @@ TEST_CASE("find") {
   for (const auto &row : rows)
     CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, std::string(row.text), " / ",
                   std::string(row.pattern), " / ", row.flags);
-  CHECK(Values{String("abcd").find("bcX", 0, 0, 2), String("abcd").find("bc", 0, 0, 0), String("abcd").find(nullptr)} ==
-        Values{1, -1, -1});
+  CHECK(Values{String("abcd").find("bcX", 0, FIND_NONE, 2), String("abcd").find("bc", 0, FIND_NONE, 0),
+               String("abcd").find(nullptr)} == Values{1, -1, -1});
 }
 
 TEST_CASE("single characters and sets") {
@@ -89,14 +89,15 @@ TEST_CASE("line ends") {
   struct Row {
     const char *text;
     int32_t start;
-    uint32_t flags;
+    LineOptions flags;
     int32_t result;
   };
   for (const Row &row :
-       {Row{"ab\r\nc", 0, 0, 4}, Row{"ab\n\rc", 0, 0, 4}, Row{"ab\n\nc", 0, 0, 3}, Row{"ab\r\nc", 0, LINE_AT_BREAK, 2},
-        Row{"ab\r\nc", 4, 0, -1}, Row{"ab\r\nc", 4, LINE_LENGTH_IF_NONE, 5}, Row{"ab\n", 3, LINE_LENGTH_IF_NONE, 3},
-        Row{"ab\n", -1, 0, -1}, Row{"\"a\n\"b\nc", 0, LINE_SKIP_QUOTED, 6}, Row{"\"a\nb", 0, LINE_SKIP_QUOTED, -1},
-        Row{"\"a\nb", 0, LINE_SKIP_QUOTED | LINE_LENGTH_IF_NONE, 4}})
+       {Row{"ab\r\nc", 0, LINE_NONE, 4}, Row{"ab\n\rc", 0, LINE_NONE, 4}, Row{"ab\n\nc", 0, LINE_NONE, 3},
+        Row{"ab\r\nc", 0, LINE_AT_BREAK, 2}, Row{"ab\r\nc", 4, LINE_NONE, -1},
+        Row{"ab\r\nc", 4, LINE_LENGTH_IF_NONE, 5}, Row{"ab\n", 3, LINE_LENGTH_IF_NONE, 3},
+        Row{"ab\n", -1, LINE_NONE, -1}, Row{"\"a\n\"b\nc", 0, LINE_SKIP_QUOTED, 6},
+        Row{"\"a\nb", 0, LINE_SKIP_QUOTED, -1}, Row{"\"a\nb", 0, LINE_SKIP_QUOTED | LINE_LENGTH_IF_NONE, 4}})
     CHECK_MESSAGE(String(row.text).find_line_end(row.start, row.flags) == row.result, std::string(row.text), " / ",
                   row.flags);
 }
@@ -104,22 +105,22 @@ TEST_CASE("line ends") {
 TEST_CASE("replace") {
   const struct {
     const char *before, *old, *with;
-    uint32_t flags;
+    FindOptions flags;
     int32_t start, max, skip, result;
     const char *after;
   } rows[] = {
-      {"aaaa", "aa", "b", 0, 0, STRING_ALL, 0, 2, "bb"},
-      {"a.a.a", "a", "bbb", 0, 0, STRING_ALL, 0, 3, "bbb.bbb.bbb"},
-      {"a.a.a", "a", "aa", 0, 0, STRING_ALL, 0, 3, "aa.aa.aa"}, // what was written is not searched again
-      {"a.a.a", "a", nullptr, 0, 0, STRING_ALL, 0, 3, ".."},
-      {"aaa", "a", "", 0, 0, STRING_ALL, 0, 3, ""},
-      {"a.a.a", "a", "x", 0, 1, STRING_ALL, 0, 2, "a.x.x"},
-      {"a.a.a", "a", "x", 0, 0, 1, 1, 2, "a.x.a"},
-      {"a.a.a", "a", "xy", 0, 0, 1, 1, 2, "a.xy.a"},
-      {"a.a.a", "a", "xy", 0, 0, STRING_ALL, 9, 3, "a.a.a"},
-      {"a.a.a", "a", "x", 0, 0, 0, 0, 0, "a.a.a"},
-      {"a.a.a", "", "x", 0, 0, STRING_ALL, 0, 0, "a.a.a"},
-      {"ab", "x", "y", 0, 0, STRING_ALL, 0, 0, "ab"},
+      {"aaaa", "aa", "b", FIND_NONE, 0, STRING_ALL, 0, 2, "bb"},
+      {"a.a.a", "a", "bbb", FIND_NONE, 0, STRING_ALL, 0, 3, "bbb.bbb.bbb"},
+      {"a.a.a", "a", "aa", FIND_NONE, 0, STRING_ALL, 0, 3, "aa.aa.aa"}, // what was written is not searched again
+      {"a.a.a", "a", nullptr, FIND_NONE, 0, STRING_ALL, 0, 3, ".."},
+      {"aaa", "a", "", FIND_NONE, 0, STRING_ALL, 0, 3, ""},
+      {"a.a.a", "a", "x", FIND_NONE, 1, STRING_ALL, 0, 2, "a.x.x"},
+      {"a.a.a", "a", "x", FIND_NONE, 0, 1, 1, 2, "a.x.a"},
+      {"a.a.a", "a", "xy", FIND_NONE, 0, 1, 1, 2, "a.xy.a"},
+      {"a.a.a", "a", "xy", FIND_NONE, 0, STRING_ALL, 9, 3, "a.a.a"},
+      {"a.a.a", "a", "x", FIND_NONE, 0, 0, 0, 0, "a.a.a"},
+      {"a.a.a", "", "x", FIND_NONE, 0, STRING_ALL, 0, 0, "a.a.a"},
+      {"ab", "x", "y", FIND_NONE, 0, STRING_ALL, 0, 0, "ab"},
       {"ab", "x", "y", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
       {"ab", "x", "yy", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
       {"ab", "b", "y", FIND_FIRST_ONLY, 0, 0, 0, -1, "ab"},
@@ -146,9 +147,9 @@ TEST_CASE("replace") {
     CHECK_MESSAGE(Std(text) == row.after, std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
   }
   String text("abcab");
-  CHECK(text.replace(text.c_str() + 3, text.c_str(), 0) == 2); // both are parts of it
+  CHECK(text.replace(text.c_str() + 3, text.c_str()) == 2); // both are parts of it
   CHECK(text == "abcabcabcab");
-  CHECK(text.replace_with_char("bc", '-', 0, 3) == 2);
+  CHECK(text.replace_with_char("bc", '-', FIND_NONE, 3) == 2);
   CHECK(text == "abca-a-ab");
 }
 
@@ -167,7 +168,7 @@ TEST_CASE("replace agrees with a plain model, whatever the lengths") {
     for (size_t at = 0; (at = model.find(old, at)) != std::string::npos; at += with.size(), ++count)
       model.replace(at, old.size(), with);
     String text = Make(before);
-    REQUIRE_MESSAGE(text.replace(old.c_str(), with.c_str(), 0) == count, before, " ", old);
+    REQUIRE_MESSAGE(text.replace(old.c_str(), with.c_str()) == count, before, " ", old);
     REQUIRE_MESSAGE(Std(text) == model, before, " ", old, " ", with);
   }
 }
@@ -176,26 +177,26 @@ TEST_CASE("split") {
   const struct {
     std::string text;
     const char *delimiters;
-    uint32_t flags;
+    SplitOptions flags;
     int32_t added;
     std::string pieces;
   } rows[] = {
       {",a,,", ",", SPLIT_KEEP_EMPTY, 4, "[][a][][]"},
-      {",a,,", ",", 0, 1, "[a]"},
+      {",a,,", ",", SPLIT_NONE, 1, "[a]"},
       {"", ",", SPLIT_KEEP_EMPTY, 0, ""},
       {",", ",", SPLIT_KEEP_EMPTY, 2, "[][]"},
       {"a,b", ",", SPLIT_KEEP_DELIMITER, 2, "[a,][b]"},
       {"a,", ",", SPLIT_KEEP_DELIMITER | SPLIT_KEEP_EMPTY, 2, "[a,][]"},
-      {"a;b,c", ",;", 0, 3, "[a][b][c]"},
-      {"a\0b,c"s, ",", 0, 2, "[a\0b][c]"s},
+      {"a;b,c", ",;", SPLIT_NONE, 3, "[a][b][c]"},
+      {"a\0b,c"s, ",", SPLIT_NONE, 2, "[a\0b][c]"s},
       {"a\0b"s, nullptr, SPLIT_NUL_ENDS, 2, "[a][b]"},
       {"a\r\nb\n\rc\n\nd", nullptr, SPLIT_LINES, 4, "[a][b][c][d]"},
       {"a\n\nd\r", nullptr, SPLIT_LINES | SPLIT_KEEP_EMPTY, 4, "[a][][d][]"},
-      {"a\r\nb", ",", 0, 1, "[a\r\nb]"},
+      {"a\r\nb", ",", SPLIT_NONE, 1, "[a\r\nb]"},
       {" a , b ", ",", SPLIT_TRIM, 2, "[a][b]"},
       {" \" a \" ", ",", SPLIT_TRIM | SPLIT_UNQUOTE, 1, "[a]"},
       {"\"a,b\",c", ",", SPLIT_SKIP_QUOTED, 2, "[\"a,b\"][c]"},
-      {"\"a,b\",c", ",", 0, 3, "[\"a][b\"][c]"},
+      {"\"a,b\",c", ",", SPLIT_NONE, 3, "[\"a][b\"][c]"},
       {"a,\"b,c", ",", SPLIT_SKIP_QUOTED, 2, "[a][\"b,c]"},
       {"\"a\"\"b\",c\"\"d", ",", SPLIT_UNQUOTE | SPLIT_UNDOUBLE, 2, "[a\"b][c\"\"d]"},
       {"\"a\"\"b\"", ",", SPLIT_UNQUOTE, 1, "[a\"\"b]"},

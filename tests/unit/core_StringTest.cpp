@@ -237,7 +237,7 @@ TEST_CASE("edits of the ends, of characters and of line ends") {
       {"ab", [](String &s) { s.append(s.c_str() + 1, 1), s += s; }, "abbabb"},
       {"ab", [](String &s) { s = s + 'c' + "d" + String("e") + nullptr; }, "abcde"},
       {"abcXdef", [](String &s) { CHECK(s.cut_from_match("x", FIND_IGNORE_CASE) == "Xdef"); }, "abc"},
-      {"abc", [](String &s) { CHECK(s.cut_from_match("x", 0).is_empty()); }, "abc"},
+      {"abc", [](String &s) { CHECK(s.cut_from_match("x").is_empty()); }, "abc"},
   };
   for (const auto &row : rows) {
     String text(row.before);
@@ -295,13 +295,16 @@ TEST_CASE("numbers are read from texts") {
 
   struct Skip {
     const char *text;
-    uint32_t flags;
+    NumberOptions flags;
     int32_t value;
     const char *rest;
   };
-  for (const Skip &row : {Skip{" 1", 0, 0, " 1"}, Skip{" 1 ,2", 1, 1, " ,2"}, Skip{"1 , 2", 0x12, 1, "2"},
-                          Skip{"1,2", 0x10, 1, "2"}, Skip{"-5", 4, 0, "-5"}, Skip{"-5", 0, -5, ""},
-                          Skip{"- ,", 0x12, 0, " ,"}, Skip{"1 , 2", 2, 1, ", 2"}, Skip{"4294967296", 4, 0, ""}}) {
+  constexpr NumberOptions kListed = NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA;
+  for (const Skip &row :
+       {Skip{" 1", NUMBER_NONE, 0, " 1"}, Skip{" 1 ,2", NUMBER_SKIP_SPACE, 1, " ,2"}, Skip{"1 , 2", kListed, 1, "2"},
+        Skip{"1,2", NUMBER_SKIP_COMMA, 1, "2"}, Skip{"-5", NUMBER_NO_SIGN, 0, "-5"}, Skip{"-5", NUMBER_NONE, -5, ""},
+        Skip{"- ,", kListed, 0, " ,"}, Skip{"1 , 2", NUMBER_SKIP_SPACE_AFTER, 1, ", 2"},
+        Skip{"4294967296", NUMBER_NO_SIGN, 0, ""}}) {
     const char *p = row.text;
     CHECK(text_skip_number(p, row.flags) == row.value);
     CHECK(p == std::string(row.rest));

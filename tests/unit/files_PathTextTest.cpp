@@ -82,7 +82,7 @@ TEST_CASE("paths are compared and judged by their text") {
     for (uint32_t flags = 0; flags < 4; ++flags) {
       CAPTURE(row.path);
       CAPTURE(flags);
-      CHECK(IsLegalPath(row.path, flags) == ((row.flags >> flags & 1) != 0));
+      CHECK(IsLegalPath(row.path, PathOptions{flags}) == ((row.flags >> flags & 1) != 0));
     }
   for (const char *name : {"", "a;b", "a*", "c:x", "a\"b"})
     CHECK_FALSE(IsPlainFileName(name));

@@ -101,7 +101,7 @@ TEST_CASE_FIXTURE(Fixture, "what a link leads to is not removed with it") {
   folder.Write("elsewhere/kept", "x");
   folder.Write("tree/file", "x");
   // Windows can't make one everywhere, Wine's host can.
-  RunProcess("z:\\bin\\ln -s ../elsewhere tree/link", 0, folder.Path().string().c_str());
+  RunProcess("z:\\bin\\ln -s ../elsewhere tree/link", RP_NONE, folder.Path().string().c_str());
   for (int i = 0; i < 100 && !Exists("tree\\link\\kept"); ++i)
     Sleep(20);
   DeleteDirectoryTree(Path("tree"));
@@ -184,16 +184,16 @@ TEST_CASE_FIXTURE(Fixture, "temporary and short names name real files") {
 TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
   struct Row {
     const char *target;
-    uint32_t flags;
+    MoveOptions flags;
     bool moved;
   };
   for (const Row &row :
-       {Row{"new", 0, true}, Row{"there", 0, true}, // read-only does not protect it
+       {Row{"new", MV_NONE, true}, Row{"there", MV_NONE, true}, // read-only does not protect it
         Row{"there", MV_NO_OVERWRITE, false}, Row{"new", MV_NO_OVERWRITE, true},
         Row{"new", MV_TARGET_MUST_EXIST, false}, Row{"there", MV_TARGET_MUST_EXIST | MV_NO_OVERWRITE, true},
-        Row{"made\\new", 0, false}, Row{"made\\new", MV_CREATE_DIRECTORY, true},
-        Row{"SOURCE", 0, true}, // another spelling of the same file
-        Row{"source", 0, false}}) {
+        Row{"made\\new", MV_NONE, false}, Row{"made\\new", MV_CREATE_DIRECTORY, true},
+        Row{"SOURCE", MV_NONE, true}, // another spelling of the same file
+        Row{"source", MV_NONE, false}}) {
     CAPTURE(row.target);
     CAPTURE(row.flags);
     const TempFolder place;
@@ -206,19 +206,19 @@ TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
     CHECK(FileMatches("moved", 5, path("source")) == (!row.moved || path("source").equals_no_case(path(row.target))));
     SetReadOnly(path("there"), false);
   }
-  CHECK(Values{MoveOrSchedule(Path("missing"), Path("x"), 0), MoveOrSchedule(nullptr, Path("x"), 0),
-               DeleteOrSchedule(nullptr, 0)} == Values{0, 0, 0});
+  CHECK(Values{MoveOrSchedule(Path("missing"), Path("x")), MoveOrSchedule(nullptr, Path("x")),
+               DeleteOrSchedule(nullptr)} == Values{0, 0, 0});
   folder.Write("kept", "x");
   SetReadOnly(Path("kept"), true);
   CHECK_FALSE(DeleteOrSchedule(Path("kept"), DEL_KEEP_READONLY));
-  CHECK(DeleteOrSchedule(Path("kept"), 0));
+  CHECK(DeleteOrSchedule(Path("kept")));
 }
 
 TEST_CASE_FIXTURE(Fixture, "what can't be done now is left to the next start") {
   folder.Write("new", "x");
   folder.Write("held", "old");
   const HeldFile held(Path("held"));
-  CHECK_FALSE(MoveOrSchedule(Path("new"), Path("held"), 0));
+  CHECK_FALSE(MoveOrSchedule(Path("new"), Path("held")));
   CHECK(MoveOrSchedule(Path("new"), Path("held"), MV_AT_RESTART | MV_TARGET_MUST_EXIST));
   CHECK(DeleteOrSchedule(Path("held"), DEL_AT_RESTART));
   const std::string pending = PendingMoves();
@@ -240,7 +240,7 @@ TEST_CASE_FIXTURE(Fixture, "a process is awaited and gives its code") {
   ClearTrap();
   CHECK(RunProcess(shell, RP_WAIT | RP_PUMP | RP_IDLE_PRIORITY | RP_MINIMIZE, nullptr) == 6);
   CHECK(PumpCount > 0);
-  CHECK(RunProcess(shell, 0, nullptr) == kProcessCodeUnknown);
+  CHECK(RunProcess(shell, RP_NONE, nullptr) == kProcessCodeUnknown);
   CHECK(RunProcess("c:\\no such program.exe", RP_WAIT, nullptr) == kProcessNotStarted);
   CHECK(RunProcess("", RP_WAIT, nullptr) == kProcessNotStarted);
   const String in_folder = CommandInterpreter + " /c echo x> here";

@@ -37,21 +37,21 @@ TEST_CASE_FIXTURE(Fixture, "each refusal of an open has its code and its sentenc
   Write("folder/x", "");
   struct Row {
     String name;
-    uint32_t flags;
-    int32_t code;
+    FileOptions flags;
+    OpenCode code;
     const char *sentence;
   };
-  for (const Row &row :
-       {Row{file, 0x111, OPEN_OK, ""}, Row{Path("made"), 0x0, OPEN_OK, ""},
-        Row{file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
-        Row{"", 0x0, OPEN_BAD_NAME, "The filename is invalid."},
-        Row{"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
-        Row{"", 0x60000000, OPEN_NO_DIRECTORY, "The directory does not exist."}, // nowhere special, and yet not refused
-        Row{Path("a?b"), 0x1, OPEN_BAD_NAME, "The filename is invalid."},
-        Row{Path("missing"), 0x1, OPEN_NOT_FOUND, "The file was not found."},
-        Row{Path("no\\such\\x"), 0x0, OPEN_NO_DIRECTORY, "The directory does not exist."},
-        Row{file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
-        Row{Path("folder"), 0x1, OPEN_UNKNOWN, "An unknown error occurred."}}) {
+  for (const Row &row : {Row{file, DF_READ_SHARED, OPEN_OK, ""}, Row{Path("made"), DF_OPEN_ALWAYS, OPEN_OK, ""},
+                         Row{file, DF_OPEN_EXISTING | DF_NO_READ | DF_NO_WRITE, OPEN_OK, ""},
+                         Row{"", DF_OPEN_ALWAYS, OPEN_BAD_NAME, "The filename is invalid."},
+                         Row{"", DF_TEMP_IN_DIR, OPEN_BAD_NAME, "The filename is invalid."},
+                         Row{"", DF_TEMP_DEFAULT | DF_TEMP_IN_DIR, OPEN_NO_DIRECTORY,
+                             "The directory does not exist."}, // nowhere special, and yet not refused
+                         Row{Path("a?b"), DF_OPEN_EXISTING, OPEN_BAD_NAME, "The filename is invalid."},
+                         Row{Path("missing"), DF_OPEN_EXISTING, OPEN_NOT_FOUND, "The file was not found."},
+                         Row{Path("no\\such\\x"), DF_OPEN_ALWAYS, OPEN_NO_DIRECTORY, "The directory does not exist."},
+                         Row{file, DF_CREATE_NEW, OPEN_EXISTS, "The file already exists."},
+                         Row{Path("folder"), DF_OPEN_EXISTING, OPEN_UNKNOWN, "An unknown error occurred."}}) {
     DiskFile disk;
     CAPTURE(row.name.c_str());
     CAPTURE(row.flags);
@@ -69,10 +69,12 @@ TEST_CASE_FIXTURE(Fixture, "a locked file is tried again for a while") {
   const String file = Write("held", "x");
   const HeldFile held(file);
   struct Row {
-    uint32_t flags;
+    FileOptions flags;
     DWORD least, most; // milliseconds
   };
-  const Row rows[] = {{0x111, 500, 900}, {0x111 | DF_RETRY_ONCE, 350, 750}, {0x111 | DF_NO_BUSY_RETRY, 0, 90}};
+  const Row rows[] = {{DF_READ_SHARED, 500, 900},
+                      {DF_READ_SHARED | DF_RETRY_ONCE, 350, 750},
+                      {DF_READ_SHARED | DF_NO_BUSY_RETRY, 0, 90}};
   for (const Row &row : rows) {
     DiskFile disk;
     const DWORD start = GetTickCount();
@@ -123,7 +125,7 @@ TEST_CASE_FIXTURE(Fixture, "temporary files go where they are asked to") {
   Write("d/x", "");
   struct Row {
     String name;
-    uint32_t flags;
+    FileOptions flags;
     String place;
   };
   for (const Row &row :
@@ -159,7 +161,7 @@ TEST_CASE_FIXTURE(Fixture, "reads and writes say what went wrong") {
 
   const String file = Write("short", "abc");
   DiskFile disk;
-  REQUIRE(disk.Open(file, 0x111, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(file, DF_READ_SHARED, kNormal) == OPEN_OK);
   char four[4] = {'-', '-', '-', '-'};
   CHECK_FALSE(disk.Read(four, 4));
   CHECK(disk.error_text() == "Read past end of file");
@@ -172,7 +174,7 @@ TEST_CASE_FIXTURE(Fixture, "reads and writes say what went wrong") {
 TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
   const String file = Write("span", "0123456789");
   DiskFile disk;
-  REQUIRE(disk.Open(file, 0x111, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(file, DF_READ_SHARED, kNormal) == OPEN_OK);
   REQUIRE(disk.Seek(3));
   String text("kept");
   CHECK(disk.ReadSpan(text, 4, 6));
@@ -193,11 +195,11 @@ TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
 TEST_CASE_FIXTURE(Fixture, "contents are replaced, cut and ended by a line") {
   const String file = Write("text", "a long first line");
   DiskFile disk;
-  REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(file, DF_OPEN_EXISTING, kNormal) == OPEN_OK);
   CHECK(Values{disk.ReplaceContents("short"), disk.EnsureNewline(), disk.EnsureNewline()} == Values{1, 1, 1});
   disk.Close();
   CHECK(Contents(file) == "short\r\n");
-  REQUIRE(disk.Open(Write("empty", ""), 0x401, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(Write("empty", ""), DF_OPEN_EXISTING | DF_AT_END, kNormal) == OPEN_OK);
   CHECK(disk.EnsureNewline()); // an empty file has no line to end
   CHECK(disk.Size() == 0);
   disk.Close();
@@ -206,7 +208,7 @@ TEST_CASE_FIXTURE(Fixture, "contents are replaced, cut and ended by a line") {
   CHECK(AppendToFile(file, "more", AF_NEW_LINE));
   CHECK(AppendToFile(file, nullptr, AF_NEW_LINE));
   CHECK(Contents(file) == "short\r\nmore\r\n");
-  CHECK(Values{AppendToFile(Path("new"), "x", AF_EXISTING_ONLY), AppendToFile(Path("new"), "x", 0),
+  CHECK(Values{AppendToFile(Path("new"), "x", AF_EXISTING_ONLY), AppendToFile(Path("new"), "x"),
                FileMatches("x", 1, Path("new")), FileMatches("y", 1, Path("new")), FileMatches("xx", 2, Path("new")),
                FileMatches(nullptr, 0, Path("empty"))} == Values{0, 1, 1, 0, 0, 1});
   const std::string large(0x2345, 'z');
@@ -249,14 +251,14 @@ TEST_CASE_FIXTURE(Fixture, "the date of a file is local time") {
   const String file = Write("dated", "x");
   for (const FileDate date : {FileDate{1999, 1, 31, 23, 59, 58}, FileDate{2001, 7, 1, 0, 0, 0}}) {
     DiskFile disk;
-    REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+    REQUIRE(disk.Open(file, DF_OPEN_EXISTING, kNormal) == OPEN_OK);
     CHECK(disk.SetModified(date));
     disk.Close();
     FileDate read{};
     CHECK(Values{GetFileModified(file, read), CompareFileDates(read, date)} == Values{1, 0});
   }
   DiskFile disk;
-  REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(file, DF_OPEN_EXISTING, kNormal) == OPEN_OK);
   CHECK_FALSE(disk.SetModified(FileDate{2001, 13, 1, 0, 0, 0}));
   disk.Close();
   CHECK_FALSE(disk.SetModified(FileDate{2001, 1, 1, 0, 0, 0}));

@@ -8,10 +8,10 @@ namespace {
 constexpr char kTestKey[] = "Software\\KorbTest";
 
 struct Fixture {
-  Fixture() { REQUIRE(key.Open(user, kTestKey, 0) != KEY_NOT_OPENED); }
+  Fixture() { REQUIRE(key.Open(user, kTestKey) != KEY_NOT_OPENED); }
   ~Fixture() {
     key.CloseAll();
-    RegistryKey().DeleteKey(user, kTestKey, 0);
+    RegistryKey().DeleteKey(user, kTestKey);
   }
 
   void Store(const char *name, DWORD type, const std::string &bytes) {
@@ -33,7 +33,7 @@ struct Fixture {
   }
   std::string Text(const char *name) {
     String text;
-    key.ReadString(text, name, "default", 0);
+    key.ReadString(text, name, "default");
     return std::string(text.c_str(), static_cast<size_t>(text.length()));
   }
 
@@ -44,17 +44,17 @@ struct Fixture {
 } // namespace
 
 TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack") {
-  CHECK(Values{key.OpenChild("child", RK_OPEN_ONLY), key.OpenChild("child", 0), key.WriteNumber("depth", 2, 0)} ==
+  CHECK(Values{key.OpenChild("child", RK_OPEN_ONLY), key.OpenChild("child"), key.WriteNumber("depth", 2)} ==
         Values{KEY_NOT_OPENED, KEY_CREATED, 1});
   key.Close();
-  CHECK(Values{key.ValueExists("depth"), key.OpenChild("child", 0), key.OpenChild("child", RK_OPEN_ONLY)} ==
+  CHECK(Values{key.ValueExists("depth"), key.OpenChild("child"), key.OpenChild("child", RK_OPEN_ONLY)} ==
         Values{0, KEY_OPENED, KEY_NOT_OPENED});
-  CHECK(key.ReadNumber("depth", 0, 0) == 2); // a failed open leaves the key
+  CHECK(key.ReadNumber("depth", 0) == 2); // a failed open leaves the key
   key.Close();
   CHECK(key.SubKeyCount() == 1);
   key.Close();
   key.Close();
-  CHECK(Values{key.SubKeyCount(), key.OpenChild("child", 0), RegistryKey::SoftwareKeyExists("KorbTest\\child", true),
+  CHECK(Values{key.SubKeyCount(), key.OpenChild("child"), RegistryKey::SoftwareKeyExists("KorbTest\\child", true),
                RegistryKey::SoftwareKeyExists("KorbTest\\child", false),
                RegistryKey::KeyExists(user, "")} == Values{-1, KEY_NOT_OPENED, 1, 0, 0});
 }
@@ -89,8 +89,8 @@ TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for")
     CAPTURE(row.name);
     Store(row.name, row.type, row.bytes);
     CHECK(Text(row.name) == row.text);
-    CHECK(key.ReadNumber(row.name, 42, 0) == row.number);
-    CHECK(key.ReadBoolean(row.name, true, 0) == row.boolean);
+    CHECK(key.ReadNumber(row.name, 42) == row.number);
+    CHECK(key.ReadBoolean(row.name, true) == row.boolean);
   }
   CHECK(Text("missing") == "default");
   CHECK(Trapped([&] {
@@ -102,7 +102,7 @@ TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for")
 }
 
 TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
-  CHECK(key.WriteString("a", "text", 0));
+  CHECK(key.WriteString("a", "text"));
   CHECK(Stored("a") == std::string("1:text\0", 7));
   CHECK(key.WriteString("a", "text", RK_EXPAND));
   CHECK(Stored("a") == std::string("2:text\0", 7));
@@ -110,12 +110,12 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(Stored("a") == "3:text");
   CHECK(key.WriteString("a", "", RK_DELETE_EMPTY));
   CHECK(Stored("a") == "none");
-  CHECK(Values{key.WriteString("a", "", RK_DELETE_EMPTY), key.WriteString("a", "", 0), key.ValueExists("a"),
-               key.WriteNumber("n", -2, 0)} == Values{0, 1, 1, 1});
+  CHECK(Values{key.WriteString("a", "", RK_DELETE_EMPTY), key.WriteString("a", ""), key.ValueExists("a"),
+               key.WriteNumber("n", -2)} == Values{0, 1, 1, 1});
   CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
   CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
   CHECK(Stored("n") == "none");
-  CHECK(Values{key.WriteBoolean("n", true), key.ReadBoolean("n", false, 0)} == Values{1, 1});
+  CHECK(Values{key.WriteBoolean("n", true), key.ReadBoolean("n", false)} == Values{1, 1});
 
   key.writing = true;
   for (Value value : {Value(int64_t{-2}), Value("-2")}) {
@@ -137,29 +137,29 @@ TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make i
   key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default", RK_OPEN_ONLY);
   CHECK(text == "default");
   CHECK_FALSE(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
-  key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default", 0);
+  key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default");
   CHECK(text == ""); // the key is there now, without the value
   CHECK(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
-  key.ReadStringAt(text, user, "value", "default", 0);
+  key.ReadStringAt(text, user, "value", "default");
   CHECK(text == "default");
 }
 
 TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them") {
-  key.OpenChild("a\\b\\c", 0);
+  key.OpenChild("a\\b\\c");
   key.Close();
-  key.OpenChild("empty", 0);
+  key.OpenChild("empty");
   key.Close();
   CHECK(Values{key.DeleteChild("a", RK_ONLY_IF_EMPTY), key.DeleteChild("missing", RK_ONLY_IF_EMPTY),
-               key.DeleteChild("missing", 0),
-               key.DeleteChild("", 0)} == Values{DELETE_NOT_EMPTY, DELETE_NOT_EMPTY, DELETE_REFUSED, DELETE_NO_KEY});
+               key.DeleteChild("missing"),
+               key.DeleteChild("")} == Values{DELETE_NOT_EMPTY, DELETE_NOT_EMPTY, DELETE_REFUSED, DELETE_NO_KEY});
   Vector<String> names;
   CHECK(Values{key.EnumerateSubKeys(names), names.count, key.DeleteChild("empty", RK_ONLY_IF_EMPTY),
-               key.DeleteChild("a", 0), key.IsEmpty()} == Values{2, 2, DELETE_DONE, DELETE_DONE, 1});
+               key.DeleteChild("a"), key.IsEmpty()} == Values{2, 2, DELETE_DONE, DELETE_DONE, 1});
 
-  key.OpenChild("x\\y", 0);
+  key.OpenChild("x\\y");
   key.Close();
-  CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true, 0) == DELETE_DONE);
+  CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true) == DELETE_DONE);
   CHECK(key.DeleteSoftwareKey("KorbTest\\x", true, RK_ONLY_IF_EMPTY) == DELETE_DONE);
-  CHECK(key.DeleteKey(user, "KorbTest", 0) == DELETE_NO_KEY); // no parent in the path
-  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x", 0) == DELETE_NO_KEY);
+  CHECK(key.DeleteKey(user, "KorbTest") == DELETE_NO_KEY); // no parent in the path
+  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x") == DELETE_NO_KEY);
 }

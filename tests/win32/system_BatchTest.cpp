@@ -31,7 +31,7 @@ std::string Ran(const char *script, bool may_pause) {
   const String text = BatchText("", script, may_pause);
   const int32_t start = text.find("SET CommonDir=");
   REQUIRE(start > 0);
-  return text.mid(text.find_line_end(start, 0)).c_str();
+  return text.mid(text.find_line_end(start)).c_str();
 }
 
 constexpr char kAutoexec[] = "c:\\autoexec.bat";

@@ -16,9 +16,10 @@ constexpr char kSettings[] = "Microsoft\\Windows\\CurrentVersion";
 
 /// One value of the registry for the length of a test; a null text takes it away.
 struct Setting {
-  Setting(const char *key_path, bool of_user, const char *value, const char *text, uint32_t kind = 0) : name(value) {
-    REQUIRE(key.OpenSoftware(key_path, of_user, 0) != KEY_NOT_OPENED);
-    key.ReadString(old, name, "", 0);
+  Setting(const char *key_path, bool of_user, const char *value, const char *text, RegistryOptions kind = RK_NONE)
+      : name(value) {
+    REQUIRE(key.OpenSoftware(key_path, of_user) != KEY_NOT_OPENED);
+    key.ReadString(old, name, "");
     key.WriteString(name, text, RK_DELETE_EMPTY | kind);
   }
   ~Setting() { key.WriteString(name, old, RK_DELETE_EMPTY); }
@@ -61,7 +62,7 @@ TEST_CASE("a folder comes from the registry, or from what stands in for it") {
   };
   for (const Row &row : rows) {
     CAPTURE(row.value);
-    for (const uint32_t kind : {0u, RK_EXPAND}) {
+    for (const RegistryOptions kind : {RK_NONE, RK_EXPAND}) {
       const Setting set(row.key, row.user, row.value, "d:\\some where\\", kind);
       CHECK(row.folder() == "d:\\some where"); // one backslash less
     }
