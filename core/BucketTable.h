@@ -20,7 +20,7 @@ struct Bucket {
 
 /// The bytes by which a key is hashed.
 inline uint32_t KeyChecksum(const String &key) {
-  return Checksum32(key.c_str(), key.length());
+  return Checksum32(key, key.length());
 }
 template <class K>
 uint32_t KeyChecksum(const K &key) {

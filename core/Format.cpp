@@ -211,7 +211,7 @@ bool Formatter::PutInteger(const Conversion &conversion, const FormatArg &arg) {
   if (zeros > 0)
     body.insert_char('0', 0, zeros);
   body.append(first, length);
-  PutField(conversion, prefix, body.c_str(), body.length(), conversion.zero && conversion.precision < 0);
+  PutField(conversion, prefix, body, body.length(), conversion.zero && conversion.precision < 0);
   return true;
 }
 
@@ -222,7 +222,7 @@ bool Formatter::PutReal(const Conversion &conversion, const FormatArg &arg) {
   const char prefix[2] = {digits.is_negative() ? '-' : conversion.sign, '\0'};
   String body;
   digits.Print(body, conversion.letter, conversion.precision < 0 ? 6 : conversion.precision, conversion.alternate);
-  PutField(conversion, prefix, body.c_str(), body.length(), conversion.zero && digits.is_finite());
+  PutField(conversion, prefix, body, body.length(), conversion.zero && digits.is_finite());
   return true;
 }
 

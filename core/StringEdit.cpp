@@ -76,7 +76,7 @@ int32_t String::remove_all(const char *text, int32_t max, bool case_sensitive) {
   if (!text)
     return 0;
   if (owns(text)) // the bytes that it lies in are about to move
-    return remove_all(String(text).c_str(), max, case_sensitive);
+    return remove_all(String(text), max, case_sensitive);
   const int32_t length = text_length(text);
   int32_t removed = 0;
   for (int32_t at = 0; removed < max; ++removed) {

@@ -171,7 +171,7 @@ int32_t String::replace(const char *old, const char *with, FindOptions flags, in
   if (owns(old) || owns(with)) {
     const String old_copy(old);
     const String new_copy(with);
-    return replace(old_copy.c_str(), new_copy.c_str(), flags, start, max, skip);
+    return replace(old_copy, new_copy, flags, start, max, skip);
   }
   flags &= ~(FIND_REVERSE | FIND_RETURN_END);
   const bool merged = (flags & (FIND_WILDCARD | FIND_ANY_OF)) == FIND_WILDCARD;

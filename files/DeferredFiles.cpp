@@ -27,7 +27,7 @@ bool Register(const char *source, const char *target, DWORD flags) {
   if (IsWindowsNT()) {
     if (MoveAtRestart(source, target, flags))
       return true;
-    if (!FileExists(PathJoin(WindowsDirectory.c_str(), "wininit.exe").c_str()))
+    if (!FileExists(PathJoin(WindowsDirectory, "wininit.exe")))
       return false;
   }
   // In short names: long ones do not exist yet when the section is carried out.
@@ -67,7 +67,7 @@ bool MoveOrSchedule(const char *source, const char *target, MoveOptions flags) {
     return false;
   if (!from.equals_no_case(target) && !SettleTarget(target, flags))
     return false;
-  if ((flags & MV_CREATE_DIRECTORY) && !CreateDirectoryTree(DirectoryPart(target).c_str()))
+  if ((flags & MV_CREATE_DIRECTORY) && !CreateDirectoryTree(DirectoryPart(target)))
     return false;
   if (!(flags & MV_AT_RESTART))
     return MoveFileA(source, target) != 0;
@@ -80,8 +80,7 @@ bool AddWininitRename(const char *left, const char *right) {
     return false;
   DiskFile file;
   String text;
-  if (file.Open(PathJoin(WindowsDirectory.c_str(), "wininit.ini").c_str(), DF_OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL) !=
-          OPEN_OK ||
+  if (file.Open(PathJoin(WindowsDirectory, "wininit.ini"), DF_OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK ||
       !file.ReadAll(&text))
     return false;
   AddRename(text, left, right);

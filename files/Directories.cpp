@@ -23,7 +23,7 @@ using FinalPathName = DWORD(WINAPI *)(HANDLE file, char *name, DWORD room, DWORD
 /// A link to a directory goes by itself: what it leads to belongs to somebody else.
 bool DeleteEntry(const FileInfo &entry, const String &path) {
   if (!entry.IsDirectory())
-    return DeleteOrSchedule(path.c_str());
+    return DeleteOrSchedule(path);
   return entry.attributes & FILE_ATTRIBUTE_REPARSE_POINT ? RemoveEmptyDirectory(path)
                                                          : DeleteDirectoryTree(path.c_str());
 }
@@ -50,7 +50,7 @@ bool DirectoryExists(const char *path) {
   const String saved = CurrentDirectory();
   if (!SetCurrentDirectoryA(path))
     return false;
-  SetCurrentDirectoryA(saved.c_str());
+  SetCurrentDirectoryA(saved);
   return true;
 }
 
@@ -88,7 +88,7 @@ bool CreateDirectoryTree(const char *path) {
   const String parent = DirectoryPart(path);
   if (parent == path)
     return true;
-  if (parent.length() > kLongestRoot && !CreateDirectoryTree(parent.c_str()))
+  if (parent.length() > kLongestRoot && !CreateDirectoryTree(parent))
     return false;
   CreateDirectoryA(path, nullptr);
   return DirectoryExists(path); // somebody else may have made it
@@ -98,24 +98,24 @@ bool RemoveEmptyDirectory(String path) {
   if (path.length() <= kLongestRoot)
     return false;
   path.remove_last_if('\\');
-  return RemoveDirectoryA(path.c_str()) != 0;
+  return RemoveDirectoryA(path) != 0;
 }
 
 bool DeleteDirectoryTree(const char *path) {
   const String directory(path);
-  if (directory.length() <= kLongestRoot || String(path).remove_prefix(WindowsDirectory.c_str()))
+  if (directory.length() <= kLongestRoot || String(path).remove_prefix(WindowsDirectory))
     return false;
 
   FileFinder finder;
   FileInfo entry;
-  if (!finder.FindFirst(PathJoin(path, "*.*").c_str(), &entry))
+  if (!finder.FindFirst(PathJoin(path, "*.*"), &entry))
     return false;
   DWORD error = 0;
   bool failed = false;
   do {
     if (entry.IsDirectory() && (entry.name == "." || entry.name == ".."))
       continue;
-    if (DeleteEntry(entry, PathJoin(path, entry.name.c_str())))
+    if (DeleteEntry(entry, PathJoin(path, entry.name)))
       continue;
     error = GetLastError();
     failed = true;

@@ -140,7 +140,7 @@ OpenCode DiskFile::OpenHandle(const char *name, FileOptions flags, uint32_t attr
     flags |= DF_CREATE_ALWAYS;
     break;
   case DF_TEMP_BESIDE:
-    name_ = TempFileName(DirectoryPart(name).c_str());
+    name_ = TempFileName(DirectoryPart(name));
     flags |= DF_CREATE_ALWAYS;
     break;
   case DF_IN_TEMP_DIR:
@@ -158,7 +158,7 @@ void *DiskFile::OpenWithRetries(uint32_t access, uint32_t share, uint32_t dispos
                                 uint32_t attributes) {
   int32_t attempt = 0;
   for (;;) {
-    const HANDLE handle = CreateFileA(name_.c_str(), access, share, nullptr, disposition, attributes, nullptr);
+    const HANDLE handle = CreateFileA(name_, access, share, nullptr, disposition, attributes, nullptr);
     if (handle != INVALID_HANDLE_VALUE)
       return handle;
     const DWORD error = GetLastError();

@@ -24,7 +24,7 @@ struct Clusters {
 } // namespace
 
 bool DriveExists(const char *path) {
-  return GetDriveTypeA(RootOf(path).c_str()) != DRIVE_NO_ROOT_DIR;
+  return GetDriveTypeA(RootOf(path)) != DRIVE_NO_ROOT_DIR;
 }
 
 bool OnFixedDrive(const char *path) {
@@ -32,7 +32,7 @@ bool OnFixedDrive(const char *path) {
   static bool fixed;
   if (*path != asked) {
     asked = *path;
-    fixed = GetDriveTypeA(RootOf(path).c_str()) == DRIVE_FIXED;
+    fixed = GetDriveTypeA(RootOf(path)) == DRIVE_FIXED;
   }
   return fixed;
 }
@@ -68,14 +68,14 @@ bool DiskSpace(const char *root, uint64_t *free_bytes, uint64_t *total_bytes) {
 
 int64_t DriveFreeBytes(const char *path) {
   uint64_t bytes;
-  if (!path || !IsDriveLetter(*path) || !DiskSpace(RootOf(path).c_str(), &bytes, nullptr))
+  if (!path || !IsDriveLetter(*path) || !DiskSpace(RootOf(path), &bytes, nullptr))
     return -1;
   return static_cast<int64_t>(bytes);
 }
 
 int32_t ClusterSize(const char *path) {
   Clusters clusters;
-  if (!path || !IsDriveLetter(*path) || !clusters.Ask(RootOf(path).c_str()))
+  if (!path || !IsDriveLetter(*path) || !clusters.Ask(RootOf(path)))
     return -1;
   return static_cast<int32_t>(clusters.sectors * clusters.bytes);
 }

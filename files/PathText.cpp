@@ -109,7 +109,7 @@ void AddDefaultExtension(String &path, const char *extension) {
 bool SamePath(String a, String b) {
   a.trim_right_char('\\');
   b.trim_right_char('\\');
-  return a.equals_no_case(b.c_str());
+  return a.equals_no_case(b);
 }
 
 bool IsFullPath(const char *path) {

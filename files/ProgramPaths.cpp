@@ -33,29 +33,29 @@ void InitPaths() {
   WindowsDirectory = path;
   GetModuleFileNameA(nullptr, path, MAX_PATH);
   ProgramPath = path;
-  ProgramName = FilePart(ProgramPath.c_str());
-  ProgramDirectory = DirectoryPart(ProgramPath.c_str());
-  ProgramDrive = DriveLetter(ProgramPath.c_str());
+  ProgramName = FilePart(ProgramPath);
+  ProgramDirectory = DirectoryPart(ProgramPath);
+  ProgramDrive = DriveLetter(ProgramPath);
 
   CommandInterpreter = "%comspec%";
-  if (!ExpandEnvironment(CommandInterpreter) || IsBlank(CommandInterpreter.c_str()))
-    CommandInterpreter = PathJoin(WindowsDirectory.c_str(), "command.com");
+  if (!ExpandEnvironment(CommandInterpreter) || IsBlank(CommandInterpreter))
+    CommandInterpreter = PathJoin(WindowsDirectory, "command.com");
   if (CommandInterpreter.find_space() >= 0)
     CommandInterpreter.quote();
 }
 
 String ProgramRelative(const char *name) {
-  return PathJoin(ProgramDirectory.c_str(), name);
+  return PathJoin(ProgramDirectory, name);
 }
 
 bool NormaliseToProgram(String &path) {
-  return NormalisePath(path, ProgramDirectory.c_str());
+  return NormalisePath(path, ProgramDirectory);
 }
 
 bool ExpandEnvironment(String &text) {
   String expanded;
   expanded.set_length(static_cast<int32_t>(kEnvironmentLimit));
-  const DWORD length = ExpandEnvironmentStringsA(text.c_str(), expanded.data(), kEnvironmentLimit);
+  const DWORD length = ExpandEnvironmentStringsA(text, expanded.data(), kEnvironmentLimit);
   if (length == 0 || length > kEnvironmentLimit)
     return false;
   text = expanded.c_str();
@@ -82,7 +82,7 @@ bool ShellOpen(const char *path) {
   const auto open = KORB_SYSTEM_FUNCTION("shell32.dll", ShellExecuteA);
   if (!open)
     return false;
-  const HINSTANCE result = open(nullptr, nullptr, path, nullptr, ProgramDirectory.c_str(), SW_SHOW);
+  const HINSTANCE result = open(nullptr, nullptr, path, nullptr, ProgramDirectory, SW_SHOW);
   return reinterpret_cast<INT_PTR>(result) > kShellSuccess;
 }
 

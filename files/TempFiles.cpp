@@ -7,7 +7,7 @@ namespace korb {
 const char *TempDirectory() {
   static String directory;
   if (!directory.is_empty())
-    return directory.c_str();
+    return directory;
   const DWORD length = GetTempPathA(0, nullptr);
   if (length > 0) {
     directory.set_length(static_cast<int32_t>(length));
@@ -16,7 +16,7 @@ const char *TempDirectory() {
   }
   if (directory.is_empty())
     directory = "c:\\temp";
-  return directory.c_str();
+  return directory;
 }
 
 String TempFileName(const char *directory) {

@@ -18,7 +18,7 @@ DeleteStatus RegistryKey::DeleteChild(const char *subkey, RegistryOptions option
     Vector<String> children;
     EnumerateSubKeys(children);
     for (int32_t i = 0; i < children.count; ++i)
-      DeleteChild(children.at(i).c_str(), options);
+      DeleteChild(children.at(i), options);
     Close();
   }
   if (RegDeleteKeyA(current_key_, subkey) == ERROR_SUCCESS)
@@ -31,7 +31,7 @@ DeleteStatus RegistryKey::DeleteKey(RegistryHandle root, const char *path, Regis
   String parent, child;
   if (!SplitRegistryPath(path, parent, child))
     return DELETE_NO_KEY;
-  return DeleteKeyIn(root, parent.c_str(), child.c_str(), options);
+  return DeleteKeyIn(root, parent, child, options);
 }
 
 DeleteStatus RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, const char *child,
@@ -44,12 +44,12 @@ DeleteStatus RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, c
 }
 
 DeleteStatus RegistryKey::DeleteSoftwareKey(const char *path, bool current_user, RegistryOptions options) {
-  return DeleteKey(SoftwareRoot(current_user), SoftwarePath(path).c_str(), options);
+  return DeleteKey(SoftwareRoot(current_user), SoftwarePath(path), options);
 }
 
 DeleteStatus RegistryKey::DeleteSoftwareChild(const char *parent, const char *child, bool current_user,
                                               RegistryOptions options) {
-  return DeleteKeyIn(SoftwareRoot(current_user), SoftwarePath(parent).c_str(), child, options);
+  return DeleteKeyIn(SoftwareRoot(current_user), SoftwarePath(parent), child, options);
 }
 
 } // namespace korb

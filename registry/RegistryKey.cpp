@@ -77,7 +77,7 @@ KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOpt
 }
 
 KeyOpened RegistryKey::OpenSoftware(const char *path, bool current_user, RegistryOptions options) {
-  return Open(SoftwareRoot(current_user), SoftwarePath(path).c_str(), options);
+  return Open(SoftwareRoot(current_user), SoftwarePath(path), options);
 }
 
 KeyOpened RegistryKey::OpenChild(const char *subkey, RegistryOptions options) {
@@ -108,7 +108,7 @@ bool RegistryKey::KeyExists(RegistryHandle root, const char *subkey) {
 }
 
 bool RegistryKey::SoftwareKeyExists(const char *path, bool current_user) {
-  return KeyExists(SoftwareRoot(current_user), SoftwarePath(path).c_str());
+  return KeyExists(SoftwareRoot(current_user), SoftwarePath(path));
 }
 
 bool RegistryKey::Counts(uint32_t &subkeys, uint32_t &values) const {

@@ -92,7 +92,7 @@ bool RegistryKey::ReadStringIn(RegistryHandle root, const char *key, const char 
 void RegistryKey::ReadStringAt(String &text, RegistryHandle root, const char *path, const char *fallback,
                                RegistryOptions options) {
   String key, name;
-  if (!SplitRegistryPath(path, key, name) || !ReadStringIn(root, key.c_str(), name.c_str(), text, options))
+  if (!SplitRegistryPath(path, key, name) || !ReadStringIn(root, key, name, text, options))
     text = fallback;
 }
 

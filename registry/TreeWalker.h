@@ -46,7 +46,7 @@ bool TreeWalker<Tree>::ChangePath(const char *path) {
   const String rest(path);
   int32_t start = 0;
   for (int32_t end; (end = rest.find_char(separator, start)) >= 0; start = end + 1)
-    if (!tree.Descend(rest.mid(start, end - start).c_str()))
+    if (!tree.Descend(rest.mid(start, end - start)))
       return false;
   return true;
 }

@@ -24,10 +24,10 @@ constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
 } // namespace
 
 bool RunBatch(const String &directory, const String &script, bool hidden, String &log) {
-  if (IsBlank(script.c_str()))
+  if (IsBlank(script))
     return true;
-  const String path = PathJoin(directory.c_str(), kBatchName);
-  const bool written = WriteWholeFile(path.c_str(), BatchText(directory.c_str(), script, !AutomaticMode && !hidden));
+  const String path = PathJoin(directory, kBatchName);
+  const bool written = WriteWholeFile(path, BatchText(directory, script, !AutomaticMode && !hidden));
   int32_t result = kProcessNotStarted;
   if (written) {
     const String command = str_format(IsWindowsNT() ? kCommandNT : kCommand9x, CommandInterpreter, path);
@@ -37,7 +37,7 @@ bool RunBatch(const String &directory, const String &script, bool hidden, String
   if (result == kProcessNotStarted)
     log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
   if (written)
-    DeleteOrSchedule(path.c_str());
+    DeleteOrSchedule(path);
   return result == 0;
 }
 

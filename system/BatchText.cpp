@@ -78,10 +78,10 @@ String BatchText(const char *directory, const String &script, bool may_pause) {
   String text("@echo off\r\n");
   if (*directory) {
     AppendVariable(text, path_variable::kInstallDir, directory);
-    AppendVariable(text, path_variable::kInstallDrive, DriveSpec(DriveLetter(directory)).c_str());
+    AppendVariable(text, path_variable::kInstallDrive, DriveSpec(DriveLetter(directory)));
   }
   for (const BatchVariable &variable : kBatchVariables)
-    AppendVariable(text, variable.name, variable.value().c_str());
+    AppendVariable(text, variable.name, variable.value());
   text += may_pause ? script : WithoutPauses(script);
   text.normalize_line_ends();
   return text;

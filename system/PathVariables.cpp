@@ -21,7 +21,7 @@ constexpr PathVariable kPathVariables[] = {
     {path_variable::kBootDrive, [] { return DriveSpec(BootDriveLetter()); }},
     {path_variable::kCommonDir, CommonFilesFolder},
     {path_variable::kInstallDir, [] { return InstallDir; }},
-    {path_variable::kInstallDrive, [] { return DriveSpec(DriveLetter(InstallDir.c_str())); }},
+    {path_variable::kInstallDrive, [] { return DriveSpec(DriveLetter(InstallDir)); }},
     {path_variable::kProgramsDir, ProgramFilesFolder},
     {path_variable::kSharedDir, [] { return CommonDir; }},
     {path_variable::kSystemDir, SystemFolder},
@@ -67,7 +67,7 @@ void ExpandPathVariables(String &text) {
     if (text.find(variable.name, 0, FIND_IGNORE_CASE) < 0)
       continue;
     const String value = variable.value();
-    text.replace(variable.name, value.c_str(), FIND_IGNORE_CASE);
+    text.replace(variable.name, value, FIND_IGNORE_CASE);
   }
 }
 

@@ -15,11 +15,11 @@ String EditAutoexecPath(bool add) {
 
   DiskFile file;
   String text;
-  if (file.Open(name.c_str(), add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, 0x80) != OPEN_OK || !file.ReadAll(&text))
+  if (file.Open(name, add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, 0x80) != OPEN_OK || !file.ReadAll(&text))
     return str_format("Unable to modify %s.  You will need to manually %s %s %s the PATH environment variable.\r\n\r\n",
                       name, add ? "add" : "remove", InstallDir, add ? "to" : "from");
 
-  const String line = SearchPathLine(ShortPath(InstallDir.c_str()).c_str());
+  const String line = SearchPathLine(ShortPath(InstallDir));
   if (add) {
     const String addition = SearchPathAddition(text, line);
     if (!addition.is_empty() && file.SeekFromEnd(0))

@@ -7,15 +7,15 @@ String SearchPathLine(const char *directory) {
 }
 
 String SearchPathAddition(const String &text, const String &line) {
-  if (text.find(line.c_str(), 0, FIND_IGNORE_CASE) >= 0)
+  if (text.find(line, 0, FIND_IGNORE_CASE) >= 0)
     return String();
   return text.ends_with_char('\n') ? line : "\r\n" + line;
 }
 
 bool RemoveSearchPathLine(String &text, const String &line) {
-  if (text.remove_all(line.c_str(), STRING_ALL, false) > 0)
+  if (text.remove_all(line, STRING_ALL, false) > 0)
     return true;
-  return text.remove_all(line.mid(0, line.length() - 2).c_str(), STRING_ALL, false) > 0;
+  return text.remove_all(line.mid(0, line.length() - 2), STRING_ALL, false) > 0;
 }
 
 } // namespace korb

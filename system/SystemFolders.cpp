@@ -36,8 +36,7 @@ String ShellFolder(const char *value, bool all_users) {
 }
 
 String WindowsSetting(const char *value) {
-  return WithoutBackslash(
-      MachineSetting(str_format("Software\\Microsoft\\Windows\\CurrentVersion\\%s", value).c_str()));
+  return WithoutBackslash(MachineSetting(str_format("Software\\Microsoft\\Windows\\CurrentVersion\\%s", value)));
 }
 
 String DesktopFolder() {
@@ -118,12 +117,12 @@ String DeviceFolder() {
 
 String SystemFolder() {
   const String folder = RawSystemDirectory();
-  return folder.is_empty() ? PathJoin(WindowsDirectory.c_str(), IsWindowsNT() ? "System32" : "System") : folder;
+  return folder.is_empty() ? PathJoin(WindowsDirectory, IsWindowsNT() ? "System32" : "System") : folder;
 }
 
 char BootDriveLetter() {
   const String directory = MachineSetting("Software\\Microsoft\\Windows\\CurrentVersion\\Setup\\BootDir");
-  const char letter = DriveLetter(directory.c_str());
+  const char letter = DriveLetter(directory);
   return letter ? letter : 'C';
 }
 

@@ -38,7 +38,7 @@ void ShowState() {
   IsPending = false;
   if (ProgressDialog != nullptr) {
     PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(Percent), 0);
-    SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText.c_str());
+    SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText);
     UpdateWindow(ProgressDialog);
   }
   PumpMessages();
