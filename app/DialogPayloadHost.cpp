@@ -26,8 +26,7 @@ const char *DialogPayloadHost::Text(int32_t number) {
 }
 
 bool DialogPayloadHost::AskForVolume(const String &message) {
-  return MessageBoxA(DialogOwner(), message.c_str(), TextLookup(kTextVolumeCaption), MB_OKCANCEL | MB_ICONQUESTION) ==
-         IDOK;
+  return MessageBoxA(DialogOwner(), message, TextLookup(kTextVolumeCaption), MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
 }
 
 void DialogPayloadHost::AskCancel() {

@@ -39,7 +39,7 @@ void FatalMessage(const char *text) {
 void FatalFormatArgs(const char *format, const FormatArgs &args) {
   String text;
   text.format_args(format, args);
-  FatalMessage(text.c_str());
+  FatalMessage(text);
 }
 
 void InternalError(const char *module, int32_t line) {
@@ -61,7 +61,7 @@ void ReportErrorArgs(const char *format, const FormatArgs &args) {
   text.format_args(format, args);
   if (IsBlank(text))
     return;
-  MessageBoxA(DialogOwner(), text.c_str(), ErrorCaption(), MB_ICONHAND);
+  MessageBoxA(DialogOwner(), text, ErrorCaption(), MB_ICONHAND);
 }
 
 } // namespace korb

@@ -31,11 +31,11 @@ void MachineConfigHost::ExpandPathVariables(String &text) {
 }
 
 void MachineConfigHost::NormalisePath(String &path, const String &base) {
-  korb::NormalisePath(path, base.c_str());
+  korb::NormalisePath(path, base);
 }
 
 void MachineConfigHost::CreateDirectoryTree(const String &path) {
-  korb::CreateDirectoryTree(path.c_str());
+  korb::CreateDirectoryTree(path);
 }
 
 void MachineConfigHost::LoadBackground(const String &block) {

@@ -35,8 +35,8 @@ private:
 bool AssociationWriter::Replace(const String &text) {
   String old;
   key_.ReadString(old, "", "");
-  if (!IsBlank(old.c_str()) && !old.equals_no_case(text.c_str()))
-    key_.WriteString(backup_name_.c_str(), old, key_.KindOption(""));
+  if (!IsBlank(old) && !old.equals_no_case(text))
+    key_.WriteString(backup_name_, old, key_.KindOption(""));
   return key_.WriteString("", text);
 }
 
@@ -50,7 +50,7 @@ void AssociationWriter::ReplaceIn(const char *subkey, const String &text) {
 bool AssociationWriter::FindClass(FileAssociation &record) {
   class_found_ = record.file_class.is_empty();
   record.extension.ensure_prefix_char('.');
-  if (!key_.Open(kClasses, record.extension.c_str(), class_found_ ? RK_OPEN_ONLY : RK_NONE))
+  if (!key_.Open(kClasses, record.extension, class_found_ ? RK_OPEN_ONLY : RK_NONE))
     return !class_found_;
   if (class_found_)
     key_.ReadString(record.file_class, "", "");
@@ -58,12 +58,12 @@ bool AssociationWriter::FindClass(FileAssociation &record) {
     Replace(record.file_class);
   key_.Close();
   // Without a class the verb would go to the root of all classes.
-  return !class_found_ || !IsBlank(record.file_class.c_str());
+  return !class_found_ || !IsBlank(record.file_class);
 }
 
 bool AssociationWriter::WriteVerb(FileAssociation &record) {
   bool written = false;
-  if (IsBlank(record.verb.c_str()) || !key_.OpenChild(record.verb.c_str()))
+  if (IsBlank(record.verb) || !key_.OpenChild(record.verb))
     return written;
   key_.WriteString("", record.verb_label);
   if (key_.OpenChild("command")) {
@@ -77,17 +77,17 @@ bool AssociationWriter::WriteVerb(FileAssociation &record) {
 
 bool AssociationWriter::WriteClass(FileAssociation &record) {
   bool written = false;
-  if (!key_.Open(kClasses, record.file_class.c_str()))
+  if (!key_.Open(kClasses, record.file_class))
     return written;
-  if (!class_found_ && !IsBlank(record.description.c_str()))
+  if (!class_found_ && !IsBlank(record.description))
     Replace(record.description);
-  if (!IsBlank(record.icon.c_str())) {
+  if (!IsBlank(record.icon)) {
     String icon = record.icon;
     ExpandPathVariables(icon);
     ReplaceIn("DefaultIcon", icon);
   }
   if (key_.OpenChild("shell")) {
-    if (record.flags & kDefaultVerb && !IsBlank(record.verb.c_str()))
+    if (record.flags & kDefaultVerb && !IsBlank(record.verb))
       Replace(record.verb);
     written = WriteVerb(record);
     key_.Close();
@@ -107,8 +107,8 @@ void CreateProductKeys(const String &product_registry) {
     return;
   RegistryKey machine;
   RegistryKey user;
-  const bool machine_opened = machine.OpenSoftware(product_registry.c_str(), false) != KEY_NOT_OPENED;
-  const bool user_opened = user.OpenSoftware(product_registry.c_str(), true) != KEY_NOT_OPENED;
+  const bool machine_opened = machine.OpenSoftware(product_registry, false) != KEY_NOT_OPENED;
+  const bool user_opened = user.OpenSoftware(product_registry, true) != KEY_NOT_OPENED;
   if (!machine_opened || !user_opened)
     ErrorReport.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
 }

@@ -9,7 +9,7 @@ namespace {
 
 /// A value without a time leaves that invalid.
 bool ReadDate(const FileDeletion &record, int32_t current_year, DateTime &date) {
-  return date.parse(record.value.c_str(), false, current_year) && !date.date.is_invalid();
+  return date.parse(record.value, false, current_year) && !date.date.is_invalid();
 }
 
 /// Below 0, 0 or above 0 for a file that is earlier than the value, of its time, or later. A value without a time means

@@ -40,10 +40,10 @@ void DeleteOldFiles(Vector<FileDeletion> &records) {
   for (int32_t i = 0; i < records.count; ++i) {
     FileDeletion &record = records.at(i);
     ExpandPathVariables(record.name);
-    NormalisePath(record.name, InstallDir.c_str());
+    NormalisePath(record.name, InstallDir);
     FileInfo info;
-    if (GetFileInfo(record.name.c_str(), &info) && IsDeletionDue(record, info.modified, info.size, today().year))
-      DeleteOldFile(record.name.c_str(), (record.options & kDeleteAtRestart) != 0);
+    if (GetFileInfo(record.name, &info) && IsDeletionDue(record, info.modified, info.size, today().year))
+      DeleteOldFile(record.name, (record.options & kDeleteAtRestart) != 0);
   }
 }
 

@@ -33,11 +33,9 @@ public:
   String FontFolder() override { return Once(font_folder_, korb::FontFolder); }
   String SystemFolder() override { return Once(system_folder_, korb::SystemFolder); }
   void ExpandPathVariables(String &text) override { korb::ExpandPathVariables(text); }
-  bool FileExists(const String &path) override { return korb::FileExists(path.c_str()); }
-  bool GetFileModified(const String &path, FileDate &date) override {
-    return korb::GetFileModified(path.c_str(), date);
-  }
-  String ReadFileVersion(const String &path) override { return korb::ReadFileVersion(path.c_str(), true); }
+  bool FileExists(const String &path) override { return korb::FileExists(path); }
+  bool GetFileModified(const String &path, FileDate &date) override { return korb::GetFileModified(path, date); }
+  String ReadFileVersion(const String &path) override { return korb::ReadFileVersion(path, true); }
 
 private:
   /// A folder is asked for at its first file: the answer stands in the registry and costs more than a file's record.
@@ -68,12 +66,12 @@ private:
 /// Makes the directory of `path` and lists it for the uninstall. InstallDir itself is there already, and its end is the
 /// uninstaller's own business.
 bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) {
-  const String directory = DirectoryPart(path.c_str());
+  const String directory = DirectoryPart(path);
   if (directory.compare(InstallDir.c_str(), false) == 0)
     return true;
   // Files of one directory come one behind the other, and asking for it costs more than a small file's write.
   if (directory.is_empty() || directory != last_directory_) {
-    if (!CreateDirectoryTree(directory.c_str())) {
+    if (!CreateDirectoryTree(directory)) {
       const String reason = LastErrorText();
       ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextDirectoryFailed), directory,
                                 reason, path);
@@ -82,13 +80,13 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
     last_directory_ = directory;
   }
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
-    AddUninstallEntry(directory.c_str(), kUninstallDirectory);
+    AddUninstallEntry(directory, kUninstallDirectory);
   return true;
 }
 
 bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
-  if (AddFontResourceA(to.name.c_str()) == 0) {
-    AppendFileError(ErrorReport, to.path.c_str());
+  if (AddFontResourceA(to.name) == 0) {
+    AppendFileError(ErrorReport, to.path);
     return false;
   }
   if ((record.file_flags & FF_KEEP) == 0) {
@@ -114,8 +112,8 @@ void FilePlacer::Place(const PayloadRecord &record) {
   if (to.in_install_tree && !MakeDirectory(record, to.path))
     return;
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
-    AddUninstallEntry(to.path.c_str(), kUninstallFile);
-  if (!PlaceFile(to.path.c_str(), record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
+    AddUninstallEntry(to.path, kUninstallFile);
+  if (!PlaceFile(to.path, record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
     return;
   if (RowOf(record.dest_kind).folder == KindFolder::Fonts && !AddFont(record, to))
     return;

@@ -55,7 +55,7 @@ bool IsNewerSystemFile(const PayloadRecord &record, const String &path, Placemen
   if (!IsBlank(record.label)) {
     const String version = host.ReadFileVersion(path);
     // Only the file's own letters were made capitals, so a small one in the record is newer.
-    if (!IsBlank(version) && CompareVersions(record.label, version.c_str()) <= 0)
+    if (!IsBlank(version) && CompareVersions(record.label, version) <= 0)
       return LogNotNewer(path, "version");
   }
   FileDate present{};
@@ -121,7 +121,7 @@ bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &ho
       // The file was kept for the user, but it is the product's: it goes with it, also where single files are not
       // recorded.
       if (IsListedAtUninstall(record))
-        AddUninstallEntry(path.c_str(), kUninstallFile);
+        AddUninstallEntry(path, kUninstallFile);
       return false;
     }
     break;

@@ -42,7 +42,7 @@ void RegisterComFiles() {
   for (int32_t i = 0; i < ComFileList.count; ++i) {
     const String &path = ComFileList.at(i);
     LogText.append_format("Registering COM File \"%s\"...", path);
-    LogText += kOutcomes[static_cast<int32_t>(CallServer(path.c_str(), "DllRegisterServer"))];
+    LogText += kOutcomes[static_cast<int32_t>(CallServer(path, "DllRegisterServer"))];
   }
 }
 

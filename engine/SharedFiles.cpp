@@ -40,7 +40,7 @@ void CountSharedFiles() {
   for (int32_t i = 0; i < SharedFileList.count; ++i) {
     const String &marked_path = SharedFileList.at(i);
     const String name = ReadSharedEntry(marked_path).path;
-    counts.WriteNumber(name.c_str(), counts.ReadNumber(name.c_str(), 0) + 1);
+    counts.WriteNumber(name, counts.ReadNumber(name, 0) + 1);
     AppendSharedEntry(SharedFiles, marked_path);
   }
 }

@@ -15,9 +15,9 @@ constexpr char kLinkExtension[] = ".LNK";
 
 bool SaveLink(IPersistFile &file, String &path) {
   EnsureLinkExtension(path);
-  CreateDirectoryTree(DirectoryPart(path.c_str()).c_str());
+  CreateDirectoryTree(DirectoryPart(path));
   WCHAR wide_path[MAX_PATH];
-  if (MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, wide_path, MAX_PATH) == 0)
+  if (MultiByteToWideChar(CP_ACP, 0, path, -1, wide_path, MAX_PATH) == 0)
     return false;
   return file.Save(wide_path, TRUE) == S_OK;
 }

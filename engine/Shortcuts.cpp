@@ -64,8 +64,7 @@ void ShortcutMaker::Make(ShortcutRecord &record) {
       MakeIn(DesktopGroup(), record, "Desktop Folder Shortcut");
   }
   if (record.start_menu)
-    MakeIn(PathJoin(StartMenuPrograms(all_users_).c_str(), config_.product_start_menu.c_str()), record,
-           "Start Menu Shortcut");
+    MakeIn(PathJoin(StartMenuPrograms(all_users_), config_.product_start_menu), record, "Start Menu Shortcut");
   if (record.startup)
     MakeIn(Startup(all_users_), record, "Startup Shortcut");
 }
@@ -74,41 +73,41 @@ void ShortcutMaker::Make(ShortcutRecord &record) {
 /// holds anything.
 const String &ShortcutMaker::DesktopGroup() {
   if (desktop_group_.is_empty()) {
-    desktop_group_ = PathJoin(Desktop(all_users_).c_str(), config_.desktop_group.c_str());
-    if (!CreateDirectoryTree(desktop_group_.c_str()))
+    desktop_group_ = PathJoin(Desktop(all_users_), config_.desktop_group);
+    if (!CreateDirectoryTree(desktop_group_))
       ErrorReport.append_format("Failed to create directory %s: %s\r\n", desktop_group_, LastErrorText());
-    AddUninstallEntry(desktop_group_.c_str(), kUninstallDirectory);
+    AddUninstallEntry(desktop_group_, kUninstallDirectory);
   }
   return desktop_group_;
 }
 
 void ShortcutMaker::MakeIn(const String &directory, const ShortcutRecord &record, const char *log_name) {
-  String path = PathJoin(directory.c_str(), record.title.c_str());
-  if (!CreateShortcut(path, record.target.c_str(), record.arguments.c_str(), InstallDir.c_str(), record.icon.c_str())) {
-    AppendFileError(ErrorReport, path.c_str());
+  String path = PathJoin(directory, record.title);
+  if (!CreateShortcut(path, record.target, record.arguments, InstallDir, record.icon)) {
+    AppendFileError(ErrorReport, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
     LogText.append_format("%s(%s) -> %s\r\n", log_name, record.title, path);
   if (!record.no_uninstall)
-    AddUninstallEntry(path.c_str(), kUninstallFile);
+    AddUninstallEntry(path, kUninstallFile);
 }
 
 void ShortcutMaker::MakeForUninstaller(const String &directory) {
-  String path = PathJoin(directory.c_str(), TextLookup(kTextUninstallerTitle));
+  String path = PathJoin(directory, TextLookup(kTextUninstallerTitle));
   // No working directory: the uninstaller could not remove the one that it runs in.
-  if (!CreateShortcut(path, UninstallerPath.c_str(), UninstallCommand.c_str(), "", "")) {
-    AppendFileError(ErrorReport, path.c_str());
+  if (!CreateShortcut(path, UninstallerPath, UninstallCommand, "", "")) {
+    AppendFileError(ErrorReport, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
     LogText.append_format("Uninstaller Shortcut -> %s\r\n", path);
-  AddUninstallEntry(path.c_str(), kUninstallFile);
+  AddUninstallEntry(path, kUninstallFile);
 }
 
 void ShortcutMaker::MakeForUninstaller() {
   if (HasInstallFlag(IF_UNINSTALL_START_MENU))
-    MakeForUninstaller(PathJoin(StartMenuPrograms(all_users_).c_str(), config_.product_start_menu.c_str()));
+    MakeForUninstaller(PathJoin(StartMenuPrograms(all_users_), config_.product_start_menu));
   if (HasInstallFlag(IF_UNINSTALL_IN_FOLDER))
     MakeForUninstaller(UninstallDir);
 }
@@ -139,7 +138,7 @@ void TellShellOfShortcuts(const InstallConfig &config) {
     return;
   const auto notify = KORB_SYSTEM_FUNCTION("shell32.dll", SHChangeNotify);
   if (notify)
-    notify(SHCNE_UPDATEDIR, SHCNF_PATHA, Desktop(config.shortcut_mode == kShortcutsForAllUsers).c_str(), nullptr);
+    notify(SHCNE_UPDATEDIR, SHCNF_PATHA, Desktop(config.shortcut_mode == kShortcutsForAllUsers), nullptr);
 }
 
 } // namespace korb
