@@ -5,7 +5,7 @@
 namespace korb {
 
 ArchiveCursor::ArchiveCursor(const void *base, int32_t length)
-    : base_(static_cast<const uint8_t *>(base)), length_(base != nullptr && length > 0 ? length : 0) {}
+    : base_(static_cast<const uint8_t *>(base)), length_(base && length > 0 ? length : 0) {}
 
 const uint8_t *ArchiveCursor::CursorSkip(int32_t count) {
   const uint8_t *place = here();
@@ -30,7 +30,7 @@ uint32_t ArchiveCursor::CursorReadU32() {
 const char *ArchiveCursor::CursorReadText() {
   const uint8_t *place = here();
   const void *end = left() > 0 ? memchr(place, 0, static_cast<size_t>(left())) : nullptr;
-  if (end == nullptr) {
+  if (!end) {
     position_ = length_;
     return "";
   }

@@ -26,7 +26,7 @@ bool BitReader::ReadBit() {
 }
 
 bool BitReader::ReadBits(void *destination, int32_t n) {
-  if (destination == nullptr || n <= 0 || !EnoughBits(n))
+  if (!destination || n <= 0 || !EnoughBits(n))
     return false;
   CopyBits(destination, 0, data_, bit_pos_, n);
   bit_pos_ += n;

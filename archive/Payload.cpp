@@ -67,7 +67,7 @@ ByteSource &VolumeReader::OpenNext(int32_t &count) {
       AskFor(path, tries > 1);
     int32_t size;
     ByteSource *volume = host_.OpenVolume(path, size);
-    if (volume == nullptr) {
+    if (!volume) {
       ++tries;
       continue;
     }

@@ -335,7 +335,7 @@ bool UnpackTokens(const uint8_t *block, int32_t size, uint8_t *out, int32_t out_
 }
 
 bool UnpackBlock(uint8_t **block, int32_t *size) {
-  if (block == nullptr || *block == nullptr || size == nullptr || *size < kPackedHeaderSize || *size > kMaxPackedBlock)
+  if (!block || !*block || !size || *size < kPackedHeaderSize || *size > kMaxPackedBlock)
     return false;
   uint32_t head[2];
   memcpy(head, *block, sizeof head);

@@ -80,7 +80,7 @@ public:
 
   void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const override {
     Entry *entry = bucket(forward ? it.next : it.prev);
-    if (entry == nullptr)
+    if (!entry)
       place(all, it, forward);
     else
       it = {number(entry), number(entry->next), number(entry->prev)};
@@ -98,12 +98,12 @@ public:
 
   bool remove_current(CollectionBase &all, CollectionIterator &it) const override {
     Entry *entry = bucket(it.current);
-    if (entry == nullptr)
+    if (!entry)
       return false;
     Table &t = table(all);
     it = {0, number(entry->next), number(entry->prev)};
-    (entry->prev != nullptr ? entry->prev->next : t.first_) = entry->next;
-    (entry->next != nullptr ? entry->next->prev : t.last_) = entry->prev;
+    (entry->prev ? entry->prev->next : t.first_) = entry->next;
+    (entry->next ? entry->next->prev : t.last_) = entry->prev;
     List<Entry> &chain = *entry->chain;
     CollectionIterator node;
     for (Entry *other = chain.first(node); other != entry;)
@@ -146,7 +146,7 @@ int32_t BucketTable<V, K>::hash_index(const K &key) const {
 template <class V, class K>
 bool BucketTable<V, K>::insert(const K &key, const V &value) {
   Chain *chain = chain_for(key);
-  if (chain == nullptr)
+  if (!chain)
     return false;
   CollectionIterator it;
   chain->begin(it);
@@ -161,7 +161,7 @@ bool BucketTable<V, K>::insert(const K &key, const V &value) {
   entry->value = value;
   entry->chain = chain;
   entry->prev = last_;
-  (last_ != nullptr ? last_->next : first_) = entry;
+  (last_ ? last_->next : first_) = entry;
   last_ = entry;
   ++this->count;
   return true;

@@ -57,13 +57,13 @@ bool ByteSource::ReadText32(String &text) {
 }
 
 bool ByteSink::WriteText(const char *text) {
-  return text == nullptr || Write(text, static_cast<int32_t>(strlen(text)));
+  return !text || Write(text, static_cast<int32_t>(strlen(text)));
 }
 
 namespace {
 
 int32_t Counted(const char *text, int32_t length, int32_t most) {
-  return text == nullptr || length < 1 ? 0 : length < most ? length : most;
+  return !text || length < 1 ? 0 : length < most ? length : most;
 }
 
 } // namespace

@@ -11,9 +11,9 @@
 namespace korb {
 
 void MakeElement(const ElementType &type, void *at, const void *from) {
-  if (type.construct != nullptr)
+  if (type.construct)
     type.construct(at, from);
-  else if (from != nullptr)
+  else if (from)
     memcpy(at, from, static_cast<size_t>(type.size));
   else
     memset(at, 0, static_cast<size_t>(type.size));

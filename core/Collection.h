@@ -62,7 +62,7 @@ void MakeElement(const ElementType &type, void *at, const void *from);
 
 template <class T>
 void ConstructElement(void *at, const void *from) {
-  if (from != nullptr)
+  if (from)
     new (at) T(*static_cast<const T *>(from));
   else
     new (at) T();
@@ -232,7 +232,7 @@ public:
   /// Removes the element under `it` and returns a copy of it; a default value when there is none.
   T take_current(CollectionIterator &it) {
     const T *value = current_value(it);
-    if (value == nullptr)
+    if (!value)
       return T();
     T taken(*value);
     remove_current(it);

@@ -15,25 +15,25 @@ public:
   /// Points in front of the first element of `collection`, or at nothing when it is null.
   void attach(Collection<T> *collection) {
     set(collection);
-    if (collection != nullptr)
+    if (collection)
       collection->begin(state_);
   }
   /// Points behind the last element.
   void attach_at_end(Collection<T> *collection) {
     set(collection);
-    if (collection != nullptr)
+    if (collection)
       collection->end(state_);
   }
 
   /// Moves to the next element; false when there is none.
   bool advance() {
-    if (collection_ != nullptr)
+    if (collection_)
       value_ = collection_->next(state_);
     return value_ != nullptr;
   }
   /// Moves to the previous element; false when there is none.
   bool retreat() {
-    if (collection_ != nullptr)
+    if (collection_)
       value_ = collection_->prev(state_);
     return value_ != nullptr;
   }
@@ -41,7 +41,7 @@ public:
   /// The element under the cursor, or null.
   T *value() const { return value_; }
   /// Its position in an indexed collection; -1 elsewhere and when there is none.
-  int32_t index() const { return value_ != nullptr ? collection_->index_of(state_) : -1; }
+  int32_t index() const { return value_ ? collection_->index_of(state_) : -1; }
 
 private:
   void set(Collection<T> *collection) {

@@ -59,7 +59,7 @@ void IndexedForm::construct(CollectionBase &all, int32_t i, const void *from) co
 void IndexedForm::destroy(CollectionBase &all, int32_t first, int32_t n) const {
   for (int32_t i = first; i < first + n; ++i) {
     void *at = element(all, i);
-    if (at != nullptr && all.type_->destroy != nullptr)
+    if (at && all.type_->destroy)
       all.type_->destroy(at);
     if (boxed_)
       free(at);
@@ -134,8 +134,7 @@ void *IndexedForm::put(CollectionBase &all, int32_t i, bool at_tail, const void 
   // An element that is its own collection's source moves with its cell.
   const uint8_t *source = static_cast<const uint8_t *>(value);
   const uint8_t *block = all.cells_.block;
-  const bool inside =
-      !boxed_ && source != nullptr && all.count > 0 && source >= cell(all, 0) && source < cell(all, all.count);
+  const bool inside = !boxed_ && source && all.count > 0 && source >= cell(all, 0) && source < cell(all, all.count);
   if (!inside) {
     open(all, i, at_tail);
     construct(all, i, value);
@@ -204,7 +203,7 @@ void *IndexedForm::look(const CollectionBase &all, intptr_t place) const {
 void *IndexedForm::step(const CollectionBase &all, CollectionIterator &it, bool forward) const {
   const intptr_t i = forward ? it.next : it.prev;
   void *element = look(all, i);
-  if (element != nullptr)
+  if (element)
     it = {i, i + 1, i - 1};
   else
     place(all, it, forward);

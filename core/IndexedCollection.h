@@ -86,7 +86,7 @@ public:
   /// Removes element `i` and returns a copy of it; out of range a default value, and nothing changes.
   T take_at(int32_t i) {
     const T *element = element_or_null(i);
-    if (element == nullptr)
+    if (!element)
       return T();
     T taken(*element);
     remove_at(i);

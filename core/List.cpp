@@ -24,7 +24,7 @@ void ListForm::place(const CollectionBase &all, CollectionIterator &it, bool at_
 
 void *ListForm::step(const CollectionBase &all, CollectionIterator &it, bool forward) const {
   Node *node = node_at(forward ? it.next : it.prev);
-  if (node == nullptr) {
+  if (!node) {
     place(all, it, forward);
     return nullptr;
   }
@@ -34,7 +34,7 @@ void *ListForm::step(const CollectionBase &all, CollectionIterator &it, bool for
 
 void *ListForm::look(const CollectionBase &, intptr_t place) const {
   Node *node = node_at(place);
-  return node != nullptr ? node->value() : nullptr;
+  return node ? node->value() : nullptr;
 }
 
 void *ListForm::add(CollectionBase &all, const void *value, bool in_front) const {
@@ -46,13 +46,13 @@ void *ListForm::add(CollectionBase &all, const void *value, bool in_front) const
 }
 
 void ListForm::clear(CollectionBase &all) const {
-  while (all.nodes_.head != nullptr)
+  while (all.nodes_.head)
     drop(all, all.nodes_.head);
 }
 
 bool ListForm::remove_current(CollectionBase &all, CollectionIterator &it) const {
   Node *node = node_at(it.current);
-  if (node == nullptr)
+  if (!node)
     return false;
   it = {0, number(node->next), number(node->prev)};
   drop(all, node);
@@ -71,20 +71,20 @@ void ListForm::link(CollectionBase &all, Node *node, bool in_front) {
   auto &nodes = all.nodes_;
   node->prev = in_front ? nullptr : nodes.tail;
   node->next = in_front ? nodes.head : nullptr;
-  (node->prev != nullptr ? node->prev->next : nodes.head) = node;
-  (node->next != nullptr ? node->next->prev : nodes.tail) = node;
+  (node->prev ? node->prev->next : nodes.head) = node;
+  (node->next ? node->next->prev : nodes.tail) = node;
   ++all.count;
 }
 
 void ListForm::unlink(CollectionBase &all, Node *node) {
-  (node->prev != nullptr ? node->prev->next : all.nodes_.head) = node->next;
-  (node->next != nullptr ? node->next->prev : all.nodes_.tail) = node->prev;
+  (node->prev ? node->prev->next : all.nodes_.head) = node->next;
+  (node->next ? node->next->prev : all.nodes_.tail) = node->prev;
   --all.count;
 }
 
 void ListForm::drop(CollectionBase &all, Node *node) {
   unlink(all, node);
-  if (all.type_->destroy != nullptr)
+  if (all.type_->destroy)
     all.type_->destroy(node->value());
   free(node);
 }

@@ -8,7 +8,7 @@ namespace korb {
 bool MemoryStream::Read(void *destination, int32_t count) {
   if (count < 1)
     return count == 0;
-  if (destination == nullptr)
+  if (!destination)
     return false;
   const int32_t here = position_ < 0 || position_ > length() ? length() : position_;
   const int32_t left = length() - here;
@@ -36,10 +36,10 @@ bool MemoryStream::HasMore() const {
 bool MemoryStream::Write(const void *source, int32_t count) {
   if (count < 1)
     return count == 0;
-  if (source == nullptr || position_ < 0)
+  if (!source || position_ < 0)
     return false;
   const char *from = static_cast<const char *>(source);
-  const bool inside = data() != nullptr && from >= data() && from < data() + length();
+  const bool inside = data() && from >= data() && from < data() + length();
   const ptrdiff_t offset = inside ? from - data() : 0;
   uint8_t *to = Reserve(count);
   memmove(to, inside ? data() + offset : from, static_cast<size_t>(count));

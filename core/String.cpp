@@ -147,7 +147,7 @@ char &String::at(int32_t i) {
 }
 
 bool String::contains_char(char c) const {
-  return length_ > 0 && memchr(data_, c, static_cast<size_t>(length_)) != nullptr;
+  return length_ > 0 && memchr(data_, c, static_cast<size_t>(length_));
 }
 
 uint32_t String::dword_at(int32_t offset) const {

@@ -10,7 +10,7 @@ namespace korb {
 namespace {
 
 bool IsIn(char c, const char *set) {
-  return c != '\0' && strchr(set, c) != nullptr;
+  return c != '\0' && strchr(set, c);
 }
 
 } // namespace

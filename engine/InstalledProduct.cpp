@@ -32,7 +32,7 @@ bool IsProductInstalled(const String &name, String *location) {
   const ProductKey key(name);
   const bool installed =
       key.IsOpen() && (key.Has(product_value::kUninstallString) || key.Has(product_value::kQuietUninstallString));
-  if (location != nullptr) {
+  if (location) {
     location->clear();
     if (installed)
       key.Read(*location, product_value::kInstallLocation);

@@ -49,7 +49,7 @@ bool CreateShortcut(String &path, const char *target, const char *arguments, con
                     const char *icon) {
   ComSession session;
   IShellLinkA *link = static_cast<IShellLinkA *>(session.Create(CLSID_ShellLink, IID_IShellLinkA));
-  if (link == nullptr)
+  if (!link)
     return false;
   const bool made = FillAndSave(*link, path, target, arguments, working_dir, icon);
   link->Release();

@@ -84,7 +84,7 @@ public:
   OpenCode OpenQuiet(const char *name, FileOptions flags, uint32_t attributes);
   /// Writes a changed memory image back and closes the handle. An unchanged image stays and goes on answering.
   void Close();
-  bool IsOpen() const { return handle_ != nullptr || in_memory_; }
+  bool IsOpen() const { return handle_ || in_memory_; }
 
   /// False with fewer bytes than asked for; those that came are in the buffer.
   bool Read(void *destination, int32_t count) override;

@@ -130,7 +130,7 @@ void CreateMainWindow(HINSTANCE instance, HWND parent) {
     DoWithoutInputMethods();
   RegisterMainClass(instance);
   MainWindow = CreateWindowExA(0, kClassName, "", WS_POPUP, 0, 0, 0, 0, parent, nullptr, instance, nullptr);
-  if (MainWindow == nullptr)
+  if (!MainWindow)
     FatalMessage("Failed to create the window.  Please reboot your machine and try again.");
   ShowWindow(MainWindow, SW_HIDE);
   ShowWindow(MainWindow, SW_MAXIMIZE);
@@ -141,7 +141,7 @@ void CreateMainWindow(HINSTANCE instance, HWND parent) {
 
 void ShowMainTitle() {
   MainTitle = TextLookup(kTextMainTitle);
-  if (MainWindow != nullptr)
+  if (MainWindow)
     InvalidateRect(MainWindow, nullptr, TRUE);
 }
 

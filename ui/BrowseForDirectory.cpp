@@ -38,7 +38,7 @@ bool Choose(BROWSEINFOA &browse, String &path) {
   if (!ask || !path_of)
     return false;
   LPITEMIDLIST chosen = ask(&browse);
-  if (chosen == nullptr)
+  if (!chosen)
     return false;
   const bool has_path = path_of(chosen, text) != FALSE;
   if (has_path)

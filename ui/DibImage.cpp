@@ -30,7 +30,7 @@ int32_t Number(const char *p) {
 
 void DibImage::parse_header(const char *p, int32_t n) {
   width = height = bit_count = color_count = color_size = bits_offset = 0;
-  if (p == nullptr || n < kCoreHeader)
+  if (!p || n < kCoreHeader)
     return;
   int32_t header = Number(p);
   if (header == kCoreHeader) {
@@ -58,7 +58,7 @@ void DibImage::parse_header(const char *p, int32_t n) {
 }
 
 void DibImage::set_block(const char *p, int32_t n) {
-  if (p != nullptr && n > 0 && block.try_assign(p, n))
+  if (p && n > 0 && block.try_assign(p, n))
     parse();
 }
 

@@ -37,7 +37,7 @@ bool DibImage::save(const char *path) const {
 }
 
 void DibImage::draw(HDC hdc, const RECT &rect, uint32_t rop) {
-  if (hdc == nullptr || is_empty() || !has_all_pixels())
+  if (!hdc || is_empty() || !has_all_pixels())
     return;
   const int32_t offset = bits_offset;
   if (block.is_out_of_range(offset))

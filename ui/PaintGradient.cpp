@@ -35,7 +35,7 @@ void FillColor(HDC hdc, const RECT &rect, COLORREF color) {
 
 void PaintGradient(HDC hdc, COLORREF top_color, const RECT &rect, COLORREF bottom_color) {
   static const auto fill = reinterpret_cast<GradientFillFunction>(SystemFunction("msimg32.dll", "GradientFill"));
-  if (fill == nullptr)
+  if (!fill)
     return PaintBands(hdc, top_color, rect, bottom_color);
   TRIVERTEX corners[] = {Vertex(rect.left, rect.top, top_color), Vertex(rect.right, rect.bottom, bottom_color)};
   GRADIENT_RECT area{0, 1};

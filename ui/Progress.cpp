@@ -36,7 +36,7 @@ uint32_t ShownTick = 0; ///< when anything was last shown
 void ShowState() {
   ShownTick = GetTickCount();
   IsPending = false;
-  if (ProgressDialog != nullptr) {
+  if (ProgressDialog) {
     PostMessageA(ProgressBar, PBM_SETPOS, static_cast<WPARAM>(Percent), 0);
     SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText);
     UpdateWindow(ProgressDialog);

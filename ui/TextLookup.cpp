@@ -15,8 +15,8 @@ void SubstituteNames(String &text) {
 
 const char *TextLookup(int32_t number) {
   Array<String> *languages = TextTable.element_or_null(number);
-  String *text = languages != nullptr ? languages->element_or_null(LanguageIndex) : nullptr;
-  if (text == nullptr)
+  String *text = languages ? languages->element_or_null(LanguageIndex) : nullptr;
+  if (!text)
     return "";
   SubstituteNames(*text);
   return text->c_str();
