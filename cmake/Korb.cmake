@@ -1,8 +1,8 @@
 # How the folders are built.
 #
 # Natively only the portable sources exist, with exceptions, so that a test's failure trap can unwind through them. For
-# Windows each folder is built twice: as `<folder>`, with the flags of the small program that ships, and as
-# `<folder>_test`, for the test programs.
+# Windows each folder is built twice: as `<folder>_small`, with the flags of the small program, and ordinarily as
+# `<folder>`, for korbpack and the test programs.
 
 set(KORB_WARNINGS -Wall -Wextra -Wconversion -Wno-sign-conversion -Werror)
 # No path of the build machine goes into a binary.
@@ -22,19 +22,19 @@ set(KORB_STUB_FLAGS -Oz -fno-tree-dominator-opts -fno-partial-inlining -fno-tree
 set(KORB_STUB_LTO -flto -fno-fat-lto-objects -fno-function-sections)
 
 if(KORB_FUZZ)
-  set(KORB_TEST_FLAGS -O1 -g ${KORB_SANITIZERS} -fsanitize=fuzzer-no-link)
+  set(KORB_ORDINARY_FLAGS -O1 -g ${KORB_SANITIZERS} -fsanitize=fuzzer-no-link)
 elseif(KORB_SANITIZE)
-  set(KORB_TEST_FLAGS -O1 -g ${KORB_SANITIZERS})
+  set(KORB_ORDINARY_FLAGS -O1 -g ${KORB_SANITIZERS})
 elseif(WIN32)
-  set(KORB_TEST_FLAGS -O1)
+  set(KORB_ORDINARY_FLAGS -O1)
 else()
   # Inlined virtual calls make this compiler see accesses that never happen.
-  set(KORB_TEST_FLAGS -O2 -Wno-array-bounds)
+  set(KORB_ORDINARY_FLAGS -O2 -Wno-array-bounds)
 endif()
 
 # korb_flags(<target>): what every target outside the small program is built with.
 function(korb_flags target)
-  target_compile_options(${target} PRIVATE ${KORB_COMMON} ${KORB_TEST_FLAGS})
+  target_compile_options(${target} PRIVATE ${KORB_COMMON} ${KORB_ORDINARY_FLAGS})
   target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR})
   if(KORB_SANITIZE OR KORB_FUZZ)
     target_link_options(${target} PUBLIC ${KORB_SANITIZERS})
@@ -48,19 +48,18 @@ function(korb_library folder)
   cmake_parse_arguments(arg "" "" "PORTABLE;WINDOWS;USES" ${ARGN})
   if(WIN32)
     set(sources ${arg_PORTABLE} ${arg_WINDOWS})
+    add_library(${folder}_small STATIC ${sources})
+    target_compile_options(${folder}_small PRIVATE ${KORB_COMMON} ${KORB_STUB_FLAGS} ${KORB_STUB_LTO})
+    target_include_directories(${folder}_small PUBLIC ${CMAKE_SOURCE_DIR})
     add_library(${folder} STATIC ${sources})
-    target_compile_options(${folder} PRIVATE ${KORB_COMMON} ${KORB_STUB_FLAGS} ${KORB_STUB_LTO})
-    target_include_directories(${folder} PUBLIC ${CMAKE_SOURCE_DIR})
-    add_library(${folder}_test STATIC ${sources})
-    korb_flags(${folder}_test)
+    korb_flags(${folder})
     foreach(used ${arg_USES})
+      target_link_libraries(${folder}_small PUBLIC ${used}_small)
       target_link_libraries(${folder} PUBLIC ${used})
-      target_link_libraries(${folder}_test PUBLIC ${used}_test)
     endforeach()
   elseif(arg_PORTABLE)
     add_library(${folder} STATIC ${arg_PORTABLE})
     korb_flags(${folder})
-    add_library(${folder}_test ALIAS ${folder})
     foreach(used ${arg_USES})
       if(TARGET ${used}) # some folders have nothing portable
         target_link_libraries(${folder} PUBLIC ${used})
@@ -153,14 +152,16 @@ function(korb_fuzzer name)
   set_tests_properties(${name} PROPERTIES TIMEOUT ${limit})
 endfunction()
 
-# korb_stub(<name> <source>... USES <library>...): the program that ships. No start files and no C library: a first
-# Windows 95 has none, and the compiler's own use instructions that its machines lack. No relocations: it loads at its
-# base. Time stamps and paths stay out, so the same sources give the same bytes.
+# korb_stub(<name> <source>... USES <folder>... LIBRARIES <library>...): the program that ships, of the small build of
+# the folders. No start files and no C library: a first Windows 95 has none, and the compiler's own use instructions that
+# its machines lack. No relocations: it loads at its base. Time stamps and paths stay out, so the same sources give the
+# same bytes.
 function(korb_stub name)
   cmake_parse_arguments(arg "" "" "USES;LIBRARIES" ${ARGN})
   add_executable(${name} WIN32 ${arg_UNPARSED_ARGUMENTS})
   target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:${KORB_COMMON} ${KORB_STUB_FLAGS} ${KORB_STUB_LTO}>)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  list(TRANSFORM arg_USES APPEND _small)
   target_link_libraries(${name} PRIVATE ${arg_USES} gcc ${arg_LIBRARIES})
   target_link_options(${name} PRIVATE ${KORB_STUB_FLAGS} ${KORB_STUB_LTO} -flto-partition=one -fwhole-program -static -nostartfiles -nodefaultlibs -Wl,-e,_WinMainCRTStartup
     -Wl,--gc-sections,--disable-dynamicbase,--disable-nxcompat,--disable-reloc-section,--no-insert-timestamp
