@@ -21,7 +21,7 @@
 #include "archive/UnpackBlock.h"
 #include "bench/Corpus.h"
 #include "format/Archive.h"
-#include "packer/BlockEncoder.h"
+#include "packer/write/BlockEncoder.h"
 
 using korb::bench::Bytes;
 using korb::bench::ReadFile;

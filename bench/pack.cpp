@@ -16,7 +16,7 @@
 #include "archive/UnpackBlock.h"
 #include "bench/Corpus.h"
 #include "format/Archive.h"
-#include "packer/BlockEncoder.h"
+#include "packer/write/BlockEncoder.h"
 
 #ifndef _WIN32
 #include <sys/resource.h>

@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
-#include "packer/Installer.h"
-#include "packer/ManifestReader.h"
 #include "packer/OutputFiles.h"
-#include "packer/ProductCheck.h"
 #include "packer/ReadFile.h"
-#include "packer/StubImage.h"
+#include "packer/check/ProductCheck.h"
+#include "packer/manifest/ManifestReader.h"
+#include "packer/write/Installer.h"
+#include "packer/write/StubImage.h"
 
 namespace korb::packer {
 

@@ -20,11 +20,11 @@
 #endif
 #include "packer/Build.h"
 #include "packer/CodePage.h"
-#include "packer/InstallerReport.h"
 #include "packer/OutputFiles.h"
 #include "packer/Product.h"
 #include "packer/ReadFile.h"
-#include "packer/Starter.h"
+#include "packer/manifest/Starter.h"
+#include "packer/read/InstallerReport.h"
 
 namespace fs = std::filesystem;
 using namespace korb::packer;

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "packer/InstallerReport.h"
+#include "packer/read/InstallerReport.h"
 #include "tests/support/PackedProduct.h"
 
 using namespace korb;

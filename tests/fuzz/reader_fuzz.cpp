@@ -2,8 +2,8 @@
 // was read before the damage stands within the file.
 #include <cstdlib>
 
-#include "packer/InstallerReader.h"
-#include "packer/VersionResource.h"
+#include "packer/manifest/VersionResource.h"
+#include "packer/read/InstallerReader.h"
 #include "tests/support/FailureTrap.h"
 
 using namespace korb;

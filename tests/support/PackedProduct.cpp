@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "packer/Build.h"
-#include "packer/Installer.h"
-#include "packer/ManifestReader.h"
+#include "packer/manifest/ManifestReader.h"
+#include "packer/write/Installer.h"
 
 namespace korb::test {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "packer/ConfigWriter.h"
-#include "packer/RecordWriter.h"
+#include "packer/write/ConfigWriter.h"
+#include "packer/write/RecordWriter.h"
 
 namespace korb::test {
 

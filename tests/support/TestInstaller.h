@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "packer/Installer.h"
+#include "packer/write/Installer.h"
 
 namespace korb::test {
 

@@ -3,10 +3,10 @@
 #include <random>
 #include <string>
 
-#include "packer/BlockEncoder.h"
-#include "packer/Checksum.h"
-#include "packer/MatchFinder.h"
-#include "packer/TokenCode.h"
+#include "packer/write/BlockEncoder.h"
+#include "packer/write/Checksum.h"
+#include "packer/write/MatchFinder.h"
+#include "packer/write/TokenCode.h"
 #include "tests/support/ReferenceUnpack.h"
 
 using korb::packer::Bytes;

@@ -3,10 +3,10 @@
 #include <functional>
 
 #include "packer/CodePage.h"
-#include "packer/FileTree.h"
-#include "packer/ManifestReader.h"
-#include "packer/ProductCheck.h"
-#include "packer/Texts.h"
+#include "packer/check/ProductCheck.h"
+#include "packer/manifest/FileTree.h"
+#include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/Texts.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 

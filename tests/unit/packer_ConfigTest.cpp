@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "packer/Checksum.h"
-#include "packer/ConfigWriter.h"
-#include "packer/RecordWriter.h"
+#include "packer/write/Checksum.h"
+#include "packer/write/ConfigWriter.h"
+#include "packer/write/RecordWriter.h"
 #include "tests/support/ReferenceUnpack.h"
 #include "tests/support/TestInstaller.h"
 

@@ -3,8 +3,8 @@
 #include <chrono>
 
 #include "packer/FlagNames.h"
-#include "packer/ManifestReader.h"
-#include "packer/Texts.h"
+#include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/Texts.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 

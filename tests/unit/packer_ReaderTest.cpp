@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "packer/Build.h"
-#include "packer/InstallerReport.h"
-#include "packer/Starter.h"
+#include "packer/manifest/Starter.h"
+#include "packer/read/InstallerReport.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 #include "tests/support/TestInstaller.h"

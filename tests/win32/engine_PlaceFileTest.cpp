@@ -7,7 +7,7 @@
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "files/FileInfo.h"
-#include "packer/RecordWriter.h"
+#include "packer/write/RecordWriter.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Testing.h"
 

@@ -1,0 +1,243 @@
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+#include "format/Kinds.h"
+#include "format/Record.h"
+#include "format/Texts.h"
+#include "format/Words.h"
+#include "packer/Words.h"
+#include "packer/check/ProductCheck.h"
+#include "packer/check/TextRules.h"
+
+namespace korb::packer {
+
+namespace {
+
+constexpr size_t kMaxPath = 259;
+constexpr char kHome[] = "%installdir%\\";
+
+class FileChecker {
+public:
+  FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {
+    for (const Deletion &deletion : product.deletions)
+      if (deletion.options & kDeleteAtRestart)
+        deleted_later_.emplace(ComparablePath(deletion.name, kHome), &deletion);
+  }
+
+  void Check(const FileEntry &file) {
+    file_ = &file;
+    has_path_ = file.target.find('\\') != file.target.npos;
+    name_ = file.target.empty() || has_path_ ? file.name : file.target;
+    CheckName();
+    CheckTarget();
+    CheckKind();
+    CheckShortcut();
+    CheckDate();
+    if (file.attributes & ~kSettableAttributes)
+      Warn("only the attributes 0x1127 are given to a file");
+    const std::string destination = Destination();
+    CheckTwice(destination);
+    CheckDeletedLater(destination);
+  }
+
+private:
+  void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
+  void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
+
+  bool Is(uint32_t kind) const { return file_->kind == kind; }
+  const KindRow &Kind() const { return RowOf(file_->kind); }
+  bool WantsShortcut() const {
+    return Kind().shortcuts == KindShortcuts::InStartupFolder ||
+           (Kind().shortcuts == KindShortcuts::AsAsked && (file_->flags & FF_SHORTCUTS));
+  }
+
+  void CheckName() {
+    if (file_->name.empty())
+      return Error("it has no name");
+    if (HoldsIllegalCharacter(name_) || name_.front() == '\\' || name_.back() == '\\')
+      Error("'" + name_ + "' is no relative path that Windows could have");
+    if (("\\" + name_ + "\\").find("\\..\\") != std::string::npos)
+      Error("'..' in a name leads out of the product's directory: use 'target'");
+    if (HasUnusablePart())
+      Error("a part of '" + name_ + "' is a device, or ends in a dot or a space, which Windows drops");
+    for (const std::string *text : {&file_->name, &file_->target})
+      if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
+        Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
+    CheckVariables(file_->arguments, file_->place, "file '" + file_->name + "': ", findings_);
+    if (PathLength() > kMaxPath)
+      Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
+    const bool own_folder = Kind().folder != KindFolder::Product || (file_->flags & FF_UNINSTALL_DIR);
+    if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
+      Warn("the folder in its name is not created there: the file fails unless the folder exists");
+  }
+
+  void CheckTarget() {
+    const std::string &target = file_->target;
+    const std::string what = "file '" + file_->name + "': ";
+    const auto is_in_target = [&](std::string_view variable) { return ContainsNoCase(target, variable); };
+    if (has_path_)
+      CheckPathText(target, file_->place, what, findings_);
+    else
+      CheckVariables(target, file_->place, what, findings_);
+    if (!has_path_ && std::any_of(std::begin(kPathVariables), std::end(kPathVariables), is_in_target))
+      Warn("the target '" + target +
+           "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
+    if (has_path_ && target.find(':') == 1 && (target[0] | 0x20) != 'c' && MayBeReplacedLater())
+      Warn("if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
+           target.substr(0, 2) + " as well");
+  }
+
+  // Whether a file that is in use waits for the next start.
+  bool MayBeReplacedLater() const { return product_.Has(IF_REPLACE_IN_USE) || Kind().replaced != KindReplaced::Always; }
+
+  bool HasUnusablePart() const {
+    for (size_t begin = 0; begin <= name_.size();) {
+      const size_t end = std::min(name_.find('\\', begin), name_.size());
+      const std::string part = name_.substr(begin, end - begin);
+      if (IsDeviceName(part) || part.ends_with(' ') || (part.ends_with('.') && part != ".."))
+        return true;
+      begin = end + 1;
+    }
+    return false;
+  }
+
+  // Of the whole path, with the directory that is proposed on most systems; variables count as they are written.
+  size_t PathLength() const {
+    constexpr size_t kProgramFiles = 17; // C:\Program Files and a backslash
+    const std::string &directory = product_.install_dir.empty() ? product_.name : product_.install_dir;
+    const std::string &path = has_path_ ? file_->target : name_;
+    const bool is_full = has_path_ && (path[0] == '%' || path.find(':') == 1);
+    return is_full ? path.size() : kProgramFiles + directory.size() + 1 + path.size();
+  }
+
+  void CheckKind() {
+    switch (file_->kind) {
+    case KindProgram:
+    case KindStartup:
+      return;
+    case KindShared:
+      if (!product_.Has(IF_UNINSTALL))
+        Error("a shared file needs an uninstaller: without one there is no directory for shared files");
+      return;
+    case KindFont:
+      return CheckFont();
+    case KindSystem:
+    case KindSystemCom:
+      if (file_->date.month == 0)
+        Warn("without a date it never replaces a file that is there");
+      if (HoldsHugeNumber(file_->label))
+        Error("a number of its version doesn't fit into 32 bits");
+      return;
+    default:
+      if (!HasDestination(file_->kind, file_->flags, file_->target))
+        Error("kind " + std::to_string(file_->kind) + " has no folder of its own: give a 'target' with a folder");
+    }
+  }
+
+  // The uninstaller finds a font by what was recorded of it: its face name and a file in the fonts folder, in quotes.
+  void CheckFont() {
+    if (file_->label.empty())
+      Error("a font needs its face name as 'label': without one, no font of the product is removed any more");
+    if (file_->label.find('"') != file_->label.npos || name_.find('"') != name_.npos)
+      Error("neither the face name nor the name of a font may hold a quote");
+    if (name_.find('\\') != name_.npos || has_path_ || (file_->flags & FF_UNINSTALL_DIR))
+      Error("a font can only go to the fonts folder itself");
+  }
+
+  void CheckShortcut() {
+    if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
+      Warn("its icon is left out, since only desktop and start menu shortcuts have one");
+    if (!WantsShortcut()) {
+      if (file_->flags & FF_SHORTCUTS)
+        Warn("its shortcuts are left out: only kinds program and startup have those");
+      return;
+    }
+    if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
+      Error("'" + file_->label + "' can't be the file name of a shortcut");
+    if (!file_->label.empty()) {
+      const uint32_t where = Is(KindStartup) ? 0 : file_->flags & FF_SHORTCUTS;
+      const auto [before, is_new] =
+          titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
+      if (!is_new)
+        Warn("its shortcut has the title of an earlier one, which it replaces");
+    }
+    for (const Language &language : product_.languages)
+      if (file_->label.empty() &&
+          (language.texts.size() <= kTextShortcutTitle || IsBlank(language.texts[kTextShortcutTitle])))
+        Error("its shortcut has no title, and text 38 (shortcut_title) of '" + language.name + "' is blank");
+  }
+
+  void CheckDate() {
+    const FileTime &date = file_->date;
+    if (date.month != 0 && (!IsCalendarDay(date.year, date.month, date.day) || date.hour < 0 || date.hour > 23 ||
+                            date.minute < 0 || date.minute > 59 || date.second < 0 || date.second > 59))
+      Error("its date doesn't exist");
+  }
+
+  // Where it goes, to be compared with other paths.
+  std::string Destination() const {
+    const std::string folder = Is(KindShared) ? "%shareddir%\\" : kHome;
+    if (has_path_) {
+      const bool is_folder = file_->target.back() == '\\';
+      return ComparablePath(file_->target, folder) +
+             (is_folder ? LowerCase(name_.substr(name_.find_last_of('\\') + 1)) : std::string());
+    }
+    if (file_->flags & FF_UNINSTALL_DIR)
+      return InUninstallDir(name_);
+    return (Is(KindFont)                          ? "%fontdir%\\"
+            : Kind().folder == KindFolder::System ? "%systemdir%\\"
+                                                  : folder) +
+           LowerCase(name_);
+  }
+
+  std::string InUninstallDir(const std::string &name) const {
+    std::string folder = product_.uninstall_subdir;
+    if (!folder.empty() && folder.back() != '\\')
+      folder += '\\';
+    return kHome + LowerCase(folder + name);
+  }
+
+  void CheckTwice(const std::string &destination) {
+    if (product_.Has(IF_UNINSTALL))
+      for (const std::string &own : {product_.uninstaller_name, std::string(kUninstallDataName),
+                                     std::string(kInstallLogName), std::string(kBackgroundName)})
+        if (destination == InUninstallDir(own))
+          Error("the installer writes its own '" + own + "' there");
+    const auto [before, is_new] = seen_.emplace(destination, file_->place);
+    if (!is_new && !(file_->flags & FF_CONDITION))
+      Warn("it goes to the same place as " +
+           (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
+  }
+
+  // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an order
+  // that Windows 95 to Me turn round.
+  void CheckDeletedLater(const std::string &destination) {
+    const auto found = deleted_later_.find(destination);
+    if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)
+      findings_.Warn(found->second->place,
+                     "old file '" + found->second->name +
+                         "': the product brings a file to the same place; when the old one is in use, the restart may "
+                         "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that");
+  }
+
+  const Product &product_;
+  Findings &findings_;
+  const FileEntry *file_ = nullptr;
+  bool has_path_ = false; // an explicit destination, not only a new name
+  std::string name_;      // under which it is installed
+  std::map<std::string, Place> seen_, titles_;
+  std::map<std::string, const Deletion *> deleted_later_;
+};
+
+} // namespace
+
+void CheckFiles(const Product &product, Findings &findings) {
+  FileChecker checker(product, findings);
+  for (const FileEntry &file : product.files)
+    checker.Check(file);
+  if (product.files.empty())
+    findings.Warn({}, "the product has no files");
+}
+
+} // namespace korb::packer

@@ -1,0 +1,67 @@
+#include "packer/check/TextRules.h"
+
+#include <algorithm>
+#include <chrono>
+#include <set>
+
+#include "format/Record.h"
+
+namespace korb::packer {
+
+bool IsBlank(std::string_view text) {
+  return text.find_first_not_of(" \r\n\t") == text.npos;
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  for (char &c : lower)
+    if (c >= 'A' && c <= 'Z')
+      c = static_cast<char>(c - 'A' + 'a');
+  return lower;
+}
+
+bool ContainsNoCase(std::string_view text, std::string_view part) {
+  return LowerCase(text).find(LowerCase(part)) != std::string::npos;
+}
+
+bool HoldsRecordMarker(std::string_view text) {
+  return ContainsNoCase(text, kStringsHeading) || ContainsNoCase(text, kAssociationsHeading);
+}
+
+bool HoldsIllegalCharacter(std::string_view name) {
+  return std::any_of(name.begin(), name.end(), [](char c) {
+    return static_cast<unsigned char>(c) < 0x20 || std::string_view("<>:\"|?*/").find(c) != std::string_view::npos;
+  });
+}
+
+bool IsDeviceName(std::string_view part) {
+  const std::string stem = LowerCase(part.substr(0, part.find('.')));
+  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
+  return kDevices.contains(stem) ||
+         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
+}
+
+std::string ComparablePath(std::string_view path, const std::string &folder) {
+  const bool is_full = path.starts_with('%') || path.starts_with('\\') || path.find(':') == 1;
+  return (is_full ? std::string() : folder) + LowerCase(path);
+}
+
+bool HoldsHugeNumber(std::string_view text, int64_t most) {
+  int64_t number = 0;
+  for (char c : text) {
+    number = c >= '0' && c <= '9' ? number * 10 + (c - '0') : 0;
+    if (number > most)
+      return true;
+  }
+  return false;
+}
+
+bool IsCalendarDay(int32_t year, int32_t month, int32_t day) {
+  using namespace std::chrono;
+  return year > 0 && year < 10000 && month > 0 && day > 0 &&
+         year_month_day(std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+                        std::chrono::day(static_cast<unsigned>(day)))
+             .ok();
+}
+
+} // namespace korb::packer

@@ -1,0 +1,153 @@
+#include "packer/manifest/ManifestContext.h"
+
+#include <chrono>
+#include <iterator>
+
+#include "format/Archive.h"
+#include "packer/CodePage.h"
+#include "packer/ReadFile.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+FileTime FromSeconds(int64_t seconds) {
+  using namespace std::chrono;
+  const sys_seconds time{std::chrono::seconds(seconds)};
+  const year_month_day day(floor<days>(time));
+  const hh_mm_ss clock(time - floor<days>(time));
+  return {static_cast<int32_t>(day.year()),
+          static_cast<int32_t>(static_cast<unsigned>(day.month())),
+          static_cast<int32_t>(static_cast<unsigned>(day.day())),
+          static_cast<int32_t>(clock.hours().count()),
+          static_cast<int32_t>(clock.minutes().count()),
+          static_cast<int32_t>(clock.seconds().count())};
+}
+
+} // namespace
+
+std::string WithDosLineEnds(const std::string &text) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+      continue;
+    if (text[i] == '\n' || text[i] == '\r')
+      out += "\r\n";
+    else
+      out += text[i];
+  }
+  return out;
+}
+
+std::string ManifestContext::Convert(const std::string &utf8, Place place, int page) {
+  if (page == 0)
+    page = code_page;
+  std::string missing;
+  if (const auto text = ToCodePage(utf8, page, missing)) {
+    if (text->find('\0') != text->npos)
+      findings.Error(place, "a text must not hold a character with the code 0");
+    return *text;
+  }
+  findings.Error(place, missing.empty() ? "the text is no UTF-8"
+                                        : "'" + missing + "' doesn't exist in code page " + std::to_string(page) +
+                                              ", in which the installer will show this text");
+  return {};
+}
+
+std::string ManifestContext::Text(ManifestTable &table, std::string_view key, std::string fallback) {
+  const Place place = table.PlaceOfKey(key);
+  product().places[table.FullName(key)] = place;
+  const auto text = table.Text(key);
+  return text ? Convert(*text, place) : std::move(fallback);
+}
+
+std::string ManifestContext::TextOrFile(const toml::node &node, const std::string &name, int page) {
+  if (const auto *text = node.as_string()) {
+    const std::string &word = text->get();
+    if (std::error_code error;
+        !word.empty() && word.find_first_of(" \t\r\n") == word.npos && fs::is_regular_file(InputPath(word), error))
+      findings.Warn(PlaceOf(node),
+                    "'" + word + "' is the text itself: the file of that name is { file = \"" + word + "\" }");
+    return WithDosLineEnds(Convert(word, PlaceOf(node), page));
+  }
+  ManifestTable table(node.as_table(), name, findings);
+  const auto file = table.Text("file");
+  table.RefuseUnknown();
+  if (!file) {
+    if (!table.Raw() || !table.Raw()->contains("file"))
+      findings.Error(PlaceOf(node), "'" + name + "' has to be a text or { file = \"...\" }");
+    return {};
+  }
+  const auto bytes = ReadInput(*file, table.PlaceOfKey("file"));
+  if (!bytes)
+    return {};
+  std::string text(bytes->begin(), bytes->end());
+  if (text.starts_with("\xEF\xBB\xBF"))
+    text.erase(0, 3);
+  if (text.find('\0') != text.npos)
+    findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is no text: it holds a byte 0");
+  return WithDosLineEnds(IsUtf8(text) ? Convert(text, table.PlaceOfKey("file"), page) : text);
+}
+
+fs::path ManifestContext::InputPath(const std::string &name) const {
+  return folder / PathFromUtf8(name);
+}
+
+std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, Place place) {
+  const fs::path path = InputPath(name);
+  std::error_code error;
+  if (const uintmax_t size = fs::file_size(path, error); !error && size > kMaxFileSize) {
+    findings.Error(place, "the file '" + name + "' is larger than 1 GiB, which no installer can hold");
+    return std::nullopt;
+  }
+  auto bytes = ReadWholeFile(path);
+  if (bytes)
+    manifest.inputs.push_back(path);
+  else
+    findings.Error(place, "can't read the file '" + name + "'" +
+                              (name.find('\\') == name.npos ? "" : "; folders of inputs are divided by '/'"));
+  return bytes;
+}
+
+std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {
+  const toml::node *node = table.Find(key);
+  if (!node)
+    return std::nullopt;
+  FileTime time;
+  if (const auto *moment = node->as_date_time()) {
+    const toml::date &date = moment->get().date;
+    const toml::time &clock = moment->get().time;
+    time = {date.year, date.month, date.day, clock.hour, clock.minute, clock.second};
+    if (moment->get().offset)
+      findings.Error(PlaceOf(*node), "a date is taken as local time wherever the product is installed: leave out the "
+                                     "offset");
+    return time;
+  }
+  if (const auto *date = node->as_date())
+    return FileTime{date->get().year, date->get().month, date->get().day, 0, 0, 0};
+  if (const auto *word = node->as_string(); word && word->get() == "none")
+    return time;
+  if (const auto *word = node->as_string(); from_disk && word && word->get() == "mtime") {
+    *from_disk = true;
+    return time;
+  }
+  findings.Error(PlaceOf(*node), "'" + table.FullName(key) + "' has to be a date such as 2001-02-03, without quotes, " +
+                                     (from_disk ? "\"mtime\" or \"none\"" : "or \"none\""));
+  return std::nullopt;
+}
+
+FileTime ManifestContext::TimeOf(const fs::path &path) const {
+  std::error_code error;
+  const auto written = fs::last_write_time(path, error);
+  if (error)
+    return {};
+  const auto system = std::chrono::file_clock::to_sys(written);
+  int64_t seconds = std::chrono::floor<std::chrono::seconds>(system.time_since_epoch()).count();
+  if (newest)
+    seconds = std::min(seconds, *newest);
+  return FromSeconds(seconds);
+}
+
+} // namespace korb::packer

@@ -1,0 +1,61 @@
+// What the readers of a manifest's parts share. Private to the manifest reader.
+#pragma once
+
+#include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/ManifestTable.h"
+
+namespace korb::packer {
+
+class ManifestContext {
+public:
+  ManifestContext(const std::filesystem::path &path, std::optional<int64_t> newest_date, Findings &report)
+      : folder(path.parent_path()), newest(newest_date), findings(report) {
+    manifest.inputs.push_back(path);
+  }
+
+  Product &product() { return manifest.product; }
+
+  /// `utf8` in the code page of the product, or in `page`; a character that is missing there is reported.
+  std::string Convert(const std::string &utf8, Place place, int page = 0);
+
+  /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. Absent:
+  /// `fallback`.
+  std::string Text(ManifestTable &table, std::string_view key, std::string fallback = {});
+
+  /// A text that stands in the manifest, or in a file: { file = "name" }. A file that is no UTF-8 is taken as being in
+  /// the code page already. Line ends become CR LF.
+  std::string TextOrFile(const toml::node &node, const std::string &name, int page = 0);
+
+  /// The contents of an input file, `name` in UTF-8. Reports what can't be read.
+  std::optional<Bytes> ReadInput(const std::string &name, Place place);
+
+  /// The path of an input, `name` in UTF-8.
+  std::filesystem::path InputPath(const std::string &name) const;
+
+  /// A date and time, or a date alone at midnight, of `key`; "none" gives none. `from_disk`, if given, is set by
+  /// "mtime".
+  std::optional<FileTime> Time(ManifestTable &table, std::string_view key, bool *from_disk = nullptr);
+
+  /// Last write of a file on the disk, in universal time and not after `newest`.
+  FileTime TimeOf(const std::filesystem::path &path) const;
+
+  std::filesystem::path folder;
+  std::optional<int64_t> newest;
+  Findings &findings;
+  Manifest manifest;
+  int code_page = 1252;
+};
+
+/// `text` with CR LF at the end of each line.
+std::string WithDosLineEnds(const std::string &text);
+
+/// The [[file]] and [[tree]] entries, in the order of the manifest.
+void ReadFiles(ManifestContext &context, ManifestTable &root);
+
+/// [[delete]], [[association]], [[uninstall_value]].
+void ReadLists(ManifestContext &context, ManifestTable &root);
+
+/// [texts] and [[language]].
+void ReadLanguages(ManifestContext &context, ManifestTable &root);
+
+} // namespace korb::packer

@@ -1,0 +1,233 @@
+#include "packer/manifest/ManifestReader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+
+#include "packer/CodePage.h"
+#include "packer/FlagNames.h"
+#include "packer/ReadFile.h"
+#include "packer/manifest/ImageFile.h"
+#include "packer/manifest/ManifestContext.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int64_t kMaxI32 = INT32_MAX, kMaxU32 = UINT32_MAX;
+
+void ReadProduct(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  if (const auto page = table.Integer("codepage", 0, 65535)) {
+    if (IsCodePage(static_cast<int>(*page)))
+      context.code_page = static_cast<int>(*page);
+    else
+      context.findings.Error(table.PlaceOfKey("codepage"), "the code page has to be one from 1250 to 1258");
+  }
+  product.name = context.Text(table, "name");
+  product.version = context.Text(table, "version");
+  product.publisher = context.Text(table, "publisher");
+  product.registry_key = context.Text(table, "registry_key");
+  product.master_product = context.Text(table, "master_product");
+  if (table.Find("master_product"))
+    product.flags |= IF_MASTER_PRODUCT;
+  const FileTime expiry = context.Time(table, "expires").value_or(FileTime{});
+  product.expiry = {expiry.year, expiry.month, expiry.day};
+  product.places["product.expires"] = table.PlaceOfKey("expires");
+  product.places["product.excluded_platforms"] = table.PlaceOfKey("excluded_platforms");
+  product.excluded_platforms = static_cast<uint32_t>(table.NamedBits("excluded_platforms", kPlatforms).value_or(0));
+  table.RefuseUnknown();
+}
+
+void ReadInstall(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  product.install_dir = context.Text(table, "directory");
+  product.common_dir = context.Text(table, "common_directory");
+  product.start_menu = context.Text(table, "start_menu");
+  product.desktop_group = context.Text(table, "desktop_group");
+  product.shortcut_mode = static_cast<uint8_t>(table.Named("shortcuts", kShortcutModes, 0, 255).value_or(0));
+  product.min_phase_ms = static_cast<uint16_t>(table.Integer("min_phase_ms", 0, kMaxPhaseMs).value_or(500));
+  table.RefuseUnknown();
+}
+
+void ReadUninstall(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  product.uninstall_subdir = context.Text(table, "directory");
+  product.uninstaller_name = context.Text(table, "program", product.uninstaller_name);
+  product.uninstall_name = context.Text(table, "name");
+  product.uninstaller_date = context.Time(table, "date").value_or(FileTime{});
+  const auto icon = table.Text("icon"), patch = table.Text("patch");
+  product.stub_patch_offset = static_cast<int32_t>(table.Integer("patch_offset", 0, kMaxI32).value_or(0));
+  for (const char *key : {"icon", "patch", "patch_offset"})
+    product.places[std::string("uninstall.") + key] = table.PlaceOfKey(key);
+  table.RefuseUnknown();
+  if (icon && patch)
+    context.findings.Error(table.PlaceOfKey("patch"), "either 'uninstall.icon' or 'uninstall.patch', not both");
+  if (icon) {
+    if (const auto file = context.ReadInput(*icon, table.PlaceOfKey("icon"))) {
+      const auto image = IconImageOf(*file, kStubPatchSize);
+      if (image)
+        product.stub_patch = *image;
+      else
+        context.findings.Error(table.PlaceOfKey("icon"),
+                               "'" + *icon + "' holds no icon of 32 by 32 pixels in 256 colours (2,216 bytes)");
+    }
+  } else if (patch) {
+    if (auto file = context.ReadInput(*patch, table.PlaceOfKey("patch")))
+      product.stub_patch = std::move(*file);
+    if (product.stub_patch.size() != kStubPatchSize)
+      context.findings.Error(table.PlaceOfKey("patch"), "a patch has to have 2,216 bytes");
+  }
+  if (product.stub_patch_offset > 0 && !icon && !patch)
+    context.findings.Error(table.PlaceOfKey("patch_offset"), "there is neither an icon nor a patch to put there");
+}
+
+// "#RRGGBB", or the number that the archive holds, 0x00BBGGRR.
+std::optional<uint32_t> ReadColor(ManifestTable &table, std::string_view key) {
+  const toml::node *node = table.Find(key);
+  if (!node || !node->is_string()) {
+    const auto number = table.Integer(key, 0, kMaxU32);
+    return number ? std::optional(static_cast<uint32_t>(*number)) : std::nullopt;
+  }
+  const std::string &text = node->as_string()->get();
+  uint32_t rgb = 0;
+  const char *end = text.data() + text.size();
+  if (text.size() != 7 || text[0] != '#' || std::from_chars(text.data() + 1, end, rgb, 16).ptr != end) {
+    table.Report().Error(PlaceOf(*node), "'" + table.FullName(key) + "' has to be a colour like \"#1E90FF\"");
+    return std::nullopt;
+  }
+  return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | rgb >> 16;
+}
+
+void ReadAppearance(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  const auto title = ReadColor(table, "title_color"), top = ReadColor(table, "top_color"),
+             bottom = ReadColor(table, "bottom_color");
+  product.places["appearance.title_color"] = table.PlaceOfKey("title_color");
+  product.title_color = title.value_or(0);
+  product.top_color = top.value_or(bottom.value_or(0));
+  product.bottom_color = bottom.value_or(top.value_or(0));
+  if (top || bottom)
+    product.flags |= IF_CUSTOM_COLORS;
+  // A shadow is black, so under a black title it would only look smeared.
+  product.title_shadow =
+      static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(product.title_color != 0 ? 1 : 0));
+  if (const auto name = table.Text("background")) {
+    if (const auto file = context.ReadInput(*name, table.PlaceOfKey("background"))) {
+      if (auto bitmap = BitmapOf(*file))
+        product.background = std::move(*bitmap);
+      else
+        context.findings.Error(table.PlaceOfKey("background"),
+                               "'" + *name + "' is no BMP file of a form that can be shown");
+    }
+  }
+  table.RefuseUnknown();
+}
+
+void ReadPages(ManifestContext &context, ManifestTable table) {
+  for (const auto &[key, pages] :
+       {std::pair{"license", &context.product().license_pages}, std::pair{"readme", &context.product().readme_pages}}) {
+    context.product().places[table.FullName(key)] = table.PlaceOfKey(key);
+    for (const toml::node *page : table.Elements(key))
+      pages->push_back(context.TextOrFile(*page, table.FullName(key)));
+  }
+  table.RefuseUnknown();
+}
+
+void ReadBatches(ManifestContext &context, ManifestTable table) {
+  const std::pair<const char *, std::string Product::*> batches[] = {{"pre_install", &Product::pre_install_batch},
+                                                                     {"post_install", &Product::post_install_batch},
+                                                                     {"final", &Product::final_batch},
+                                                                     {"uninstall_first", &Product::uninstall_batch1},
+                                                                     {"uninstall_last", &Product::uninstall_batch2}};
+  for (const auto &[key, field] : batches)
+    if (const toml::node *node = table.Find(key)) {
+      context.product().places[table.FullName(key)] = PlaceOf(*node);
+      context.product().*field = context.TextOrFile(*node, table.FullName(key));
+    }
+  table.RefuseUnknown();
+}
+
+void ReadPayload(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  product.payload.layout = static_cast<PayloadLayout>(table.Named("layout", kLayouts, 0, 1).value_or(0));
+  product.payload.volume_size =
+      static_cast<int32_t>(table.Named("volume_size", kDiskSizes, kVolumeHeaderSize + 1, kMaxI32).value_or(0));
+  if (const auto size = table.Integer("first_part_size", 0, kMaxI32))
+    product.payload.first_part_size = static_cast<int32_t>(*size);
+  if (product.payload.first_part_size && product.payload.volume_size == 0)
+    context.findings.Error(table.PlaceOfKey("first_part_size"),
+                           "'payload.first_part_size' needs 'payload.volume_size'");
+  product.compression = static_cast<CompressionLevel>(table.Named("compression", kCompressionLevels, 0, 1).value_or(0));
+  product.volume_base_name = context.Text(table, "volume_name", product.volume_base_name);
+  product.volume_serial = static_cast<uint32_t>(table.Integer("volume_serial", INT32_MIN, kMaxU32).value_or(1));
+  table.RefuseUnknown();
+}
+
+// The option word, last: a bit that a value has brought along can still be told otherwise.
+void ReadOptions(ManifestContext &context, ManifestTable table) {
+  Product &product = context.product();
+  product.flags |= static_cast<uint64_t>(table.Integer("raw", INT64_MIN, INT64_MAX).value_or(0));
+  for (const FlagName &flag : kFlagNames) {
+    const auto value = table.Boolean(flag.name);
+    product.places[table.FullName(flag.name)] = table.PlaceOfKey(flag.name);
+    if (value)
+      product.flags = *value ? product.flags | flag.bit : product.flags & ~flag.bit;
+  }
+  table.RefuseUnknown();
+}
+
+void ReadTables(ManifestContext &context, ManifestTable root) {
+  ReadProduct(context, root.Table("product"));
+  ReadInstall(context, root.Table("install"));
+  ReadUninstall(context, root.Table("uninstall"));
+  ReadAppearance(context, root.Table("appearance"));
+  ReadPages(context, root.Table("pages"));
+  ReadBatches(context, root.Table("batch"));
+  ReadPayload(context, root.Table("payload"));
+  ReadOptions(context, root.Table("options"));
+  ReadLists(context, root);
+  ReadLanguages(context, root);
+  ReadFiles(context, root);
+  root.RefuseUnknown();
+}
+
+} // namespace
+
+Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
+  ManifestContext context(path, newest, findings);
+  const auto text = ReadWholeFile(path);
+  if (!text) {
+    findings.Error({}, "can't read the manifest");
+    return context.manifest;
+  }
+  toml::table parsed;
+  try {
+    parsed = toml::parse(std::string_view(reinterpret_cast<const char *>(text->data()), text->size()));
+  } catch (const toml::parse_error &error) {
+    findings.Error(PlaceOf(error.source()), std::string(error.description()));
+    return context.manifest;
+  }
+  context.manifest.was_parsed = true;
+  ReadTables(context, ManifestTable(&parsed, "", findings));
+  return std::move(context.manifest);
+}
+
+const std::set<std::string, std::less<>> &KnownKeys() {
+  static const auto keys = [] {
+    std::set<std::string, std::less<>> asked;
+    Findings findings;
+    findings.asked_keys = &asked;
+    ManifestContext context({}, std::nullopt, findings);
+    const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
+                                          "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                                          "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
+    ReadTables(context, ManifestTable(&least, "", findings));
+    return asked;
+  }();
+  return keys;
+}
+
+} // namespace korb::packer

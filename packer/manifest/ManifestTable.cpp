@@ -1,0 +1,198 @@
+#include "packer/manifest/ManifestTable.h"
+
+#include "packer/check/NearMiss.h"
+#include "packer/manifest/ManifestReader.h"
+
+namespace korb::packer {
+
+namespace {
+
+const char *TypeName(const toml::node &node) {
+  switch (node.type()) {
+  case toml::node_type::table:
+    return "a table";
+  case toml::node_type::array:
+    return "an array";
+  case toml::node_type::string:
+    return "a text";
+  case toml::node_type::integer:
+    return "an integer";
+  case toml::node_type::floating_point:
+    return "a fraction";
+  case toml::node_type::boolean:
+    return "true or false";
+  default:
+    return "a date or time";
+  }
+}
+
+// What to say of a key that its table doesn't know: `suggestion`, unless another table knows that very key.
+std::string Elsewhere(std::string_view key, const std::string &suggestion) {
+  for (const std::string &known : KnownKeys())
+    if (known.ends_with("." + std::string(key)))
+      return "; did you mean '" + known + "'?";
+  return suggestion;
+}
+
+} // namespace
+
+Place PlaceOf(const toml::source_region &source) {
+  return {source.begin.line, source.begin.column, source.path ? *source.path : std::string()};
+}
+
+std::string ManifestTable::FullName(std::string_view key) const {
+  return name_.empty() ? std::string(key) : name_ + "." + std::string(key);
+}
+
+const toml::node *ManifestTable::Find(std::string_view key) {
+  known_.emplace(key);
+  if (findings_.asked_keys)
+    findings_.asked_keys->insert(FullName(key));
+  return table_ ? table_->get(key) : nullptr;
+}
+
+Place ManifestTable::PlaceOfKey(std::string_view key) const {
+  const toml::node *node = table_ ? table_->get(key) : nullptr;
+  return node ? PlaceOf(*node) : PlaceOfTable();
+}
+
+void ManifestTable::WrongType(std::string_view key, const toml::node &node, const char *wanted) {
+  findings_.Error(PlaceOf(node), "'" + FullName(key) + "' has to be " + wanted + ", not " + TypeName(node));
+}
+
+std::optional<std::string> ManifestTable::Text(std::string_view key) {
+  const toml::node *node = Find(key);
+  if (!node)
+    return std::nullopt;
+  if (const auto *text = node->as_string())
+    return text->get();
+  WrongType(key, *node, "a text");
+  return std::nullopt;
+}
+
+std::optional<int64_t> ManifestTable::Integer(std::string_view key, int64_t least, int64_t most) {
+  const toml::node *node = Find(key);
+  if (!node)
+    return std::nullopt;
+  const auto *integer = node->as_integer();
+  if (!integer) {
+    WrongType(key, *node, "an integer");
+    return std::nullopt;
+  }
+  if (integer->get() >= least && integer->get() <= most)
+    return integer->get();
+  findings_.Error(PlaceOf(*node),
+                  "'" + FullName(key) + "' is out of range: " + std::to_string(least) + " to " + std::to_string(most));
+  return std::nullopt;
+}
+
+std::optional<bool> ManifestTable::Boolean(std::string_view key) {
+  const toml::node *node = Find(key);
+  if (!node)
+    return std::nullopt;
+  if (const auto *boolean = node->as_boolean())
+    return boolean->get();
+  WrongType(key, *node, "true or false");
+  return std::nullopt;
+}
+
+std::optional<int64_t> ManifestTable::NamedNode(std::string_view key, const toml::node &node,
+                                                std::span<const NamedValue> names) {
+  const std::string &word = node.as_string()->get();
+  std::vector<std::string_view> words;
+  for (const NamedValue &named : names) {
+    if (named.name == word)
+      return named.value;
+    words.push_back(named.name);
+  }
+  std::string all;
+  for (std::string_view known : words)
+    all += (all.empty() ? "" : ", ") + std::string(known);
+  findings_.Error(PlaceOf(node),
+                  "'" + FullName(key) + "' doesn't know '" + word + "'" + Suggestion(word, words) + " (" + all + ")");
+  return std::nullopt;
+}
+
+std::optional<int64_t> ManifestTable::Named(std::string_view key, std::span<const NamedValue> names, int64_t least,
+                                            int64_t most) {
+  const toml::node *node = Find(key);
+  if (!node)
+    return std::nullopt;
+  if (node->is_integer())
+    return Integer(key, least, most);
+  if (node->is_string())
+    return NamedNode(key, *node, names);
+  WrongType(key, *node, "a word or an integer");
+  return std::nullopt;
+}
+
+std::optional<int64_t> ManifestTable::NamedBits(std::string_view key, std::span<const NamedValue> names) {
+  const toml::node *node = Find(key);
+  if (!node)
+    return std::nullopt;
+  if (node->is_integer())
+    return Integer(key, 0, 0xFFFFFFFF);
+  int64_t bits = 0;
+  for (const toml::node *element : Elements(key)) {
+    if (!element->is_string()) {
+      WrongType(key, *element, "an array of words, or an integer");
+      return std::nullopt;
+    }
+    if (const auto value = NamedNode(key, *element, names))
+      bits |= *value;
+  }
+  return bits;
+}
+
+std::vector<const toml::node *> ManifestTable::Elements(std::string_view key) {
+  const toml::node *node = Find(key);
+  std::vector<const toml::node *> elements;
+  if (node && node->is_array()) {
+    for (const toml::node &element : *node->as_array())
+      elements.push_back(&element);
+  } else if (node) {
+    elements.push_back(node);
+  }
+  return elements;
+}
+
+std::vector<std::string> ManifestTable::Texts(std::string_view key) {
+  std::vector<std::string> texts;
+  for (const toml::node *element : Elements(key)) {
+    if (const auto *text = element->as_string())
+      texts.push_back(text->get());
+    else
+      WrongType(key, *element, "a text or an array of texts");
+  }
+  return texts;
+}
+
+std::vector<const toml::table *> ManifestTable::Tables(std::string_view key) {
+  std::vector<const toml::table *> tables;
+  for (const toml::node *element : Elements(key)) {
+    if (const auto *table = element->as_table())
+      tables.push_back(table);
+    else
+      WrongType(key, *element, "an array of tables");
+  }
+  return tables;
+}
+
+ManifestTable ManifestTable::Table(std::string_view key) {
+  const toml::node *node = Find(key);
+  if (node && !node->is_table())
+    WrongType(key, *node, "a table");
+  return ManifestTable(node ? node->as_table() : nullptr, FullName(key), findings_);
+}
+
+void ManifestTable::RefuseUnknown() {
+  if (!table_)
+    return;
+  const std::vector<std::string_view> words(known_.begin(), known_.end());
+  for (const auto &[key, node] : *table_)
+    if (!known_.contains(key.str()))
+      findings_.Error(PlaceOf(key.source()),
+                      "unknown key '" + FullName(key.str()) + "'" + Elsewhere(key.str(), Suggestion(key.str(), words)));
+}
+
+} // namespace korb::packer

@@ -1,0 +1,153 @@
+#include "packer/manifest/Starter.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "packer/Product.h"
+#include "packer/ReadFile.h"
+#include "packer/check/TextRules.h"
+#include "packer/manifest/FileTree.h"
+#include "packer/manifest/VersionResource.h"
+
+namespace korb::packer {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kHead[] = R"(# What the installer is made of. Build it with
+#
+#     korbpack build MANIFEST
+#
+# A line behind a # is switched off. The manual, docs/manifest.md, tells every key.
+
+[product]
+)";
+
+constexpr char kSettings[] = R"(#publisher = "Who made it"
+
+[install]
+#directory = 'Thing'            # below Program Files; by default the product's name
+#start_menu = 'Maker\Thing'     # by default the publisher and the product's name
+#shortcuts = "all-users"        # by default those of the user who installs
+
+[options]
+replace_in_use = true           # a file in use is replaced at the next start
+compare_versions = true         # tells before installing over an older or newer version
+uninstall_start_menu = true     # shortcut to the uninstaller
+#uninstall = false              # no uninstaller at all
+
+[appearance]
+top_color = "#2A6FB0"
+bottom_color = "#0B2545"
+title_color = "#FFFFFF"
+#background = "picture.bmp"
+
+)";
+
+constexpr char kMore[] =
+    R"(# A file that goes to another place, has shortcuts or other wishes gets an entry of its own, and is then left out of
+# the tree above:
+#
+#[[file]]
+#source = "some.dll"
+#kind = "system"                # program, shared, font, startup, system, system-com
+#
+#[[association]]
+#extension = "thg"
+#class = "Thing.Document"
+#verb = "open"
+#command = '"%InstallDir%\thing.exe" "%1"'
+)";
+
+std::string Quoted(const std::string &text) {
+  std::string out = "\"";
+  for (char c : text)
+    out += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+  return out + "\"";
+}
+
+struct PageKind {
+  const char *key;
+  std::array<std::string_view, 3> words; // that a page's name begins with
+};
+constexpr PageKind kPageKinds[] = {{"license", {"license", "licence", "eula"}},
+                                   {"readme", {"readme", "read me", "read_me"}}};
+
+// Every text file at the top whose name says that it is a page.
+std::string Pages(const std::vector<std::string> &files, const std::string &prefix) {
+  std::string pages = "[pages]\n";
+  for (const PageKind &kind : kPageKinds) {
+    std::string list;
+    for (const std::string &file : files) {
+      const std::string lower = LowerCase(file);
+      if (lower.ends_with(".txt") && std::any_of(kind.words.begin(), kind.words.end(),
+                                                 [&](std::string_view word) { return lower.starts_with(word); }))
+        list += (list.empty() ? "" : ", ") + ("{ file = " + Quoted(prefix + file) + " }");
+    }
+    const std::string key = kind.key;
+    pages += list.empty() ? "#" + key + " = [{ file = \"" + key + ".txt\" }]\n" : key + " = [" + list + "]\n";
+  }
+  return pages + "\n";
+}
+
+// The folder's name, or, when that is one that folders of files have, the name of the folder with the manifest.
+std::string ProductName(const fs::path &folder, const fs::path &home) {
+  const std::string name = ManifestPath(folder.filename());
+  for (const char *usual : {"files", "bin", "build", "dist", "out", "output", "release"})
+    if (LowerCase(name) == usual)
+      return ManifestPath((folder == home ? home.parent_path() : home).filename());
+  return name;
+}
+
+// A program at the top is what users start.
+bool IsStarted(const std::string &file) {
+  const std::string lower = LowerCase(file);
+  return lower.ends_with(".exe") && lower.find('/') == lower.npos && !lower.ends_with("setup.exe") &&
+         !lower.ends_with("uninstall.exe");
+}
+
+} // namespace
+
+std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
+  std::error_code error;
+  if (!fs::is_directory(folder, error))
+    throw PackError("'" + ShowPath(folder) + "' is no folder");
+  const std::vector<std::string> files = ListFiles(folder, {}, {});
+  if (files.empty())
+    throw PackError("there is no file in '" + ShowPath(folder) + "'");
+
+  const fs::path home = fs::weakly_canonical(fs::absolute(manifest)).parent_path();
+  const fs::path top = fs::weakly_canonical(folder);
+  const std::string source = ManifestPath(top.lexically_relative(home));
+  const std::string prefix = source == "." ? std::string() : source + "/";
+  std::string name = ProductName(top, home), version = "1.0", programs;
+  std::replace(name.begin(), name.end(), '"', '\'');
+  for (const std::string &file : files) {
+    if (!IsStarted(file))
+      continue;
+    if (programs.empty())
+      if (const auto bytes = ReadWholeFile(top / PathFromUtf8(file)))
+        version = FileVersionOf(*bytes).value_or(version);
+    programs += "[[file]]\nsource = " + Quoted(prefix + file) +
+                "\nstart_menu = true\n#desktop = true\nlabel = " + Quoted(file.substr(0, file.size() - 4)) + "\n\n";
+  }
+
+  const fs::path installer = fs::path(manifest.filename()).replace_extension(".exe");
+  const bool inside = !ManifestPath(home.lexically_relative(top)).starts_with("..");
+  const std::string where = ManifestPath(home.lexically_relative(top)) == "."
+                                ? std::string()
+                                : ManifestPath(home.lexically_relative(top)) + "/";
+  std::string text = kHead;
+  text.replace(text.find("MANIFEST"), 8, ManifestPath(manifest.filename()));
+  text +=
+      "name = " + Quoted(name) + "\nversion = " + Quoted(version) + "\n" + kSettings + Pages(files, prefix) + programs;
+  text += "[[tree]]\nsource = " + Quoted(source) + "\n";
+  text += inside ? "exclude = [" + Quoted(where + ManifestPath(manifest.filename())) + ", " +
+                       Quoted(where + ManifestPath(installer)) + "]\n"
+                 : "#exclude = [\"*.pdb\", \"old/**\"]\n";
+  return text + "\n" + kMore;
+}
+
+} // namespace korb::packer

@@ -1,0 +1,76 @@
+// Reads a finished installer, with the installer's own code (archive/), so that both always agree on what is in one.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "archive/ArchiveHeader.h"
+#include "archive/ArchiveLocation.h"
+#include "archive/InstallConfig.h"
+#include "archive/PayloadRecord.h"
+#include "packer/Bytes.h"
+#include "packer/read/ReportedDamage.h"
+
+namespace korb::packer {
+
+/// What of an installer is read, in the installer's own order. A part that was read is sound.
+enum class Part {
+  kNone,
+  kSection,       ///< the PE headers led to the archive's section
+  kHeader,        ///< and its header and size table are within their limits
+  kConfiguration, ///< it unpacks, has its checksum, and every field is within its limits
+  kProgram,       ///< the executable part is what it was, where the archive asks for that
+  kPayload,       ///< gathered from all volumes, it has its checksum and unpacks
+  kFiles,         ///< every record has its checksum and a place to go
+  kDeletions,     ///< every date that an old file is compared with is one
+};
+
+/// A volume file that was found beside the installer.
+struct FoundVolume {
+  std::string name; ///< UTF-8
+  int32_t size;     ///< bytes of the file
+};
+
+/// An installer and its volumes. The fields that a run keeps as run-wide values (archive/RunValues.h) are there too, so
+/// only one reader is in use at a time.
+class InstallerReader {
+public:
+  /// Throws PackError when there is no such file, or it is too large to be an installer.
+  explicit InstallerReader(const std::filesystem::path &path);
+  /// An installer that is no file; its volumes lie in `folder`.
+  InstallerReader(Bytes installer, std::filesystem::path folder)
+      : file(std::move(installer)), folder_(std::move(folder)) {}
+  ~InstallerReader();
+  InstallerReader(const InstallerReader &) = delete;
+
+  /// Reads everything, up to the first damage. Any bytes end in a value of `reached`.
+  void Read();
+
+  Part reached = Part::kNone;
+  std::optional<ReportedDamage> damage; ///< why it went no further
+
+  Bytes file;
+  ArchiveLocation location;
+  ArchiveHeader header;
+  InstallConfig config;
+  String background; ///< the bitmap without its file header
+  bool program_as_built =
+      false; ///< the checksum of the executable part; an installer that was signed afterwards loses it
+  int64_t unpacked_size = 0;
+  std::vector<FoundVolume> volumes;
+  std::vector<PayloadRecord> records; ///< their texts and contents stay in this object
+
+private:
+  void ReadParts();
+  ArchiveCursor Section() const;
+  void ReadRecords();
+  void CheckDeletions() const;
+
+  std::filesystem::path folder_;
+  ArchiveCursor cursor_;
+  String payload_; // holds it when it doesn't stand in the file as a whole
+};
+
+} // namespace korb::packer

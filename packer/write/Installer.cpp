@@ -1,0 +1,118 @@
+#include "packer/write/Installer.h"
+
+#include <algorithm>
+
+#include "packer/write/Checksum.h"
+#include "packer/write/ConfigWriter.h"
+#include "packer/write/StubImage.h"
+
+namespace korb::packer {
+
+namespace {
+
+constexpr size_t kMaxInstaller = 0x7FFF0000; // all sizes and positions are signed 32 bits
+
+size_t RoundUp(size_t value, size_t multiple) {
+  return (value + multiple - 1) / multiple * multiple;
+}
+
+// How many payload bytes the executable holds. `head` is what the section holds in front of them.
+size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const StubImage &stub) {
+  if (plan.volume_size == 0 && !plan.first_part_size)
+    return payload;
+  if (plan.volume_size <= kVolumeHeaderSize)
+    throw PackError("a volume needs a size of more than 4 bytes");
+  if (plan.first_part_size) {
+    if (*plan.first_part_size < 0)
+      throw PackError("the size of the first part is negative");
+    return std::min<size_t>(static_cast<size_t>(*plan.first_part_size), payload);
+  }
+  // Without a size of its own, the first part fills an executable that is as large as the other disks' files.
+  const bool in_file = plan.layout == PayloadLayout::kInFile;
+  const size_t begin = stub.SectionFilePos(), alignment = stub.SectionAlignment();
+  size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), begin) - begin;
+  if (!in_file)
+    room -= room % alignment;
+  if (room < (in_file ? RoundUp(head, alignment) : head))
+    throw PackError("the program and the configuration alone are larger than a volume");
+  return std::min(room - head, payload);
+}
+
+void PutHeader(Bytes &out, const StoredConfig &config, const Payload &payload, uint32_t stub_checksum,
+               size_t archive_length) {
+  PutU32(out, kArchiveMagic);
+  PutI32(out, kFormatVersion);
+  PutU32(out, static_cast<uint32_t>(config.block.size()));
+  PutU32(out, config.key);
+  PutU32(out, stub_checksum);
+  PutU32(out, static_cast<uint32_t>(archive_length));
+  PutU32(out, static_cast<uint32_t>(payload.sizes.size()));
+  PutU32(out, static_cast<uint32_t>(payload.stored.size()));
+  PutU32(out, Checksum32(payload.stored));
+  for (int32_t size : payload.sizes)
+    PutI32(out, size);
+  PutBytes(out, config.block);
+}
+
+std::vector<Bytes> CutVolumes(const Product &product, const Bytes &stored, size_t first) {
+  std::vector<Bytes> volumes;
+  const size_t room = static_cast<size_t>(product.payload.volume_size) - kVolumeHeaderSize;
+  for (size_t begin = first; begin < stored.size();) {
+    const size_t end = std::min(begin + room, stored.size());
+    Bytes volume;
+    PutU32(volume, product.volume_serial + static_cast<uint32_t>(volumes.size()));
+    volume.insert(volume.end(), stored.begin() + static_cast<ptrdiff_t>(begin),
+                  stored.begin() + static_cast<ptrdiff_t>(end));
+    volumes.push_back(std::move(volume));
+    begin = end;
+  }
+  return volumes;
+}
+
+} // namespace
+
+Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
+  const StubImage image(stub);
+  const bool in_file = product.payload.layout == PayloadLayout::kInFile;
+  const size_t alignment = image.SectionAlignment();
+  StoredConfig stored = StoreConfig(config);
+  const size_t table_size = header::kSize + 4 * payload.sizes.size();
+  size_t head = table_size + stored.block.size();
+  const size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
+  if (image.SectionFilePos() + RoundUp(head + first, alignment) > kMaxInstaller)
+    throw PackError("the installer would be larger than 2 GiB");
+
+  // A payload in the file runs to the file's very end. When it would end inside the section, which is always full, the
+  // configuration is lengthened instead.
+  const size_t raw = RoundUp(in_file ? head : head + first, alignment);
+  if (in_file && head + first < raw) {
+    stored = StoreConfig(config, stored.block.size() + raw - head - first);
+    head = table_size + stored.block.size();
+  }
+  const size_t used = in_file ? raw : head + first;
+
+  Installer installer;
+  installer.executable = image.WithSection(static_cast<uint32_t>(used), static_cast<uint32_t>(raw));
+  const size_t section = installer.executable.size();
+  installer.executable.reserve(section + std::max(raw, head + first));
+  PutHeader(installer.executable, stored, payload, Checksum32(installer.executable), used);
+  installer.executable.insert(installer.executable.end(), payload.stored.begin(),
+                              payload.stored.begin() + static_cast<ptrdiff_t>(first));
+  installer.executable.resize(std::max(installer.executable.size(), section + raw));
+  installer.tail_size = installer.executable.size() - section - raw;
+  installer.volumes = CutVolumes(product, payload.stored, first);
+  installer.config_size = stored.block.size();
+  installer.payload_size = payload.stored.size();
+  installer.plain_size = payload.plain_size;
+  return installer;
+}
+
+Installer BuildInstaller(const Product &product, const Bytes &stub, const Progress &progress) {
+  return AssembleInstaller(product, WriteConfig(product), WritePayload(product, progress), stub);
+}
+
+std::string VolumeFileName(const Product &product, size_t number) {
+  return product.volume_base_name + std::to_string(number) + ".KRB";
+}
+
+} // namespace korb::packer

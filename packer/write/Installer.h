@@ -1,0 +1,30 @@
+// From a product and the stub to an installer, in memory.
+#pragma once
+
+#include "packer/Product.h"
+#include "packer/write/RecordWriter.h"
+
+namespace korb::packer {
+
+struct Installer {
+  Bytes executable;
+  std::vector<Bytes> volumes; ///< the first is volume number 2
+  size_t config_size = 0;     ///< bytes of the stored configuration
+  size_t payload_size = 0;    ///< bytes of the stored payload, volumes included
+  size_t plain_size = 0;      ///< bytes of the payload before packing
+  size_t tail_size = 0;       ///< bytes behind the section: the uninstaller keeps them
+};
+
+/// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and
+/// stub give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
+/// ProductCheck.h); throws PackError when it can't, or when the stub is unfit.
+Installer BuildInstaller(const Product &product, const Bytes &stub, const Progress &progress = {});
+
+/// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from
+/// elsewhere. Of `product` it takes the payload plan and the volumes' serial.
+Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub);
+
+/// File name of volume `number`, from 2.
+std::string VolumeFileName(const Product &product, size_t number);
+
+} // namespace korb::packer

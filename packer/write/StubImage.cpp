@@ -1,0 +1,117 @@
+#include "packer/write/StubImage.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "packer/PeResources.h"
+
+namespace korb::packer {
+
+namespace {
+
+// Offsets from the optional header.
+constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36, kImageSizeAt = 56,
+                   kHeadersSizeAt = 60, kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
+constexpr uint32_t kPlainOptionalHeader = 96; // bytes in front of the data directories
+constexpr uint16_t kPe32 = 0x10B;
+constexpr uint32_t kCertificateDirectory = 4;
+
+constexpr uint32_t kVirtualSizeAt = 8, kCharacteristicsAt = 36;
+constexpr uint32_t kReadableData = 0x40000040;
+
+constexpr uint32_t kPage = 4096;
+
+uint32_t RoundUp(uint32_t value, uint32_t multiple) {
+  return (value + multiple - 1) / multiple * multiple;
+}
+
+bool IsPowerOfTwo(uint32_t value) {
+  return value != 0 && (value & (value - 1)) == 0;
+}
+
+[[noreturn]] void Refuse(const char *reason) {
+  throw PackError(std::string("the stub ") + reason);
+}
+
+} // namespace
+
+StubImage::StubImage(Bytes stub) : bytes_(std::move(stub)) {
+  if (bytes_.size() < 0x40 || bytes_[0] != 'M' || bytes_[1] != 'Z')
+    Refuse("is no program");
+  if (bytes_.size() > 0x10000000)
+    Refuse("is larger than 256 MiB");
+  pe_ = GetU32(bytes_, pe::kHeaderOffsetAt);
+  if (pe_ < pe::kMinHeaderOffset || pe_ > pe::kMaxHeaderOffset)
+    Refuse("has its PE header at an unusual place, where the installer would take it for damage");
+  if (bytes_.size() < pe_ + pe::kOptionalHeaderAt + kPlainOptionalHeader || std::memcmp(&bytes_[pe_], "PE\0\0", 4) != 0)
+    Refuse("is no PE file");
+  sections_ = GetU16(bytes_, pe_ + pe::kSectionCountAt);
+  table_ = pe_ + pe::kOptionalHeaderAt + GetU16(bytes_, pe_ + pe::kOptionalHeaderSizeAt);
+  if (GetU16(bytes_, pe_ + pe::kOptionalHeaderAt + kMagicAt) != kPe32)
+    Refuse("is no 32-bit program");
+  if (sections_ < pe::kMinSections || sections_ >= pe::kMaxSections)
+    Refuse("has fewer than 4 or more than 98 sections: its uninstaller would take itself for damage");
+  section_alignment_ = OptionalField(kSectionAlignmentAt);
+  file_alignment_ = OptionalField(kFileAlignmentAt);
+  if (!IsPowerOfTwo(section_alignment_) || !IsPowerOfTwo(file_alignment_) || section_alignment_ > 0x100000 ||
+      section_alignment_ < file_alignment_)
+    Refuse("has unusable alignments");
+  if (OptionalField(kImageSizeAt) > 0x40000000)
+    Refuse("is larger than 1 GiB in memory");
+
+  // When the section is cut out, the uninstaller moves the rest of the table up and takes one entry more than there
+  // are along. Both that entry and the new one have to be free.
+  const uint32_t free_begin = table_ + sections_ * pe::kSectionEntrySize;
+  const uint32_t free_end = free_begin + 2 * pe::kSectionEntrySize;
+  uint32_t headers_end = std::min<uint32_t>(OptionalField(kHeadersSizeAt), static_cast<uint32_t>(bytes_.size()));
+  if (free_end > bytes_.size())
+    Refuse("has no room for another section header");
+  for (uint32_t i = 0; i < sections_; ++i) {
+    const uint32_t entry = table_ + i * pe::kSectionEntrySize;
+    if (std::strncmp(reinterpret_cast<const char *>(&bytes_[entry]), kArchiveSectionName, pe::kSectionNameSize) == 0)
+      Refuse("carries an archive already");
+    if (const uint32_t pointer = GetU32(bytes_, entry + pe::kRawPointerAt); pointer != 0)
+      headers_end = std::min(headers_end, pointer);
+  }
+  if (free_end > headers_end ||
+      std::any_of(bytes_.begin() + free_begin, bytes_.begin() + free_end, [](uint8_t byte) { return byte != 0; }))
+    Refuse("has no room for another section header");
+  if (OptionalField(kDirectoryCountAt) > kCertificateDirectory &&
+      table_ >= pe_ + pe::kOptionalHeaderAt + kDirectoriesAt + 40 &&
+      OptionalField(kDirectoriesAt + 8 * kCertificateDirectory) != 0)
+    Refuse("is signed: sign the finished installer instead");
+}
+
+uint32_t StubImage::SectionFilePos() const {
+  return RoundUp(static_cast<uint32_t>(bytes_.size()), std::max(kPage, file_alignment_));
+}
+
+Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
+  Bytes out = bytes_;
+  const uint32_t optional = pe_ + pe::kOptionalHeaderAt;
+  const uint32_t address = RoundUp(OptionalField(kImageSizeAt), section_alignment_);
+  const uint32_t entry = table_ + sections_ * pe::kSectionEntrySize;
+  std::memcpy(&out[entry], kArchiveSectionName, sizeof kArchiveSectionName);
+  SetU32(out, entry + kVirtualSizeAt, used);
+  SetU32(out, entry + pe::kVirtualAddressAt, address);
+  SetU32(out, entry + pe::kRawSizeAt, raw);
+  SetU32(out, entry + pe::kRawPointerAt, SectionFilePos());
+  SetU32(out, entry + kCharacteristicsAt, kReadableData);
+  SetU16(out, pe_ + pe::kSectionCountAt, static_cast<uint16_t>(sections_ + 1));
+  SetU32(out, pe_ + pe::kInitializedDataSizeAt, GetU32(out, pe_ + pe::kInitializedDataSizeAt) + raw);
+  SetU32(out, pe_ + pe::kImageSizeAt, address + RoundUp(used, section_alignment_));
+  // The archive holds a checksum of these headers, so they can't hold one of the archive; 0 means that there is none,
+  // and stays true for the uninstaller, which has the same headers but another body.
+  SetU32(out, optional + kChecksumAt, 0);
+  out.resize(SectionFilePos());
+  return out;
+}
+
+std::optional<uint32_t> StubImage::FindIconImage(uint32_t size) const {
+  for (const Resource &icon : FindResources(bytes_, kIconResource))
+    if (icon.size == size)
+      return icon.offset;
+  return std::nullopt;
+}
+
+} // namespace korb::packer
