@@ -15,8 +15,8 @@ struct DirectoryFacts {
   const String &program_files; ///< the folder of all programs
 };
 
-/// The number of the text by which a directory is refused, the first one that applies; 0 for one that may do. The path is
-/// not empty, and has no blanks around it.
+/// The number of the text by which a directory is refused, the first one that applies; 0 for one that may do. The path
+/// is not empty, and has no blanks around it.
 int32_t RefusalOf(const String &path, const DirectoryFacts &facts);
 
 /// Bytes that files of `sizes` take on a disk, each in whole clusters; a cluster below 1 byte is unknown.

@@ -47,8 +47,8 @@ bool IsRefused() {
   return true;
 }
 
-/// True when there is room, or the user thinks so. A disk that is filled to its last byte is full, and one that can't be
-/// asked has -1 bytes free.
+/// True when there is room, or the user thinks so. A disk that is filled to its last byte is full, and one that can't
+/// be asked has -1 bytes free.
 bool AcceptsRoom(const Vector<int32_t> &sizes) {
   const char drive = DriveLetter(InstallDir);
   if (drive == 0)

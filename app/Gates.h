@@ -1,5 +1,5 @@
-// What must be true before an installation begins. A refusal is reported, and ends the run; in a silent one the report is
-// left out unless the archive asks for its errors.
+// What must be true before an installation begins. A refusal is reported, and ends the run; in a silent one the report
+// is left out unless the archive asks for its errors.
 #pragma once
 
 #include "archive/InstallConfig.h"

@@ -42,7 +42,7 @@ void ReadArchiveHeader(ArchiveCursor &cursor, ArchiveHeader &header) {
   header.payload_size = ReadSize(cursor, DamageCode::PayloadSize);
   header.payload_checksum = cursor.CursorReadU32();
 
-  // A table that passes the end of the block would read as zeros, which are good sizes, two thousand million times over.
+  // A table that passes the end of the block would read as zeros, which are good sizes, two billion times over.
   if (file_count > cursor.left() / 4)
     CorruptInstaller(DamageCode::SizeTable);
   header.sizes.clear();

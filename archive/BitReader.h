@@ -9,9 +9,9 @@ namespace korb {
 /// A place in a row of bits: bit `p` of the block is bit `p & 7` of byte `p >> 3`, counted from the least significant,
 /// and the first bit that is read is the lowest bit of a value. Reads never leave the block.
 ///
-/// The block is the String's data while it is attached, but belongs to the caller: it must be detached before the reader
-/// ends, on every road, or it would be freed. AttachedBlock below sees to that. No String operation may touch the
-/// reader meanwhile, since the block has neither a terminator nor room for one.
+/// The block is the String's data while it is attached, but belongs to the caller: it must be detached before the
+/// reader ends, on every road, or it would be freed. AttachedBlock below sees to that. No String operation may touch
+/// the reader meanwhile, since the block has neither a terminator nor room for one.
 class BitReader : public String {
 public:
   BitReader() = default;
@@ -34,9 +34,9 @@ public:
   /// Reads `n` bits to the lowest bits at `destination`, byte by byte; its other bits keep their value. False, and
   /// nothing moves, for a null destination, an `n` below 1 or too few bits.
   bool ReadBits(void *destination, int32_t n);
-  /// Reads a number of which the width comes first: `base` bits, and `step` more for each 1 in front of a 0, at most 32.
-  /// The end of the data stands for that 0. False when the number isn't there, and for a `base` outside 0 to 64 or a
-  /// `step` outside 1 to 16; the place may have moved then.
+  /// Reads a number of which the width comes first: `base` bits, and `step` more for each 1 in front of a 0, at most
+  /// 32. The end of the data stands for that 0. False when the number isn't there, and for a `base` outside 0 to 64 or
+  /// a `step` outside 1 to 16; the place may have moved then.
   bool ReadVarBits(uint32_t &value, int32_t base, int32_t step);
 
 private:

@@ -12,8 +12,8 @@
 
 namespace korb {
 
-/// Brings the payload together, verifies it, unpacks it with IF_PACKED_PAYLOAD, and leaves `cursor`, which comes in as a
-/// cursor over the section, at the first record in a block of exactly the payload's length.
+/// Brings the payload together, verifies it, unpacks it with IF_PACKED_PAYLOAD, and leaves `cursor`, which comes in as
+/// a cursor over the section, at the first record in a block of exactly the payload's length.
 ///
 /// The block stays in place for the rest of the run: the loaded image (then no byte was copied), `buffer`, or an
 /// unpacked block that nothing frees. Volumes are looked for in `volume_directory`, and asked for until they are

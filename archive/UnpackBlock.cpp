@@ -1,10 +1,10 @@
-// Two decoders take turns. Step reads any token, wherever it stands and whatever is wrong with it; it tests every bound,
-// and it alone decides that a block is bad. FastTokens reads only the common tokens, those whose code fits into the
-// index of a table and longer back references, and only while both blocks are so far from their ends that no bound
+// Two decoders take turns. Step reads any token, wherever it stands and whatever is wrong with it; it tests every
+// bound, and it alone decides that a block is bad. FastTokens reads only the common tokens, those whose code fits into
+// the index of a table and longer back references, and only while both blocks are so far from their ends that no bound
 // needs a test; it stops in front of any other token. Nearly all tokens go its way, nearly all verdicts the other.
 //
-// Neither keeps a buffer of bits: a peek loads the word at the byte of the next bit and shifts it, which costs less than
-// keeping a buffer filled where registers are few, and finds literals as easily as codes.
+// Neither keeps a buffer of bits: a peek loads the word at the byte of the next bit and shifts it, which costs less
+// than keeping a buffer filled where registers are few, and finds literals as easily as codes.
 #include "archive/UnpackBlock.h"
 
 #include <cstdlib>
@@ -144,10 +144,10 @@ private:
 // No bound is tested within the inner loop but that of a back reference too long for the table, which must leave one
 // portion of the output. A token of the table takes at most kMaxTokenBytes of the source, from the
 // byte of its first bit to that of the next token's, and makes no more; so with n such portions left on either side,
-// n - 1 tokens leave one untouched. What a token touches beyond its own bytes lies within that one: the literal copy reads
-// and writes up to 14 bytes too many, a peek reads up to 8, a back reference writes up to 15, and reads as many behind its
-// own source, which lies below `out`. What is written too far is written again by the tokens that follow, since only with
-// them can the block end well.
+// n - 1 tokens leave one untouched. What a token touches beyond its own bytes lies within that one: the literal copy
+// reads and writes up to 14 bytes too many, a peek reads up to 8, a back reference writes up to 15, and reads as many
+// behind its own source, which lies below `out`. What is written too far is written again by the tokens that follow,
+// since only with them can the block end well.
 void Unpacker::FastTokens() {
   const uint8_t *const source = source_;
   uint32_t bit = bit_;

@@ -8,8 +8,8 @@ namespace korb {
 class String;
 
 /// Unpacks the `*size` bytes at `*block`. On success `*block` is a new heap block that the caller frees (free), or null
-/// when it holds nothing, and `*size` its bytes; the packed block stays the caller's. False, and both unchanged, when the
-/// bytes are no packed block, or when its tokens don't add up to exactly the size that it states.
+/// when it holds nothing, and `*size` its bytes; the packed block stays the caller's. False, and both unchanged, when
+/// the bytes are no packed block, or when its tokens don't add up to exactly the size that it states.
 ///
 /// The bytes may be hostile: nothing is read outside the packed block, nothing is written outside the new one, and no
 /// byte of it is left undefined. It is taken at the stated size at once, so a damaged size may end in the report of

@@ -3,8 +3,8 @@
 //
 //     decode [--quick] [--rounds N] [--require RATIO] [--save FILE] [CORPUS]
 //
-// Without CORPUS the data is gathered from this machine's programs, headers, documents, fonts and icons. --save keeps it
-// for a run elsewhere: Wine sees other files, so the 32-bit build is compared with the native one on a saved corpus.
+// Without CORPUS the data is gathered from this machine's programs, headers, documents, fonts and icons. --save keeps
+// it for a run elsewhere: Wine sees other files, so the 32-bit build is compared with the native one on a saved corpus.
 // --require fails the run below that ratio to inflate.
 #include <zlib.h>
 

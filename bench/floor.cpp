@@ -1,6 +1,6 @@
-// The least that putting files on a disk costs: plain calls of the system, no checks, contents mapped as an installer's are.
-// It looks for a window message once, so that it is a program with windows for the system: for one without any, Wine
-// loads half as much, and the start is all that a short run consists of.
+// The least that putting files on a disk costs: plain calls of the system, no checks, contents mapped as an installer's
+// are. It looks for a window message once, so that it is a program with windows for the system: for one without any,
+// Wine loads half as much, and the start is all that a short run consists of.
 //
 //     floor LIST COUNT DIRECTORY       LIST as told in FloorFiles.h; DIRECTORY is made
 #include <windows.h>

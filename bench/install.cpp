@@ -1,11 +1,12 @@
 // How long an installer takes, as a ratio to a floor program that puts the same files in place by plain calls of the
 // system. Both are processes, timed from their start to their end, in turn, round after round; medians are given. An
-// installer opens two windows first, which no number of files changes: the first row is a run for one file, and what the
-// other rows take beyond it is compared as "net".
+// installer opens two windows first, which no number of files changes: the first row is a run for one file, and what
+// the other rows take beyond it is compared as "net".
 //
 //     install [--quick] [--rounds N] [--require] [DIRECTORY]
 //
-// Files go below DIRECTORY, or to E: where that is a memory disk, or to C:. --require fails the run above the limits of the net ratio.
+// Files go below DIRECTORY, or to E: where that is a memory disk, or to C:. --require fails the run above the limits
+// of the net ratio.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

@@ -1,5 +1,5 @@
-// How small the packer makes things, how fast, and in how much memory, as a ratio to zlib's level 9 on the same data; and
-// how time and memory grow from a quarter of the data to the whole.
+// How small the packer makes things, how fast, and in how much memory, as a ratio to zlib's level 9 on the same data;
+// and how time and memory grow from a quarter of the data to the whole.
 //
 //     pack [--quick] [--require] [CORPUS]
 //

@@ -47,8 +47,8 @@ public:
   int32_t hash_index(const K &key) const;
   /// The chain of `key`, or null while there are no chains.
   Chain *chain_for(const K &key) { return buckets_.element_or_null(hash_index(key)); }
-  /// Stores `value` under `key`. True when the key is new; false when it was known, its value is then replaced, and when
-  /// there are no chains, nothing is stored then.
+  /// Stores `value` under `key`. True when the key is new; false when it was known, its value is then replaced, and
+  /// when there are no chains, nothing is stored then.
   bool insert(const K &key, const V &value);
 
   int32_t key_size() const { return sizeof(K); }

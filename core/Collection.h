@@ -12,8 +12,8 @@
 // Ordinary virtual templates would give every instance a table and some thirty bodies of its own, most of which nobody
 // calls, in a program that is to stay tiny. So the templates here hold no code: they turn T* into void* and back.
 // What differs between the kinds is a CollectionForm, one object for each kind; what differs between element types is
-// an ElementType, one constant for each type. A form has virtual slots for what every walk needs, since slots are in the
-// program whether they are called or not; the rest is chosen by the form's kind, and is linked only where it is called.
+// an ElementType, one constant for each type. A form has virtual slots for what every walk needs, since slots are in
+// the program whether they are called or not; the rest is chosen by the form's kind, and linked only where called.
 #pragma once
 
 #include <cstddef>

@@ -17,8 +17,8 @@ struct Date {
   int32_t year = 0;    ///< all digits
   int32_t weekday = 0; ///< 1 Sunday to 7 Saturday
 
-  /// Stores the three and works out the others; a month below 1 leaves those as they are, and a day whose number 32 bits
-  /// can't hold has none and is_invalid.
+  /// Stores the three and works out the others; a month below 1 leaves those as they are, and a day whose number 32
+  /// bits can't hold has none and is_invalid.
   void set(int32_t month_value, int32_t day_value, int32_t year_value);
   /// As `set`; a year of 100 or below goes to the century that brings it nearest to `current_year`.
   void set_expanded(int32_t month_value, int32_t day_value, int32_t year_value, int32_t current_year);

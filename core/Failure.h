@@ -33,11 +33,12 @@ template <class... T>
   FatalFormatArgs(format, PackedArgs<sizeof...(T)>(values...));
 }
 
-/// An impossible state in the program itself. `module` and `line` are fixed marks in the message, not real source lines,
-/// so that one fault keeps one report over all versions.
+/// An impossible state in the program itself. `module` and `line` are fixed marks in the message, not real source
+/// lines, so that one fault keeps one report over all versions.
 [[noreturn]] void InternalError(const char *module, int32_t line);
 
-/// Damage in the archive, by the number that people look up (format/Damage.h). The text comes from the archive's own text table once that is loaded, and is built in before.
+/// Damage in the archive, by the number that people look up (format/Damage.h). The text comes from the archive's own
+/// text table once that is loaded, and is built in before.
 [[noreturn]] void CorruptInstaller(DamageCode code);
 
 /// A wrong command line: shows `text` with the usage and ends the process.
@@ -46,8 +47,9 @@ template <class... T>
 /// Takes a finished argument list; ReportError below is the way to call it.
 void ReportErrorArgs(const char *format, const FormatArgs &args);
 
-/// A refusal or fault that does not end the process by itself: shows a box, unless the text is blank (nothing but space,
-/// CR, LF and TAB), or the run is silent and the archive did not ask for its errors. Returns once the box is answered.
+/// A refusal or fault that does not end the process by itself: shows a box, unless the text is blank (nothing but
+/// space, CR, LF and TAB), or the run is silent and the archive did not ask for its errors. Returns after the
+/// answer.
 template <class... T>
 void ReportError(const char *format, const T &...values) {
   ReportErrorArgs(format, PackedArgs<sizeof...(T)>(values...));

@@ -55,8 +55,8 @@ private:
 
 /// Appends the formatted text to `out`. Conversions: `%d %i %u %x %X %o %c` of an integer of either sign and any width
 /// (the modifiers h, l, ll, L, I64 are read and don't matter), `%s` of a text, `%f %e %g` of a double, `%%`; with the
-/// flags `- + 0 # space`, a width and a precision, `*` for either. The result ends at its first NUL and at 65,535 bytes.
-/// A format that does not match its arguments is appended as it stands. A null format is empty.
+/// flags `- + 0 # space`, a width and a precision, `*` for either. The result ends at its first NUL and at 65,535
+/// bytes. A format that does not match its arguments is appended as it stands. A null format is empty.
 void AppendFormat(String &out, const char *format, const FormatArgs &args);
 
 } // namespace korb

@@ -100,8 +100,8 @@ public:
     this->clear();
     set_count(n);
   }
-  /// Takes element `from` out and puts it back at `to`, behind it. Both are limited to valid positions; `from` not below
-  /// `to` does nothing.
+  /// Takes element `from` out and puts it back at `to`, behind it. Both are limited to valid positions; `from` not
+  /// below `to` does nothing.
   void move_down(int32_t from, int32_t to) { form().move_down(*this, from, to); }
   /// Takes element `to` out and puts it back at `from`, in front of it. Limits as with move_down.
   void move_up(int32_t from, int32_t to) { form().move_up(*this, from, to); }

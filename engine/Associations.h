@@ -10,8 +10,8 @@ namespace korb {
 void CreateProductKeys(const String &product_registry);
 
 /// Makes each association that holds for the language in force, and notes it in AssociationLines, whatever came of it.
-/// One whose command could not be written goes to ErrorReport. Existing texts are backed up first. Extensions, classes and
-/// commands are completed in place.
+/// One whose command could not be written goes to ErrorReport. Existing texts are backed up first. Extensions, classes
+/// and commands are completed in place.
 void RegisterAssociations(Vector<FileAssociation> &associations);
 
 } // namespace korb

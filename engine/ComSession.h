@@ -13,8 +13,8 @@ public:
   ComSession(const ComSession &) = delete;
   ComSession &operator=(const ComSession &) = delete;
 
-  /// An object of the class, made in this process, with the interface that the caller releases. Null when the system has
-  /// no such object or the session did not start.
+  /// An object of the class, made in this process, with the interface that the caller releases. Null when the system
+  /// has no such object or the session did not start.
   void *Create(const CLSID &object, const IID &interface_id);
 
 private:

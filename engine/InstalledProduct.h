@@ -5,8 +5,8 @@
 
 namespace korb {
 
-/// True when a product of this uninstall name can be uninstalled, its own way or silently. `location`, unless it is null,
-/// gets its directory, which may be empty; otherwise it is emptied.
+/// True when a product of this uninstall name can be uninstalled, its own way or silently. `location`, unless it is
+/// null, gets its directory, which may be empty; otherwise it is emptied.
 bool IsProductInstalled(const String &name, String *location);
 
 /// The earlier installation of the product that is being installed.

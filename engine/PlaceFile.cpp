@@ -29,8 +29,8 @@ enum class WriteResult { Written, Damaged, Refused };
 /// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
 ///
 /// On a fixed drive the date is given by the handle that writes: opening a small file again costs as much as its write.
-/// Elsewhere what comes late could put the present time over it, so all is on its way before the date is set. A file that
-/// is read back is opened again everywhere, since one that turns out damaged must not look like the file it should be.
+/// Elsewhere what comes late could put the present time over it, so all is on its way before the date is set. A file
+/// that is read back is opened again everywhere, since one that turns out damaged must not look like the right file.
 WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size, const FileDate &date) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {

@@ -6,8 +6,8 @@
 
 namespace korb {
 
-/// Deletes the files and keys that the lines of `entries` name, in their order, then the directories, inner ones first, with
-/// those above them that are empty by then; other than InstallDir and what is not empty. Shows its course.
+/// Deletes the files and keys that the lines of `entries` name, in their order, then the directories, inner ones first,
+/// with those above them that are empty by then; other than InstallDir and what is not empty. Shows its course.
 ///
 /// A file that can't be deleted gets a line in `report` and goes to UninstallList, which is empty before. What is
 /// missing, and a directory that stays, are no failures.

@@ -66,8 +66,8 @@ bool RestoreClass(const FileAssociation &association, const String &backup_name)
   if (key.Open(HandleOf(RegistryRoot::ClassesRoot), association.file_class, RK_OPEN_ONLY) == KEY_NOT_OPENED)
     return false;
   RestoreDefault(key, backup_name);
-  // A class with an icon is taken for the product's own. Its icon's key stays open, so no verb is found below it, and it
-  // is the icon's subkeys that are counted: there are none, and the class goes as a whole.
+  // A class with an icon is taken for the product's own. Its icon's key stays open, so no verb is found below it, and
+  // it is the icon's subkeys that are counted: there are none, and the class goes as a whole.
   if (key.OpenChild("DefaultIcon", RK_OPEN_ONLY) != KEY_NOT_OPENED)
     RestoreDefault(key, backup_name);
   RestoreShell(key, association.verb, backup_name);

@@ -1,5 +1,5 @@
-// The text that keeps which shared files a product has counted: entries in quotes, joined by semicolons. After the path
-// in an entry come its marks.
+// The text that keeps which shared files a product has counted: entries in quotes, joined by semicolons. After the
+// path in an entry come its marks.
 #pragma once
 
 #include "core/String.h"

@@ -69,8 +69,8 @@ void ShortcutMaker::Make(ShortcutRecord &record) {
     MakeIn(Startup(all_users_), record, "Startup Shortcut");
 }
 
-/// The folder is listed whatever became of it, and for shortcuts that stay too: the uninstall leaves a folder alone that
-/// holds anything.
+/// The folder is listed whatever became of it, and for shortcuts that stay too: the uninstall leaves a folder alone
+/// that holds anything.
 const String &ShortcutMaker::DesktopGroup() {
   if (desktop_group_.is_empty()) {
     desktop_group_ = PathJoin(Desktop(all_users_), config_.desktop_group);

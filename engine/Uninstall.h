@@ -9,8 +9,8 @@ namespace korb {
 /// ended. True when nothing is left to do, and the uninstaller's own file may go.
 ///
 /// False when there is no such product or its record can't be used, in which case nothing has changed; and when a file
-/// could not be removed: the record then holds what stayed, and a second run may finish it. A user who declines ends the
-/// process.
+/// could not be removed: the record then holds what stayed, and a second run may finish it. A user who declines ends
+/// the process.
 bool RunUninstall(const String &name);
 
 } // namespace korb

@@ -67,9 +67,9 @@ struct FileLock {
 template <>
 inline constexpr const char *TypeName<FileLock> = "FileLock";
 
-/// Sizes and positions are signed 32 bits: a file of 2 GiB or more is out of reach, and says -1 for its size. Operations
-/// with a boolean result are true on success. What Open, Read and Write refuse leaves a sentence in error_text; the others
-/// leave one only by those.
+/// Sizes and positions are signed 32 bits: a file of 2 GiB or more is out of reach, and says -1 for its size.
+/// Operations with a boolean result are true on success. What Open, Read and Write refuse leaves a sentence in
+/// error_text; the others leave one only by those.
 class DiskFile final : public ByteStream {
 public:
   DiskFile();

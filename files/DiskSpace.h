@@ -7,8 +7,8 @@ namespace korb {
 
 /// True when the system knows the drive that the first character of `path` names, a disk in it or not.
 bool DriveExists(const char *path);
-/// True when that drive is a fixed one of this machine: not removable, not on the network, and known to the system, which
-/// is asked only where the letter is not that of the call before.
+/// True when that drive is a fixed one of this machine: not removable, not on the network, and known to the system,
+/// which is asked only where the letter is not that of the call before.
 bool OnFixedDrive(const char *path);
 /// Bytes on the volume at `root` ("c:\"): free ones, whoever may use them, and all. Either may be null. False when the
 /// system can't say.

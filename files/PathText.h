@@ -54,8 +54,8 @@ inline constexpr bool IsOptionWord<PathOptions> = true;
 /// True when a name holds none of the characters that no file name can have. One pair of quotes around is ignored.
 bool IsLegalPath(const String &path, PathOptions flags = PATH_NONE);
 
-/// Makes `path` absolute against `base`, a full path. False means that it was left as it was (but trimmed): it is empty,
-/// full or a network path, or the base is no full path. "d:foo" against "c:\dir" is "d:\dir\foo".
+/// Makes `path` absolute against `base`, a full path. False means that it was left as it was (but trimmed): it is
+/// empty, full or a network path, or the base is no full path. "d:foo" against "c:\dir" is "d:\dir\foo".
 bool NormalisePath(String &path, const char *base);
 
 /// True when the system delivers such a name and none of this program's walks hides it: not empty, no wildcard and no

@@ -139,7 +139,7 @@ enum UninstallDataKind : uint8_t {
   kUninstallNumber = 4,
 };
 
-// ---- Payload records -------------------------------------------------------------------------------------------------
+// ---- Payload records ------------------------------------------------------------------------------------------------
 //
 //     Name text, DestKind u32 (Kinds.h), FileFlags u32, Attributes u32, contents (as many bytes as the size table says),
 //     Checksum u32 (Checksum32 of the contents), Date FileDate, Label text, Icon text (FF_SHORTCUTS), Arguments text,
@@ -157,13 +157,13 @@ inline constexpr uint32_t FF_PLACE_NEW = 0xC;      ///< only where no file exist
 inline constexpr uint32_t FF_KEEP = 0x20;          ///< left alone at uninstall
 inline constexpr uint32_t FF_UNINSTALL_DIR = 0x40; ///< without a Target, goes to UninstallDir
 
-// ---- Volume files ----------------------------------------------------------------------------------------------------
+// ---- Volume files ---------------------------------------------------------------------------------------------------
 
 inline constexpr int32_t kVolumeHeaderSize = 4; ///< i32 serial; the payload's bytes follow, at least one
 inline constexpr int32_t kFirstVolumeNumber = 2;
 inline constexpr char kVolumeNameFormat[] = "%s%d.KRB"; ///< VolumeBaseName, volume number
 
-// ---- InstallFlags ------------------------------------------------------------------------------------------------------
+// ---- InstallFlags ---------------------------------------------------------------------------------------------------
 
 // The option word of an archive. It travels to the uninstaller through the registry, so a bit keeps its place for ever.
 // Bits without a name are carried along and not read. IF_REBOOT_NEEDED alone is set by a run.

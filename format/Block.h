@@ -8,8 +8,8 @@
 //                           distance not below length
 //     11   fill             a byte, count - kMinFill in kFillCode
 //
-// A number is `n` one bits, a zero bit, and then a value of base + n * step bits. Wider values than kMaxValueBits are cut
-// to that. A writer takes the shortest width that holds the value; a reader takes any.
+// A number is `n` one bits, a zero bit, and then a value of base + n * step bits. Wider values than kMaxValueBits are
+// cut to that. A writer takes the shortest width that holds the value; a reader takes any.
 #pragma once
 
 #include <cstdint>

@@ -5,7 +5,7 @@
 
 namespace korb {
 
-// ---- Path variables: replaced, in any case, in the texts that may hold them --------------------------------------------
+// ---- Path variables: replaced, in any case, in the texts that may hold them -----------------------------------------
 
 namespace path_variable {
 inline constexpr char kBootDrive[] = "%BootDrive%"; ///< with its colon, as %InstallDrive%
@@ -70,7 +70,7 @@ inline constexpr const char *kPathVariableNames[] = {
     path_variable::kWinDir,
 };
 
-// ---- Systems: bits of OsCode, which archives combine to a mask of the systems that they refuse --------------------------
+// ---- Systems: bits of OsCode, which archives combine to a mask of the systems that they refuse ----------------------
 
 inline constexpr uint32_t OS_OTHER = 0x1; ///< everything that came later or is not known
 inline constexpr uint32_t OS_WIN32S = 0x2;
@@ -82,7 +82,7 @@ inline constexpr uint32_t OS_NT_4 = 0x40;
 inline constexpr uint32_t OS_WINDOWS_2000 = 0x80;
 inline constexpr uint32_t OS_WINDOWS_XP = 0x100;
 
-// ---- Attributes of files, by the platform's own numbers -----------------------------------------------------------------
+// ---- Attributes of files, by the platform's own numbers -------------------------------------------------------------
 
 inline constexpr uint32_t kReadOnlyAttribute = 0x1;
 inline constexpr uint32_t kHiddenAttribute = 0x2;

@@ -67,8 +67,8 @@ inline RegistryHandle SoftwareRoot(bool current_user) {
   return HandleOf(current_user ? RegistryRoot::CurrentUser : RegistryRoot::LocalMachine);
 }
 
-/// Keys are opened with full access, for reading too. Each successful open needs a Close; the destructor closes the rest.
-/// Keys are reached by the stack, so paths of the TreeWalker lead nowhere.
+/// Keys are opened with full access, for reading too. Each successful open needs a Close; the destructor closes the
+/// rest. Keys are reached by the stack, so paths of the TreeWalker lead nowhere.
 class RegistryKey final : public TreeWalker<RegistryKey> {
 public:
   RegistryKey();

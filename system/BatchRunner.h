@@ -7,9 +7,9 @@ namespace korb {
 
 /// Writes `script` with the variables of BatchText into a file in `directory`, runs it there under the command
 /// interpreter, hidden or not, waits for its end while the windows stay alive, and deletes the file. A silent run drops
-/// pauses, and so does a hidden one. True when the interpreter ended with 0, which tells little of the script, and for a
-/// blank script. Where the file could not be written or the interpreter not be started it is false, and `log` gets a line
-/// that says so.
+/// pauses, and so does a hidden one. True when the interpreter ended with 0, which tells little of the script, and for
+/// a blank script. Where the file could not be written or the interpreter not be started it is false, and `log` gets a
+/// line that says so.
 bool RunBatch(const String &directory, const String &script, bool hidden, String &log);
 
 } // namespace korb

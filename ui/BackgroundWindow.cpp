@@ -40,8 +40,8 @@ HFONT TitleFont(int height) {
                      PROOF_QUALITY, DEFAULT_PITCH, "Times New Roman");
 }
 
-/// The largest size in which all of the title, taken as one line, is no wider than the window. The font is left selected
-/// and is the caller's; `old_font` is what was selected before, `height` the font's in pixels.
+/// The largest size in which all of the title, taken as one line, is no wider than the window. The font is left
+/// selected and is the caller's; `old_font` is what was selected before, `height` the font's in pixels.
 HFONT SelectTitleFont(HDC hdc, int width, HGDIOBJ &old_font, int &height) {
   for (int size = kLargestTitle;; --size) {
     height = GetDeviceCaps(hdc, LOGPIXELSY) * size / 72;

@@ -10,8 +10,8 @@
 //                                      32  u32 palette colours, 0: all that the bits can name
 //                                          palette of 4-byte colours, pixels
 //
-// Numbers are little-endian. Pixels are never decoded here: the block goes to the system as it stands. The system trusts
-// it, so a block that ends before its pixels do is never handed on.
+// Numbers are little-endian. Pixels are never decoded here: the block goes to the system as it stands. The system
+// trusts it, so a block that ends before its pixels do is never handed on.
 #pragma once
 
 #include <cstdint>

@@ -3,8 +3,8 @@
 
 namespace korb {
 
-/// Shows InstallDir to be changed, by typing or by browsing, and takes over whatever stands there in the end. False, and
-/// InstallDir as it was, when the user declines.
+/// Shows InstallDir to be changed, by typing or by browsing, and takes over whatever stands there in the end. False,
+/// and InstallDir as it was, when the user declines.
 bool ChooseDirectory();
 
 } // namespace korb

@@ -6,8 +6,8 @@
 
 namespace korb {
 
-/// Shows text 63 of the archive and then `pages`, to be accepted one by one. A page that is blank is passed over; in the
-/// others the names of the product and of the system are put in. Ends the run when one is refused.
+/// Shows text 63 of the archive and then `pages`, to be accepted one by one. A page that is blank is passed over; in
+/// the others the names of the product and of the system are put in. Ends the run when one is refused.
 void ShowLicensePages(const Array<String> &pages);
 /// The same with text 64, to be read.
 void ShowReadmePages(const Array<String> &pages);

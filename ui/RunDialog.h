@@ -13,8 +13,8 @@ INT_PTR RunDialog(const char *name, DLGPROC procedure, const void *parameter);
 /// Runs a dialog that has to be left by its default button; otherwise ends the installation.
 void RunPage(const char *name, DLGPROC procedure, const void *parameter);
 
-/// For the procedure of a page: ends the dialog with its button's number when `word`, of WM_COMMAND, tells of a click on
-/// one of the two. Gives whether it was.
+/// For the procedure of a page: ends the dialog with its button's number when `word`, of WM_COMMAND, tells of a click
+/// on one of the two. Gives whether it was.
 BOOL EndOnButton(HWND dialog, WPARAM word);
 
 } // namespace korb

@@ -210,8 +210,8 @@ private:
            (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
   }
 
-  // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an order
-  // that Windows 95 to Me turn round.
+  // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
+  // order that Windows 95 to Me turn round.
   void CheckDeletedLater(const std::string &destination) {
     const auto found = deleted_later_.find(destination);
     if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)

@@ -20,8 +20,8 @@ struct Manifest {
 /// `findings`, all in one run as far as possible; the product is of use only when there is no error among them.
 Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings);
 
-/// Every key that a manifest may hold, with its table in front: "product.name", "file.source". What stands in [texts] is
-/// not among them.
+/// Every key that a manifest may hold, with its table in front: "product.name", "file.source". What stands in [texts]
+/// is not among them.
 const std::set<std::string, std::less<>> &KnownKeys();
 
 } // namespace korb::packer

@@ -1,5 +1,5 @@
-// Any bytes as a packed block: the decoder stays within both blocks and says what the obvious decoder says, with words of
-// either size.
+// Any bytes as a packed block: the decoder stays within both blocks and says what the obvious decoder says, with words
+// of either size.
 #include <cstdlib>
 #include <cstring>
 #include <memory>

@@ -48,8 +48,8 @@ std::optional<Window> WaitForWindow(const std::string &words, int milliseconds =
 /// when there is no such button, or it is disabled.
 bool Click(const Window &window, const std::string &button);
 
-/// Waits for the window with these words, clicks its button, and gives it as it was. Throws std::runtime_error when either
-/// fails.
+/// Waits for the window with these words, clicks its button, and gives it as it was. Throws std::runtime_error when
+/// either fails.
 Window AnswerWindow(const std::string &words, const std::string &button);
 
 /// Types `value` over what an edit control holds.

@@ -9,8 +9,8 @@ namespace korb::test {
 
 /// How a report would have ended the process.
 struct TrappedFailure {
-  std::string text;  ///< what the box would say; empty for a quiet end
-  int32_t code = 0;  ///< damage code of CorruptInstaller, else 0
+  std::string text; ///< what the box would say; empty for a quiet end
+  int32_t code = 0; ///< damage code of CorruptInstaller, else 0
 };
 
 /// Texts of ReportError since the last ClearTrap, in order.

@@ -10,7 +10,7 @@
 
 namespace korb::test {
 
-/// A folder with a manifest and the files that it names. The program without an archive, korb.exe, lies beside the test.
+/// A folder with a manifest and the files that it names. The program without an archive, korb.exe, is beside the test.
 class PackedProduct {
 public:
   /// `manifest` is TOML text; what it names is written with Write before Pack.
@@ -45,8 +45,8 @@ void WriteInstaller(const packer::Product &product, const std::string &path);
 /// The folder that an environment variable of the tests names, on the drive that leads to the machine's own files.
 std::filesystem::path GivenFolder(const char *variable);
 
-/// Builds the example of that name into a folder of its own on C:, and gives its setup.exe. Throws std::runtime_error with
-/// all that the packer complains of.
+/// Builds the example of that name into a folder of its own on C:, and gives its setup.exe. Throws std::runtime_error
+/// with all that the packer complains of.
 std::filesystem::path BuildExample(const std::string &name);
 
 /// The manifest of that name among tests/e2e/products.

@@ -9,8 +9,8 @@
 
 namespace korb::test {
 
-/// By name what it is: a file of C: by its attributes, date and bytes, a directory by its attributes, a key of the registry, or
-/// a value as `key|name` by its type and bytes.
+/// By name what it is: a file of C: by its attributes, date and bytes, a directory by its attributes, a key of the
+/// registry, or a value as `key|name` by its type and bytes.
 using Snapshot = std::map<std::string, std::string>;
 
 /// All of C: but the test's own folders, and all of HKEY_LOCAL_MACHINE and HKEY_USERS.

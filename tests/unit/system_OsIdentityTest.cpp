@@ -1,5 +1,5 @@
-#include "system/OsIdentity.h"
 #include "format/Words.h"
+#include "system/OsIdentity.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("every system has its bit and its name") {
