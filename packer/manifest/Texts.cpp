@@ -25,9 +25,9 @@ const char *const kEnglish[] = {
     /* directory_prompt */ "Choose the directory in which <product> will be installed.",
     /* master_missing */ "<product> can only be installed where %s is installed.",
     /* corrupt */
-    "This installation program is damaged, and the installation cannot proceed.  The usual cause is a faulty "
-    "download.\n\nDelete the file and download it again.  If that does not help, check your system for "
-    "viruses.\n\nError code: %d",
+    ("This installation program is damaged, and the installation cannot proceed.  The usual cause is a faulty "
+     "download.\n\nDelete the file and download it again.  If that does not help, check your system for "
+     "viruses.\n\nError code: %d"),
     /* directory_illegal */ "Enter a full path, such as C:\\Programs.\n\nThis is not a valid directory name:",
     /* uninstalled_caption */ "Uninstall <product>",
     /* drive_missing */ "There is no drive %c:",
@@ -35,8 +35,8 @@ const char *const kEnglish[] = {
     /* directory_program_files */
     "<product> needs a directory of its own.  Choose one below %s, not that directory itself.",
     /* disk_space */
-    "The installation needs more than %s of free space.  Drive %c: has %s.\n\nDo you want to install there all the "
-    "same?",
+    ("The installation needs more than %s of free space.  Drive %c: has %s.\n\nDo you want to install there all the "
+     "same?"),
     /* product_caption */ "<product>",
     /* error_caption */ "Error",
     /* directory_exists */ "The directory %s exists already.\n\nDo you want to install <product> there?",
