@@ -51,7 +51,8 @@ void GiveVolumes(ArchiveRun &run, const packer::Installer &installer) {
 TEST_CASE("the payload comes together from every layout") {
   for (PayloadLayout layout : {PayloadLayout::kInSection, PayloadLayout::kInFile})
     for (bool packed : {false, true})
-      for (auto [first, volume] : {std::pair{0, 0}, {0, 1 << 20}, {1, 5}, {40, 44}}) {
+      for (const auto &sizes : {std::pair{0, 0}, {0, 1 << 20}, {1, 5}, {40, 44}}) {
+        const int first = sizes.first, volume = sizes.second;
         CAPTURE(static_cast<int>(layout));
         CAPTURE(packed);
         CAPTURE(volume);

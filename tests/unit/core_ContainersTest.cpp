@@ -194,13 +194,12 @@ TEST_CASE("a vector's room grows by half around its contents, and shrinks only w
   struct Row {
     int reserve, capacity, front;
   };
-  for (const auto &[n, capacity, front] :
-       {Row{1, 1, 0}, Row{4, 6, 1}, Row{6, 6, 0}, Row{2000, 3000, 500}, Row{500, 3000, 500}, Row{750, 3000, 500},
-        Row{501, 751, 125}, Row{100, 751, 125}}) {
-    CAPTURE(n);
-    all.reserve(n);
-    CHECK(all.capacity() == capacity);
-    CHECK(all.front_room() == front);
+  for (const Row &row : {Row{1, 1, 0}, Row{4, 6, 1}, Row{6, 6, 0}, Row{2000, 3000, 500}, Row{500, 3000, 500},
+                         Row{750, 3000, 500}, Row{501, 751, 125}, Row{100, 751, 125}}) {
+    CAPTURE(row.reserve);
+    all.reserve(row.reserve);
+    CHECK(all.capacity() == row.capacity);
+    CHECK(all.front_room() == row.front);
   }
   all.append("a");
   all.insert(0, "b"); // the front is no roomier than the back

@@ -6,8 +6,8 @@
 
 TEST_CASE("numbers in words") {
   const auto check = [](NumberWordsMode mode, const Rows &rows) {
-    for (const auto &[value, words] : rows)
-      CHECK_MESSAGE(std::string(NumberToWords(std::stod(value), mode)) == words, value, " / ", mode);
+    for (const InOut &row : rows)
+      CHECK_MESSAGE(std::string(NumberToWords(std::stod(row.in), mode)) == row.out, row.in, " / ", mode);
   };
   check(WORDS_WHOLE, {"0 = Zero", "-5 = Negative Five", "-0.5 = Negative Zero", "19.99 = Nineteen", "20 = Twenty",
                       "110 = One Hundred Ten", "1000042 = One Million Forty Two",
