@@ -14,7 +14,7 @@ class Array : public IndexedCollection<T> {
 public:
   constexpr Array() : IndexedCollection<T>(TheArrayForm) {}
   Array(const Array &other) : Array() { *this = other; }
-  Array(Array &&other) : Array() { this->take_over(other); }
+  Array(Array &&other) noexcept : Array() { this->take_over(other); }
   ~Array() { this->clear(); }
   Array &operator=(const Array &other) {
     if (this != &other) {
@@ -24,7 +24,7 @@ public:
     }
     return *this;
   }
-  Array &operator=(Array &&other) {
+  Array &operator=(Array &&other) noexcept {
     this->take_over(other);
     return *this;
   }

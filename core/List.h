@@ -40,7 +40,7 @@ class List : public Collection<T> {
 public:
   constexpr List() : List(TheListForm) {}
   List(const List &other) : List() { this->append_all(other); }
-  List(List &&other) : List() { this->take_over(other); }
+  List(List &&other) noexcept : List() { this->take_over(other); }
   ~List() { this->clear(); }
   List &operator=(const List &other) {
     if (this != &other) {
@@ -49,7 +49,7 @@ public:
     }
     return *this;
   }
-  List &operator=(List &&other) {
+  List &operator=(List &&other) noexcept {
     this->take_over(other);
     return *this;
   }

@@ -12,7 +12,7 @@ class Stack : public List<T> {
 public:
   constexpr Stack() : List<T>(TheStackForm) {}
   Stack(const Stack &other) : Stack() { this->append_all(other); }
-  Stack(Stack &&other) : Stack() { this->take_over(other); }
+  Stack(Stack &&other) noexcept : Stack() { this->take_over(other); }
   Stack &operator=(const Stack &) = default;
   Stack &operator=(Stack &&) = default;
 

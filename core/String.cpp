@@ -43,6 +43,7 @@ String::String(const char *p, int32_t n) : String() {
   assign(p, n);
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes parts of the text itself too.
 String &String::operator=(const String &other) {
   assign(other.data_, other.length_);
   return *this;

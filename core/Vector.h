@@ -17,14 +17,14 @@ public:
 
   constexpr Vector() : IndexedCollection<T>(is_boxed ? TheBoxedVectorForm : TheVectorForm) {}
   Vector(const Vector &other) : Vector() { copy_from(other); }
-  Vector(Vector &&other) : Vector() { this->take_over(other); }
+  Vector(Vector &&other) noexcept : Vector() { this->take_over(other); }
   ~Vector() { this->clear(); }
   Vector &operator=(const Vector &other) {
     if (this != &other)
       copy_from(other);
     return *this;
   }
-  Vector &operator=(Vector &&other) {
+  Vector &operator=(Vector &&other) noexcept {
     this->take_over(other);
     return *this;
   }
