@@ -24,7 +24,7 @@ std::string Show(const Collection<String> &entries) {
 
 } // namespace
 
-TEST_CASE("find") {
+TEST_CASE("a pattern is found by every combination of flags") {
   const struct {
     std::string text;
     const char *pattern;
@@ -66,26 +66,41 @@ TEST_CASE("find") {
       {"xy;", ";!", STRING_ALL, FIND_ANY_OF | FIND_REVERSE, 2},
   };
   for (const auto &row : rows)
-    CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, std::string(row.text), " / ",
+    CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, row.text, " / ",
                   std::string(row.pattern), " / ", row.flags);
-  CHECK(Values{String("abcd").find("bcX", 0, FIND_NONE, 2), String("abcd").find("bc", 0, FIND_NONE, 0),
-               String("abcd").find(nullptr)} == Values{1, -1, -1});
+  CHECK(String("abcd").find("bcX", 0, 0, 2) == 1);
+  CHECK(String("abcd").find("bc", 0, 0, 0) == -1);
+  CHECK(String("abcd").find(nullptr) == -1);
 }
 
-TEST_CASE("single characters and sets") {
+TEST_CASE("a character is found forward and backward, outside quotes on demand") {
   const String text("a\"b\"B.12");
-  CHECK(Values{text.find_char('b'), text.find_char('b', 0, FIND_SKIP_QUOTED)} == Values{2, -1});
+  CHECK(text.find_char('b') == 2);
+  CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED) == -1);
   CHECK(text.find_char('b', 0, FIND_SKIP_QUOTED | FIND_IGNORE_CASE) == 4);
-  CHECK(Values{String("\"b").find_char('b', 0, FIND_SKIP_QUOTED), text.rfind_char('"'), text.rfind_char('"', 2),
-               text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED), text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED),
-               text.rfind_char('a', -1), text.find_any("12")} == Values{-1, 3, 1, -1, 0, -1, 6});
-  CHECK(Values{text.find_any(""), text.find_any("a", 8), text.find_not_in("a\""), text.find_not_in(""),
-               text.find_not_in(nullptr), Make("ab\0"s).find_any("\0x"),
-               Make("ab\0"s).find_not_in("ab")} == Values{-1, -1, 2, 0, -1, -1, 2});
-  CHECK(Values{text.find_number_start(0), String("a\tb").find_space()} == Values{5, 1});
+  CHECK(String("\"b").find_char('b', 0, FIND_SKIP_QUOTED) == -1);
+  CHECK(text.rfind_char('"') == 3);
+  CHECK(text.rfind_char('"', 2) == 1);
+  CHECK(text.rfind_char('b', STRING_ALL, FIND_SKIP_QUOTED) == -1);
+  CHECK(text.rfind_char('a', STRING_ALL, FIND_SKIP_QUOTED) == 0);
+  CHECK(text.rfind_char('a', -1) == -1);
 }
 
-TEST_CASE("line ends") {
+TEST_CASE("the first character in a set, and the first outside it, is found") {
+  const String text("a\"b\"B.12");
+  CHECK(text.find_any("12") == 6);
+  CHECK(text.find_any("") == -1);
+  CHECK(text.find_any("a", 8) == -1);
+  CHECK(text.find_not_in("a\"") == 2);
+  CHECK(text.find_not_in("") == 0);
+  CHECK(text.find_not_in(nullptr) == -1);
+  CHECK(Make("ab\0"s).find_any("\0x") == -1);
+  CHECK(Make("ab\0"s).find_not_in("ab") == 2);
+  CHECK(text.find_number_start(0) == 5);
+  CHECK(String("a\tb").find_space() == 1);
+}
+
+TEST_CASE("a line ends with its break, whichever it is") {
   struct Row {
     const char *text;
     int32_t start;
@@ -102,25 +117,44 @@ TEST_CASE("line ends") {
                   row.flags);
 }
 
-TEST_CASE("replace") {
-  const struct {
-    const char *before, *old, *with;
-    FindOptions flags;
-    int32_t start, max, skip, result;
-    const char *after;
-  } rows[] = {
-      {"aaaa", "aa", "b", FIND_NONE, 0, STRING_ALL, 0, 2, "bb"},
-      {"a.a.a", "a", "bbb", FIND_NONE, 0, STRING_ALL, 0, 3, "bbb.bbb.bbb"},
-      {"a.a.a", "a", "aa", FIND_NONE, 0, STRING_ALL, 0, 3, "aa.aa.aa"}, // what was written is not searched again
-      {"a.a.a", "a", nullptr, FIND_NONE, 0, STRING_ALL, 0, 3, ".."},
-      {"aaa", "a", "", FIND_NONE, 0, STRING_ALL, 0, 3, ""},
-      {"a.a.a", "a", "x", FIND_NONE, 1, STRING_ALL, 0, 2, "a.x.x"},
-      {"a.a.a", "a", "x", FIND_NONE, 0, 1, 1, 2, "a.x.a"},
-      {"a.a.a", "a", "xy", FIND_NONE, 0, 1, 1, 2, "a.xy.a"},
-      {"a.a.a", "a", "xy", FIND_NONE, 0, STRING_ALL, 9, 3, "a.a.a"},
-      {"a.a.a", "a", "x", FIND_NONE, 0, 0, 0, 0, "a.a.a"},
-      {"a.a.a", "", "x", FIND_NONE, 0, STRING_ALL, 0, 0, "a.a.a"},
-      {"ab", "x", "y", FIND_NONE, 0, STRING_ALL, 0, 0, "ab"},
+namespace {
+
+struct Replacement {
+  const char *before, *old, *with;
+  uint32_t flags;
+  int32_t start, max, skip, result;
+  const char *after;
+};
+
+void CheckReplacements(std::initializer_list<Replacement> rows) {
+  for (const Replacement &row : rows) {
+    CAPTURE(row.before);
+    CAPTURE(row.old);
+    CAPTURE(row.with);
+    CAPTURE(row.flags);
+    String text(row.before);
+    CHECK(text.replace(row.old, row.with, row.flags, row.start, row.max, row.skip) == row.result);
+    CHECK(Std(text) == row.after);
+  }
+}
+
+} // namespace
+
+TEST_CASE("a replacement minds its start, its count and what it skips") {
+  CheckReplacements({
+      {"a.a.a", "a", "aa", 0, 0, STRING_ALL, 0, 3, "aa.aa.aa"}, // what was written is not searched again
+      {"a.a.a", "a", nullptr, 0, 0, STRING_ALL, 0, 3, ".."},
+      {"a.a.a", "a", "x", 0, 1, STRING_ALL, 0, 2, "a.x.x"},
+      {"a.a.a", "a", "x", 0, 0, 1, 1, 2, "a.x.a"},
+      {"a.a.a", "a", "xy", 0, 0, 1, 1, 2, "a.xy.a"},
+      {"a.a.a", "a", "xy", 0, 0, STRING_ALL, 9, 3, "a.a.a"},
+      {"a.a.a", "a", "x", 0, 0, 0, 0, 0, "a.a.a"},
+      {"a.a.a", "", "x", 0, 0, STRING_ALL, 0, 0, "a.a.a"},
+  });
+}
+
+TEST_CASE("a replacement of the first only gives its place") {
+  CheckReplacements({
       {"ab", "x", "y", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
       {"ab", "x", "yy", FIND_FIRST_ONLY, 0, STRING_ALL, 0, -1, "ab"},
       {"ab", "b", "y", FIND_FIRST_ONLY, 0, 0, 0, -1, "ab"},
@@ -129,6 +163,11 @@ TEST_CASE("replace") {
       {".a.a", "a", "x", FIND_FIRST_ONLY, 0, STRING_ALL, 1, 3, ".a.x"},
       {".a.a", "a", "xy", FIND_FIRST_ONLY, 0, STRING_ALL, 1, 1, ".a.a"},
       {".a", "a", "x", FIND_FIRST_ONLY, 0, STRING_ALL, 1, -1, ".a"},
+  });
+}
+
+TEST_CASE("a replacement finds what a search with its flags finds, and takes over what wildcards stood for") {
+  CheckReplacements({
       {"a.a", "a", "x", FIND_REVERSE | FIND_RETURN_END, 0, STRING_ALL, 0, 2, "x.x"},
       {"A.a", "a", "xy", FIND_IGNORE_CASE, 0, STRING_ALL, 0, 2, "xy.xy"},
       {"--", "-", "x", FIND_WHOLE_WORD, 0, STRING_ALL, 0, 1, "x-"}, // in place, the neighbour has become a letter
@@ -139,15 +178,12 @@ TEST_CASE("replace") {
       {"a,b;", ",;", "+", FIND_ANY_OF, 0, STRING_ALL, 0, 2, "a+b+"},
       {"a,b;", ",;", "--", FIND_ANY_OF, 0, STRING_ALL, 0, 2, "a--b--"},
       {"a?", "??x", "??", FIND_ANY_OF | FIND_WILDCARD, 0, STRING_ALL, 0, 1, "a??"},
-  };
-  for (const auto &row : rows) {
-    String text(row.before);
-    CHECK_MESSAGE(text.replace(row.old, row.with, row.flags, row.start, row.max, row.skip) == row.result,
-                  std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
-    CHECK_MESSAGE(Std(text) == row.after, std::string(row.before), " / ", std::string(row.old), " / ", row.flags);
-  }
+  });
+}
+
+TEST_CASE("a replacement may be of parts of the string itself, or by a character") {
   String text("abcab");
-  CHECK(text.replace(text.c_str() + 3, text.c_str()) == 2); // both are parts of it
+  CHECK(text.replace(text.c_str() + 3, text.c_str(), 0) == 2);
   CHECK(text == "abcabcabcab");
   CHECK(text.replace_with_char("bc", '-', FIND_NONE, 3) == 2);
   CHECK(text == "abca-a-ab");
@@ -173,14 +209,37 @@ TEST_CASE("replace agrees with a plain model, whatever the lengths") {
   }
 }
 
-TEST_CASE("split") {
-  const struct {
-    std::string text;
-    const char *delimiters;
-    SplitOptions flags;
-    int32_t added;
-    std::string pieces;
-  } rows[] = {
+namespace {
+
+struct Split {
+  std::string text;
+  const char *delimiters;
+  uint32_t flags;
+  int32_t added;
+  std::string pieces;
+};
+
+/// The same pieces come into each kind of collection.
+void CheckSplits(std::initializer_list<Split> rows) {
+  Vector<String> vector;
+  Array<String> array;
+  List<String> list;
+  for (const Split &row : rows)
+    for (Collection<String> *pieces :
+         {static_cast<Collection<String> *>(&vector), static_cast<Collection<String> *>(&array),
+          static_cast<Collection<String> *>(&list)}) {
+      CAPTURE(row.text);
+      CAPTURE(row.flags);
+      pieces->clear();
+      CHECK(Make(row.text).split(*pieces, row.delimiters, row.flags) == row.added);
+      CHECK(Show(*pieces) == row.pieces);
+    }
+}
+
+} // namespace
+
+TEST_CASE("a text is split at delimiters, NULs or lines") {
+  CheckSplits({
       {",a,,", ",", SPLIT_KEEP_EMPTY, 4, "[][a][][]"},
       {",a,,", ",", SPLIT_NONE, 1, "[a]"},
       {"", ",", SPLIT_KEEP_EMPTY, 0, ""},
@@ -192,7 +251,12 @@ TEST_CASE("split") {
       {"a\0b"s, nullptr, SPLIT_NUL_ENDS, 2, "[a][b]"},
       {"a\r\nb\n\rc\n\nd", nullptr, SPLIT_LINES, 4, "[a][b][c][d]"},
       {"a\n\nd\r", nullptr, SPLIT_LINES | SPLIT_KEEP_EMPTY, 4, "[a][][d][]"},
-      {"a\r\nb", ",", SPLIT_NONE, 1, "[a\r\nb]"},
+      {"a\r\nb", ",", 0, 1, "[a\r\nb]"},
+  });
+}
+
+TEST_CASE("pieces are trimmed, and quotes kept together or taken off, as asked") {
+  CheckSplits({
       {" a , b ", ",", SPLIT_TRIM, 2, "[a][b]"},
       {" \" a \" ", ",", SPLIT_TRIM | SPLIT_UNQUOTE, 1, "[a]"},
       {"\"a,b\",c", ",", SPLIT_SKIP_QUOTED, 2, "[\"a,b\"][c]"},
@@ -200,29 +264,24 @@ TEST_CASE("split") {
       {"a,\"b,c", ",", SPLIT_SKIP_QUOTED, 2, "[a][\"b,c]"},
       {"\"a\"\"b\",c\"\"d", ",", SPLIT_UNQUOTE | SPLIT_UNDOUBLE, 2, "[a\"b][c\"\"d]"},
       {"\"a\"\"b\"", ",", SPLIT_UNQUOTE, 1, "[a\"\"b]"},
+  });
+}
+
+TEST_CASE("a doubled delimiter can stand for itself, and a piece be kept once") {
+  CheckSplits({
       {"a,,b,c", ",", SPLIT_DOUBLED_DELIMITER, 2, "[a,,b][c]"},
       {"a,;b", ",;", SPLIT_DOUBLED_DELIMITER | SPLIT_KEEP_EMPTY, 3, "[a][][b]"},
       {"a,b,a,A,b,a", ",", SPLIT_UNIQUE, 6, "[a][b][A]"},
       {"a,a,a", ",", SPLIT_UNIQUE, 3, "[a]"},
-  };
-  for (const auto &row : rows) {
-    const String text = Make(row.text);
-    Vector<String> vector;
-    Array<String> array;
-    List<String> list;
-    for (Collection<String> *pieces :
-         {static_cast<Collection<String> *>(&vector), static_cast<Collection<String> *>(&array),
-          static_cast<Collection<String> *>(&list)}) {
-      CHECK_MESSAGE(text.split(*pieces, row.delimiters, row.flags) == row.added, std::string(row.text), " / ",
-                    row.flags);
-      CHECK_MESSAGE(Show(*pieces) == row.pieces, std::string(row.text), " / ", row.flags);
-    }
-  }
+  });
+}
+
+TEST_CASE("a split adds to what is there, which counts among the unique") {
   Vector<String> lines;
   lines.append("a");
   CHECK(Make("a\n\r\0b"s).split_lines(lines) == 3);
   CHECK(Show(lines) == "[a][a][][b]");
-  CHECK(String("c").split(lines, nullptr, SPLIT_UNIQUE) == 1); // those that were there before count too
+  CHECK(String("c").split(lines, nullptr, SPLIT_UNIQUE) == 1);
   CHECK(Show(lines) == "[a][][b][c]");
 }
 
@@ -235,6 +294,7 @@ TEST_CASE("lines are taken off one by one") {
               {"a\0\nb"s, "[a][][b]", "[a\0][\n][b]"s},
               {"", "", ""}};
   for (const auto &row : rows) {
+    CAPTURE(row.text);
     std::string lines, lines_with_ends;
     for (String text = Make(row.text); !text.is_empty();)
       lines += "[" + Std(text.take_line()) + "]";
@@ -245,7 +305,7 @@ TEST_CASE("lines are taken off one by one") {
   }
 }
 
-TEST_CASE("quoted runs and words are taken off") {
+TEST_CASE("a quoted run is taken out, its doubled quotes made single") {
   const struct {
     const char *text;
     int32_t start;
@@ -262,6 +322,9 @@ TEST_CASE("quoted runs and words are taken off") {
   }
   String many(std::string(4000001, '"').c_str()); // took the rest of the day
   CHECK(many.take_quoted(0).length() == 2000000);
+}
+
+TEST_CASE("words are taken off, quoted ones whole") {
   const struct {
     const char *line, *words;
   } lines[] = {{"  /a /d:\"c:\\my dir\" x", "[/a][/d:\"c:\\my dir\"][x]"},
