@@ -51,38 +51,56 @@ private:
 TEST_CASE("a read past the end gives what is there, then zeros, and moves on") {
   MemoryStream stream = StreamOf("abcdef");
   uint32_t dword = 0;
-  CHECK(Values{stream.ReadU32(dword), dword, stream.ReadU32(dword), dword, stream.Tell(), stream.HasMore()} ==
-        Values{1, 0x64636261, 0, 0x6665, 8, 0});
+  CHECK(stream.ReadU32(dword));
+  CHECK(dword == 0x64636261);
+  CHECK_FALSE(stream.ReadU32(dword));
+  CHECK(dword == 0x6665);
+  CHECK(stream.Tell() == 8);
+  CHECK_FALSE(stream.HasMore());
   uint64_t qword = 5;
-  CHECK(Values{stream.ReadU64(qword), qword, stream.Tell()} == Values{0, 0, 16});
+  CHECK_FALSE(stream.ReadU64(qword));
+  CHECK(qword == 0);
+  CHECK(stream.Tell() == 16);
+}
 
+TEST_CASE("a record is read byte by byte, and no bytes from nowhere") {
+  MemoryStream stream = StreamOf("abcdef");
   struct {
     uint16_t word;
     uint8_t byte[2];
   } record;
-  stream.Skip(-14);
+  stream.Skip(2);
   CHECK(stream.ReadRecord(record));
-  CHECK((record.word == 0x6463 && record.byte[1] == 'f'));
-
-  char buffer[4] = "xyz";
-  CHECK(Values{stream.Read(nullptr, 0), stream.Read(buffer, -1), stream.Read(nullptr, 1), stream.Tell()} ==
-        Values{1, 0, 0, 6});
-  stream.Rewind();
-  stream.Skip(-2); // in front of the beginning is as empty as behind the end
-  CHECK(Values{stream.HasMore(), stream.Read(buffer, 4), buffer[2], stream.Tell()} == Values{0, 0, 0, 2});
-  stream.Skip(INT32_MAX);
-  CHECK(Values{stream.Tell(), stream.Read(buffer, 4), stream.Tell()} == Values{INT32_MAX, 0, INT32_MAX});
+  CHECK(record.word == 0x6463);
+  CHECK(record.byte[1] == 'f');
+  char buffer[1];
+  CHECK(stream.Read(nullptr, 0));
+  CHECK_FALSE(stream.Read(buffer, -1));
+  CHECK_FALSE(stream.Read(nullptr, 1));
+  CHECK(stream.Tell() == 6);
 }
 
-TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
-  MemoryStream stream = StreamOf(std::string("one\0\0cut", 8));
+TEST_CASE("before the beginning it is as empty as after the end") {
+  MemoryStream stream = StreamOf("abcdef");
+  char buffer[4] = "xyz";
+  stream.Skip(-2);
+  CHECK_FALSE(stream.HasMore());
+  CHECK_FALSE(stream.Read(buffer, 4));
+  CHECK(buffer[2] == '\0');
+  CHECK(stream.Tell() == 2);
+  stream.Skip(INT32_MAX);
+  CHECK(stream.Tell() == INT32_MAX);
+  CHECK_FALSE(stream.Read(buffer, 4));
+  CHECK(stream.Tell() == INT32_MAX);
+}
+
+TEST_CASE("a text is read up to a 0 byte or the end") {
+  MemoryStream stream = StreamOf("one\0\0cut"s);
   String text = "old";
-  CHECK(stream.ReadText(text));
-  CHECK(text == "one");
-  CHECK(stream.ReadText(text));
-  CHECK(text == "");
-  CHECK(stream.ReadText(text));
-  CHECK(text == "cut");
+  for (const char *expected : {"one", "", "cut"}) {
+    CHECK(stream.ReadText(text));
+    CHECK(text == expected);
+  }
   text = "old";
   CHECK_FALSE(stream.ReadText(text));
   CHECK(text == "");
@@ -94,14 +112,15 @@ TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
   const std::string large(5000, 'x');
   CHECK(StreamOf(large).ReadText(text));
   CHECK(Std(text) == large);
+}
 
+TEST_CASE("a counted text is read whole, or not at all") {
   struct Row {
     std::string bytes;
     int width;
     bool good;
     const char *text;
   };
-  using namespace std::string_literals;
   for (const Row &row :
        {Row{"\3abcd"s, 1, true, "abc"}, Row{"\3\0abcd"s, 2, true, "abc"}, Row{"\3\0\0\0abcd"s, 4, true, "abc"},
         Row{"\0"s, 1, true, ""}, Row{"\0\0"s, 2, true, ""}, Row{"\0\0\0\0"s, 4, true, ""}, Row{""s, 1, false, "old"},
@@ -110,11 +129,12 @@ TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
         Row{"\377\377\377\177abc"s, 4, false, "old"}}) {
     CAPTURE(row.bytes);
     CAPTURE(row.width);
-    text = "old";
+    String text = "old";
     MemoryStream counted = StreamOf(row.bytes);
-    CHECK((row.width == 1   ? counted.ReadText8(text)
-           : row.width == 2 ? counted.ReadText16(text)
-                            : counted.ReadText32(text)) == row.good);
+    const bool good = row.width == 1   ? counted.ReadText8(text)
+                      : row.width == 2 ? counted.ReadText16(text)
+                                       : counted.ReadText32(text);
+    CHECK(good == row.good);
     CHECK(text == row.text);
   }
 }
@@ -122,7 +142,8 @@ TEST_CASE("texts are read up to a 0 byte, the end, or a count") {
 TEST_CASE("counted bytes are appended, or not at all") {
   MemoryStream stream = StreamOf("abcdef");
   String text = "x";
-  CHECK(Values{stream.ReadBytes(text, 2), stream.ReadBytes(text, 0), stream.ReadBytes(text, -1)} == Values{1, 1, 1});
+  for (const int32_t count : {2, 0, -1})
+    CHECK(stream.ReadBytes(text, count));
   CHECK(text == "xab");
   CHECK_FALSE(stream.ReadBytes(text, INT32_MAX)); // takes no memory for what isn't there
   CHECK(text == "xab");
@@ -132,61 +153,93 @@ TEST_CASE("counted bytes are appended, or not at all") {
   CHECK(text == "xab");
 }
 
-TEST_CASE("typed writes") {
+TEST_CASE("numbers are written little-endian, and texts with an end or a count") {
   MemoryStream stream;
-  CHECK(Values{stream.WriteByte(0x11), stream.WriteU16(0x2233), stream.WriteU32(0x44556677), stream.WriteText("ab")} ==
-        Values{1, 1, 1, 1});
+  CHECK(stream.WriteByte(0x11));
+  CHECK(stream.WriteU16(0x2233));
+  CHECK(stream.WriteU32(0x44556677));
+  CHECK(stream.WriteText("ab"));
   CHECK(stream.WriteText(nullptr));
-  CHECK(Values{stream.WriteText8("c", 1), stream.WriteText16("de", 2), stream.WriteText32("f", 1),
-               stream.WriteText32(nullptr, 5), stream.WriteText8("x", -1)} == Values{1, 1, 1, 1, 1});
-  CHECK(Std(stream) == std::string("\x11\x33\x22\x77\x66\x55\x44"
-                                   "ab\1c\2\0de\1\0\0\0f\0\0\0\0\0",
-                                   25));
+  CHECK(stream.WriteText8("c", 1));
+  CHECK(stream.WriteText16("de", 2));
+  CHECK(stream.WriteText32("f", 1));
+  CHECK(stream.WriteText32(nullptr, 5));
+  CHECK(stream.WriteText8("x", -1));
+  CHECK(Std(stream) == "\x11\x33\x22\x77\x66\x55\x44"
+                       "ab\1c\2\0de\1\0\0\0f\0\0\0\0\0"s);
+}
+
+TEST_CASE("a counted text is cut at what its count can say") {
   const std::string text(70000, 't');
   NotingSink sink;
-  CHECK(Values{sink.WriteText8(text.data(), 300), sink.WriteText16(text.data(), 70000)} == Values{1, 1});
+  CHECK(sink.WriteText8(text.data(), 300));
+  CHECK(sink.WriteText16(text.data(), 70000));
   CHECK(sink.sizes == std::vector<int32_t>{1, 255, 2, 65535});
+}
 
+TEST_CASE("a fill is written in pieces, up to the first that fails") {
   NotingSink pieces;
   CHECK(pieces.WriteFill('A' + 0x100, 1025));
   CHECK(pieces.sizes == std::vector<int32_t>{1024, 1});
   CHECK(pieces.bytes == std::string(1025, 'A'));
-  CHECK(Values{pieces.WriteFill('A', 0), pieces.WriteFill('A', -1)} == Values{0, 0});
+  CHECK_FALSE(pieces.WriteFill('A', 0));
+  CHECK_FALSE(pieces.WriteFill('A', -1));
   NotingSink broken(1);
-  CHECK(Values{broken.WriteFill('A', 5000), broken.sizes.size()} == Values{0, 2});
+  CHECK_FALSE(broken.WriteFill('A', 5000));
+  CHECK(broken.sizes.size() == 2);
 }
 
 TEST_CASE("writing overwrites, grows, and never shortens") {
   MemoryStream stream = StreamOf("abcdef");
   stream.Skip(2);
-  CHECK(Values{stream.Write("XY", 2), stream.Write("", 0), stream.Write("x", -1), stream.Write(nullptr, 1)} ==
-        Values{1, 1, 0, 0});
+  CHECK(stream.Write("XY", 2));
+  CHECK(stream.Write("", 0));
+  CHECK_FALSE(stream.Write("x", -1));
+  CHECK_FALSE(stream.Write(nullptr, 1));
   CHECK(Std(stream) == "abXYef");
   stream.Skip(4);
   CHECK(stream.Write("!", 1));
-  CHECK(Std(stream) == std::string("abXYef\0\0!", 9));
-  CHECK(stream.Write(stream.c_str(), 9)); // its own bytes, though the block may move
-  CHECK(Std(stream) == std::string("abXYef\0\0!abXYef\0\0!", 18));
-  stream.Rewind();
-  stream.Skip(18);
-  CHECK(Values{stream.Write(stream.c_str() + 9, 9), stream.Write(stream.c_str() + 9, 18)} == Values{1, 1});
+  CHECK(Std(stream) == "abXYef\0\0!"s);
+}
+
+TEST_CASE("a stream may write its own bytes, though its block moves") {
+  MemoryStream stream = StreamOf("abcdefghi");
+  CHECK(stream.Seek(9));
+  CHECK(stream.Write(stream.c_str(), 9));
+  CHECK(Std(stream) == "abcdefghiabcdefghi");
+  CHECK(stream.Write(stream.c_str() + 9, 9));
+  CHECK(stream.Write(stream.c_str() + 9, 18));
   CHECK(Std(stream).substr(27) == Std(stream).substr(0, 18));
+}
+
+TEST_CASE("a seek goes nowhere outside") {
+  MemoryStream stream = StreamOf("123456789012345678");
   CHECK(stream.Seek(18));
-  stream.Truncate();
-  CHECK(Values{stream.Seek(18), stream.Seek(19), stream.Seek(-1), stream.Tell(), stream.SeekFromEnd(-16),
-               stream.SeekFromEnd(-19), stream.SeekFromEnd(INT32_MAX)} == Values{1, 0, 0, 18, 1, 0, 0});
+  CHECK_FALSE(stream.Seek(19));
+  CHECK_FALSE(stream.Seek(-1));
+  CHECK(stream.Tell() == 18);
+  CHECK(stream.SeekFromEnd(-16));
+  CHECK_FALSE(stream.SeekFromEnd(-19));
+  CHECK_FALSE(stream.SeekFromEnd(INT32_MAX));
   CHECK(stream.Tell() == 2);
+}
+
+TEST_CASE("a stream is cut where it is, and room is reserved there, but not before the beginning") {
+  MemoryStream stream = StreamOf("abcdef");
+  stream.Skip(2);
   stream.Truncate();
   CHECK(Std(stream) == "ab");
   memcpy(stream.Reserve(3), "cde", 3);
   CHECK(Std(stream) == "abcde");
   CHECK(stream.Tell() == 5);
   stream.Skip(-9);
-  CHECK(Values{stream.Write("x", 1), stream.Reserve(1) == nullptr} == Values{0, 1});
+  CHECK_FALSE(stream.Write("x", 1));
+  CHECK(stream.Reserve(1) == nullptr);
   stream.Truncate();
   CHECK(stream.length() == 5);
   stream.Clear();
-  CHECK((stream.length() == 0 && stream.Tell() == 0));
+  CHECK(stream.length() == 0);
+  CHECK(stream.Tell() == 0);
 }
 
 TEST_CASE("a copy within never sees its own output") {
