@@ -90,12 +90,13 @@ TEST_CASE("a format that does not match its arguments comes out as it stands") {
 
 TEST_CASE("output ends at its first NUL and at 65,535 bytes") {
   CHECK(Text("drive %c: is full", '\0') == "drive ");
-  CHECK(Values{Text("%99999d", 1).size(), Text("%.99999d", 1).size(), Text("%70000f|%70000s", 1.0, "x").size()} ==
-        Values{65535, 65535, 65535});
   CHECK(Text("%.65535f", 1.0) == "1." + std::string(65533, '0'));
   const std::string huge(100000, 'x');
-  CHECK(Values{Text("%s", huge.c_str()).size(), Text(huge.c_str()).size(), Text((huge + "%d").c_str()).size()} ==
-        Values{65535, 65535, 65535});
+  for (const std::string &text : {Text("%99999d", 1), Text("%.99999d", 1), Text("%70000f|%70000s", 1.0, "x"),
+                                  Text("%s", huge.c_str()), Text(huge.c_str()), Text((huge + "%d").c_str())}) {
+    CAPTURE(text.substr(0, 10));
+    CHECK(text.size() == 65535);
+  }
 }
 
 TEST_CASE("format replaces, append_format appends, and a string may be its own argument") {

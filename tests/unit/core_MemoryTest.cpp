@@ -26,12 +26,14 @@ TEST_CASE("the checksum adds words, the rest as signed bytes, and the size") {
     const std::string shifted = "x" + row.bytes; // at any address
     CHECK_MESSAGE(Checksum32(shifted.data() + 1, size) == row.sum, size);
   }
-  CHECK(Values{Checksum32(nullptr, 5), Checksum32("abcd", -1)} == Values{0x79E2BC9D, 0x79E2BC9D});
+  CHECK(Checksum32(nullptr, 5) == 0x79E2BC9D);
+  CHECK(Checksum32("abcd", -1) == 0x79E2BC9D);
 }
 
 TEST_CASE("a stepper gives steps that add up") {
   RationalStepper down(-7, 3);
-  CHECK(Values{down.next(), down.next(), down.next()} == Values{-2, -2, -3});
+  for (const int32_t step : {-2, -2, -3})
+    CHECK(down.next() == step);
   const int32_t numbers[] = {0, 1, 5, 255, -1, -255, 1000003, INT32_MAX, -INT32_MAX};
   for (const int32_t numerator : numbers) {
     for (const int32_t denominator : {1, 2, 3, 64, 255, -3, -64}) {
@@ -47,12 +49,21 @@ TEST_CASE("a stepper gives steps that add up") {
   CHECK(Trapped([] { RationalStepper(1, 0); }) == "internal error Core 12090");
 }
 
-TEST_CASE("rounding up and comparing arrays") {
-  CHECK(Values{RoundUp(5, 4), RoundUp(8, 4), RoundUp(5, 1), RoundUp(-5, 4), RoundUp(5, -1)} == Values{8, 8, 5, -4, 5});
+TEST_CASE("a number is rounded up to a multiple, where there is one") {
+  CHECK(RoundUp(5, 4) == 8);
+  CHECK(RoundUp(8, 4) == 8);
+  CHECK(RoundUp(5, 1) == 5);
+  CHECK(RoundUp(-5, 4) == -4);
+  CHECK(RoundUp(5, -1) == 5);
   CHECK(RoundUp(0xFFFFFFFFll, 4096) == 0x100000000ll);
+}
+
+TEST_CASE("arrays of numbers compare at their first difference") {
   const int32_t a[] = {1, INT32_MIN, 3}, b[] = {1, INT32_MAX, 2};
-  CHECK(Values{CompareIntArrays(a, b, 3), CompareIntArrays(b, a, 3), CompareIntArrays(a, b, 1),
-               CompareIntArrays(a, nullptr, 3)} == Values{-1, 1, 0, 0});
+  CHECK(CompareIntArrays(a, b, 3) == -1);
+  CHECK(CompareIntArrays(b, a, 3) == 1);
+  CHECK(CompareIntArrays(a, b, 1) == 0);
+  CHECK(CompareIntArrays(a, nullptr, 3) == 0);
 }
 
 TEST_CASE("bits are copied to any place and touch no other") {
@@ -73,12 +84,14 @@ TEST_CASE("bits are copied to any place and touch no other") {
     }
   }
   uint8_t byte = 0;
-  CHECK(Values{CopyBits(&byte, 0, &byte, 0, 0), CopyBits(nullptr, 0, &byte, 0, 1), CopyBits(&byte, 0, nullptr, 0, 1)} ==
-        Values{0, 0, 0});
+  CHECK_FALSE(CopyBits(&byte, 0, &byte, 0, 0));
+  CHECK_FALSE(CopyBits(nullptr, 0, &byte, 0, 1));
+  CHECK_FALSE(CopyBits(&byte, 0, nullptr, 0, 1));
 }
 
 TEST_CASE("random numbers stay in their range and reach all of it") {
-  CHECK(Values{RandomNumber(1), RandomNumber(0), RandomNumber(-5)} == Values{0, 0, 0});
+  for (const int32_t none : {1, 0, -5})
+    CHECK(RandomNumber(none) == 0);
   std::set<int32_t> seen;
   bool high = false;
   for (int i = 0; i < 1000; ++i) {
@@ -89,7 +102,8 @@ TEST_CASE("random numbers stay in their range and reach all of it") {
     CHECK(word >= 0);
     high = high || word > 0x40000000;
   }
-  CHECK(Values{seen.size(), high} == Values{7, 1});
+  CHECK(seen.size() == 7);
+  CHECK(high);
 }
 
 TEST_CASE("used-up memory is reported with its size, and in the program with the top of the stack") {
@@ -108,6 +122,9 @@ TEST_CASE("used-up memory is reported with its size, and in the program with the
 #else
   CHECK(dump.empty());
 #endif
+}
+
+TEST_CASE("a block of memory grows") {
   void *block = heap_take(10);
   CHECK(block != nullptr);
   block = heap_resize(block, 100);
