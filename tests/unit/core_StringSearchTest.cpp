@@ -68,8 +68,8 @@ TEST_CASE("a pattern is found by every combination of flags") {
   for (const auto &row : rows)
     CHECK_MESSAGE(Make(row.text).find(row.pattern, row.start, row.flags) == row.result, row.text, " / ",
                   std::string(row.pattern), " / ", row.flags);
-  CHECK(String("abcd").find("bcX", 0, 0, 2) == 1);
-  CHECK(String("abcd").find("bc", 0, 0, 0) == -1);
+  CHECK(String("abcd").find("bcX", 0, FIND_NONE, 2) == 1);
+  CHECK(String("abcd").find("bc", 0, FIND_NONE, 0) == -1);
   CHECK(String("abcd").find(nullptr) == -1);
 }
 
@@ -133,7 +133,8 @@ void CheckReplacements(std::initializer_list<Replacement> rows) {
     CAPTURE(row.with);
     CAPTURE(row.flags);
     String text(row.before);
-    CHECK(text.replace(row.old, row.with, row.flags, row.start, row.max, row.skip) == row.result);
+    CHECK(text.replace(row.old, row.with, static_cast<FindOptions>(row.flags), row.start, row.max, row.skip) ==
+          row.result);
     CHECK(Std(text) == row.after);
   }
 }
@@ -183,7 +184,7 @@ TEST_CASE("a replacement finds what a search with its flags finds, and takes ove
 
 TEST_CASE("a replacement may be of parts of the string itself, or by a character") {
   String text("abcab");
-  CHECK(text.replace(text.c_str() + 3, text.c_str(), 0) == 2);
+  CHECK(text.replace(text.c_str() + 3, text.c_str(), FIND_NONE) == 2);
   CHECK(text == "abcabcabcab");
   CHECK(text.replace_with_char("bc", '-', FIND_NONE, 3) == 2);
   CHECK(text == "abca-a-ab");
@@ -231,7 +232,7 @@ void CheckSplits(std::initializer_list<Split> rows) {
       CAPTURE(row.text);
       CAPTURE(row.flags);
       pieces->clear();
-      CHECK(Make(row.text).split(*pieces, row.delimiters, row.flags) == row.added);
+      CHECK(Make(row.text).split(*pieces, row.delimiters, static_cast<SplitOptions>(row.flags)) == row.added);
       CHECK(Show(*pieces) == row.pieces);
     }
 }

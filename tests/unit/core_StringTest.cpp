@@ -273,7 +273,7 @@ TEST_CASE("characters and pieces are removed, and what follows one is cut off") 
               {"a;b;c", [](String &s) { CHECK(s.cut_after_char(';')); }, "a"},
               {"abc", [](String &s) { CHECK_FALSE(s.cut_after_char(';')); }, "abc"},
               {"abcXdef", [](String &s) { CHECK(s.cut_from_match("x", FIND_IGNORE_CASE) == "Xdef"); }, "abc"},
-              {"abc", [](String &s) { CHECK(s.cut_from_match("x", 0).is_empty()); }, "abc"}});
+              {"abc", [](String &s) { CHECK(s.cut_from_match("x").is_empty()); }, "abc"}});
 }
 
 TEST_CASE("quotes, prefixes, line ends and case are made as asked") {
@@ -371,9 +371,12 @@ TEST_CASE("a number is skipped in a text, with what its flags take along") {
     int32_t value;
     const char *rest;
   };
-  for (const Row &row : {Row{" 1", 0, 0, " 1"}, Row{" 1 ,2", 1, 1, " ,2"}, Row{"1 , 2", 0x12, 1, "2"},
-                         Row{"1,2", 0x10, 1, "2"}, Row{"-5", 4, 0, "-5"}, Row{"-5", 0, -5, ""},
-                         Row{"- ,", 0x12, 0, " ,"}, Row{"1 , 2", 2, 1, ", 2"}, Row{"4294967296", 4, 0, ""}}) {
+  for (const Row &row :
+       {Row{" 1", NUMBER_NONE, 0, " 1"}, Row{" 1 ,2", NUMBER_SKIP_SPACE, 1, " ,2"},
+        Row{"1 , 2", NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA, 1, "2"}, Row{"1,2", NUMBER_SKIP_COMMA, 1, "2"},
+        Row{"-5", NUMBER_NO_SIGN, 0, "-5"}, Row{"-5", NUMBER_NONE, -5, ""},
+        Row{"- ,", NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA, 0, " ,"},
+        Row{"1 , 2", NUMBER_SKIP_SPACE_AFTER, 1, ", 2"}, Row{"4294967296", NUMBER_NO_SIGN, 0, ""}}) {
     CAPTURE(row.text);
     const char *p = row.text;
     CHECK(text_skip_number(p, row.flags) == row.value);

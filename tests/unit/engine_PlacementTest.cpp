@@ -21,7 +21,7 @@ class Machine final : public PlacementHost {
 public:
   String FontFolder() override { return "W:\\Fonts"; }
   String SystemFolder() override { return "W:\\System"; }
-  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:", 0); }
+  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:", FIND_NONE); }
   bool FileExists(const String &path) override { return files.count(path.c_str()) != 0; }
   bool GetFileModified(const String &path, FileDate &date) override {
     const PresentFile &file = files.at(path.c_str());
