@@ -1,5 +1,7 @@
 #include "core/Arithmetic.h"
 
+#include <cstring>
+
 namespace korb {
 
 int64_t RoundUp(int64_t value, int64_t multiple) {
@@ -9,12 +11,19 @@ int64_t RoundUp(int64_t value, int64_t multiple) {
   return over == 0 ? value : value - over + (over > 0 ? multiple : 0);
 }
 
-int32_t CompareIntArrays(const int32_t *a, const int32_t *b, int32_t count) {
+int32_t CompareDwords(const void *a, const void *b, int32_t count) {
   if (!a || !b)
     return 0;
-  for (int32_t i = 0; i < count; ++i)
-    if (a[i] != b[i])
-      return a[i] > b[i] ? 1 : -1;
+  // As bytes: the fields of an object are no array, so no pointer to one of them reaches the next.
+  const char *p = static_cast<const char *>(a);
+  const char *q = static_cast<const char *>(b);
+  for (; count > 0; --count, p += sizeof(int32_t), q += sizeof(int32_t)) {
+    int32_t left, right;
+    memcpy(&left, p, sizeof left);
+    memcpy(&right, q, sizeof right);
+    if (left != right)
+      return left > right ? 1 : -1;
+  }
   return 0;
 }
 

@@ -116,7 +116,7 @@ bool ParseNumberFirst(const char *&text, bool day_first, int32_t &month, int32_t
 } // namespace
 
 int32_t CompareFileDates(const FileDate &a, const FileDate &b) {
-  return CompareIntArrays(&a.year, &b.year, 6);
+  return CompareFields(a, b);
 }
 
 void Date::set(int32_t month_value, int32_t day_value, int32_t year_value) {
@@ -248,7 +248,7 @@ bool DateTime::parse(const char *text, bool day_first, int32_t current_year) {
 
 int32_t DateTime::compare(const DateTime &other) const {
   const int32_t days = date.compare(other.date);
-  return days != 0 ? days : CompareIntArrays(&time.hour, &other.time.hour, 3);
+  return days != 0 ? days : CompareFields(time, other.time);
 }
 
 DateTime DateTime::from(const FileDate &file_date) {
