@@ -2,8 +2,8 @@
 
 #include "core/MessagePump.h"
 #include "format/Texts.h"
-#include "ui/CancelQuestion.h"
 #include "ui/Progress.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 

@@ -12,16 +12,12 @@
 #include "format/Texts.h"
 #include "system/SystemFolders.h"
 #include "ui/DirectoryDialog.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
-#include "ui/WindowHandles.h"
 
 namespace korb {
 
 namespace {
-
-bool Confirms(const String &question, TextNumber caption, UINT icon) {
-  return MessageBoxA(DialogOwner(), question, TextLookup(caption), MB_YESNO | icon) == IDYES;
-}
 
 /// Reports what is wrong with the directory. True when something is.
 bool IsRefused() {
@@ -56,7 +52,7 @@ bool AcceptsRoom(const Vector<int32_t> &sizes) {
   const int64_t need = BytesOnDisk(sizes, ClusterSize(InstallDir));
   const int64_t room = DriveFreeBytes(InstallDir);
   return need < room ||
-         Confirms(str_format(TextLookup(kTextDiskSpace), FormatByteSize(need), drive, FormatByteSize(room)),
+         AskYesNo(str_format(TextLookup(kTextDiskSpace), FormatByteSize(need), drive, FormatByteSize(room)),
                   kTextProductCaption, MB_ICONSTOP);
 }
 
@@ -76,7 +72,7 @@ bool AcceptsDirectory(const Vector<int32_t> &sizes) {
     return false;
   const bool exists = QuietDirectoryExists(InstallDir);
   if (HasInstallFlag(IF_CONFIRM_DIRECTORY) &&
-      !Confirms(str_format(TextLookup(exists ? kTextDirectoryExists : kTextDirectoryMissing), InstallDir),
+      !AskYesNo(str_format(TextLookup(exists ? kTextDirectoryExists : kTextDirectoryMissing), InstallDir),
                 kTextDirectoryCaption, MB_ICONQUESTION))
     return false;
   return exists || MakeDirectory();

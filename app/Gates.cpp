@@ -9,8 +9,8 @@
 #include "engine/Version.h"
 #include "format/Texts.h"
 #include "system/OsIdentity.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
-#include "ui/WindowHandles.h"
 
 namespace korb {
 
@@ -33,7 +33,7 @@ TextNumber ReinstallText(const String &earlier_version) {
 bool AgreesToReinstall(const EarlierInstallation &earlier) {
   const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version)), earlier.location,
                                      TextLookup(kTextReinstallQuestion));
-  return MessageBoxA(DialogOwner(), question, TextLookup(kTextReinstallCaption), MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return AskYesNo(question, kTextReinstallCaption);
 }
 
 } // namespace

@@ -40,11 +40,10 @@
 #include "system/SearchPath.h"
 #include "ui/BackgroundWindow.h"
 #include "ui/LanguageDialog.h"
-#include "ui/Notice.h"
 #include "ui/PageDialog.h"
 #include "ui/Progress.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
-#include "ui/WindowHandles.h"
 
 namespace korb {
 
@@ -178,8 +177,7 @@ void RunInstallBatch(const String &script, uint64_t hide) {
 bool AskForRestart() {
   if (!HasInstallFlag(IF_REBOOT_NEEDED))
     return false;
-  return AutomaticMode || MessageBoxA(DialogOwner(), TextLookup(kTextRebootQuestion), TextLookup(kTextProductCaption),
-                                      MB_YESNO | MB_ICONQUESTION) == IDYES;
+  return AutomaticMode || AskYesNo(TextLookup(kTextRebootQuestion), kTextProductCaption);
 }
 
 void RemoveEmptyDirectories() {

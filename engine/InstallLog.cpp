@@ -8,6 +8,7 @@
 #include "files/RunProcess.h"
 #include "files/WholeFile.h"
 #include "format/Texts.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
@@ -17,8 +18,8 @@ namespace {
 
 /// True when the user wants to see the log.
 bool OfferLog() {
-  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextLogQuestion), InstallLogPath()),
-                                       TextLookup(kTextLogCaption), MB_YESNO | MB_ICONINFORMATION) == IDYES;
+  return !AutomaticMode &&
+         AskYesNo(str_format(TextLookup(kTextLogQuestion), InstallLogPath()), kTextLogCaption, MB_ICONINFORMATION);
 }
 
 void TellSuccess(String &report) {

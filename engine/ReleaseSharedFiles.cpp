@@ -6,12 +6,12 @@
 #include "engine/RecordNames.h"
 #include "engine/SelfRegistration.h"
 #include "engine/SharedEntry.h"
-#include "engine/UninstallQuestion.h"
 #include "files/DeferredFiles.h"
 #include "files/FileInfo.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
+#include "ui/Questions.h"
 
 namespace korb {
 

@@ -1,15 +1,13 @@
 #include "engine/RemoveFonts.h"
 
 #include "archive/RunValues.h"
-#include "core/RunMode.h"
-#include "engine/UninstallQuestion.h"
+#include "core/Windows.h"
 #include "files/DeferredFiles.h"
 #include "files/PathText.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "system/SystemFolders.h"
-#include "ui/TextLookup.h"
-#include "ui/WindowHandles.h"
+#include "ui/Questions.h"
 
 namespace korb {
 

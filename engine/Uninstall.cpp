@@ -27,6 +27,7 @@
 #include "system/SystemFolders.h"
 #include "ui/BackgroundWindow.h"
 #include "ui/Progress.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
@@ -134,8 +135,7 @@ void UninstallRun::ReadRecord() {
 }
 
 void UninstallRun::Ask() {
-  if (!AutomaticMode && MessageBoxA(MainWindow, TextLookup(kTextUninstallQuestion), TextLookup(kTextUninstallTitle),
-                                    MB_YESNO | MB_ICONQUESTION) != IDYES)
+  if (!AutomaticMode && !AskYesNo(TextLookup(kTextUninstallQuestion), kTextUninstallTitle))
     ExitInstaller();
   CreateProgressDialog();
   Read(CommonDir, product_value::kSharedPath);

@@ -6,11 +6,11 @@
 #include "core/String.h"
 #include "files/SystemFunction.h"
 #include "format/Texts.h"
-#include "ui/CancelQuestion.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
 #include "ui/DialogText.h"
 #include "ui/PhaseTime.h"
+#include "ui/Questions.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
