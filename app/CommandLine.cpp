@@ -1,8 +1,7 @@
 #include "app/CommandLine.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "files/PathText.h"
 
 namespace korb {

@@ -1,9 +1,9 @@
 #include "app/DirectoryStep.h"
 
 #include "app/DirectoryRules.h"
-#include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/Number.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/Directories.h"
 #include "files/DiskSpace.h"

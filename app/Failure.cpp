@@ -2,9 +2,8 @@
 #include "core/Failure.h"
 
 #include "app/FailureTexts.h"
-#include "archive/RunValues.h"
 #include "core/MessagePump.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "core/String.h"
 #include "files/ProgramPaths.h"
 #include "ui/Progress.h"

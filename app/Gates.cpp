@@ -1,9 +1,8 @@
 #include "app/Gates.h"
 
-#include "archive/RunValues.h"
 #include "core/Clock.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/RunLists.h"
 #include "engine/Version.h"

@@ -1,11 +1,10 @@
 #include "archive/ArchiveHeader.h"
 
-#include "archive/RunValues.h"
 #include "archive/Scramble.h"
 #include "archive/UnpackBlock.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "format/Damage.h"
 
 namespace korb {

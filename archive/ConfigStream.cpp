@@ -1,7 +1,7 @@
 #include "archive/ConfigStream.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
+#include "core/RunValues.h"
 #include "core/Text.h"
 #include "format/Damage.h"
 

@@ -1,4 +1,4 @@
-// What an archive says about its product, apart from the payload and from the values in RunValues.h.
+// What an archive says about its product, apart from the payload and from the values in core/RunValues.h.
 //
 // Filled by ReadConfigStream. A field that the archive leaves out keeps its default: an empty text or 0.
 #pragma once

@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "archive/RunValues.h"
 #include "archive/UnpackBlock.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
+#include "core/RunValues.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
 #include "format/Texts.h"

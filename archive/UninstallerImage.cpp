@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-#include "archive/RunValues.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
+#include "core/RunValues.h"
 #include "format/Archive.h"
 #include "format/Damage.h"
 

@@ -1,6 +1,6 @@
 #include "engine/Associations.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"
 #include "format/Record.h"

@@ -1,8 +1,7 @@
 #include "engine/InstallLog.h"
 
-#include "archive/RunValues.h"
 #include "core/Clock.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "engine/RecordNames.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"

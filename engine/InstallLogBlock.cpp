@@ -1,6 +1,6 @@
+#include "core/RunValues.h"
 #include "engine/InstallLog.h"
 
-#include "archive/RunValues.h"
 #include "engine/RunLists.h"
 
 namespace korb {

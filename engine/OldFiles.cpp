@@ -1,7 +1,7 @@
 #include "engine/OldFiles.h"
 
-#include "archive/RunValues.h"
 #include "core/Clock.h"
+#include "core/RunValues.h"
 #include "engine/DeletionRule.h"
 #include "engine/RunLists.h"
 #include "files/Attributes.h"

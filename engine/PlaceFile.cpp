@@ -1,7 +1,7 @@
 #include "engine/PlaceFile.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/RunLists.h"

@@ -2,8 +2,8 @@
 #include "engine/PlaceFiles.h"
 
 #include "archive/PayloadRecord.h"
-#include "archive/RunValues.h"
 #include "core/MessagePump.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/FileVersion.h"

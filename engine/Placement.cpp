@@ -1,7 +1,7 @@
 #include "engine/Placement.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
+#include "core/RunValues.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "engine/Version.h"

@@ -1,6 +1,6 @@
 #include "engine/RecordNames.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "files/PathText.h"
 #include "format/Record.h"
 

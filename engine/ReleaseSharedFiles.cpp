@@ -1,6 +1,6 @@
 #include "engine/ReleaseSharedFiles.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/ComSession.h"
 #include "engine/RecordNames.h"

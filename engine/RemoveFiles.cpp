@@ -1,6 +1,6 @@
 #include "engine/RemoveFiles.h"
 
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "engine/UninstallList.h"
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"

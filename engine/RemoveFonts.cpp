@@ -1,6 +1,6 @@
 #include "engine/RemoveFonts.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/DeferredFiles.h"
 #include "files/PathText.h"

@@ -1,6 +1,6 @@
 #include "engine/RemoveSelf.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"

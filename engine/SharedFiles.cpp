@@ -1,6 +1,6 @@
 #include "engine/SharedFiles.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"
 #include "engine/SharedEntry.h"

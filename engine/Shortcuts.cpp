@@ -1,7 +1,6 @@
 #include "engine/Shortcuts.h"
 
-#include "archive/RunValues.h"
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/RunLists.h"

@@ -1,8 +1,7 @@
 #include "engine/Uninstall.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "engine/DirectoryGuard.h"
 #include "engine/RecordNames.h"
 #include "engine/ReleaseSharedFiles.h"

@@ -1,6 +1,6 @@
 #include "engine/UninstallRecord.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
 #include "format/Record.h"

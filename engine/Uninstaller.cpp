@@ -1,7 +1,7 @@
 #include "engine/Uninstaller.h"
 
-#include "archive/RunValues.h"
 #include "core/Clock.h"
+#include "core/RunValues.h"
 #include "engine/PlaceFile.h"
 #include "engine/RecordNames.h"
 #include "engine/RunLists.h"

@@ -2,7 +2,7 @@
 
 #include "core/Failure.h"
 #include "core/MessagePump.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/LastError.h"
 #include "registry/RegistryPath.h"

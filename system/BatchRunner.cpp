@@ -1,6 +1,6 @@
 #include "system/BatchRunner.h"
 
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "files/DeferredFiles.h"
 #include "files/LastError.h"
 #include "files/OsVersion.h"

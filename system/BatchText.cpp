@@ -1,6 +1,6 @@
 #include "system/BatchText.h"
 
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "format/Words.h"

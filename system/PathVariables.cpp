@@ -1,6 +1,6 @@
 #include "system/PathVariables.h"
 
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/TempFiles.h"

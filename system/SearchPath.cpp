@@ -1,6 +1,6 @@
 #include "system/SearchPath.h"
 
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
 #include "system/SearchPathText.h"

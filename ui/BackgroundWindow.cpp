@@ -1,8 +1,7 @@
 #include "ui/BackgroundWindow.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "core/Text.h"
 #include "files/SystemFunction.h"
 #include "format/Texts.h"

@@ -1,5 +1,5 @@
 // The window behind all others of a run: a picture, a gradient or a plain colour over the whole screen, with the
-// product's title on it. Its colours are those of archive/RunValues.h, taken as they are whenever it is painted.
+// product's title on it. Its colours are those of core/RunValues.h, taken as they are whenever it is painted.
 #pragma once
 
 #include "core/String.h"

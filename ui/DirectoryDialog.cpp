@@ -1,6 +1,6 @@
 #include "ui/DirectoryDialog.h"
 
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "format/Texts.h"
 #include "ui/BrowseForDirectory.h"
 #include "ui/CenterDialog.h"

@@ -1,8 +1,7 @@
 #include "ui/Progress.h"
 
-#include "archive/RunValues.h"
 #include "core/MessagePump.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "core/String.h"
 #include "files/SystemFunction.h"
 #include "format/Texts.h"

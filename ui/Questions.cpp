@@ -1,8 +1,7 @@
 #include "ui/Questions.h"
 
-#include "archive/RunValues.h"
 #include "core/Failure.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"

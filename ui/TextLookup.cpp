@@ -1,6 +1,6 @@
 #include "ui/TextLookup.h"
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 
 namespace korb {
 

@@ -7,11 +7,10 @@
 #include "archive/ArchiveFile.h"
 #include "archive/ConfigStream.h"
 #include "archive/Payload.h"
-#include "archive/RunValues.h"
 #include "archive/UninstallerImage.h"
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "engine/DeletionRule.h"
 #include "format/Damage.h"
 #include "packer/CodePage.h"
@@ -130,20 +129,6 @@ private:
   Source source_;
 };
 
-// What a run starts from: another installer may have been read before.
-void ResetRunValues() {
-  InstallFlags = 0;
-  AutomaticMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir, &UninstallerImage})
-    text->clear();
-  TitleColor = TopColor = BottomColor = 0;
-  MonoColor = true;
-  TitleShadow = 1;
-  TextTable.clear();
-  LanguageNames.clear();
-  LanguageIndex = 0;
-}
-
 } // namespace
 
 InstallerReader::InstallerReader(const fs::path &path) : folder_(path.parent_path()) {
@@ -163,7 +148,7 @@ InstallerReader::~InstallerReader() {
 }
 
 void InstallerReader::Read() {
-  ResetRunValues();
+  ResetRunValues(); // another installer may have been read before
   try {
     ReadParts();
   } catch (const ReportedDamage &report) {

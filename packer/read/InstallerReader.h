@@ -33,7 +33,7 @@ struct FoundVolume {
   int32_t size;     ///< bytes of the file
 };
 
-/// An installer and its volumes. The fields that a run keeps as run-wide values (archive/RunValues.h) are there too, so
+/// An installer and its volumes. The fields that a run keeps as run-wide values (core/RunValues.h) are there too, so
 /// only one reader is in use at a time.
 class InstallerReader {
 public:

@@ -1,9 +1,9 @@
 #include "packer/read/InstallerReport.h"
-#include "format/Texts.h"
 
 #include <cstdio>
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
+#include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FlagNames.h"
 #include "packer/ReadFile.h"

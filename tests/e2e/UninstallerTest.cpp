@@ -3,8 +3,8 @@
 
 #include "archive/ArchiveLocation.h"
 #include "archive/DiskArchiveFile.h"
-#include "archive/RunValues.h"
 #include "archive/UninstallerImage.h"
+#include "core/RunValues.h"
 #include "files/DiskFile.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"

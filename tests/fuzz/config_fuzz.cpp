@@ -1,7 +1,7 @@
 // Any bytes are a configuration or a damage report: never a wild read, and nothing beyond the limits comes out.
 #include <cstdlib>
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/FailureTrap.h"
 #include "ui/TextLookup.h"
@@ -15,7 +15,7 @@ static void Require(bool holds) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  ResetRunValues();
+  ResetRun();
   MemoryStream stream;
   stream.assign(reinterpret_cast<const char *>(data), static_cast<int32_t>(size));
   RecordingConfigHost host;

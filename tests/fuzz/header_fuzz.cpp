@@ -2,7 +2,7 @@
 // cut out, without leaving the file and without more memory than a few times its size.
 #include <cstdlib>
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/FailureTrap.h"
 
@@ -10,7 +10,7 @@ using namespace korb;
 using namespace korb::test;
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  ResetRunValues();
+  ResetRun();
   MemoryFile file(Bytes(data, data + size));
   ArchiveHeader header;
   InstallConfig config;

@@ -1,7 +1,7 @@
 // Any bytes are a record: what is understood keeps its limits, and what is written again says the same.
 #include <cstdlib>
 
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "engine/RunLists.h"
 #include "engine/SharedEntry.h"
 #include "engine/UninstallList.h"

@@ -4,8 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "archive/RunValues.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 
 namespace korb::test {
 
@@ -85,7 +84,7 @@ bool VolumeUser::Volume::Read(void *destination, int32_t count) {
 }
 
 ArchiveRun::ArchiveRun(const Bytes &executable) : image(Mapped(executable)), file(executable) {
-  ResetRunValues();
+  ResetRun();
 }
 
 ArchiveRun::~ArchiveRun() {
@@ -113,21 +112,11 @@ void ArchiveRun::Run() {
   }
 }
 
-void ResetRunValues() {
+void ResetRun() {
   ClearTrap();
-  InstallFlags = 0;
-  AutomaticMode = false;
-  UninstallMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir, &UninstallerImage})
-    text->clear();
-  TitleColor = 1;
+  ResetRunValues();
+  TitleColor = 1; // what the entry point takes from the system
   TopColor = 2;
-  BottomColor = 0;
-  MonoColor = true;
-  TitleShadow = 1;
-  TextTable.clear();
-  LanguageNames.clear();
-  LanguageIndex = 0;
 }
 
 } // namespace korb::test

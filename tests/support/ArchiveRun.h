@@ -99,7 +99,7 @@ struct ArchiveRun {
   std::vector<PayloadRecord> records;
 };
 
-/// Puts the values of a run back to their defaults.
-void ResetRunValues();
+/// A fresh run: the values of core/RunValues.h as a process starts with them, and an empty trap.
+void ResetRun();
 
 } // namespace korb::test

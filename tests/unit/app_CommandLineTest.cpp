@@ -1,6 +1,5 @@
 #include "app/CommandLine.h"
-#include "archive/RunValues.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "tests/support/Testing.h"
 
 namespace {

@@ -1,5 +1,5 @@
 #include "app/FailureTexts.h"
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("reports use the archive's words where it has any") {

@@ -1,6 +1,5 @@
 // What the configuration stream leaves in the fields and in the run's values, and what it does on the way.
-#include "archive/RunValues.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/Testing.h"
 

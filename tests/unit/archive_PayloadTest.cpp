@@ -1,5 +1,5 @@
 // Gathering the payload in each of its layouts, and the user who changes disks.
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/Testing.h"
 

@@ -1,7 +1,6 @@
 #include <map>
 
-#include "archive/RunValues.h"
-#include "core/RunMode.h"
+#include "core/RunValues.h"
 #include "engine/Placement.h"
 #include "engine/RunLists.h"
 #include "engine/UninstallList.h"
@@ -21,7 +20,7 @@ class Machine final : public PlacementHost {
 public:
   String FontFolder() override { return "W:\\Fonts"; }
   String SystemFolder() override { return "W:\\System"; }
-  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:", FIND_NONE); }
+  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:"); }
   bool FileExists(const String &path) override { return files.count(path.c_str()) != 0; }
   bool GetFileModified(const String &path, FileDate &date) override {
     const PresentFile &file = files.at(path.c_str());

@@ -1,5 +1,5 @@
 // The texts that an installation leaves and an uninstaller reads.
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "engine/InstallLog.h"
 #include "engine/RemoveSelf.h"
 #include "engine/RunLists.h"

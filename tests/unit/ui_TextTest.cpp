@@ -1,4 +1,4 @@
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "tests/support/Testing.h"
 #include "ui/TextLookup.h"
 

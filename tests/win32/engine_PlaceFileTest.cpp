@@ -1,6 +1,6 @@
 // What whole runs don't show of the placement: large and emptied files, writes that can't be read back, and names
 // without a drive.
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/PlaceFile.h"
 #include "engine/PlaceFiles.h"

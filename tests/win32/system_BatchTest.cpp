@@ -1,6 +1,5 @@
 // Batches under the real command interpreter, and the real autoexec.bat of the prefix's boot drive.
-#include "core/RunMode.h"
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/FileInfo.h"
 #include "files/ProgramPaths.h"

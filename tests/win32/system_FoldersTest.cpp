@@ -1,5 +1,5 @@
 // System folders and path variables from the real registry.
-#include "core/RunPaths.h"
+#include "core/RunValues.h"
 #include "core/Windows.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"

@@ -1,8 +1,0 @@
-#include "core/RunPaths.h"
-
-namespace korb {
-
-String InstallDir;
-String CommonDir;
-
-} // namespace korb
