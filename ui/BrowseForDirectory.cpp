@@ -2,7 +2,7 @@
 
 #include "files/SystemFunction.h"
 #include "format/Texts.h"
-#include "ui/CenterDialog.h"
+#include "ui/Dialogs.h"
 #include "ui/TextLookup.h"
 
 #include <shlobj.h>

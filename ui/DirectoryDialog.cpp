@@ -3,10 +3,8 @@
 #include "core/RunValues.h"
 #include "format/Texts.h"
 #include "ui/BrowseForDirectory.h"
-#include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
-#include "ui/DialogText.h"
-#include "ui/RunDialog.h"
+#include "ui/Dialogs.h"
 
 namespace korb {
 

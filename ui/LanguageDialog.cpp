@@ -5,10 +5,8 @@
 #include "core/Text.h"
 #include "format/Texts.h"
 #include "ui/BackgroundWindow.h"
-#include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
-#include "ui/DialogText.h"
-#include "ui/RunDialog.h"
+#include "ui/Dialogs.h"
 
 namespace korb {
 

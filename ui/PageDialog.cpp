@@ -1,10 +1,8 @@
 #include "ui/PageDialog.h"
 
 #include "format/Texts.h"
-#include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
-#include "ui/DialogText.h"
-#include "ui/RunDialog.h"
+#include "ui/Dialogs.h"
 #include "ui/TextLookup.h"
 
 namespace korb {

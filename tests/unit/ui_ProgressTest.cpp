@@ -1,5 +1,5 @@
 #include "tests/support/Testing.h"
-#include "ui/PhaseTime.h"
+#include "ui/Progress.h"
 
 TEST_CASE("a phase's time survives the wrap of the tick counter") {
   struct Row {
