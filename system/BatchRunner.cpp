@@ -1,44 +1,90 @@
 #include "system/BatchRunner.h"
 
 #include "core/RunValues.h"
-#include "files/DeferredFiles.h"
-#include "files/LastError.h"
-#include "files/OsVersion.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
-#include "files/RunProcess.h"
-#include "files/WholeFile.h"
-#include "system/BatchText.h"
+#include "format/Words.h"
+#include "system/SystemFolders.h"
 
 namespace korb {
 
 namespace {
 
-constexpr char kBatchName[] = "KORBBAT.BAT";
-/// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
-constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
-/// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them:
-/// not in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
-constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
+struct BatchVariable {
+  const char *name; ///< of the path variable that it is called after
+  String (*value)();
+};
+
+// Scripts in use count on these names. The drive of the installer has its colon here, unlike the path variable of that
+// name, and CommonDir is the system's folder of common files: the product's own is SharedDir.
+constexpr BatchVariable kBatchVariables[] = {
+    {path_variable::kSharedDir, [] { return CommonDir; }},
+    {path_variable::kInstallerFilepath, [] { return ProgramPath; }},
+    {path_variable::kInstallerDir, [] { return ProgramDirectory; }},
+    {path_variable::kInstallerFilename, [] { return ProgramName; }},
+    {path_variable::kInstallerDrive, [] { return DriveSpec(ProgramDrive); }},
+    {path_variable::kSystemDir, SystemFolder},
+    {path_variable::kDeviceDir, DeviceFolder},
+    {path_variable::kMediaDir, MediaFolder},
+    {path_variable::kFavoritesDir, FavoritesFolder},
+    {path_variable::kFavoritesAllDir, FavoritesAllFolder},
+    {path_variable::kFontDir, FontFolder},
+    {path_variable::kDesktopDir, DesktopFolder},
+    {path_variable::kDesktopAllDir, DesktopAllFolder},
+    {path_variable::kDocumentDir, DocumentFolder},
+    {path_variable::kDocumentAllDir, DocumentAllFolder},
+    {path_variable::kProgramsDir, ProgramFilesFolder},
+    {path_variable::kStartMenuDir, StartMenuFolder},
+    {path_variable::kStartMenuAllDir, StartMenuAllFolder},
+    {path_variable::kSMProgramsDir, StartMenuProgramsFolder},
+    {path_variable::kSMProgramsAllDir, StartMenuProgramsAllFolder},
+    {path_variable::kStartupDir, StartupFolder},
+    {path_variable::kStartupAllDir, StartupAllFolder},
+    {path_variable::kBootDrive, [] { return DriveSpec(BootDriveLetter()); }},
+    {path_variable::kCommonDir, CommonFilesFolder},
+};
+
+/// Sets the variable that is called as a path variable is, but for the percent signs.
+void AppendVariable(String &text, const char *path_variable, const char *value) {
+  text += "SET ";
+  text += path_variable + 1;
+  text.remove_last(1);
+  text.append_format("=%s\r\n", value);
+}
+
+/// Case and blanks don't matter, and one @ in front may keep the line from being shown.
+bool IsPause(String line) {
+  line.trim();
+  line.remove_first_if('@');
+  line.trim_left();
+  return line.equals_no_case("PAUSE");
+}
+
+String WithoutPauses(String script) {
+  String text;
+  while (!script.is_empty()) {
+    const String line = script.take_line();
+    if (IsPause(line))
+      continue;
+    text += line;
+    text += "\r\n";
+  }
+  return text;
+}
 
 } // namespace
 
-bool RunBatch(const String &directory, const String &script, bool hidden, String &log) {
-  if (IsBlank(script))
-    return true;
-  const String path = PathJoin(directory, kBatchName);
-  const bool written = WriteWholeFile(path, BatchText(directory, script, !AutomaticMode && !hidden));
-  int32_t result = kProcessNotStarted;
-  if (written) {
-    const String command = str_format(IsWindowsNT() ? kCommandNT : kCommand9x, CommandInterpreter, path);
-    const ProcessOptions flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : RP_NONE);
-    result = RunProcess(command.c_str(), flags, directory.is_empty() ? nullptr : directory.c_str());
+String BatchText(const char *directory, const String &script, bool may_pause) {
+  String text("@echo off\r\n");
+  if (*directory) {
+    AppendVariable(text, path_variable::kInstallDir, directory);
+    AppendVariable(text, path_variable::kInstallDrive, DriveSpec(DriveLetter(directory)));
   }
-  if (result == kProcessNotStarted)
-    log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
-  if (written)
-    DeleteOrSchedule(path);
-  return result == 0;
+  for (const BatchVariable &variable : kBatchVariables)
+    AppendVariable(text, variable.name, variable.value());
+  text += may_pause ? script : WithoutPauses(script);
+  text.normalize_line_ends();
+  return text;
 }
 
 } // namespace korb

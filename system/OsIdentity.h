@@ -13,7 +13,11 @@ uint32_t OsCodeOf(const OsVersion &version);
 String OsDisplayNameOf(const OsVersion &version);
 
 // The same of the running system, asked anew at each call.
-uint32_t OsCode();
-String OsDisplayName();
+inline uint32_t OsCode() {
+  return OsCodeOf(RunningOs());
+}
+inline String OsDisplayName() {
+  return OsDisplayNameOf(RunningOs());
+}
 
 } // namespace korb

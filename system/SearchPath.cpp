@@ -1,35 +1,21 @@
 #include "system/SearchPath.h"
 
-#include "core/RunValues.h"
-#include "files/DiskFile.h"
-#include "files/ProgramPaths.h"
-#include "system/SearchPathText.h"
-#include "system/SystemFolders.h"
-
 namespace korb {
 
-String EditAutoexecPath(bool add) {
-  String name;
-  name += BootDriveLetter();
-  name += ":\\autoexec.bat";
+String SearchPathLine(const char *directory) {
+  return str_format("PATH=%%PATH%%;%s\r\n", directory);
+}
 
-  DiskFile file;
-  String text;
-  if (file.Open(name, add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, 0x80) != OPEN_OK || !file.ReadAll(&text))
-    return str_format("Unable to modify %s.  You will need to manually %s %s %s the PATH environment variable.\r\n\r\n",
-                      name, add ? "add" : "remove", InstallDir, add ? "to" : "from");
+String SearchPathAddition(const String &text, const String &line) {
+  if (text.find(line, 0, FIND_IGNORE_CASE) >= 0)
+    return String();
+  return text.ends_with_char('\n') ? line : "\r\n" + line;
+}
 
-  const String line = SearchPathLine(ShortPath(InstallDir));
-  if (add) {
-    const String addition = SearchPathAddition(text, line);
-    if (!addition.is_empty() && file.SeekFromEnd(0))
-      file.WriteString(addition);
-  } else if (RemoveSearchPathLine(text, line)) {
-    file.Seek(0);
-    file.WriteString(text);
-    file.Truncate();
-  }
-  return String();
+bool RemoveSearchPathLine(String &text, const String &line) {
+  if (text.remove_all(line, STRING_ALL, false) > 0)
+    return true;
+  return text.remove_all(line.mid(0, line.length() - 2), STRING_ALL, false) > 0;
 }
 
 } // namespace korb

@@ -1,7 +1,7 @@
 #include <cstring>
 
+#include "files/DeferredFiles.h"
 #include "files/PathText.h"
-#include "files/RenameSection.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("a directory and a name are joined by one backslash") {

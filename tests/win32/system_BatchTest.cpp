@@ -5,7 +5,6 @@
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
 #include "system/BatchRunner.h"
-#include "system/BatchText.h"
 #include "system/SearchPath.h"
 #include "system/SystemFolders.h"
 #include "tests/support/TempFolder.h"

@@ -1,9 +1,8 @@
-// What the rules of this folder ask of the machine.
+// What the rules on folders ask of the machine.
 
 #include "core/Windows.h"
 #include "files/ProgramPaths.h"
 #include "registry/RegistryKey.h"
-#include "system/OsIdentity.h"
 #include "system/SystemFolders.h"
 
 namespace korb {
@@ -39,14 +38,6 @@ String RawSystemDirectory() {
 String SystemRoot() {
   String root("%SystemRoot%");
   return ExpandEnvironment(root) ? root : String();
-}
-
-uint32_t OsCode() {
-  return OsCodeOf(RunningOs());
-}
-
-String OsDisplayName() {
-  return OsDisplayNameOf(RunningOs());
 }
 
 } // namespace korb

@@ -1,0 +1,43 @@
+#include "system/BatchRunner.h"
+
+#include "core/RunValues.h"
+#include "files/DeferredFiles.h"
+#include "files/LastError.h"
+#include "files/OsVersion.h"
+#include "files/PathText.h"
+#include "files/ProgramPaths.h"
+#include "files/RunProcess.h"
+#include "files/WholeFile.h"
+
+namespace korb {
+
+namespace {
+
+constexpr char kBatchName[] = "KORBBAT.BAT";
+/// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
+constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
+/// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them: not
+/// in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
+constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
+
+} // namespace
+
+bool RunBatch(const String &directory, const String &script, bool hidden, String &log) {
+  if (IsBlank(script))
+    return true;
+  const String path = PathJoin(directory, kBatchName);
+  const bool written = WriteWholeFile(path, BatchText(directory, script, !AutomaticMode && !hidden));
+  int32_t result = kProcessNotStarted;
+  if (written) {
+    const String command = str_format(IsWindowsNT() ? kCommandNT : kCommand9x, CommandInterpreter, path);
+    const ProcessOptions flags = RP_WAIT | RP_PUMP | (hidden ? RP_HIDE : RP_NONE);
+    result = RunProcess(command.c_str(), flags, directory.is_empty() ? nullptr : directory.c_str());
+  }
+  if (result == kProcessNotStarted)
+    log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
+  if (written)
+    DeleteOrSchedule(path);
+  return result == 0;
+}
+
+} // namespace korb
