@@ -7,7 +7,6 @@
 
 #include "core/Array.h"
 #include "core/Date.h"
-#include "core/FileDate.h"
 #include "core/String.h"
 #include "core/Vector.h"
 #include "format/Archive.h"

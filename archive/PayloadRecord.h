@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "archive/ArchiveCursor.h"
-#include "core/FileDate.h"
+#include "core/Date.h"
 #include "format/Archive.h"
 
 namespace korb {

@@ -28,4 +28,21 @@ int32_t CompareFields(const T &a, const T &b) {
 /// overlap. False with a null pointer, or with a count below 1.
 bool CopyBits(void *dest, int32_t dest_bit, const void *src, int32_t src_bit, int32_t count);
 
+/// Spreads a fraction evenly over integer steps, for ramps of colours.
+class RationalStepper {
+public:
+  /// A denominator of 0 ends the process.
+  RationalStepper(int32_t numerator, int32_t denominator);
+
+  /// The next step. Any `denominator` steps in a row add up to `numerator`.
+  int32_t next();
+
+private:
+  bool negative_;
+  int32_t whole_;
+  int32_t remainder_; ///< without its sign
+  int32_t accumulator_ = 0;
+  int64_t denominator_; ///< above 0
+};
+
 } // namespace korb

@@ -1,12 +1,26 @@
-// Calendar dates and times of day.
+// Calendar dates and times of day, and the dates of files.
 #pragma once
 
 #include <cstdint>
 
-#include "core/FileDate.h"
 #include "core/String.h"
 
 namespace korb {
+
+/// The date of a file, as archives and the file layer hold it: local time. A month of 0 means that there is no date. 24 bytes, stored as they stand.
+struct FileDate {
+  int32_t year;
+  int32_t month;
+  int32_t day;
+  int32_t hour;
+  int32_t minute;
+  int32_t second;
+
+  bool has_date() const { return month != 0; }
+};
+
+/// Field by field, from the year down: -1, 0 or 1.
+int32_t CompareFileDates(const FileDate &a, const FileDate &b);
 
 /// A day. 20 bytes that archives hold as they stand, so any field may hold anything: ask is_invalid before use. All
 /// zeros is no date.

@@ -228,7 +228,7 @@ public:
   /// Takes off the first command-line word; quoted runs belong to it and keep their quotes.
   String next_word();
 
-  /// Appends the pieces to `dest` and gives how many. SPLIT_... flags. Implemented in core/Split.cpp.
+  /// Appends the pieces to `dest` and gives how many. SPLIT_... flags. Implemented in core/StringSplit.cpp.
   int32_t split(Collection<String> &dest, const char *delimiters, SplitOptions flags = SPLIT_NONE) const;
   int32_t split_lines(Collection<String> &dest) const {
     return split(dest, nullptr, SPLIT_KEEP_EMPTY | SPLIT_NUL_ENDS | SPLIT_LINES);

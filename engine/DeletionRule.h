@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "archive/InstallConfig.h"
-#include "core/FileDate.h"
+#include "core/Date.h"
 
 namespace korb {
 

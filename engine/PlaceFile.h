@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/FileDate.h"
+#include "core/Date.h"
 #include "core/String.h"
 
 namespace korb {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "archive/PayloadRecord.h"
-#include "core/FileDate.h"
+#include "core/Date.h"
 #include "core/String.h"
 
 namespace korb {

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "core/ByteStream.h"
-#include "core/FileDate.h"
+#include "core/Date.h"
 #include "core/MemoryStream.h"
 #include "core/Options.h"
 #include "core/Stack.h"

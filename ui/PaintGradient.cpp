@@ -1,6 +1,6 @@
 #include "ui/PaintGradient.h"
 
-#include "core/RationalStepper.h"
+#include "core/Arithmetic.h"
 #include "files/SystemFunction.h"
 
 namespace korb {

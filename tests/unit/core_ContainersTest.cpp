@@ -1,7 +1,7 @@
 // The collections: what each operation does, and that every kind does the same where it is told to.
 #include "core/Array.h"
 #include "core/BucketTable.h"
-#include "core/Cursor.h"
+#include "core/Collection.h"
 #include "core/List.h"
 #include "core/Stack.h"
 #include "core/Vector.h"

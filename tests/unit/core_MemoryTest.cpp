@@ -8,7 +8,6 @@
 #include "core/Checksum.h"
 #include "core/Heap.h"
 #include "core/Random.h"
-#include "core/RationalStepper.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("the checksum adds words, the rest as signed bytes, and the size") {
