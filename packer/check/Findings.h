@@ -20,8 +20,12 @@ struct Finding {
 
 class Findings {
 public:
-  void Error(Place place, std::string message) { list_.push_back({Severity::kError, place, std::move(message)}); }
-  void Warn(Place place, std::string message) { list_.push_back({Severity::kWarning, place, std::move(message)}); }
+  void Error(const Place &place, std::string message) {
+    list_.push_back({Severity::kError, place, std::move(message)});
+  }
+  void Warn(const Place &place, std::string message) {
+    list_.push_back({Severity::kWarning, place, std::move(message)});
+  }
 
   /// Adds what `others` holds, without what stands at the place of an error, or is warned of the product as a whole
   /// when there are errors: that is most likely their consequence.

@@ -157,7 +157,7 @@ std::string MeantVariable(const std::string &name) {
 
 } // namespace
 
-void CheckVariables(const std::string &text, Place place, const std::string &what, Findings &findings) {
+void CheckVariables(const std::string &text, const Place &place, const std::string &what, Findings &findings) {
   for (size_t begin = text.find('%'), end; begin != text.npos; begin = end) {
     end = text.find('%', begin + 1);
     if (end == text.npos)
@@ -175,7 +175,7 @@ void CheckVariables(const std::string &text, Place place, const std::string &wha
   }
 }
 
-void CheckPathText(const std::string &text, Place place, const std::string &what, Findings &findings) {
+void CheckPathText(const std::string &text, const Place &place, const std::string &what, Findings &findings) {
   CheckVariables(text, place, what, findings);
   // The variable, and what makes the root of its drive.
   constexpr std::pair<std::string_view, std::string_view> kDrives[] = {

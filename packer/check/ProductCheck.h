@@ -11,10 +11,10 @@ namespace korb::packer {
 void CheckProduct(const Product &product, Findings &findings);
 
 /// Warns of what looks like a path variable in `text` and is none. `what` begins the message.
-void CheckVariables(const std::string &text, Place place, const std::string &what, Findings &findings);
+void CheckVariables(const std::string &text, const Place &place, const std::string &what, Findings &findings);
 
 /// As CheckVariables, for a text that becomes a path: warns too where a drive in front makes a relative path of it.
-void CheckPathText(const std::string &text, Place place, const std::string &what, Findings &findings);
+void CheckPathText(const std::string &text, const Place &place, const std::string &what, Findings &findings);
 
 // Its parts.
 void CheckFiles(const Product &product, Findings &findings);

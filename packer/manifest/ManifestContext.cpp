@@ -41,7 +41,7 @@ std::string WithDosLineEnds(const std::string &text) {
   return out;
 }
 
-std::string ManifestContext::Convert(const std::string &utf8, Place place, int page) {
+std::string ManifestContext::Convert(const std::string &utf8, const Place &place, int page) {
   if (page == 0)
     page = code_page;
   std::string missing;
@@ -95,7 +95,7 @@ fs::path ManifestContext::InputPath(const std::string &name) const {
   return folder / PathFromUtf8(name);
 }
 
-std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, Place place) {
+std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const Place &place) {
   const fs::path path = InputPath(name);
   std::error_code error;
   if (const uintmax_t size = fs::file_size(path, error); !error && size > kMaxFileSize) {

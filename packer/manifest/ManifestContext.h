@@ -16,7 +16,7 @@ public:
   Product &product() { return manifest.product; }
 
   /// `utf8` in the code page of the product, or in `page`; a character that is missing there is reported.
-  std::string Convert(const std::string &utf8, Place place, int page = 0);
+  std::string Convert(const std::string &utf8, const Place &place, int page = 0);
 
   /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. Absent:
   /// `fallback`.
@@ -27,7 +27,7 @@ public:
   std::string TextOrFile(const toml::node &node, const std::string &name, int page = 0);
 
   /// The contents of an input file, `name` in UTF-8. Reports what can't be read.
-  std::optional<Bytes> ReadInput(const std::string &name, Place place);
+  std::optional<Bytes> ReadInput(const std::string &name, const Place &place);
 
   /// The path of an input, `name` in UTF-8.
   std::filesystem::path InputPath(const std::string &name) const;

@@ -149,7 +149,7 @@ public:
 
 private:
   // The name of a tree's file, if the code page has its characters; the report says which of the files it is.
-  std::optional<std::string> NameIn(const std::string &file, Place place) {
+  std::optional<std::string> NameIn(const std::string &file, const Place &place) {
     std::string missing;
     const auto name = ToCodePage(file, context_.code_page, missing);
     if (name)
@@ -196,7 +196,7 @@ private:
     return fs::weakly_canonical(path, error).generic_string();
   }
 
-  void Take(const std::string &source, Place place, Settings &settings) {
+  void Take(const std::string &source, const Place &place, Settings &settings) {
     auto contents = context_.ReadInput(source, place);
     if (!contents)
       return;

@@ -71,7 +71,7 @@ void ReadUninstallValue(ManifestContext &context, ManifestTable table) {
 }
 
 // The number of the text that `key` names; -1, reported, when there is none.
-int TextNumber(ManifestContext &context, std::string_view key, Place place) {
+int TextNumber(ManifestContext &context, std::string_view key, const Place &place) {
   std::vector<std::string_view> names;
   for (size_t number = 0; number < std::size(kTextRows); ++number) {
     if (key == kTextRows[number].name)
@@ -107,7 +107,7 @@ void ReadTexts(ManifestContext &context, const toml::table *table, int page, Lan
 }
 
 // A file of texts, by their names as in [texts]. Its faults are told with its own lines.
-std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::string &name, Place place) {
+std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::string &name, const Place &place) {
   const auto bytes = context.ReadInput(name, place);
   if (!bytes)
     return std::nullopt;

@@ -94,7 +94,7 @@ std::string Pages(const std::vector<std::string> &files, const std::string &pref
 
 // The folder's name, or, when that is one that folders of files have, the name of the folder with the manifest.
 std::string ProductName(const fs::path &folder, const fs::path &home) {
-  const std::string name = ManifestPath(folder.filename());
+  std::string name = ManifestPath(folder.filename());
   for (const char *usual : {"files", "bin", "build", "dist", "out", "output", "release"})
     if (LowerCase(name) == usual)
       return ManifestPath((folder == home ? home.parent_path() : home).filename());
