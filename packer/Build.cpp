@@ -2,8 +2,7 @@
 
 #include <cstdio>
 
-#include "packer/OutputFiles.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
 #include "packer/manifest/ManifestReader.h"
 #include "packer/write/Installer.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <ostream>
 
-#include "packer/Progress.h"
+#include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
 
@@ -14,7 +14,7 @@ struct BuildRequest {
   std::filesystem::path output;  ///< of the installer; its volumes go beside it
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
-  Progress progress = {};
+  ProgressCallback progress = {};
   bool strict = false; ///< a warning counts as an error
 };
 

@@ -20,10 +20,10 @@
 #endif
 #include "packer/Build.h"
 #include "packer/CodePage.h"
-#include "packer/OutputFiles.h"
+#include "packer/FileIo.h"
 #include "packer/Product.h"
-#include "packer/ReadFile.h"
 #include "packer/manifest/Starter.h"
+#include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerReport.h"
 
 namespace fs = std::filesystem;

@@ -12,7 +12,6 @@
 #include "format/Archive.h"
 #include "format/Kinds.h"
 #include "packer/Bytes.h"
-#include "packer/CompressionLevel.h"
 
 namespace korb::packer {
 
@@ -94,6 +93,12 @@ struct Language {
 enum class PayloadLayout {
   kInSection, ///< inside the mapped section: files are placed without a copy of the payload being made
   kInFile,    ///< from the configuration to the end of the file: less of the address space is used
+};
+
+/// How much work packing a block may cost.
+enum class CompressionLevel {
+  kDefault, ///< for every day; its blocks also have fewer tokens, and unpack a little faster
+  kBest,    ///< some tenths of a percent smaller, in up to twice the time
 };
 
 /// Where the payload goes. Volumes arise when it doesn't fit into the first part.

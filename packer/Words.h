@@ -46,6 +46,53 @@ inline constexpr NamedValue kPlatforms[] = {{"other", OS_OTHER},   {"win32s", OS
 inline constexpr NamedValue kDiskSizes[] = {
     {"360K", 362496}, {"720K", 730112}, {"1.2M", 1213952}, {"1.44M", 1457664}, {"2.88M", 2915328}};
 
+/// A bit of the option word, and its key in a manifest.
+struct FlagName {
+  const char *name;
+  uint64_t bit;
+};
+
+/// Every bit that has a name, in their order.
+inline constexpr std::array<FlagName, 37> kFlagNames = {{
+    {"refuse_reinstall", IF_REFUSE_REINSTALL},
+    {"uninstall_start_menu", IF_UNINSTALL_START_MENU},
+    {"uninstall", IF_UNINSTALL},
+    {"notice", IF_NOTICE},
+    {"ask_font_removal", IF_ASK_FONT_REMOVAL},
+    {"packed_payload", IF_PACKED_PAYLOAD},
+    {"always_log", IF_ALWAYS_LOG},
+    {"ask_directory", IF_ASK_DIRECTORY},
+    {"automatic", IF_AUTOMATIC},
+    {"automatic_uninstall", IF_AUTOMATIC_UNINSTALL},
+    {"no_uninstall_records", IF_NO_UNINSTALL_RECORDS},
+    {"replace_in_use", IF_REPLACE_IN_USE},
+    {"edit_path", IF_EDIT_PATH},
+    {"custom_colors", IF_CUSTOM_COLORS},
+    {"reboot_needed", IF_REBOOT_NEEDED},
+    {"background_bitmap", IF_BACKGROUND_BITMAP},
+    {"master_product", IF_MASTER_PRODUCT},
+    {"ask_shared_removal", IF_ASK_SHARED_REMOVAL},
+    {"verify_writes", IF_VERIFY_WRITES},
+    {"clear_attributes", IF_CLEAR_ATTRIBUTES},
+    {"verbose_log", IF_VERBOSE_LOG},
+    {"no_cancel", IF_NO_CANCEL},
+    {"no_done_message", IF_NO_DONE_MESSAGE},
+    {"hide_pre_batch", IF_HIDE_PRE_BATCH},
+    {"hide_post_batch", IF_HIDE_POST_BATCH},
+    {"hide_final_batch", IF_HIDE_FINAL_BATCH},
+    {"hide_uninstall_batch1", IF_HIDE_UNINSTALL_BATCH1},
+    {"hide_uninstall_batch2", IF_HIDE_UNINSTALL_BATCH2},
+    {"no_reinstall_question", IF_NO_REINSTALL_QUESTION},
+    {"no_window", IF_NO_WINDOW},
+    {"confirm_directory", IF_CONFIRM_DIRECTORY},
+    {"verify_stub", IF_VERIFY_STUB},
+    {"uninstall_desktop", IF_UNINSTALL_DESKTOP},
+    {"show_errors", IF_SHOW_ERRORS},
+    {"compare_versions", IF_COMPARE_VERSIONS},
+    {"no_unc_paths", IF_NO_UNC_PATHS},
+    {"uninstall_in_folder", IF_UNINSTALL_IN_FOLDER},
+}};
+
 /// What installers replace in the texts that may hold path variables, in any case.
 inline constexpr auto kPathVariables = [] {
   std::array<std::string_view, std::size(kPathVariableNames)> names;
@@ -54,6 +101,10 @@ inline constexpr auto kPathVariables = [] {
 }();
 
 /// The word for `value`, or the number itself.
-std::string WordFor(std::span<const NamedValue> names, int64_t value);
+inline std::string WordFor(std::span<const NamedValue> names, int64_t value) {
+  const auto found =
+      std::find_if(names.begin(), names.end(), [&](const NamedValue &named) { return named.value == value; });
+  return found == names.end() ? std::to_string(value) : std::string(found->name);
+}
 
 } // namespace korb::packer

@@ -1,3 +1,5 @@
+#include "packer/check/FileCheck.h"
+
 #include <algorithm>
 #include <iterator>
 #include <map>
@@ -7,8 +9,8 @@
 #include "format/Texts.h"
 #include "format/Words.h"
 #include "packer/Words.h"
-#include "packer/check/ProductCheck.h"
 #include "packer/check/TextRules.h"
+#include "packer/check/VariableCheck.h"
 
 namespace korb::packer {
 

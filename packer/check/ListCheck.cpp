@@ -1,10 +1,12 @@
+#include "packer/check/ListCheck.h"
+
 #include <algorithm>
 #include <iterator>
 
 #include "engine/DeletionRule.h"
 #include "format/Record.h"
-#include "packer/check/ProductCheck.h"
 #include "packer/check/TextRules.h"
+#include "packer/check/VariableCheck.h"
 
 namespace korb::packer {
 

@@ -1,15 +1,35 @@
+#include "packer/check/TextCheck.h"
+
 #include <algorithm>
+#include <cstring>
 #include <set>
 
 #include "format/Record.h"
 #include "format/Texts.h"
-#include "packer/check/ProductCheck.h"
 #include "packer/check/TextRules.h"
-#include "packer/manifest/Texts.h"
 
 namespace korb::packer {
 
 namespace {
+
+// The kind of argument that a conversion takes, 0 for none that the program knows.
+char ArgumentKind(char conversion) {
+  if (conversion != 0 && std::strchr("diuxXo", conversion))
+    return 'd';
+  return conversion == 's' || conversion == 'c' ? conversion : '\0';
+}
+
+// How many arguments `text` shows as a format.
+size_t ShownArguments(std::string_view text) {
+  size_t shown = 0;
+  for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
+    if (i + 1 < text.size() && text[i + 1] == '%')
+      ++i;
+    else
+      ++shown;
+  }
+  return shown;
+}
 
 std::string WithProductName(std::string text, const std::string &name) {
   constexpr std::string_view kPlaceholder = "<product>";
@@ -98,6 +118,30 @@ private:
 };
 
 } // namespace
+
+std::string FormatFault(std::string_view text, std::string_view form) {
+  if (form.empty())
+    return {};
+  const std::string_view wanted = form == "-" ? std::string_view() : form;
+  size_t used = 0;
+  for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
+    const size_t begin = i++;
+    i = std::min(text.find_first_not_of("-+ #0123456789.hlIL", i), text.size());
+    if (i < text.size() && text[i] == '%' && i == begin + 1)
+      continue;
+    const std::string conversion(text.substr(begin, i - begin + 1));
+    const char kind = i < text.size() ? ArgumentKind(text[i]) : '\0';
+    if (kind == '\0')
+      return "'" + conversion + "' is no conversion; a percent sign is written as %%";
+    if (used == wanted.size())
+      return "'" + conversion + "' has no argument: " +
+             (wanted.empty() ? "this text has none" : "there are only " + std::to_string(wanted.size()));
+    if (kind != wanted[used])
+      return "'" + conversion + "' is of the wrong kind: %" + wanted[used] + " belongs there";
+    ++used;
+  }
+  return {};
+}
 
 void CheckTexts(const Product &product, Findings &findings) {
   if (product.languages.empty() || product.languages.size() > kMaxLanguages)

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 
 namespace korb::packer {
 

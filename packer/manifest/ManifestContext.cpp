@@ -5,7 +5,7 @@
 
 #include "format/Archive.h"
 #include "packer/CodePage.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 
 namespace korb::packer {
 

@@ -49,13 +49,4 @@ public:
 /// `text` with CR LF at the end of each line.
 std::string WithDosLineEnds(const std::string &text);
 
-/// The [[file]] and [[tree]] entries, in the order of the manifest.
-void ReadFiles(ManifestContext &context, ManifestTable &root);
-
-/// [[delete]], [[association]], [[uninstall_value]].
-void ReadLists(ManifestContext &context, ManifestTable &root);
-
-/// [texts] and [[language]].
-void ReadLanguages(ManifestContext &context, ManifestTable &root);
-
 } // namespace korb::packer

@@ -1,9 +1,10 @@
+#include "packer/manifest/ManifestFiles.h"
+
 #include <algorithm>
 #include <set>
 
 #include "packer/CodePage.h"
 #include "packer/manifest/FileTree.h"
-#include "packer/manifest/ManifestContext.h"
 #include "packer/manifest/VersionResource.h"
 
 namespace korb::packer {
@@ -68,7 +69,7 @@ public:
       claimed_.insert(Canonical(context_.InputPath(*source)));
   }
 
-  // Remembers where a tree brings its files from and to; its faults are told by ReadTree.
+  // Remembers where a tree brings its files from and to; its faults are told by AddTree.
   void NoteTree(const toml::table &node) {
     Findings ignored;
     ManifestTable table(&node, "tree", ignored);
@@ -78,7 +79,7 @@ public:
                            table.Texts("exclude")});
   }
 
-  void ReadFile(const toml::table &node) {
+  void AddFile(const toml::table &node) {
     ManifestTable table(&node, "file", context_.findings);
     Settings settings = ReadSettings(context_, table, defaults_);
     FileEntry &entry = settings.entry;
@@ -106,7 +107,7 @@ public:
       Add(entry, settings.date.value_or(FileTime{}));
   }
 
-  void ReadTree(const toml::table &node) {
+  void AddTree(const toml::table &node) {
     ManifestTable table(&node, "tree", context_.findings);
     Settings settings = ReadSettings(context_, table, defaults_);
     const auto source = table.Text("source");
@@ -246,9 +247,9 @@ void ReadFiles(ManifestContext &context, ManifestTable &root) {
       reader.Claim(*entry.table);
   for (const Entry &entry : entries)
     if (entry.is_tree)
-      reader.ReadTree(*entry.table);
+      reader.AddTree(*entry.table);
     else
-      reader.ReadFile(*entry.table);
+      reader.AddFile(*entry.table);
 }
 
 } // namespace korb::packer

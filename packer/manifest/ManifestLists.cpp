@@ -1,9 +1,10 @@
+#include "packer/manifest/ManifestLists.h"
+
 #include "format/Texts.h"
 #include "packer/CodePage.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 #include "packer/check/NearMiss.h"
-#include "packer/manifest/ManifestContext.h"
-#include "packer/manifest/Texts.h"
+#include "packer/manifest/EnglishTexts.h"
 
 namespace korb::packer {
 

@@ -5,10 +5,11 @@
 #include <cstdio>
 
 #include "packer/CodePage.h"
-#include "packer/FlagNames.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
+#include "packer/Words.h"
 #include "packer/manifest/ImageFile.h"
-#include "packer/manifest/ManifestContext.h"
+#include "packer/manifest/ManifestFiles.h"
+#include "packer/manifest/ManifestLists.h"
 
 namespace korb::packer {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <vector>
 
+#include "packer/FileIo.h"
 #include "packer/Product.h"
-#include "packer/ReadFile.h"
 #include "packer/check/TextRules.h"
 #include "packer/manifest/FileTree.h"
 #include "packer/manifest/VersionResource.h"

@@ -1,13 +1,14 @@
+#include "packer/read/ExtractInstaller.h"
+
 #include <algorithm>
 #include <chrono>
 #include <fstream>
 
 #include "packer/CodePage.h"
+#include "packer/FileIo.h"
 #include "packer/Product.h"
-#include "packer/ReadFile.h"
 #include "packer/check/TextRules.h"
 #include "packer/read/InstallerReader.h"
-#include "packer/read/InstallerReport.h"
 
 namespace korb::packer {
 

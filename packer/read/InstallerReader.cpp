@@ -14,8 +14,8 @@
 #include "engine/DeletionRule.h"
 #include "format/Damage.h"
 #include "packer/CodePage.h"
+#include "packer/FileIo.h"
 #include "packer/Product.h"
-#include "packer/ReadFile.h"
 #include "packer/write/Checksum.h"
 
 namespace korb::packer {

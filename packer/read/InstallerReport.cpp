@@ -5,10 +5,8 @@
 #include "core/RunValues.h"
 #include "format/Texts.h"
 #include "packer/CodePage.h"
-#include "packer/FlagNames.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 #include "packer/Words.h"
-#include "packer/manifest/Texts.h"
 #include "packer/read/InstallerReader.h"
 #include "packer/read/ValueTree.h"
 

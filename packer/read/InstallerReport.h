@@ -1,4 +1,4 @@
-// What an author asks of a finished installer: what is in it, whether it is sound, and its files back.
+// What an author asks of a finished installer: what is in it, and whether it is sound.
 #pragma once
 
 #include <filesystem>
@@ -15,11 +15,5 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
 /// Makes every test that the installer makes before and while it places its files, and writes a line for each. False
 /// when one fails: the line tells the damage code that a user would read.
 bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out);
-
-/// Writes every file of the installer below `folder`, which has to be empty or absent, under its name and with its
-/// date, taken as universal time. No name leads out of the folder, whatever it holds; names that meet are numbered.
-/// A damaged installer is not extracted. False, told to `problems`, when not every file was written.
-bool ExtractInstaller(const std::filesystem::path &path, const std::filesystem::path &folder, int page,
-                      std::ostream &out, std::ostream &problems);
 
 } // namespace korb::packer

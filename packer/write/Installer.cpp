@@ -107,7 +107,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   return installer;
 }
 
-Installer BuildInstaller(const Product &product, const Bytes &stub, const Progress &progress) {
+Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress) {
   return AssembleInstaller(product, WriteConfig(product), WritePayload(product, progress), stub);
 }
 

@@ -18,7 +18,7 @@ struct Installer {
 /// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and
 /// stub give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
 /// ProductCheck.h); throws PackError when it can't, or when the stub is unfit.
-Installer BuildInstaller(const Product &product, const Bytes &stub, const Progress &progress = {});
+Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress = {});
 
 /// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from
 /// elsewhere. Of `product` it takes the payload plan and the volumes' serial.

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "format/Block.h"
-#include "packer/write/BlockEncoder.h"
 #include "packer/write/Checksum.h"
 
 namespace korb::packer {
@@ -43,7 +42,7 @@ void PutFileTime(Bytes &out, const FileTime &time) {
     PutI32(out, value);
 }
 
-Payload WritePayload(const Product &product, const Progress &progress) {
+Payload WritePayload(const Product &product, const ProgressCallback &progress) {
   Payload payload;
   size_t expected = 0; // a block that grows as it is filled takes three times its size
   for (const FileEntry &file : product.files)

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "packer/Product.h"
-#include "packer/Progress.h"
+#include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
 
@@ -23,6 +23,6 @@ struct Payload {
 
 /// Writes the records of all files. Throws PackError for an empty name, a text with a 0 byte, a file above
 /// kMaxFileSize, or a payload beyond what the format can hold.
-Payload WritePayload(const Product &product, const Progress &progress = {});
+Payload WritePayload(const Product &product, const ProgressCallback &progress = {});
 
 } // namespace korb::packer

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerReport.h"
 #include "tests/support/PackedProduct.h"
 

@@ -4,9 +4,10 @@
 
 #include "packer/CodePage.h"
 #include "packer/check/ProductCheck.h"
+#include "packer/check/TextCheck.h"
+#include "packer/manifest/EnglishTexts.h"
 #include "packer/manifest/FileTree.h"
 #include "packer/manifest/ManifestReader.h"
-#include "packer/manifest/Texts.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 

@@ -2,9 +2,9 @@
 
 #include <chrono>
 
-#include "packer/FlagNames.h"
+#include "packer/Words.h"
+#include "packer/manifest/EnglishTexts.h"
 #include "packer/manifest/ManifestReader.h"
-#include "packer/manifest/Texts.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 

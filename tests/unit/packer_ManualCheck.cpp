@@ -9,7 +9,6 @@
 #include "format/Texts.h"
 #include "packer/Words.h"
 #include "packer/manifest/ManifestReader.h"
-#include "packer/manifest/Texts.h"
 
 using namespace korb;
 using namespace korb::packer;

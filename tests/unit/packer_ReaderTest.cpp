@@ -8,6 +8,7 @@
 
 #include "packer/Build.h"
 #include "packer/manifest/Starter.h"
+#include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerReport.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"

@@ -1,6 +1,6 @@
 #include "core/Windows.h"
 #include "engine/FileVersion.h"
-#include "packer/ReadFile.h"
+#include "packer/FileIo.h"
 #include "packer/manifest/VersionResource.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"

@@ -1,7 +1,5 @@
-#include "packer/manifest/Texts.h"
+#include "packer/manifest/EnglishTexts.h"
 
-#include <algorithm>
-#include <cstring>
 #include <iterator>
 
 #include "format/Texts.h"
@@ -100,52 +98,6 @@ static_assert(std::size(kEnglish) == kTextCount);
 
 std::vector<std::string> EnglishTexts() {
   return {std::begin(kEnglish), std::end(kEnglish)};
-}
-
-namespace {
-
-// The kind of argument that a conversion takes, 0 for none that the program knows.
-char ArgumentKind(char conversion) {
-  if (conversion != 0 && std::strchr("diuxXo", conversion))
-    return 'd';
-  return conversion == 's' || conversion == 'c' ? conversion : '\0';
-}
-
-} // namespace
-
-size_t ShownArguments(std::string_view text) {
-  size_t shown = 0;
-  for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
-    if (i + 1 < text.size() && text[i + 1] == '%')
-      ++i;
-    else
-      ++shown;
-  }
-  return shown;
-}
-
-std::string FormatFault(std::string_view text, std::string_view form) {
-  if (form.empty())
-    return {};
-  const std::string_view wanted = form == "-" ? std::string_view() : form;
-  size_t used = 0;
-  for (size_t i = text.find('%'); i < text.size(); i = text.find('%', i + 1)) {
-    const size_t begin = i++;
-    i = std::min(text.find_first_not_of("-+ #0123456789.hlIL", i), text.size());
-    if (i < text.size() && text[i] == '%' && i == begin + 1)
-      continue;
-    const std::string conversion(text.substr(begin, i - begin + 1));
-    const char kind = i < text.size() ? ArgumentKind(text[i]) : '\0';
-    if (kind == '\0')
-      return "'" + conversion + "' is no conversion; a percent sign is written as %%";
-    if (used == wanted.size())
-      return "'" + conversion + "' has no argument: " +
-             (wanted.empty() ? "this text has none" : "there are only " + std::to_string(wanted.size()));
-    if (kind != wanted[used])
-      return "'" + conversion + "' is of the wrong kind: %" + wanted[used] + " belongs there";
-    ++used;
-  }
-  return {};
 }
 
 } // namespace korb::packer
