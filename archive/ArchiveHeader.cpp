@@ -56,7 +56,7 @@ void ReadArchiveHeader(ArchiveCursor &cursor, ArchiveHeader &header) {
 void DecodeConfig(ArchiveCursor &cursor, const ArchiveHeader &header, MemoryStream &stream, ConfigHost &host) {
   stream.Clear();
   cursor.CursorReadBlock(stream, header.config_size);
-  ScrambleBlock(stream, header.config_key);
+  ScrambleBlock(stream.data(), stream.length(), header.config_key);
   if (!UnpackString(stream))
     CorruptInstaller(DamageCode::ConfigPacked);
 

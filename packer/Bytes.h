@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "core/Checksum.h"
 
 namespace korb::packer {
 
@@ -35,6 +38,11 @@ inline void PutU64(Bytes &out, uint64_t value) {
 
 inline void PutBytes(Bytes &out, const Bytes &bytes) {
   out.insert(out.end(), bytes.begin(), bytes.end());
+}
+
+/// The program's checksum of at most INT32_MAX `bytes`.
+inline uint32_t ChecksumOf(std::span<const uint8_t> bytes) {
+  return Checksum32(bytes.data(), static_cast<int32_t>(bytes.size()));
 }
 
 /// The value at `at`; the caller has made sure that `bytes` holds it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 
 #include "archive/ArchiveFile.h"
 #include "archive/ConfigStream.h"
@@ -16,7 +17,6 @@
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
-#include "packer/write/Checksum.h"
 
 namespace korb::packer {
 
@@ -187,7 +187,8 @@ void InstallerReader::ReadParts() {
   reached = Part::kConfiguration;
 
   BuildUninstallerImage(source, location, header, config, UninstallerImage);
-  program_as_built = Checksum32(Bytes(file.begin(), file.begin() + location.section_file_pos)) == header.stub_checksum;
+  program_as_built =
+      ChecksumOf(std::span(file).first(static_cast<size_t>(location.section_file_pos))) == header.stub_checksum;
   reached = Part::kProgram;
 
   VolumesBeside host(folder_, volumes);

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "archive/Scramble.h"
 #include "packer/write/BlockEncoder.h"
-#include "packer/write/Checksum.h"
 #include "packer/write/RecordWriter.h"
 
 namespace korb::packer {
@@ -133,12 +133,12 @@ Bytes WriteConfig(const Product &product) {
 }
 
 StoredConfig StoreConfig(const Bytes &plain, size_t size) {
-  StoredConfig stored{PackBlock(plain, CompressionLevel::kBest), Checksum32(plain)};
+  StoredConfig stored{PackBlock(plain, CompressionLevel::kBest), ChecksumOf(plain)};
   stored.block.resize(std::max(stored.block.size(), size));
   if (stored.block.size() >= kConfigSizeLimit)
     throw PackError("the configuration is too large: " + std::to_string(stored.block.size()) +
                     " bytes packed, 10,485,759 at most; the pages, the texts and the bitmap are part of it");
-  ScrambleBlock(stored.block, stored.key);
+  ScrambleBlock(stored.block.data(), static_cast<int32_t>(stored.block.size()), stored.key);
   return stored;
 }
 

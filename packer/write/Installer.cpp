@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "packer/write/Checksum.h"
 #include "packer/write/ConfigWriter.h"
 #include "packer/write/StubImage.h"
 
@@ -48,7 +47,7 @@ void PutHeader(Bytes &out, const StoredConfig &config, const Payload &payload, u
   PutU32(out, static_cast<uint32_t>(archive_length));
   PutU32(out, static_cast<uint32_t>(payload.sizes.size()));
   PutU32(out, static_cast<uint32_t>(payload.stored.size()));
-  PutU32(out, Checksum32(payload.stored));
+  PutU32(out, ChecksumOf(payload.stored));
   for (int32_t size : payload.sizes)
     PutI32(out, size);
   PutBytes(out, config.block);
@@ -95,7 +94,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   installer.executable = image.WithSection(static_cast<uint32_t>(used), static_cast<uint32_t>(raw));
   const size_t section = installer.executable.size();
   installer.executable.reserve(section + std::max(raw, head + first));
-  PutHeader(installer.executable, stored, payload, Checksum32(installer.executable), used);
+  PutHeader(installer.executable, stored, payload, ChecksumOf(installer.executable), used);
   installer.executable.insert(installer.executable.end(), payload.stored.begin(),
                               payload.stored.begin() + static_cast<ptrdiff_t>(first));
   installer.executable.resize(std::max(installer.executable.size(), section + raw));

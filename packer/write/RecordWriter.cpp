@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "format/Block.h"
-#include "packer/write/Checksum.h"
 
 namespace korb::packer {
 
@@ -19,7 +18,7 @@ void PutRecord(Bytes &out, const FileEntry &file) {
   PutU32(out, file.flags);
   PutU32(out, file.attributes);
   PutBytes(out, file.contents);
-  PutU32(out, Checksum32(file.contents));
+  PutU32(out, ChecksumOf(file.contents));
   PutFileTime(out, file.date);
   PutText(out, file.label, what);
   if (file.flags & FF_SHORTCUTS)

@@ -192,10 +192,10 @@ TEST_CASE("scrambling touches whole dwords, then each byte of the rest with the 
                                                         {"abcde", "\x65\x51\x4A\x40\x61"},
                                                         {"abcdefg", "\x65\x51\x4A\x40\x61\x55\x4E"}}) {
     String text(plain.data(), static_cast<int32_t>(plain.size()));
-    ScrambleBlock(text, 0x24293304);
+    ScrambleBlock(text.data(), text.length(), 0x24293304);
     CHECK(Std(text) == scrambled);
-    ScrambleBlock(text, 0);
-    ScrambleBlock(text, 0x24293304);
+    ScrambleBlock(text.data(), text.length(), 0);
+    ScrambleBlock(text.data(), text.length(), 0x24293304);
     CHECK(Std(text) == plain);
   }
 }

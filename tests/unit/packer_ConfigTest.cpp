@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "packer/write/Checksum.h"
+#include "archive/Scramble.h"
 #include "packer/write/ConfigWriter.h"
 #include "packer/write/RecordWriter.h"
 #include "tests/support/ReferenceUnpack.h"
@@ -71,11 +71,11 @@ TEST_CASE("fields that hang on a bit or a size come and go with it") {
 TEST_CASE("the stored configuration is packed, scrambled, and told by one key") {
   const Bytes plain = packer::WriteConfig(TestInstaller().product);
   packer::StoredConfig stored = packer::StoreConfig(plain);
-  CHECK(stored.key == packer::Checksum32(plain));
+  CHECK(stored.key == packer::ChecksumOf(plain));
   const packer::StoredConfig longer = packer::StoreConfig(plain, stored.block.size() + 5);
   CHECK(longer.block.size() == stored.block.size() + 5);
   for (Bytes block : {stored.block, longer.block}) {
-    packer::ScrambleBlock(block, stored.key);
+    ScrambleBlock(block.data(), static_cast<int32_t>(block.size()), stored.key);
     CHECK(RealUnpack(TextOf(block)).bytes == TextOf(plain));
   }
 }

@@ -3,7 +3,6 @@
 #include <functional>
 #include <random>
 
-#include "packer/write/Checksum.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 #include "tests/support/TestInstaller.h"
@@ -86,7 +85,7 @@ TEST_CASE("in every layout the parts of the payload add up to it, and the sectio
     CHECK(installer.volumes.size() == row.volumes);
     const Bytes &file = installer.executable;
     CHECK(GetU32(file, kArchivePos + header::kPayloadSizeAt) == payload.size());
-    CHECK(GetU32(file, kArchivePos + header::kPayloadChecksumAt) == packer::Checksum32(payload));
+    CHECK(GetU32(file, kArchivePos + header::kPayloadChecksumAt) == packer::ChecksumOf(payload));
     CHECK(parts.raw % kAlignment == 0);
     CHECK((parts.used + kAlignment - 1) / kAlignment * kAlignment == parts.raw);
     CHECK(parts.used == GetU32(file, kArchivePos + header::kArchiveLengthAt));
@@ -119,7 +118,7 @@ TEST_CASE("the section is the last one, at a page, and what it adds to the image
         GetU32(stub, kPeOffset + pe::kInitializedDataSizeAt));
   // Its own checksum is taken of finished headers.
   const Bytes front(file.begin(), file.begin() + kArchivePos);
-  CHECK(GetU32(file, kArchivePos + header::kStubChecksumAt) == packer::Checksum32(front));
+  CHECK(GetU32(file, kArchivePos + header::kStubChecksumAt) == packer::ChecksumOf(front));
   CHECK(GetU32(file, kPeOffset + pe::kOptionalHeaderAt + 64) == 0);
 }
 
