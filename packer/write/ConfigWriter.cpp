@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "archive/Scramble.h"
+#include "core/Date.h"
 #include "packer/write/BlockEncoder.h"
 #include "packer/write/RecordWriter.h"
 
@@ -74,16 +75,11 @@ void PutStubPatch(Bytes &out, const Product &product) {
 } // namespace
 
 void PutDayRecord(Bytes &out, const Day &day) {
-  if (day.month == 0) {
-    out.insert(out.end(), kDateRecordSize, 0);
-    return;
-  }
-  // Days since 1 March of year 0 in the Gregorian calendar, which the reader counts as day 1,721,119.
-  const int32_t year = day.month > 2 ? day.year : day.year - 1;
-  const int32_t month = day.month > 2 ? day.month - 3 : day.month + 9;
-  const int32_t days = 365 * year + year / 4 - year / 100 + year / 400 + (153 * month + 2) / 5 + day.day - 1;
-  const int32_t julian = days + 1721119;
-  for (int32_t value : {julian, day.month, day.day, day.year, (julian + 2) % 7 + 1})
+  static_assert(sizeof(Date) == kDateRecordSize, "a reader copies it into one");
+  Date date;
+  if (day.month != 0)
+    date.set(day.month, day.day, day.year);
+  for (int32_t value : {date.julian, date.month, date.day, date.year, date.weekday})
     PutI32(out, value);
 }
 

@@ -19,7 +19,7 @@ struct StoredConfig {
 /// no reader looks. Throws PackError when the block passes the format's limit.
 StoredConfig StoreConfig(const Bytes &plain, size_t size = 0);
 
-/// Julian day record of a calendar day, in the five values that the archive holds; all 0 for no day.
+/// A calendar day as the five values of the program's Date, which archives hold as they are; all 0 for no day.
 void PutDayRecord(Bytes &out, const Day &day);
 
 } // namespace korb::packer
