@@ -15,7 +15,7 @@ String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &
     text += is_reinstall ? "\r\nInstall type: Reinstall" : "\r\nInstall type: New";
   text += "\r\nInstall location: ";
   text += InstallDir;
-  text += "\r\nInstaller version: 11.0\r\n";
+  text += "\r\nInstaller version: " KORB_VERSION "\r\n";
   if (!IsBlank(Version))
     text.append_format("Product version: %s\r\n", Version);
   text += "\r\n";

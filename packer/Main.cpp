@@ -79,7 +79,7 @@ std::optional<int64_t> ReadSourceDate() {
 }
 
 std::string Version() {
-  return "korbpack 11.0, archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
+  return "korbpack " KORB_VERSION ", archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
          std::to_string(korb::kFormatVersion / 10 % 10);
 }
 
