@@ -93,7 +93,7 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
   InstallerReader installer(path);
   installer.Read();
   if (installer.reached < Part::kFiles) {
-    problems << ShowPath(path) << ": error: " << installer.damage->Tell() << "\n";
+    problems << ShowPath(path) << ": error: " << installer.damage->what() << "\n";
     return false;
   }
   fs::create_directories(folder);

@@ -210,9 +210,10 @@ void InstallerReader::ReadRecords() {
       ReadPayloadRecord(cursor_, header.sizes.at(i), record);
       if (!HasDestination(record.dest_kind, record.file_flags, record.target))
         CorruptInstaller(DamageCode::FileKind);
-    } catch (ReportedDamage &report) {
-      report.text = "file " + std::to_string(i + 1) + " of " + std::to_string(header.sizes.count) + ": " + report.text;
-      throw;
+    } catch (const ReportedDamage &report) {
+      throw ReportedDamage("file " + std::to_string(i + 1) + " of " + std::to_string(header.sizes.count) + ": " +
+                               report.text,
+                           report.code);
     }
     records.push_back(record);
   }

@@ -301,7 +301,7 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
     all.WriteOutline(out);
   }
   if (installer.damage)
-    problems << ShowPath(path) << ": error: " << installer.damage->Tell() << "\n";
+    problems << ShowPath(path) << ": error: " << installer.damage->what() << "\n";
   return !installer.damage;
 }
 
@@ -312,7 +312,7 @@ bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
     const bool good = installer.reached >= part.part;
     out << (good ? "good     " : "DAMAGED  ") << part.what;
     if (!good) {
-      out << ": " << installer.damage.value().Tell() << "\n" << ShowPath(path) << ": damaged\n";
+      out << ": " << installer.damage.value().what() << "\n" << ShowPath(path) << ": damaged\n";
       return false;
     }
     if (part.part == Part::kProgram && !installer.program_as_built)

@@ -2,21 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 
 namespace korb::packer {
 
-struct ReportedDamage {
-  std::string text; ///< what is wrong, in words
-  int32_t code = 0; ///< the damage code that the installer would show; 0 when it would show something else
+/// Its `what` tells both of its fields on one line.
+struct ReportedDamage : std::runtime_error {
+  ReportedDamage(const std::string &damage_text, int32_t damage_code);
 
-  /// Both on one line.
-  std::string Tell() const {
-    std::string line = text;
-    for (size_t at; (at = line.find("\r\n")) != line.npos;)
-      line.replace(at, 2, " ");
-    return code == 0 ? line : line + " (damage code " + std::to_string(code) + ")";
-  }
+  std::string text; ///< what is wrong, in words
+  int32_t code;     ///< the damage code that the installer would show; 0 when it would show something else
 };
 
 } // namespace korb::packer

@@ -6,6 +6,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "core/Failure.h"
+#include "format/Damage.h"
 #include "packer/Build.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
@@ -127,6 +129,12 @@ TEST_CASE("every key of a manifest reaches the installer, and inspect tells it")
     std::ofstream(TestData("every-key.txt"), std::ios::binary) << told;
   expected << std::ifstream(TestData("every-key.txt"), std::ios::binary).rdbuf();
   CHECK(told == expected.str());
+}
+
+TEST_CASE("a report outside the reader ends as an error of korbpack, not of the process") {
+  CHECK_THROWS_WITH_AS(CorruptInstaller(DamageCode::FileKind), "a file's kind has no folder (damage code 110)",
+                       std::exception);
+  CHECK_THROWS_WITH_AS(FatalMessage("two\r\nlines"), "two lines", std::exception);
 }
 
 TEST_CASE("inspect escapes what JSON can't hold, and stops in front of damage") {
