@@ -2,31 +2,82 @@
 
 #include <cstdio>
 
+#include <nlohmann/json.hpp>
+
 #include "core/RunValues.h"
 #include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
 #include "packer/read/InstallerReader.h"
-#include "packer/read/ValueTree.h"
 
 namespace korb::packer {
 
 namespace {
 
-std::string Hex(uint64_t value, int digits = 8) {
+using Json = nlohmann::ordered_json;
+
+constexpr size_t kLongestText = 100; // bytes of a text that the outline shows
+
+// `value` in JSON. A terminal would obey DEL, which JSON itself lets stand.
+std::string Written(const Json &value, int indent = -1) {
+  std::string text = value.dump(indent, ' ', false, Json::error_handler_t::replace);
+  for (size_t at; (at = text.find('\x7F')) != text.npos;)
+    text.replace(at, 1, "\\u007f");
+  return text;
+}
+
+// The beginning of a long text, cut between characters.
+std::string CutText(const std::string &text) {
+  if (text.size() <= kLongestText)
+    return Written(text);
+  size_t end = kLongestText;
+  while ((text[end] & 0xC0) == 0x80)
+    --end;
+  return Written(text.substr(0, end)) + "... (" + std::to_string(text.size()) + " bytes)";
+}
+
+std::string OnOneLine(const Json &value) {
+  if (value.is_string())
+    return CutText(value.get_ref<const std::string &>());
+  if (!value.is_structured())
+    return Written(value);
+  std::string line;
+  for (const auto &[name, entry] : value.items())
+    line += (line.empty() ? "" : ", ") + (value.is_object() ? name + " = " : "") + OnOneLine(entry);
+  return value.is_array() ? "[" + line + "]" : line;
+}
+
+// One line for each value of a table; a table in a list takes one line in all. Long texts are cut.
+void WriteOutline(const Json &table, const std::string &indent, std::ostream &out) {
+  for (const auto &[name, value] : table.items()) {
+    if (value.is_object()) {
+      out << indent << name << "\n";
+      WriteOutline(value, indent + "  ", out);
+    } else if (value.is_array() && !value.empty() && value.front().is_object()) {
+      out << indent << name << " (" << value.size() << ")\n";
+      for (const Json &one : value)
+        out << indent << "  " << OnOneLine(one) << "\n";
+    } else {
+      out << indent << name << " = " << OnOneLine(value) << "\n";
+    }
+  }
+}
+
+std::string HexText(uint64_t value, int digits = 8) {
   char text[24];
   std::snprintf(text, sizeof text, "0x%0*llX", digits, static_cast<unsigned long long>(value));
   return text;
 }
 
-std::string Version(int32_t hundredths) {
+std::string VersionText(uint32_t hundredths) {
+  const int32_t version = static_cast<int32_t>(hundredths);
   char text[24];
-  std::snprintf(text, sizeof text, "%d.%02d", hundredths / 100, hundredths % 100);
+  std::snprintf(text, sizeof text, "%d.%02d", version / 100, version % 100);
   return text;
 }
 
-std::string Date(const FileDate &date) {
+std::string DateText(const FileDate &date) {
   char text[80];
   if (!date.has_date())
     return "none";
@@ -35,21 +86,21 @@ std::string Date(const FileDate &date) {
   return text;
 }
 
-std::string Color(uint32_t color) {
+std::string ColorText(uint32_t color) {
   char text[24];
   std::snprintf(text, sizeof text, "#%02X%02X%02X", color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
   return text;
 }
 
-Value::List Words(std::span<const NamedValue> names, uint32_t bits) {
-  Value::List words;
+Json WordsOf(std::span<const NamedValue> names, uint32_t bits) {
+  Json words = Json::array();
   for (const NamedValue &named : names)
     if (bits & static_cast<uint32_t>(named.value)) {
-      words.emplace_back(std::string(named.name));
+      words.push_back(named.name);
       bits &= ~static_cast<uint32_t>(named.value);
     }
   if (bits)
-    words.emplace_back(Hex(bits));
+    words.push_back(HexText(bits));
   return words;
 }
 
@@ -59,211 +110,201 @@ public:
       : installer_(installer), config_(installer.config), page_(page) {}
 
   // As far as it was read: a part that was not read whole has no meaning.
-  Value Tell() const {
-    Value all;
+  Json Tell() const {
+    Json all = Json::object();
     if (installer_.reached >= Part::kSection)
-      all.Add("section", Section());
+      all["section"] = TellSection();
     if (installer_.reached >= Part::kHeader)
-      all.Add("header", Header());
+      all["header"] = TellHeader();
     if (installer_.reached >= Part::kConfiguration)
-      AddConfiguration(all);
+      TellConfiguration(all);
     if (installer_.reached >= Part::kPayload)
-      all.Add("file", Files());
+      all["file"] = TellFiles();
     return all;
   }
 
 private:
-  Value Text(const String &text) const { return Text(text.c_str()); }
-  Value Text(const char *text) const { return FromCodePage(text, page_); }
+  std::string Text(const String &text) const { return Text(text.c_str()); }
+  std::string Text(const char *text) const { return FromCodePage(text, page_); }
 
-  Value Section() const {
+  Json TellSection() const {
     const ArchiveLocation &location = installer_.location;
-    Value section;
-    section.Add("position", location.section_file_pos)
-        .Add("size", location.section_raw_size)
-        .Add("address", Hex(location.section_address))
-        .Add("file_size", location.file_size);
-    return section;
+    return {{"position", location.section_file_pos},
+            {"size", location.section_raw_size},
+            {"address", HexText(location.section_address)},
+            {"file_size", location.file_size}};
   }
 
-  Value Header() const {
+  Json TellHeader() const {
     const ArchiveHeader &header = installer_.header;
-    Value value;
-    value
-        .Add("version", Version(static_cast<int32_t>(
-                            GetU32(installer_.file, static_cast<uint64_t>(installer_.location.section_file_pos) + 4))))
-        .Add("config_size", header.config_size)
-        .Add("config_key", Hex(header.config_key))
-        .Add("stub_checksum", Hex(header.stub_checksum))
-        .Add("archive_length", header.archive_length)
-        .Add("file_count", header.sizes.count)
-        .Add("payload_size", header.payload_size)
-        .Add("payload_checksum", Hex(header.payload_checksum));
-    return value;
+    const uint64_t at = static_cast<uint64_t>(installer_.location.section_file_pos) + header::kVersionAt;
+    return {{"version", VersionText(GetU32(installer_.file, at))},
+            {"config_size", header.config_size},
+            {"config_key", HexText(header.config_key)},
+            {"stub_checksum", HexText(header.stub_checksum)},
+            {"archive_length", header.archive_length},
+            {"file_count", header.sizes.count},
+            {"payload_size", header.payload_size},
+            {"payload_checksum", HexText(header.payload_checksum)}};
   }
 
-  void AddConfiguration(Value &all) const {
-    all.Add("product", Product()).Add("install", Install()).Add("uninstall", Uninstall());
-    all.Add("appearance", Appearance());
-    Value pages, batch;
-    pages.Add("license", Pages(config_.license_pages)).Add("readme", Pages(config_.readme_pages));
-    batch.Add("pre_install", Text(config_.pre_install_batch))
-        .Add("post_install", Text(config_.post_install_batch))
-        .Add("final", Text(config_.final_batch))
-        .Add("uninstall_first", Text(config_.uninstall_batch1))
-        .Add("uninstall_last", Text(config_.uninstall_batch2));
-    all.Add("pages", pages).Add("batch", batch).Add("payload", Payload()).Add("options", Options());
-    all.Add("delete", Deletions()).Add("association", Associations()).Add("uninstall_value", UninstallValues());
-    all.Add("language", Languages());
+  void TellConfiguration(Json &all) const {
+    all["product"] = TellProduct();
+    all["install"] = TellInstall();
+    all["uninstall"] = TellUninstall();
+    all["appearance"] = TellAppearance();
+    all["pages"] = {{"license", TellPages(config_.license_pages)}, {"readme", TellPages(config_.readme_pages)}};
+    all["batch"] = {{"pre_install", Text(config_.pre_install_batch)},
+                    {"post_install", Text(config_.post_install_batch)},
+                    {"final", Text(config_.final_batch)},
+                    {"uninstall_first", Text(config_.uninstall_batch1)},
+                    {"uninstall_last", Text(config_.uninstall_batch2)}};
+    all["payload"] = TellPayload();
+    all["options"] = TellOptions();
+    all["delete"] = TellDeletions();
+    all["association"] = TellAssociations();
+    all["uninstall_value"] = TellUninstallValues();
+    all["language"] = TellLanguages();
   }
 
-  Value Product() const {
-    Value product;
-    product.Add("name", Text(ProductName))
-        .Add("version", Text(korb::Version))
-        .Add("publisher", Text(config_.publisher))
-        .Add("registry_key", Text(config_.product_registry))
-        .Add("master_product", Text(config_.master_product))
-        .Add("expires", config_.expiry_date.is_invalid() ? "none" : config_.expiry_date.format("yy-mm-dd").c_str())
-        .Add("excluded_platforms", Words(kPlatforms, config_.excluded_platforms));
-    return product;
+  Json TellProduct() const {
+    return {{"name", Text(ProductName)},
+            {"version", Text(Version)},
+            {"publisher", Text(config_.publisher)},
+            {"registry_key", Text(config_.product_registry)},
+            {"master_product", Text(config_.master_product)},
+            {"expires", config_.expiry_date.is_invalid() ? "none" : config_.expiry_date.format("yy-mm-dd").c_str()},
+            {"excluded_platforms", WordsOf(kPlatforms, config_.excluded_platforms)}};
   }
 
-  Value Install() const {
-    Value install;
-    install.Add("directory", Text(config_.default_install_dir))
-        .Add("common_directory", Text(CommonDir))
-        .Add("start_menu", Text(config_.product_start_menu))
-        .Add("desktop_group", Text(config_.desktop_group))
-        .Add("shortcuts", WordFor(kShortcutModes, config_.shortcut_mode))
-        .Add("min_phase_ms", int32_t{config_.min_phase_ms});
-    return install;
+  Json TellInstall() const {
+    return {{"directory", Text(config_.default_install_dir)},
+            {"common_directory", Text(CommonDir)},
+            {"start_menu", Text(config_.product_start_menu)},
+            {"desktop_group", Text(config_.desktop_group)},
+            {"shortcuts", WordFor(kShortcutModes, config_.shortcut_mode)},
+            {"min_phase_ms", config_.min_phase_ms}};
   }
 
-  Value Uninstall() const {
-    Value uninstall;
-    uninstall.Add("directory", Text(UninstallSubdir))
-        .Add("program", Text(config_.uninstaller_name))
-        .Add("name", Text(config_.uninstall_name))
-        .Add("date", Date(config_.uninstaller_date))
-        .Add("patch_offset", config_.stub_patch_offset)
-        .Add("patch_size", config_.stub_patch.length());
-    return uninstall;
+  Json TellUninstall() const {
+    return {{"directory", Text(UninstallSubdir)},        {"program", Text(config_.uninstaller_name)},
+            {"name", Text(config_.uninstall_name)},      {"date", DateText(config_.uninstaller_date)},
+            {"patch_offset", config_.stub_patch_offset}, {"patch_size", config_.stub_patch.length()}};
   }
 
-  Value Appearance() const {
-    Value appearance;
+  Json TellAppearance() const {
+    Json appearance = Json::object();
     if (HasInstallFlag(IF_CUSTOM_COLORS) || !installer_.background.is_empty())
-      appearance.Add("title_color", Color(TitleColor));
-    if (HasInstallFlag(IF_CUSTOM_COLORS))
-      appearance.Add("top_color", Color(TopColor)).Add("bottom_color", Color(BottomColor));
-    appearance.Add("title_shadow", int32_t{TitleShadow}).Add("background_size", installer_.background.length());
+      appearance["title_color"] = ColorText(TitleColor);
+    if (HasInstallFlag(IF_CUSTOM_COLORS)) {
+      appearance["top_color"] = ColorText(TopColor);
+      appearance["bottom_color"] = ColorText(BottomColor);
+    }
+    appearance["title_shadow"] = TitleShadow;
+    appearance["background_size"] = installer_.background.length();
     return appearance;
   }
 
-  Value Pages(const Array<String> &pages) const {
-    Value::List list;
+  Json TellPages(const Array<String> &pages) const {
+    Json list = Json::array();
     for (int32_t i = 0; i < pages.count; ++i)
       list.push_back(Text(pages.at(i)));
     return list;
   }
 
-  Value Payload() const {
-    Value payload;
-    payload.Add("layout", WordFor(kLayouts, config_.payload_in_file != 0))
-        .Add("volume_name", Text(config_.volume_base_name))
-        .Add("volume_serial", int64_t{config_.volume_serial})
-        .Add("stored_size", installer_.header.payload_size);
+  Json TellPayload() const {
+    Json payload = {{"layout", WordFor(kLayouts, config_.payload_in_file != 0)},
+                    {"volume_name", Text(config_.volume_base_name)},
+                    {"volume_serial", config_.volume_serial},
+                    {"stored_size", installer_.header.payload_size}};
     if (installer_.reached < Part::kPayload)
       return payload;
-    Value::List volumes;
+    payload["unpacked_size"] = installer_.unpacked_size;
+    Json &volumes = payload["volume"] = Json::array();
     for (const FoundVolume &volume : installer_.volumes)
-      volumes.push_back(Value().Add("name", volume.name).Add("size", volume.size));
-    return payload.Add("unpacked_size", installer_.unpacked_size).Add("volume", volumes);
+      volumes.push_back({{"name", volume.name}, {"size", volume.size}});
+    return payload;
   }
 
-  Value Options() const {
-    Value options;
-    Value::List set;
+  Json TellOptions() const {
+    Json set = Json::array();
     for (const FlagName &flag : kFlagNames)
       if (HasInstallFlag(flag.bit))
-        set.emplace_back(flag.name);
-    options.Add("raw", Hex(InstallFlags, 16)).Add("set", set);
-    return options;
+        set.push_back(flag.name);
+    return {{"raw", HexText(InstallFlags, 16)}, {"set", set}};
   }
 
-  Value Deletions() const {
-    Value::List list;
+  Json TellDeletions() const {
+    Json list = Json::array();
     for (int32_t i = 0; i < config_.deletions.count; ++i) {
       const FileDeletion &deletion = config_.deletions.at(i);
-      list.push_back(Value()
-                         .Add("name", Text(deletion.name))
-                         .Add("when", WordFor(kDeletionKinds, deletion.kind))
-                         .Add("value", Text(deletion.value))
-                         .Add("options", int64_t{deletion.options}));
+      list.push_back({{"name", Text(deletion.name)},
+                      {"when", WordFor(kDeletionKinds, deletion.kind)},
+                      {"value", Text(deletion.value)},
+                      {"options", deletion.options}});
     }
     return list;
   }
 
-  Value Associations() const {
-    Value::List list;
+  Json TellAssociations() const {
+    Json list = Json::array();
     for (int32_t i = 0; i < config_.associations.count; ++i) {
       const FileAssociation &association = config_.associations.at(i);
-      list.push_back(Value()
-                         .Add("extension", Text(association.extension))
-                         .Add("class", Text(association.file_class))
-                         .Add("description", Text(association.description))
-                         .Add("verb", Text(association.verb))
-                         .Add("verb_label", Text(association.verb_label))
-                         .Add("command", Text(association.command))
-                         .Add("language", Text(association.language))
-                         .Add("icon", Text(association.icon))
-                         .Add("options", int64_t{association.flags}));
+      list.push_back({{"extension", Text(association.extension)},
+                      {"class", Text(association.file_class)},
+                      {"description", Text(association.description)},
+                      {"verb", Text(association.verb)},
+                      {"verb_label", Text(association.verb_label)},
+                      {"command", Text(association.command)},
+                      {"language", Text(association.language)},
+                      {"icon", Text(association.icon)},
+                      {"options", association.flags}});
     }
     return list;
   }
 
-  Value UninstallValues() const {
-    Value::List list;
+  Json TellUninstallValues() const {
+    Json list = Json::array();
     for (int32_t i = 0; i < config_.uninstall_data.count; ++i) {
       const UninstallData &data = config_.uninstall_data.at(i);
-      list.push_back(Value()
-                         .Add("name", Text(data.name))
-                         .Add("kind", WordFor(kValueKinds, data.kind))
-                         .Add("value", Text(data.value)));
+      list.push_back(
+          {{"name", Text(data.name)}, {"kind", WordFor(kValueKinds, data.kind)}, {"value", Text(data.value)}});
     }
     return list;
   }
 
-  Value Languages() const {
-    Value languages;
+  Json TellLanguages() const {
+    Json languages = Json::object();
     for (int32_t i = 0; i < LanguageNames.count; ++i) {
-      Value texts;
+      // A key that is looked for among thousands takes its time, and no number comes twice.
+      Json::object_t texts;
       for (int32_t number = 0; number < TextTable.count; ++number) {
         const size_t index = static_cast<size_t>(number);
-        texts.Add(index < std::size(kTextRows) ? kTextRows[index].name : std::to_string(number),
-                  Text(TextTable.at(number).at(i)));
+        texts.emplace_back(index < std::size(kTextRows) ? kTextRows[index].name : std::to_string(number),
+                           Text(TextTable.at(number).at(i)));
       }
-      languages.Add(FromCodePage(LanguageNames.at(i).c_str(), page_), texts);
+      std::string name = Text(LanguageNames.at(i));
+      if (languages.contains(name)) // an author's tool may have let that pass
+        name += " (" + std::to_string(i + 1) + ")";
+      languages[name] = std::move(texts);
     }
     return languages;
   }
 
-  Value Files() const {
-    Value::List list;
+  Json TellFiles() const {
+    Json list = Json::array();
     for (const PayloadRecord &record : installer_.records) {
-      Value file;
-      file.Add("name", Text(record.name))
-          .Add("size", record.size)
-          .Add("kind", WordFor(kKinds, record.dest_kind))
-          .Add("flags", Hex(record.file_flags, 2))
-          .Add("condition", WordFor(kConditions, record.file_flags & FF_CONDITION))
-          .Add("attributes", Words(kAttributes, record.attributes))
-          .Add("date", Date(record.date));
+      Json file = {{"name", Text(record.name)},
+                   {"size", record.size},
+                   {"kind", WordFor(kKinds, record.dest_kind)},
+                   {"flags", HexText(record.file_flags, 2)},
+                   {"condition", WordFor(kConditions, record.file_flags & FF_CONDITION)},
+                   {"attributes", WordsOf(kAttributes, record.attributes)},
+                   {"date", DateText(record.date)}};
       for (const auto &[name, text] : {std::pair{"label", record.label}, std::pair{"icon", record.icon},
                                        std::pair{"arguments", record.arguments}, std::pair{"target", record.target}})
         if (*text)
-          file.Add(name, Text(text));
+          file[name] = Text(text);
       list.push_back(std::move(file));
     }
     return list;
@@ -293,13 +334,11 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
                       std::ostream &problems) {
   InstallerReader installer(path);
   installer.Read();
-  const Value all = Description(installer, page).Tell();
-  if (json) {
-    all.WriteJson(out);
-    out << "\n";
-  } else {
-    all.WriteOutline(out);
-  }
+  const Json all = Description(installer, page).Tell();
+  if (json)
+    out << Written(all, 2) << "\n";
+  else
+    WriteOutline(all, "", out);
   if (installer.damage)
     problems << ShowPath(path) << ": error: " << installer.damage->what() << "\n";
   return !installer.damage;
