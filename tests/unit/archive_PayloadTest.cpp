@@ -16,15 +16,24 @@ std::string Text(const Bytes &bytes) {
 void CheckRecords(const ArchiveRun &run) {
   REQUIRE(run.records.size() == 2);
   const PayloadRecord &one = run.records[0];
-  CHECK(Joined({one.name, one.label, one.icon, one.arguments, one.target}) ==
-        "dir\\one.txt|label|icon|arguments|target");
-  CHECK(Values{one.dest_kind, one.file_flags, one.attributes, one.date.year, one.date.second} ==
-        Values{KindProgram, FF_START_MENU, 0x20, 1999, 58});
+  CHECK(one.name == "dir\\one.txt"s);
+  CHECK(one.label == "label"s);
+  CHECK(one.icon == "icon"s);
+  CHECK(one.arguments == "arguments"s);
+  CHECK(one.target == "target"s);
+  CHECK(one.dest_kind == KindProgram);
+  CHECK(one.file_flags == FF_START_MENU);
+  CHECK(one.attributes == 0x20);
+  CHECK(one.date.year == 1999);
+  CHECK(one.date.second == 58);
   CHECK(std::string(reinterpret_cast<const char *>(one.contents), static_cast<size_t>(one.size)) == "12345");
   const PayloadRecord &two = run.records[1];
-  CHECK(Joined({two.name, two.icon, two.target}) == "empty.txt||target");
+  CHECK(two.name == "empty.txt"s);
+  CHECK(two.icon == ""s);
+  CHECK(two.target == "target"s);
   CHECK(two.size == 0);
-  CHECK(Values{run.cursor.left(), PumpCount} == Values{0, 2});
+  CHECK(run.cursor.left() == 0);
+  CHECK(PumpCount == 2);
 }
 
 /// An installer whose payload is spread over volumes of `volume` bytes; 0: none.
@@ -89,11 +98,18 @@ TEST_CASE("progress is shown and each stage is waited for") {
   CHECK(run.user.calls == expected);
 }
 
-TEST_CASE("a volume is asked for until the right one is there") {
+namespace {
+
+/// A payload with one volume after the section, whose disk the user has in no drive yet.
+struct OneVolume {
   const packer::Installer built = Spread(PayloadLayout::kInSection, false, 40, 1 << 20).Build();
-  REQUIRE(built.volumes.size() == 1);
-  const std::string path = "A:\\dir\\DISK2.KRB", right = Text(built.volumes[0]);
-  ArchiveRun run(built.executable);
+  const std::string path = "A:\\dir\\DISK2.KRB", right = Text(built.volumes.at(0));
+  ArchiveRun run{built.executable};
+};
+
+} // namespace
+
+TEST_CASE_FIXTURE(OneVolume, "a volume is asked for until the right one is there") {
   int asked = 0;
   run.user.answer = [&] {
     switch (++asked) {
@@ -118,22 +134,26 @@ TEST_CASE("a volume is asked for until the right one is there") {
                          open, "close", "wait 500"});
 }
 
-TEST_CASE("a volume that can't be read, and one that brings too much, are damage") {
-  const packer::Installer built = Spread(PayloadLayout::kInSection, false, 40, 1 << 20).Build();
-  for (const auto &[code, extra, unreadable] :
-       {std::tuple{50, "", true}, {0, "", false}, {0, "longer than the slack that a string has", false}}) {
-    ArchiveRun run(built.executable);
-    run.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]) + extra;
-    run.user.unreadable = unreadable;
-    CHECK(TrappedCode([&] { run.Run(); }) == code);
-  }
-  // A wrong disk is told as such at once, a missing one only the second time.
-  ArchiveRun wrong(built.executable);
-  wrong.user.files["A:\\dir\\DISK2.KRB"] = "other";
-  CHECK_THROWS_WITH(wrong.Run(), "asked for a disk: wrong disk\r\n\r\ninsert 2 in A:");
-  ArchiveRun short_volume(built.executable);
-  short_volume.user.files["A:\\dir\\DISK2.KRB"] = Text(built.volumes[0]).substr(0, 10);
-  CHECK_THROWS_AS(short_volume.Run(), std::runtime_error); // asks for volume 3
+TEST_CASE_FIXTURE(OneVolume, "a volume that can't be read is damage") {
+  run.user.files[path] = right;
+  run.user.unreadable = true;
+  CHECK(TrappedCode([&] { run.Run(); }) == 50);
+}
+
+TEST_CASE_FIXTURE(OneVolume, "what a volume has beyond the payload is left there") {
+  run.user.files[path] = right + "longer than the slack that a string has";
+  run.Run();
+  CheckRecords(run);
+}
+
+TEST_CASE_FIXTURE(OneVolume, "a wrong disk is told as such at once") {
+  run.user.files[path] = "other";
+  CHECK_THROWS_WITH(run.Run(), "asked for a disk: wrong disk\r\n\r\ninsert 2 in A:");
+}
+
+TEST_CASE_FIXTURE(OneVolume, "after a volume that ends early the next one is asked for") {
+  run.user.files[path] = right.substr(0, 10);
+  CHECK_THROWS_WITH(run.Run(), "asked for a disk: insert 3 in A:");
 }
 
 TEST_CASE("a payload that the executable can't give ends the run with error 2") {
@@ -182,10 +202,11 @@ TEST_CASE("sections behind the archive's move up in the uninstaller's table") {
   run.Run();
   const Bytes image(run.uninstaller.c_str(), run.uninstaller.c_str() + run.uninstaller.length());
   const uint32_t raw = static_cast<uint32_t>(run.location.section_raw_size);
-  CHECK(Values{run.location.section_index, packer::GetU16(image, kPeOffset + pe::kSectionCountAt),
-               packer::GetU32(image, kPeOffset + pe::kImageSizeAt),
-               packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt),
-               image[kSectionEntry - 40 + 4]} == Values{3, 4, 0x5000, 0x800, '3'});
+  CHECK(run.location.section_index == 3);
+  CHECK(packer::GetU16(image, kPeOffset + pe::kSectionCountAt) == 4);
+  CHECK(packer::GetU32(image, kPeOffset + pe::kImageSizeAt) == 0x5000);
+  CHECK(packer::GetU32(image, kPeOffset + pe::kInitializedDataSizeAt) == 0x800);
+  CHECK(image[kSectionEntry - 40 + 4] == '3');
   CHECK(packer::GetU32(image, kSectionEntry - 40 + pe::kRawPointerAt) == 0x400 + 0x200 * 3 - raw);
   CHECK(image[kSectionEntry] == '#'); // what stood behind the table comes along, one entry further than there are
   CHECK(image[kSectionEntry + 40] == '@');
@@ -199,7 +220,8 @@ TEST_CASE("a cursor gives zeros and empty texts past the end, and stays there") 
   cursor.CursorSkip(2);
   CHECK(std::string(cursor.CursorReadText()) == "ab");
   ArchiveCursor unended = cursor;
-  CHECK(Values{std::string(unended.CursorReadText()).empty(), unended.left()} == Values{1, 0});
+  CHECK(std::string(unended.CursorReadText()) == "");
+  CHECK(unended.left() == 0);
   CHECK(cursor.CursorReadU32() == 0x6463); // half of it is there
   CHECK(cursor.CursorReadU32() == 0);
   String block;
