@@ -35,6 +35,9 @@ TEST_CASE("a path falls into directory and name") {
     CHECK(Std(FilePart(row.path)) == row.file);
     CHECK(Std(PathRoot(row.path)) == row.root);
   }
+}
+
+TEST_CASE("a path is cut to its directory, if it has one") {
   String path("c:\\dir\\file");
   CHECK(CutToDirectory(path));
   CHECK(Std(path) == "c:\\dir\\");
@@ -43,33 +46,48 @@ TEST_CASE("a path falls into directory and name") {
   CHECK(Std(bare) == "file");
 }
 
-TEST_CASE("drives and extensions") {
-  CHECK(Values{DriveLetter("c:\\x"), DriveLetter("1:\\x"), DriveLetter("c")} == Values{'C', 0, 0});
+TEST_CASE("a drive is a letter with a colon") {
+  CHECK(DriveLetter("c:\\x") == 'C');
+  CHECK(DriveLetter("1:\\x") == '\0');
+  CHECK(DriveLetter("c") == '\0');
   CHECK(Std(DriveSpec("c-d")) == "c:");
   CHECK(Std(DriveSpec("\\\\s")) == "");
   CHECK(Std(DriveSpec('\0')) == "");
-  CHECK(Values{ExtensionIndex("c:\\a.b\\c"), ExtensionIndex("a.b.c"), ExtensionIndex(".x")} == Values{-1, 3, 0});
+}
+
+TEST_CASE("an extension is of the file's name, and is added where there is none") {
+  CHECK(ExtensionIndex("c:\\a.b\\c") == -1);
+  CHECK(ExtensionIndex("a.b.c") == 3);
+  CHECK(ExtensionIndex(".x") == 0);
   struct Row {
     const char *path, *extension, *result;
   };
   for (const Row &row :
        {Row{"setup", "EXE", "setup.EXE"}, Row{"setup", ".EXE", "setup.EXE"}, Row{"setup.", "EXE", "setup."},
         Row{"a.b\\c", "EXE", "a.b\\c.EXE"}, Row{" ", "EXE", " "}, Row{"setup", nullptr, "setup"}}) {
+    CAPTURE(row.path);
     String path(row.path);
     AddDefaultExtension(path, row.extension);
     CHECK(Std(path) == row.result);
   }
 }
 
-TEST_CASE("paths are compared and judged by their text") {
-  CHECK(Values{SamePath("C:\\Dir\\", "c:\\dir"), SamePath("", ""), SamePath("\\\\", ""),
-               SamePath("c:\\dir", "c:\\dir2")} == Values{1, 1, 1, 0});
-  for (const char *full : {"c:\\", "  c:\\x", "\\\\server", "1:\\x"})
-    CHECK(IsFullPath(full));
-  for (const char *part : {"", "  ", "x", "c:x", "\\x", "c", "c:"})
-    CHECK_FALSE(IsFullPath(part));
-  CHECK_FALSE(IsFullPath(nullptr));
+TEST_CASE("paths are the same in any case, with or without a backslash at the end") {
+  CHECK(SamePath("C:\\Dir\\", "c:\\dir"));
+  CHECK(SamePath("", ""));
+  CHECK(SamePath("\\\\", ""));
+  CHECK_FALSE(SamePath("c:\\dir", "c:\\dir2"));
+}
 
+TEST_CASE("a path is full from its drive or its server on") {
+  for (const char *full : {"c:\\", "  c:\\x", "\\\\server", "1:\\x"})
+    CHECK_MESSAGE(IsFullPath(full), std::string(full));
+  for (const char *part : {"", "  ", "x", "c:x", "\\x", "c", "c:"})
+    CHECK_MESSAGE(!IsFullPath(part), std::string(part));
+  CHECK_FALSE(IsFullPath(nullptr));
+}
+
+TEST_CASE("a path is legal by its characters, wildcards as the flags say") {
   struct Row {
     const char *path;
     int flags; // one bit for each value of the flags, 0 to 3, under which the path is legal
@@ -84,8 +102,11 @@ TEST_CASE("paths are compared and judged by their text") {
       CAPTURE(flags);
       CHECK(IsLegalPath(row.path, PathOptions{flags}) == ((row.flags >> flags & 1) != 0));
     }
+}
+
+TEST_CASE("a plain file name has nothing of a path") {
   for (const char *name : {"", "a;b", "a*", "c:x", "a\"b"})
-    CHECK_FALSE(IsPlainFileName(name));
+    CHECK_MESSAGE(!IsPlainFileName(name), std::string(name));
   CHECK(IsPlainFileName("a b.txt"));
 }
 
@@ -118,6 +139,7 @@ TEST_CASE("a rename becomes the first line of its section") {
         Row{"[other]\r\n", "[other]\r\n[rename]\r\nNUL=c:\\x"},
         Row{"[RENAME]\r\nNUL=c:\\y\r\n[z]", "[RENAME]\r\nNUL=c:\\x\r\nNUL=c:\\y\r\n[z]"},
         Row{"[rename]", "[rename]\r\nNUL=c:\\x"}}) {
+    CAPTURE(row.before);
     String text(row.before);
     AddRename(text, "NUL", "c:\\x");
     CHECK(Std(text) == row.after);
