@@ -43,20 +43,29 @@ struct Fixture {
 
 } // namespace
 
-TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack") {
-  CHECK(Values{key.OpenChild("child", RK_OPEN_ONLY), key.OpenChild("child"), key.WriteNumber("depth", 2)} ==
-        Values{KEY_NOT_OPENED, KEY_CREATED, 1});
+TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack, and a failed open leaves the key") {
+  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
+  CHECK(key.OpenChild("child", 0) == KEY_CREATED);
+  CHECK(key.WriteNumber("depth", 2, 0));
   key.Close();
-  CHECK(Values{key.ValueExists("depth"), key.OpenChild("child"), key.OpenChild("child", RK_OPEN_ONLY)} ==
-        Values{0, KEY_OPENED, KEY_NOT_OPENED});
-  CHECK(key.ReadNumber("depth", 0) == 2); // a failed open leaves the key
-  key.Close();
+  CHECK_FALSE(key.ValueExists("depth"));
   CHECK(key.SubKeyCount() == 1);
+  CHECK(key.OpenChild("child", 0) == KEY_OPENED);
+  CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
+  CHECK(key.ReadNumber("depth", 0, 0) == 2);
+}
+
+TEST_CASE_FIXTURE(Fixture, "below no key there is none") {
   key.Close();
   key.Close();
-  CHECK(Values{key.SubKeyCount(), key.OpenChild("child"), RegistryKey::SoftwareKeyExists("KorbTest\\child", true),
-               RegistryKey::SoftwareKeyExists("KorbTest\\child", false),
-               RegistryKey::KeyExists(user, "")} == Values{-1, KEY_NOT_OPENED, 1, 0, 0});
+  CHECK(key.SubKeyCount() == -1);
+  CHECK(key.OpenChild("child", 0) == KEY_NOT_OPENED);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a key is asked for under the user or the machine") {
+  CHECK(RegistryKey::SoftwareKeyExists("KorbTest", true));
+  CHECK_FALSE(RegistryKey::SoftwareKeyExists("KorbTest", false));
+  CHECK_FALSE(RegistryKey::KeyExists(user, ""));
 }
 
 TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for") {
@@ -93,6 +102,9 @@ TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for")
     CHECK(key.ReadBoolean(row.name, true) == row.boolean);
   }
   CHECK(Text("missing") == "default");
+}
+
+TEST_CASE_FIXTURE(Fixture, "a required value that is missing ends the run with its name") {
   CHECK(Trapped([&] {
           Value value;
           key.ReadValue("missing", value, RK_REQUIRED);
@@ -110,13 +122,18 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(Stored("a") == "3:text");
   CHECK(key.WriteString("a", "", RK_DELETE_EMPTY));
   CHECK(Stored("a") == "none");
-  CHECK(Values{key.WriteString("a", "", RK_DELETE_EMPTY), key.WriteString("a", ""), key.ValueExists("a"),
-               key.WriteNumber("n", -2)} == Values{0, 1, 1, 1});
+  CHECK_FALSE(key.WriteString("a", "", RK_DELETE_EMPTY));
+  CHECK(key.WriteString("a", "", 0));
+  CHECK(key.ValueExists("a"));
+  CHECK(key.WriteNumber("n", -2, 0));
   CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
   CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
   CHECK(Stored("n") == "none");
-  CHECK(Values{key.WriteBoolean("n", true), key.ReadBoolean("n", false)} == Values{1, 1});
+  CHECK(key.WriteBoolean("n", true));
+  CHECK(key.ReadBoolean("n", false, 0));
+}
 
+TEST_CASE_FIXTURE(Fixture, "a value is exchanged in the direction that is set") {
   key.writing = true;
   for (Value value : {Value(int64_t{-2}), Value("-2")}) {
     CHECK(key.Exchange("x", value));
@@ -144,22 +161,31 @@ TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make i
   CHECK(text == "default");
 }
 
-TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them") {
-  key.OpenChild("a\\b\\c");
-  key.Close();
-  key.OpenChild("empty");
-  key.Close();
-  CHECK(Values{key.DeleteChild("a", RK_ONLY_IF_EMPTY), key.DeleteChild("missing", RK_ONLY_IF_EMPTY),
-               key.DeleteChild("missing"),
-               key.DeleteChild("")} == Values{DELETE_NOT_EMPTY, DELETE_NOT_EMPTY, DELETE_REFUSED, DELETE_NO_KEY});
+TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them, or only if there is nothing") {
+  for (const char *child : {"a\\b\\c", "empty"}) {
+    key.OpenChild(child, 0);
+    key.Close();
+  }
   Vector<String> names;
-  CHECK(Values{key.EnumerateSubKeys(names), names.count, key.DeleteChild("empty", RK_ONLY_IF_EMPTY),
-               key.DeleteChild("a"), key.IsEmpty()} == Values{2, 2, DELETE_DONE, DELETE_DONE, 1});
+  CHECK(key.EnumerateSubKeys(names) == 2);
+  CHECK(names.count == 2);
+  CHECK(key.DeleteChild("a", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
+  CHECK(key.DeleteChild("empty", RK_ONLY_IF_EMPTY) == DELETE_DONE);
+  CHECK(key.DeleteChild("a", 0) == DELETE_DONE);
+  CHECK(key.IsEmpty());
+}
 
-  key.OpenChild("x\\y");
+TEST_CASE_FIXTURE(Fixture, "a deletion of what is not there is told apart") {
+  CHECK(key.DeleteChild("missing", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
+  CHECK(key.DeleteChild("missing", 0) == DELETE_REFUSED);
+  CHECK(key.DeleteChild("", 0) == DELETE_NO_KEY);
+  CHECK(key.DeleteKey(user, "KorbTest", 0) == DELETE_NO_KEY); // no parent in the path
+  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x", 0) == DELETE_NO_KEY);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a key of a program is deleted by its path, or by its parent and name") {
+  key.OpenChild("x\\y", 0);
   key.Close();
   CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true) == DELETE_DONE);
   CHECK(key.DeleteSoftwareKey("KorbTest\\x", true, RK_ONLY_IF_EMPTY) == DELETE_DONE);
-  CHECK(key.DeleteKey(user, "KorbTest") == DELETE_NO_KEY); // no parent in the path
-  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x") == DELETE_NO_KEY);
 }
