@@ -34,6 +34,17 @@ std::string Ran(const char *script, bool may_pause) {
 
 constexpr char kAutoexec[] = "c:\\autoexec.bat";
 
+/// A machine without the file, whose search path is to have the system's own directory.
+struct Autoexec {
+  Autoexec() {
+    InitPaths();
+    REQUIRE(BootDriveLetter() == 'C');
+    InstallDir = "c:\\windows";
+    DeleteFileA(kAutoexec);
+  }
+  ~Autoexec() { DeleteFileA(kAutoexec); }
+};
+
 } // namespace
 
 TEST_CASE("a batch sees the folders as variables, runs where it is told, and leaves no file") {
@@ -56,9 +67,16 @@ TEST_CASE("a batch sees the folders as variables, runs where it is told, and lea
     CHECK(UpperContents(directory + "\\out.txt") == Upper(expected));
     CHECK_FALSE(FileExists((directory + "\\KORBBAT.BAT").c_str()));
   }
+}
+
+TEST_CASE("a batch that did not run is told in the log, whatever one that ran came to") {
+  InitPaths();
+  const TempFolder folder;
+  const String directory = folder.Path().string().c_str();
+  String log;
   CHECK(RunBatch(directory, " \r\n\t", false, log));
   CHECK_FALSE(RunBatch(directory, "exit 3", false, log));
-  CHECK(log.is_empty()); // which tells only of those that did not run
+  CHECK(log == "");
   CHECK_FALSE(RunBatch(directory + "\\missing", "echo", false, log));
   CHECK(log.starts_with(directory + "\\missing\\KORBBAT.BAT could not be run: "));
 }
@@ -82,11 +100,7 @@ TEST_CASE("a hidden or silent batch loses the lines that only pause") {
   CHECK(BatchText("", "x", true).find("InstallDir=") < 0);
 }
 
-TEST_CASE("the search path gets the directory once, and loses it again") {
-  InitPaths();
-  REQUIRE(BootDriveLetter() == 'C');
-  InstallDir = "c:\\windows";
-  const char line[] = "PATH=%PATH%;C:\\windows\r\n";
+TEST_CASE_FIXTURE(Autoexec, "the search path gets the directory once, and loses it again") {
   struct Row {
     const char *before;
     bool add;
@@ -104,11 +118,13 @@ TEST_CASE("the search path gets the directory once, and loses it again") {
     CHECK(EditAutoexecPath(row.add).is_empty());
     CHECK(UpperContents(kAutoexec) == Upper(row.after));
   }
+}
 
-  REQUIRE(DeleteFileA(kAutoexec));
+TEST_CASE_FIXTURE(Autoexec,
+                  "a search path without a file is told when it is to lose a directory, and made to get one") {
   CHECK(EditAutoexecPath(false) == "Unable to modify C:\\autoexec.bat.  You will need to manually remove c:\\windows "
                                    "from the PATH environment variable.\r\n\r\n");
-  CHECK(Values{FileExists(kAutoexec), EditAutoexecPath(true).is_empty()} == Values{0, 1});
-  CHECK(UpperContents(kAutoexec) == Upper(String("\r\n") + line));
-  REQUIRE(DeleteFileA(kAutoexec));
+  CHECK_FALSE(FileExists(kAutoexec));
+  CHECK(EditAutoexecPath(true) == "");
+  CHECK(UpperContents(kAutoexec) == "\r\nPATH=%PATH%;C:\\WINDOWS\r\n");
 }

@@ -69,6 +69,11 @@ TEST_CASE("a folder comes from the registry, or from what stands in for it") {
     const Setting missing(row.key, row.user, row.value, nullptr);
     CHECK(row.folder() == row.fallback);
   }
+}
+
+TEST_CASE("a folder may be a root, have a variable, or be asked of the system") {
+  InitPaths();
+  const String &windows = WindowsDirectory;
   const Setting root(kShellFolders, true, "Desktop", "d:\\");
   CHECK(DesktopFolder() == "d:\\");
   const Setting devices(kSettings, false, "DevicePath", "%systemroot%\\inf;%SystemRoot%\\x");
@@ -114,8 +119,12 @@ TEST_CASE("path variables take their values in the order of the table") {
     ExpandPathVariables(text);
     CHECK(text == row.result);
   }
+}
+
+TEST_CASE("a path variable that holds its own name, or is the text itself, is put in once") {
+  InitPaths();
   InstallDir = "c:\\app";
-  ExpandPathVariables(InstallDir); // the value may be the text itself
+  ExpandPathVariables(InstallDir);
   InstallDir = "%InstallDir%";
   String text("%InstallDir%");
   ExpandPathVariables(text);
