@@ -1,12 +1,14 @@
 // What a user sees of a run's course, and what Cancel does to it.
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "core/Windows.h"
 
 #include <commctrl.h>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Uninstallation.h"
@@ -18,10 +20,14 @@ namespace {
 constexpr int kCancel = 1003;
 
 /// Two files, and time enough to see each step; without any question before the progress dialog.
-void PackSteps(PackedProduct &product) {
-  product.Write("data.bin", std::string(100000, 'd'));
-  product.Pack();
-}
+struct Steps {
+  explicit Steps(const std::string &option = "") : product(ProductManifest("steps") + option) {
+    product.Write("data.bin", std::string(100000, 'd'));
+    product.Pack();
+  }
+  CleanPlace place{{"C:\\Program Files\\Steps"}};
+  PackedProduct product;
+};
 
 Window Dialog() {
   const auto dialog = WaitForWindow("A label");
@@ -44,34 +50,12 @@ void EndInstallation(Process &setup) {
 
 } // namespace
 
-TEST_CASE("the steps come in their order, each with its place of the bar") {
-  PackedProduct product(ProductManifest("steps"));
-  PackSteps(product);
+TEST_CASE_FIXTURE(Steps, "the steps come in their order, each with its place of the bar") {
   Process setup = product.Start();
-  CHECK(WaitForProgress("start 2"));
-  const Window dialog = Dialog();
-  CHECK(dialog.title == "Installing");
-  HWND bar = nullptr;
-  for (const Control &control : dialog.controls)
-    if (control.kind == PROGRESS_CLASSA)
-      bar = control.handle;
-  REQUIRE(bar);
-  // The bar covers its frame and has an edge of its own, and the dialog is in the middle of the screen.
-  RECT place, inside, frame, around;
-  GetWindowRect(bar, &place);
-  GetClientRect(bar, &inside);
-  GetWindowRect(dialog.Find("1007")->handle, &frame);
-  GetWindowRect(dialog.handle, &around);
-  CHECK(place.left == frame.left - 1);
-  CHECK(place.top == frame.top - 1);
-  CHECK(inside.right == place.right - place.left - 2);
-  CHECK(std::abs(around.left + around.right - GetSystemMetrics(SM_CXSCREEN)) <= 2);
-  CHECK(std::abs(around.top + around.bottom - GetSystemMetrics(SM_CYSCREEN)) <= 2);
-
   // The last file's name is no format.
   const std::string file = "100% %n%s%s.bin";
   for (const std::string &step :
-       {std::string("100% verified 36"), std::string("unpack 40"),
+       {std::string("start 2"), std::string("100% verified 36"), std::string("unpack 40"),
         file + " -> C:\\Program Files\\Steps\\" + file + " 87", std::string("shortcuts 95"), std::string("end 100")}) {
     CAPTURE(step);
     CHECK(WaitForProgress(step));
@@ -79,21 +63,43 @@ TEST_CASE("the steps come in their order, each with its place of the bar") {
   EndInstallation(setup);
 }
 
-TEST_CASE("a cancel is asked for, and ends the run where it stands") {
-  PackedProduct product(ProductManifest("steps"));
-  PackSteps(product);
-  Process declined = product.Start();
+TEST_CASE_FIXTURE(Steps, "the progress dialog is in the middle of the screen, and its bar covers its frame") {
+  Process setup = product.Start();
+  const Window dialog = Dialog();
+  CHECK(dialog.title == "Installing");
+  HWND bar = nullptr;
+  for (const Control &control : dialog.controls)
+    if (control.kind == PROGRESS_CLASSA)
+      bar = control.handle;
+  REQUIRE(bar);
+  RECT place, inside, frame, around;
+  GetWindowRect(bar, &place);
+  GetClientRect(bar, &inside);
+  GetWindowRect(dialog.Find("1007")->handle, &frame);
+  GetWindowRect(dialog.handle, &around);
+  CHECK(place.left == frame.left - 1);
+  CHECK(place.top == frame.top - 1);
+  CHECK(inside.right == place.right - place.left - 2); // an edge of its own
+  CHECK(std::abs(around.left + around.right - GetSystemMetrics(SM_CXSCREEN)) <= 2);
+  CHECK(std::abs(around.top + around.bottom - GetSystemMetrics(SM_CYSCREEN)) <= 2);
+  EndInstallation(setup);
+}
+
+TEST_CASE_FIXTURE(Steps, "a cancel that is declined changes nothing") {
+  Process setup = product.Start();
   CHECK(Click(AskedToCancel(), "No"));
-  EndInstallation(declined);
-  Process cancelled = product.Start();
+  EndInstallation(setup);
+}
+
+TEST_CASE_FIXTURE(Steps, "a cancel that is confirmed ends the run where it is") {
+  Process setup = product.Start();
   CHECK(Click(AskedToCancel(), "Yes"));
-  CHECK(cancelled.Wait() == DWORD{1});
+  CHECK(setup.Wait() == DWORD{1});
 }
 
 TEST_CASE("an installation that can't be cancelled does not listen") {
-  PackedProduct product(ProductManifest("steps") + "no_cancel = true");
-  PackSteps(product);
-  Process setup = product.Start();
+  const Steps steps("no_cancel = true");
+  Process setup = steps.product.Start();
   const Window dialog = Dialog();
   const Control *cancel = dialog.Find(std::to_string(kCancel));
   REQUIRE(cancel);
@@ -103,47 +109,81 @@ TEST_CASE("an installation that can't be cancelled does not listen") {
   EndInstallation(setup);
 }
 
-TEST_CASE("whatever keeps a run waiting, what the user sees meanwhile is where it is") {
-  PackedProduct product(ProductManifest("course"));
-  constexpr size_t kLarge = 70000, kFirstPart = 40000, kVolume = 70000; // the latter two as the product has them
-  product.Write("large.bin", std::string(kLarge, 'l'));
-  for (const char *file : {"waiting_server.dll", "korb-blocks.ttf"})
-    product.Write(file, FileBytes(file));
-  product.Pack();
-  const auto disk = [&](int number) { return product.Folder() + "\\Setup" + std::to_string(number) + ".KRB"; };
-  size_t payload = kFirstPart;
-  for (int i = 2; std::filesystem::exists(disk(i)); ++i)
-    payload += FileBytes(disk(i)).size() - 4;
-  std::filesystem::rename(disk(3), disk(3) + ".away");
+namespace {
+
+constexpr size_t kLarge = 70000, kFirstPart = 40000, kVolume = 70000; // the latter two as the product has them
+
+/// A product that keeps its run waiting: for a disk, for who reads a pipe, for a library and for the user.
+struct Course {
+  Course() {
+    product.Write("large.bin", std::string(kLarge, 'l'));
+    for (const char *file : {"waiting_server.dll", "korb-blocks.ttf"})
+      product.Write(file, FileBytes(file));
+    product.Pack();
+    REQUIRE(pipe != INVALID_HANDLE_VALUE);
+  }
+  ~Course() { CloseHandle(pipe); }
+
+  std::string Disk(int number) const { return product.Folder() + "\\Setup" + std::to_string(number) + ".KRB"; }
+
+  /// How large all parts of the payload are.
+  size_t PayloadSize() const {
+    size_t size = kFirstPart;
+    for (int i = 2; std::filesystem::exists(Disk(i)); ++i)
+      size += FileBytes(Disk(i)).size() - 4;
+    return size;
+  }
+
+  /// Takes the next bytes that the run writes to the pipe, until there are `end`.
+  void Receive(size_t end) {
+    ConnectNamedPipe(pipe, nullptr);
+    char bytes[1000];
+    for (DWORD count; received.size() < end; received.append(bytes, count))
+      if (!ReadFile(pipe, bytes, static_cast<DWORD>(std::min(end - received.size(), sizeof bytes)), &count, nullptr))
+        break;
+  }
+
+  void EndInstallation(Process &setup) {
+    AnswerWindow("registering", "OK");
+    AnswerWindow("Installed.", "OK");
+    CHECK(setup.Wait() == DWORD{1});
+  }
+
+  CleanPlace place{{"C:\\Program Files\\Course"},
+                   {kUninstallKey + "Course", "Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs"}};
+  PackedProduct product{ProductManifest("course")};
   const HANDLE pipe =
       CreateNamedPipeA("\\\\.\\pipe\\course", PIPE_ACCESS_DUPLEX, PIPE_TYPE_BYTE, 1, 1000, 1000, 0, nullptr);
-  REQUIRE(pipe != INVALID_HANDLE_VALUE);
-  Process setup = product.Start();
+  std::string received;
+};
 
+} // namespace
+
+TEST_CASE_FIXTURE(Course, "whatever keeps an installation waiting, what the user sees meanwhile is where it is") {
+  const size_t payload = PayloadSize();
+  std::filesystem::rename(Disk(3), Disk(3) + ".away");
+  Process setup = product.Start();
   REQUIRE(WaitForWindow("disk 3"));
   CHECK(ShownProgress() == "start " + std::to_string(5 + (kFirstPart + kVolume - 4) * 30 / payload));
-  std::filesystem::rename(disk(3) + ".away", disk(3));
+  std::filesystem::rename(Disk(3) + ".away", Disk(3));
   AnswerWindow("disk 3", "OK");
 
-  // With its first byte here, the file is being written until all of it is.
-  std::string large(kLarge, '\0');
-  DWORD count = 0;
-  ConnectNamedPipe(pipe, nullptr);
-  CHECK(ReadFile(pipe, large.data(), 1, &count, nullptr));
-  CHECK(ShownProgress([&] {
-          for (size_t done = 1; done < kLarge; done += count)
-            if (!ReadFile(pipe, large.data() + done, static_cast<DWORD>(kLarge - done), &count, nullptr))
-              break;
-        }) == "b.txt -> C:\\Program Files\\Course\\b.txt 61");
-  CHECK((large == std::string(kLarge, 'l')));
+  Receive(1); // with its first byte here, the file is being written until all of it is
+  CHECK(ShownProgress([&] { Receive(kLarge); }) == "b.txt -> C:\\Program Files\\Course\\b.txt 61");
+  CHECK((received == std::string(kLarge, 'l')));
   CloseHandle(pipe);
 
   REQUIRE(WaitForWindow("registering"));
   CHECK(ShownProgress() == "korb-blocks.ttf -> C:\\windows\\Fonts\\korb-blocks.ttf 87");
-  AnswerWindow("registering", "OK");
-  AnswerWindow("Installed.", "OK");
-  CHECK(setup.Wait() == DWORD{1});
+  EndInstallation(setup);
+}
 
+TEST_CASE_FIXTURE(Course, "whatever keeps an uninstallation waiting, what the user sees meanwhile is where it is") {
+  {
+    Process setup = product.Start();
+    Receive(kLarge);
+    EndInstallation(setup);
+  }
   Process uninstaller(UninstallValue("Course", "UninstallString"), "C:\\windows");
   AnswerWindow("Remove?", "Yes");
   CHECK(WaitForProgress("associations 1"));
