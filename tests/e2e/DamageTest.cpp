@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/TestInstaller.h"
@@ -61,6 +62,7 @@ struct Setup : TestInstaller {
     return said;
   }
 
+  CleanPlace place{{kHome}};
   TempFolder folder;
 };
 
@@ -96,60 +98,37 @@ TEST_CASE("each damage ends in a box with its number, and nothing is installed")
     row.damage(setup);
     CHECK(setup.Run() == std::string(kCorrupt) + row.code);
     CHECK_FALSE(std::filesystem::exists(kHome + "\\one.txt"));
-    std::filesystem::remove_all(kHome);
   }
-  // The undamaged one has nothing to say.
-  Setup sound;
-  CHECK(sound.Run().empty());
-  CHECK(FileBytes(kHome + "\\one.txt") == std::string(300, 'x'));
-  std::filesystem::remove_all(kHome);
 }
 
-TEST_CASE("reports without a number say what is wrong") {
+TEST_CASE("an installer without damage has nothing to say") {
+  const Setup sound;
+  CHECK(sound.Run().empty());
+  CHECK(FileBytes(kHome + "\\one.txt") == std::string(300, 'x'));
+}
+
+TEST_CASE("an archive from the future says so") {
   Setup newer;
   Header<header::kVersionAt, 1102>(newer);
   CHECK(newer.Run() == "The installer version (11.0) does not match the version of KORB (11.0).  Close all "
                        "applications and reinstall KORB.");
+}
+
+TEST_CASE("a program that lost its archive says so") {
   Setup named;
   named.executable = [](Bytes &file) { file[SectionEntry(file)] = '?'; };
   CHECK(named.Run() ==
         "This program performs installations and uninstallations.\r\nThere is no installation archive present.\r\nNo "
         "Uninstallation parameters were specified.\r\n\r\nYou should not delete this program or execute it directly.");
-  Setup usage;
+}
+
+TEST_CASE("a command line that can't be understood gets the usage") {
   CHECK(
-      usage.Run("bogus") ==
+      Setup().Run("bogus") ==
       "Unexpected command line parameter:\nbogus\n\nUsage:\nsetup.exe [/a] [/d:\"dir\"] [/n:\"name\"] [/u:\"name\"] "
       "[/r:\"program\"]\n\n/a                  \tAutomatic mode\n/d:\"dir\"        \tOverride installation directory\n"
       "/n:\"name\"\tOverride product name\n/u:\"name\"\tUninstall product by name\r\n/r:\"program\"\tRun the specified "
       "program after a successful installation");
-}
-
-TEST_CASE("the archive's own words for damage are used once they are known") {
-  Setup setup;
-  setup.product.languages[0].texts[13] = "Damaged: %d.";
-  setup.product.files[0].kind = 3;
-  CHECK(setup.Run() == "Damaged: 110.");
-  setup.product.languages[0].texts[13] = "Damaged: %s%n.";
-  CHECK(setup.Run() == "Damaged: %s%n."); // a text that asks for what is not there is shown as it stands
-  std::filesystem::remove_all(kHome);
-}
-
-TEST_CASE("a disk that fills up costs the files that don't fit, and nothing else") {
-  Setup setup;
-  packer::FileEntry large = setup.product.files[0];
-  large.name = "large.bin";
-  large.contents.resize(1000000);
-  large.contents[999999] = 1;
-  packer::FileEntry last = setup.product.files[0];
-  last.name = "last.txt";
-  setup.product.files.push_back(large);
-  setup.product.files.push_back(last);
-  REQUIRE(std::filesystem::exists("E:\\"));
-  CHECK(setup.Run("/a /d:E:\\full").empty());
-  CHECK(FileBytes("E:\\full\\one.txt") == std::string(300, 'x'));
-  CHECK(std::filesystem::file_size("E:\\full\\large.bin") < 1000000);
-  CHECK_FALSE(std::filesystem::exists(kHome));
-  std::filesystem::remove_all("E:\\full");
 }
 
 TEST_CASE("a directory that can't be made costs the installation, and nothing else") {

@@ -1,8 +1,9 @@
-// An installation that comes on several disks, and the program that follows one.
+// An installation that comes on several disks.
 #include <doctest/doctest.h>
 
 #include <filesystem>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 
@@ -26,13 +27,13 @@ struct Disks {
     product.Pack();
     for (const char *disk : {"Setup2.KRB", "Setup3.KRB"})
       std::filesystem::rename(Slot(disk), Drawer(disk));
-    std::filesystem::remove(kInstalled);
   }
 
   std::string Slot(const char *disk) const { return product.Folder() + "\\" + disk; }
   std::string Drawer(const char *disk) const { return Slot(disk) + ".away"; }
   void Insert(const char *disk, const char *as) const { WriteFileBytes(Slot(as), FileBytes(Drawer(disk))); }
 
+  CleanPlace place{{"C:\\Program Files\\Disks"}};
   PackedProduct product;
 };
 
@@ -43,47 +44,28 @@ std::string Answer(const std::string &words, const std::string &button) {
 
 } // namespace
 
-TEST_CASE("disks are asked for until the right one is there, in a silent run too") {
-  Disks disks;
-  Process setup = disks.product.Start("/a");
+TEST_CASE_FIXTURE(Disks, "disks are asked for until the right one is there, in a silent run too") {
+  Process setup = product.Start("/a");
   const std::string plain = Answer("disk 2", "OK");
   CHECK(plain.find("\r\n\r\n") == std::string::npos);
   const std::string still_missing = Answer("disk 2", "Cancel");
   CHECK(still_missing.substr(still_missing.size() - plain.size()) == plain);
   CHECK(still_missing.size() > plain.size() + 4);
-  disks.Insert("Setup3.KRB", "Setup2.KRB");
+  Insert("Setup3.KRB", "Setup2.KRB");
   Answer("cancel?", "No");
   CHECK(Answer("disk 2", "OK") == still_missing); // a wrong disk is told like a missing one
-  disks.Insert("Setup2.KRB", "Setup2.KRB");
+  Insert("Setup2.KRB", "Setup2.KRB");
   Answer("disk 2", "OK");
-  disks.Insert("Setup3.KRB", "Setup3.KRB");
+  Insert("Setup3.KRB", "Setup3.KRB");
   Answer("disk 3", "OK");
   CHECK(setup.Wait() == DWORD{1});
   CHECK((FileBytes(kInstalled) == Data()));
 }
 
-TEST_CASE("a cancel that is confirmed ends the run where it stands") {
-  Disks disks;
-  Process setup = disks.product.Start();
+TEST_CASE_FIXTURE(Disks, "a cancel at a question for a disk ends the run where it is") {
+  Process setup = product.Start();
   Answer("disk 2", "Cancel");
   Answer("cancel?", "Yes");
   CHECK(setup.Wait() == DWORD{1});
   CHECK_FALSE(std::filesystem::exists(kInstalled));
-}
-
-TEST_CASE("the program of /r runs after a clean installation only") {
-  Disks disks;
-  disks.Insert("Setup2.KRB", "Setup2.KRB");
-  disks.Insert("Setup3.KRB", "Setup3.KRB");
-  const auto mark = [&](const char *name) { return disks.product.Folder() + "\\" + name; };
-  const auto run = [&](const char *name) { return " /a /r:\"cmd /c echo x>" + mark(name) + "\""; };
-
-  WriteFileBytes(mark("in the way"), ""); // a file where the directory should be
-  CHECK(disks.product.Start("/d:\"" + mark("in the way") + "\"" + run("failed")).Wait() == DWORD{1});
-  CHECK(disks.product.Start(run("clean")).Wait() == DWORD{1});
-  CHECK((FileBytes(kInstalled) == Data()));
-  for (int i = 0; i < 100 && !std::filesystem::exists(mark("clean")); ++i)
-    Sleep(50);
-  CHECK(std::filesystem::exists(mark("clean")));
-  CHECK_FALSE(std::filesystem::exists(mark("failed")));
 }

@@ -48,19 +48,3 @@ TEST_CASE("what is extracted from an example is what it installs, on one disk an
     CHECK(compared > 0);
   }
 }
-
-TEST_CASE("the example with everything puts each kind of file where it belongs") {
-  InstallExample("hello"); // its master product
-  InstallExample("full");
-  const std::string home = "C:\\Program Files\\Korb Atlas\\",
-                    shared = "C:\\Program Files\\Common Files\\Korb Examples\\", windows = "C:\\windows\\";
-  const std::string date = "archive 2026-01-02 03:04:06";
-  for (const std::string &path : {home + "atlas.exe", home + "greeting.exe", home + "settings\\atlas.cfg",
-                                  home + "maps\\sea.kmap", home + "maps\\hills.kmap", home + "Undo\\atlas.ico",
-                                  windows + "system32\\atlas_core.dll", windows + "system32\\atlas_com.dll",
-                                  windows + "Fonts\\korb-blocks.ttf", shared + "atlas.shared", shared + "marker"})
-    CHECK_MESSAGE(DescribeFile(path) == date, path);
-  CHECK(DescribeFile(home + "readme.txt") == "archive read-only 2026-01-02 03:04:06");
-  for (const char *left_out : {"maps\\new.draft", "never.txt", "over.txt"})
-    CHECK_MESSAGE(DescribeFile(home + left_out) == "missing", std::string(left_out));
-}

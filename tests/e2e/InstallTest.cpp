@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/PackedProduct.h"
 
@@ -29,50 +30,42 @@ TEST_CASE("a silent installation places every file with its bytes, date and attr
   CHECK(DescribeFile(home + "the first drive again") == "archive 2010-03-31 12:34:58");
 }
 
-TEST_CASE("every layout of the payload installs the same") {
-  const std::string data(70000, 'd');
-  for (const char *layout : {"section", "file"})
-    for (const char *packed : {"true", "false"})
-      for (const char *volumes : {"", "first_part_size = 10\nvolume_size = 30000\n"}) {
-        CAPTURE(layout);
-        CAPTURE(packed);
-        CAPTURE(volumes);
-        PackedProduct product(std::string("[product]\nname = \"Layout\"\n[options]\npacked_payload = ") + packed +
-                              "\n[payload]\nlayout = \"" + layout + "\"\n" + volumes +
-                              "[[file]]\nsource = \"data.bin\"\n[[file]]\nsource = \"data.bin\"\nname = \"two.bin\"\n");
-        product.Write("data.bin", data);
-        product.Pack();
-        product.Install();
-        const std::string home = "C:\\Program Files\\Layout";
-        CHECK((FileBytes(home + "\\data.bin") == data));
-        CHECK((FileBytes(home + "\\two.bin") == data));
-        std::filesystem::remove_all(home);
-      }
-}
+namespace {
 
-TEST_CASE("a clean run tells its end and leaves no log; errors can be read at once") {
-  const std::string home = "C:\\Program Files\\Told\\", log = home + "Install.LOG";
+/// Starts the installer of a product that tells of its end.
+struct Told : PackedProduct {
+  explicit Told(const std::string &option = "") : PackedProduct(ProductManifest("told") + option) { Pack(); }
+
+  const std::string home = "C:\\Program Files\\Told", log = home + "\\Install.LOG";
+  const CleanPlace place{{home}};
+};
+
+} // namespace
+
+TEST_CASE("a clean run tells its end, unless it is to be silent, and leaves no log") {
   for (const char *option : {"", "no_done_message = true\n"}) {
-    PackedProduct product(ProductManifest("told") + option);
-    product.Pack();
-    Process setup = product.Start();
+    CAPTURE(option);
+    const Told told(option);
+    Process setup = told.Start();
     if (*option == '\0')
       CHECK(AnswerWindow("Told has been installed.", "OK").title == "Installation complete");
     CHECK(setup.Wait() == DWORD{1});
-    CHECK_FALSE(std::filesystem::exists(log));
+    CHECK_FALSE(std::filesystem::exists(told.log));
   }
-  std::filesystem::remove(home + "a.txt");
-  std::filesystem::create_directories(home + "a.txt\\in the way");
-  for (const char *answer : {"No", "Yes"}) {
-    PackedProduct product(ProductManifest("told"));
-    product.Pack();
-    Process setup = product.Start();
-    const auto box = WaitForWindow(log);
+}
+
+TEST_CASE("errors can be read at once, and are in the log after either answer") {
+  for (const std::string answer : {"No", "Yes"}) {
+    CAPTURE(answer);
+    const Told told;
+    std::filesystem::create_directories(told.home + "\\a.txt\\in the way");
+    Process setup = told.Start();
+    const auto box = WaitForWindow(told.log);
     REQUIRE(box);
-    CHECK(std::filesystem::exists(log) == (*answer == 'Y')); // written after the answer
+    CHECK_FALSE(std::filesystem::exists(told.log)); // written after the answer
     Click(*box, answer);
     CHECK(setup.Wait() == DWORD{1});
-    CHECK(FileBytes(log).find(home + "a.txt") != std::string::npos);
+    CHECK(FileBytes(told.log).find(told.home + "\\a.txt") != std::string::npos);
   }
   const auto notepad = WaitForWindow("Install.LOG");
   REQUIRE(notepad);

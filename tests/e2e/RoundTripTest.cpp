@@ -98,6 +98,7 @@ TEST_CASE("a product that uses everything leaves the machine as it was") {
   const Snapshot before = TakeSnapshot();
   Run(setup + " /a");
   CheckRecord("full", "C:\\Program Files\\Korb Atlas\\Undo", "KorbAtlas");
+  CHECK(fs::file_size("C:\\Program Files\\Korb Atlas\\Undo\\Remove Atlas.exe") < fs::file_size("korb.exe") + 0x1000);
   CHECK(Differences(before, TakeSnapshot()).size() > 60);
   UninstallQuietly("KorbAtlas");
   CheckAsBefore(before);
@@ -136,6 +137,7 @@ TEST_CASE("installing over an installation replaces the record, and counts what 
   CheckRecord("left-2", home, "Left");
   CHECK(Count(kShared) == "1");
   CHECK(Count(kMine) == "missing");
+  CHECK(FileBytes(kMine) == "mine"); // nobody counts it any more, and it stays
   UninstallQuietly("Left");
   CHECK(DescribeFile(kShared) == "missing");
   // The new record knows nothing of the old version's files.
