@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Uninstallation.h"
@@ -35,26 +36,34 @@ const bool kCalled = [] {
 
 } // namespace
 
-TEST_CASE("batches run at their moments, and the program of /r only behind a clean run") {
-  PackedProduct product(ProductManifest("batches"));
-  product.Pack();
-  const std::string install = "/a /r:\"cmd /c echo ran >> C:\\batches.txt\"";
-  CHECK(product.Start(install).Wait());
-  // Nothing waits for the program, and a clean run leaves no log.
-  const std::string clean = "pre C:\\Batches \r\npost \r\nran \r\n";
-  CHECK(Becomes([&] { return FileBytes("C:\\batches.txt") == clean; }));
-  CHECK(FileBytes("C:\\autoexec.bat") == "\r\nPATH=%PATH%;C:\\Batches\r\n");
+namespace {
 
-  std::filesystem::remove("C:\\autoexec.bat");
+/// A product with a batch for each moment, each of which writes to one file, as does the program of /r.
+struct Batches {
+  Batches() { product.Pack(); }
+  bool Install() const { return product.Start("/a /r:\"cmd /c echo ran >> C:\\batches.txt\"").Wait().has_value(); }
+
+  CleanPlace place{{"C:\\Batches", "C:\\batches.txt", "C:\\autoexec.bat"}, {kUninstallKey + "Batches"}};
+  PackedProduct product{ProductManifest("batches")};
+};
+
+} // namespace
+
+TEST_CASE_FIXTURE(Batches, "batches run at their moments, and the program of /r after a clean run") {
+  CHECK(Install());
+  // Nothing waits for the program, and a clean run leaves no log.
+  CHECK(Becomes([] { return FileBytes("C:\\batches.txt") == "pre C:\\Batches \r\npost \r\nran \r\n"; }));
+  CHECK(FileBytes("C:\\autoexec.bat") == "\r\nPATH=%PATH%;C:\\Batches\r\n");
+}
+
+TEST_CASE_FIXTURE(Batches, "a run with a report has its log before the last batch, and no program of /r") {
   std::filesystem::create_directory("C:\\autoexec.bat");
-  std::filesystem::remove("C:\\Batches\\a.txt");
-  CHECK(product.Start(install).Wait());
-  std::filesystem::remove("C:\\autoexec.bat");
+  CHECK(Install());
   CHECK(FileBytes("C:\\Batches\\un\\Install.LOG")
             .ends_with("\r\n\r\nUnable to modify C:\\autoexec.bat.  You will need to manually add C:\\Batches to the "
                        "PATH environment variable.\r\n\r\n"));
   Sleep(300);
-  CHECK(FileBytes("C:\\batches.txt") == clean + "pre C:\\Batches \r\npost \r\nfinal \r\n");
+  CHECK(FileBytes("C:\\batches.txt") == "pre C:\\Batches \r\npost \r\nfinal \r\n");
 }
 
 TEST_CASE("batches run wherever the product is, whatever the interpreter makes of the signs in its name") {
@@ -62,6 +71,7 @@ TEST_CASE("batches run wherever the product is, whatever the interpreter makes o
   for (const char *home : {"Program Files (x86)\\Thing", "Tom & Jerry", "App(x)", "A^B C", "A,B", "A@B C", "100% Pure",
                            "blanks at\\several places in it"}) {
     CAPTURE(home);
+    const CleanPlace place({"C:\\ran.txt"});
     PackedProduct product("[product]\nname = '" + name + "'\n[install]\ndirectory = 'C:\\" + home +
                           "'\nmin_phase_ms = 0\n[batch]\npre_install = 'echo 1 >> C:\\ran.txt'\n"
                           "post_install = 'echo 2 >> C:\\ran.txt'\nfinal = 'echo 3 >> C:\\ran.txt'\n"
@@ -73,7 +83,6 @@ TEST_CASE("batches run wherever the product is, whatever the interpreter makes o
     UninstallQuietly(name);
     CHECK(FileBytes("C:\\ran.txt") == "1 \r\n2 \r\n3 \r\n4 \r\n5 \r\n");
     CHECK_FALSE(Exists(std::string("C:\\") + home + "\\a.txt"));
-    std::filesystem::remove("C:\\ran.txt");
   }
 }
 
@@ -114,9 +123,8 @@ TEST_CASE("what is in use waits for the restart that the run asks for") {
     const std::string name = std::string(version) + ".exe";
     SetWindowsVersion(name, version);
     product.Pack(name);
-    std::filesystem::remove_all(home);
+    const CleanPlace place({home, "C:\\waiting", "C:\\go", "C:\\windows\\wininit.ini"});
     std::filesystem::create_directories(home);
-    std::filesystem::remove("C:\\waiting");
     for (const char *file : {"used file.txt", "old file.txt", "other.txt"})
       WriteFileBytes(home + file, "old");
     HeldFile used((home + "used file.txt").c_str()), old((home + "old file.txt").c_str()),

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 
@@ -83,6 +84,7 @@ TEST_CASE(
       {"name = 'korbd.dll'\nkind = 'system-com'\nkeep = true", kSystem + "korbd.dll", "", " "},
       {"name = 'korbe.dll'\nkind = 'system'\nkeep = true", kSystem + "korbe.dll", "", " "},
   };
+  const CleanPlace place({"C:\\Kinds", kShared}, {kUninstallKey + "Kinds", kCounts});
   std::string manifest = Product("Kinds"), list, shared;
   for (const auto &row : rows) {
     manifest += File(row.lines);
@@ -144,6 +146,7 @@ TEST_CASE("a file replaces another only as its condition, its version and its da
       {"kind = 'system'\nlabel = '12'", Version11Newer, false, date},
       {"kind = 'system-com'\nlabel = '11.1'", Version11, true, replaced},
   };
+  const CleanPlace place({"C:\\Fresh"});
   std::filesystem::create_directories("C:\\Fresh");
   std::string manifest = Product("Fresh"), log;
   std::map<std::string, std::string> expected;
@@ -189,6 +192,7 @@ TEST_CASE("files that are protected or in use are replaced now, at the next star
     for (const bool replace : {false, true}) {
       CAPTURE(clear);
       CAPTURE(replace);
+      const CleanPlace place({"C:\\Held"});
       std::filesystem::create_directories("C:\\Held");
       std::string manifest =
           Product("Held", std::string(clear ? "clear_attributes = true\nverify_writes = true\n" : "") +
@@ -228,8 +232,5 @@ TEST_CASE("files that are protected or in use are replaced now, at the next star
           CHECK(DescribeFile(path) == words + "2005-05-05 05:05:04");
         }
       }
-      for (const Row &row : rows)
-        SetFileAttributesA((std::string("C:\\Held\\") + row.name).c_str(), FILE_ATTRIBUTE_NORMAL);
-      std::filesystem::remove_all("C:\\Held");
     }
 }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
@@ -16,16 +17,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kHome = "C:\\Program Files\\Thing";
+const std::string kHome = "C:\\Program Files\\Thing", kShared = "C:\\Program Files\\Common Files\\Thing";
+const std::string kCounts = "Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
 const std::string kWork = "C:\\work"; // where crafted runs start: an everyday directory
 
 struct Installed {
-  Installed() : product(ProductManifest("thing")) {
-    fs::remove("C:\\ran.txt");
+  Installed() {
     product.Pack();
     product.Install();
   }
-  PackedProduct product;
+  CleanPlace place{{kHome, kShared, "C:\\ran.txt"}, {kUninstallKey + "Thing", kCounts}};
+  PackedProduct product{ProductManifest("thing")};
 };
 
 /// Waits for the box with these words, answers it, and gives what it says.
@@ -60,56 +62,72 @@ void RunCrafted(const std::string &location, const std::string &flags, const cha
 
 } // namespace
 
-TEST_CASE("who declines changes nothing; a file in use stays with its record until a second run") {
-  Installed thing;
+TEST_CASE_FIXTURE(Installed, "who declines changes nothing") {
   const std::string record = FileBytes(kHome + "\\un\\Uninstall.DAT");
-  const std::string command = UninstallValue("Thing", "UninstallString");
-  {
-    Process uninstaller(command, "C:\\windows");
-    Answer("Do you want to remove Thing", "No");
-    CHECK(uninstaller.Wait() == DWORD{1});
-  }
+  Process uninstaller(UninstallValue("Thing", "UninstallString"), "C:\\windows");
+  Answer("Do you want to remove Thing", "No");
+  CHECK(uninstaller.Wait() == DWORD{1});
   CHECK(FileBytes(kHome + "\\un\\Uninstall.DAT") == record);
   CHECK(FileBytes(kHome + "\\a.txt") == "a");
   CHECK_FALSE(fs::exists("C:\\ran.txt"));
-  {
+}
+
+TEST_CASE_FIXTURE(Installed, "an uninstallation is not cancelled: closing its background declines what is asked") {
+  Process uninstaller(UninstallValue("Thing", "UninstallString"), "C:\\windows");
+  Answer("Do you want to remove Thing", "Yes");
+  const auto question = WaitForWindow("shared.txt");
+  REQUIRE(question);
+  // Nothing is cancelled here, whoever sends the command of the button that is grey.
+  PostMessageA(GetWindow(question->handle, GW_OWNER), WM_COMMAND, 1003, 0);
+  Sleep(300);
+  CHECK(OpenWindows().size() == 1);
+  // Closing the background takes the question with it, but not the report at the end.
+  PostMessageA(FindWindowA("KRB Window Class", nullptr), WM_CLOSE, 0, 0);
+  CHECK(Answer("has been removed", "OK") == "Uninstall Thing: Thing has been removed.");
+  CHECK(uninstaller.Wait() == DWORD{1});
+  CHECK(WaitForSelfRemoval());
+  CHECK(FileBytes(kShared + "\\shared.txt") == "shared");
+}
+
+namespace {
+
+/// An uninstallation that met a file in use.
+struct Incomplete : Installed {
+  Incomplete() {
     const HeldFile held((kHome + "\\deep\\er\\b.txt").c_str());
-    Process uninstaller(command, "C:\\windows");
+    Process uninstaller(UninstallValue("Thing", "UninstallString"), "C:\\windows");
     Answer("Do you want to remove Thing", "Yes");
-    const auto question = WaitForWindow("shared.txt");
-    REQUIRE(question);
-    // Nothing is cancelled here, whoever sends the command of the button that is grey.
-    PostMessageA(GetWindow(question->handle, GW_OWNER), WM_COMMAND, 1003, 0);
-    Sleep(300);
-    CHECK(OpenWindows().size() == 1);
-    // Closing the background takes the question with it, but not the report at the end.
-    PostMessageA(FindWindowA("KRB Window Class", nullptr), WM_CLOSE, 0, 0);
-    CHECK(Answer("could not be removed", "OK") ==
-          "Thing: Some parts of Thing could not be removed:\n\nUnable to remove: " + kHome + "\\deep\\er\\b.txt\n");
+    Answer("shared.txt", "Yes");
+    said = Answer("could not be removed", "OK");
     CHECK(uninstaller.Wait() == DWORD{1});
   }
+  std::string said;
+};
+
+} // namespace
+
+TEST_CASE_FIXTURE(Incomplete, "a file in use stays with its record and the uninstaller, and is told") {
+  CHECK(said ==
+        "Thing: Some parts of Thing could not be removed:\n\nUnable to remove: " + kHome + "\\deep\\er\\b.txt\n");
   CHECK_FALSE(fs::exists("C:\\delunins.bat"));
   CHECK(Listed() == kHome + "\\deep\\er\\b.txt\r\n");
   CHECK(DescribeFile(kHome + "\\a.txt") == "missing");
   CHECK(fs::exists(kHome + "\\un\\Uninstall.exe"));
-  CHECK(FileBytes("C:\\Program Files\\Common Files\\Thing\\shared.txt") == "shared");
-  fs::remove("C:\\Program Files\\Common Files\\Thing\\shared.txt");
-  {
-    Process uninstaller(command, "C:\\windows");
-    Answer("Do you want to remove Thing", "Yes");
-    CHECK(Answer("has been removed", "OK") == "Uninstall Thing: Thing has been removed.");
-    CHECK(uninstaller.Wait() == DWORD{1});
-  }
+}
+
+TEST_CASE_FIXTURE(Incomplete, "a second run takes what the first had to leave") {
+  Process uninstaller(UninstallValue("Thing", "UninstallString"), "C:\\windows");
+  Answer("Do you want to remove Thing", "Yes");
+  Answer("has been removed", "OK");
+  CHECK(uninstaller.Wait() == DWORD{1});
   CHECK(WaitForSelfRemoval());
   CHECK(UninstallValue("Thing", "UninstallString").empty());
   // Its directory is not on the list any more, and the batch takes only the two that it knows.
   CHECK(fs::is_empty(kHome + "\\deep\\er"));
   CHECK(FileBytes("C:\\ran.txt") == "first \r\nlast \r\n");
-  fs::remove_all(kHome);
 }
 
-TEST_CASE("other people's files and the folders around them survive") {
-  Installed thing;
+TEST_CASE_FIXTURE(Installed, "other people's files and the folders around them survive") {
   for (const char *file : {"\\mine.txt", "\\deep\\mine.txt", "\\un\\mine.txt"})
     WriteFileBytes(kHome + file, "mine");
   UninstallQuietly("Thing");
@@ -117,10 +135,10 @@ TEST_CASE("other people's files and the folders around them survive") {
   for (const auto &entry : fs::recursive_directory_iterator(kHome))
     left += entry.path().string().substr(kHome.size()) + " ";
   CHECK(left == "\\deep \\deep\\mine.txt \\mine.txt \\un \\un\\mine.txt ");
-  fs::remove_all(kHome);
 }
 
 TEST_CASE("a record that is no record deletes nothing that it does not name") {
+  const CleanPlace place({"C:\\Crafted"}, {kUninstallKey + "Crafted"});
   fs::create_directories("C:\\Crafted\\kept\\empty");
   WriteFileBytes("C:\\Crafted\\kept\\file.txt", "kept");
   RegSetValueA(HKEY_CLASSES_ROOT, "Crafted\\child", REG_SZ, "kept", 4);
@@ -154,8 +172,9 @@ TEST_CASE("a record that is no record deletes nothing that it does not name") {
     CHECK(UninstallValue("Crafted", "InstallLocation").empty());
     CHECK_FALSE(fs::exists("C:\\Crafted\\un"));
   }
-  fs::remove_all("C:\\Crafted");
 }
+
+const std::string kWholeDirectory = "1024";
 
 /// Makes a link below C:\, or a drive if it is beside the drives; `shown_as` is something that it leads to.
 void MakeLink(const std::string &target, const std::string &link, const std::string &shown_as) {
@@ -166,8 +185,7 @@ void MakeLink(const std::string &target, const std::string &link, const std::str
   REQUIRE(fs::exists(shown_as));
 }
 
-TEST_CASE("a directory goes whole, but never one that is not a product's, whatever it is called") {
-  const std::string whole_directory = "1024";
+TEST_CASE("a directory never goes whole that is not a product's, whatever it is called") {
   MakeLink("../drive_c", "../dosdevices/x:", "X:\\windows");
   MakeLink("windows", "Way", "C:\\Way\\system32");
   char buffer[MAX_PATH] = "";
@@ -187,23 +205,29 @@ TEST_CASE("a directory goes whole, but never one that is not a product's, whatev
       fs::create_directories(fs::path(guard).parent_path());
       WriteFileBytes(guard, "there");
     }
-    RunCrafted(location, whole_directory, nullptr);
+    RunCrafted(location, kWholeDirectory, nullptr);
     for (const std::string &guard : guards)
       CHECK(DescribeFile(guard) != "missing");
   }
+}
 
+TEST_CASE("a directory goes whole by any of its names") {
+  const CleanPlace place({"C:\\Crafted"}, {kUninstallKey + "Crafted"});
+  fs::create_directories("C:\\Crafted");
+  MakeLink("../drive_c", "../dosdevices/x:", "X:\\windows");
   MakeLink("Crafted", "Link", "C:\\Link");
   for (const char *location : {"X:\\Crafted", "C:\\Link", "C:\\Crafted"}) {
     CAPTURE(std::string(location));
     fs::create_directories("C:\\Crafted\\deep\\er");
     WriteFileBytes("C:\\Crafted\\deep\\mine.txt", "mine");
-    RunCrafted(location, whole_directory, nullptr);
+    RunCrafted(location, kWholeDirectory, nullptr);
     CHECK_FALSE(fs::exists("C:\\Crafted\\deep"));
   }
   CHECK_FALSE(fs::exists("C:\\Crafted"));
 }
 
 TEST_CASE("a product that is not there, or that does not say where, is refused") {
+  const CleanPlace place({}, {kUninstallKey + "Blank"});
   SetRegistryText(HKEY_LOCAL_MACHINE, kUninstallKey + "Blank", "Nothing", "that says where");
   const std::pair<const char *, const char *> rows[] = {
       {"Nobody", "Error: No product named 'Nobody' is installed."},
