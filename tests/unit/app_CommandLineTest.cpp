@@ -4,17 +4,40 @@
 
 namespace {
 
-/// What a command line came to, as "A U dir|name|uninstall name|program", or the complaint that ended the run.
-std::string Parse(const char *text) {
+/// What a command line may ask for.
+struct Asked {
+  bool automatic = false, uninstall = false;
+  std::string directory = {}, name = {}, uninstall_name = {}, run_after = {};
+};
+
+/// Reads a command line, and gives the complaint that ended the run.
+std::string Parse(const std::string &text, Asked &asked) {
   AutomaticMode = UninstallMode = false;
   InstallDir.clear();
   ProductName.clear();
   CommandLine options;
-  const std::string complaint = Trapped([&] { ParseCommandLine(text, options); });
-  if (!complaint.empty())
-    return complaint;
-  return std::string(AutomaticMode ? "A " : "") + (UninstallMode ? "U " : "") + InstallDir.c_str() + "|" +
-         ProductName.c_str() + "|" + options.uninstall_name.c_str() + "|" + options.run_after.c_str();
+  const std::string complaint = Trapped([&] { ParseCommandLine(text.c_str(), options); });
+  asked = {AutomaticMode,         UninstallMode, Std(InstallDir), Std(ProductName), Std(options.uninstall_name),
+           Std(options.run_after)};
+  return complaint;
+}
+
+void CheckAsked(const std::string &text, const Asked &expected) {
+  CAPTURE(text);
+  Asked asked;
+  CHECK(Parse(text, asked) == "");
+  CHECK(asked.automatic == expected.automatic);
+  CHECK(asked.uninstall == expected.uninstall);
+  CHECK(asked.directory == expected.directory);
+  CHECK(asked.name == expected.name);
+  CHECK(asked.uninstall_name == expected.uninstall_name);
+  CHECK(asked.run_after == expected.run_after);
+}
+
+void CheckComplaint(const std::string &text, const char *expected) {
+  CAPTURE(text);
+  Asked asked;
+  CHECK(Parse(text, asked) == expected);
 }
 
 std::string Times(int n, const char *text) {
@@ -27,20 +50,23 @@ std::string Times(int n, const char *text) {
 } // namespace
 
 TEST_CASE("options are read from the command line") {
-  struct Row {
-    const char *text, *result;
-  };
-  for (const Row &row :
-       {Row{"", "|||"}, Row{" \t\r\n ", "|||"}, Row{"/a", "A |||"}, Row{"-A /a", "A |||"},
-        Row{"/ - /a", "A |||"}, // a lone switch character is nothing
-        Row{"/d:c:\\x", "c:\\x|||"}, Row{"/d:\"c:\\my dir\" /a", "A c:\\my dir|||"}, Row{"/D:\"\"", "|||"},
-        Row{"/d:\"c:\\a\"b", "\"c:\\a\"b|||"}, // quotes go only when they stand at both ends
-        Row{"/d:x /d:y", "y|||"}, Row{"/n:\"a\"\"b\"", "|a\"b||"}, Row{"/n:\"open end", "|open end||"},
-        Row{"/n:a\"b c\"d", "|a\"b c\"d||"}, Row{"/u:\"My Product\"", "U ||My Product|"}, Row{"/u /u:x", "U ||x|"},
-        Row{"/r:\"a b\"", "|||a b"}, Row{"/R:\"prog\"x", "|||prog\"x"}}) {
-    CAPTURE(row.text);
-    CHECK(Parse(row.text) == row.result);
-  }
+  CheckAsked("", {});
+  CheckAsked(" \t\r\n ", {});
+  CheckAsked("/a", {.automatic = true});
+  CheckAsked("-A /a", {.automatic = true});
+  CheckAsked("/ - /a", {.automatic = true}); // a lone switch character is nothing
+  CheckAsked("/d:c:\\x", {.directory = "c:\\x"});
+  CheckAsked("/d:\"c:\\my dir\" /a", {.automatic = true, .directory = "c:\\my dir"});
+  CheckAsked("/D:\"\"", {});
+  CheckAsked("/d:\"c:\\a\"b", {.directory = "\"c:\\a\"b"}); // quotes go only when they stand at both ends
+  CheckAsked("/d:x /d:y", {.directory = "y"});
+  CheckAsked("/n:\"a\"\"b\"", {.name = "a\"b"});
+  CheckAsked("/n:\"open end", {.name = "open end"});
+  CheckAsked("/n:a\"b c\"d", {.name = "a\"b c\"d"});
+  CheckAsked("/u:\"My Product\"", {.uninstall = true, .uninstall_name = "My Product"});
+  CheckAsked("/u /u:x", {.uninstall = true, .uninstall_name = "x"});
+  CheckAsked("/r:\"a b\"", {.run_after = "a b"});
+  CheckAsked("/R:\"prog\"x", {.run_after = "prog\"x"});
 }
 
 TEST_CASE("a command line that can't be understood is told back") {
@@ -58,15 +84,14 @@ TEST_CASE("a command line that can't be understood is told back") {
            Row{"/u:\"\"", "Product name required"},
            Row{"/unknown:\"x\"", "Product name required"} // anything with a U in front means an uninstall
        }) {
-    CAPTURE(row.text);
-    CHECK(Parse(row.text) == row.complaint);
+    CheckComplaint(row.text, row.complaint);
   }
 }
 
-TEST_CASE("what stands behind nineteen atoms is dropped") {
-  CHECK(Parse((Times(19, "/a ") + "bogus /u:\"x\"").c_str()) == "A |||");
-  CHECK(Parse((Times(18, "/ ") + "/u:x /a").c_str()) == "U ||x|");
-  CHECK(Parse((Times(18, "/a ") + "bogus").c_str()) == "Unexpected command line parameter:\nbogus");
+TEST_CASE("what comes after nineteen atoms is dropped") {
+  CheckAsked(Times(19, "/a ") + "bogus /u:\"x\"", {.automatic = true});
+  CheckAsked(Times(18, "/ ") + "/u:x /a", {.uninstall = true, .uninstall_name = "x"});
+  CheckComplaint(Times(18, "/a ") + "bogus", "Unexpected command line parameter:\nbogus");
 }
 
 TEST_CASE("the running file is the one that was typed") {
