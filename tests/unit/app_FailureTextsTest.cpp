@@ -1,18 +1,34 @@
 #include "app/FailureTexts.h"
-#include "core/RunValues.h"
+#include "archive/RunValues.h"
+#include "format/Texts.h"
 #include "tests/support/Testing.h"
 
-TEST_CASE("reports use the archive's words where it has any") {
+namespace {
+
+/// A run whose archive has these two texts.
+struct Texts {
+  Texts() {
+    TextTable.clear();
+    TextTable.set_count(kTextErrorCaption + 1);
+    for (const TextNumber number : {kTextCorrupt, kTextErrorCaption})
+      TextTable.at(number).set_count(1);
+    ProductName = "Thing";
+  }
+  ~Texts() { TextTable.clear(); }
+};
+
+} // namespace
+
+TEST_CASE("before there is an archive, and where its text is empty, a report has the program's own caption") {
   TextTable.clear();
   CHECK(std::string(ErrorCaption()) == "Error");
-  TextTable.set_count(22);
-  TextTable.at(13).set_count(1);
-  TextTable.at(21).set_count(1);
-  CHECK(std::string(ErrorCaption()) == "Error"); // an empty text is none
-  TextTable.at(13).at(0) = "<product> is broken (%d)";
-  TextTable.at(21).at(0) = "Oh";
-  ProductName = "Thing";
+  const Texts empty;
+  CHECK(std::string(ErrorCaption()) == "Error");
+}
+
+TEST_CASE_FIXTURE(Texts, "reports use the archive's words where it has any") {
+  TextTable.at(kTextCorrupt).at(0) = "<product> is broken (%d)";
+  TextTable.at(kTextErrorCaption).at(0) = "Oh";
   CHECK(str_format(CorruptFormat(), 20) == "Thing is broken (20)");
   CHECK(std::string(ErrorCaption()) == "Oh");
-  TextTable.clear();
 }

@@ -48,6 +48,7 @@ TEST_CASE("a registry path falls into key and value name") {
   };
   for (const Row &row : {Row{"a\\b\\c", "a\\b", "c"}, Row{"a\\", "a", ""}, Row{"c:value", "c:", "value"},
                          Row{"c:a\\b", "c:a", "b"}, Row{"value", "", "as before"}, Row{nullptr, "", "as before"}}) {
+    CAPTURE(row.path);
     String key, name("as before");
     const bool split = SplitRegistryPath(row.path, key, name);
     CHECK(split == !(name == "as before"));

@@ -87,6 +87,7 @@ TEST_CASE("the boot drive is a letter whatever the registry says") {
     char letter;
   };
   for (const Row &row : {Row{"d:\\", 'D'}, Row{"1:\\", 'C'}, Row{"d", 'C'}, Row{nullptr, 'C'}}) {
+    CAPTURE(row.letter);
     const Setting boot("Microsoft\\Windows\\CurrentVersion\\Setup", false, "BootDir", row.text);
     CHECK(BootDriveLetter() == row.letter);
   }
