@@ -3,7 +3,6 @@
 
 #include <doctest/doctest.h>
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -24,21 +23,6 @@ struct Values {
   bool operator==(const Values &) const = default;
   std::vector<int64_t> all;
 };
-
-/// The texts, a bar between them: one claim about several.
-inline std::string Joined(std::initializer_list<const char *> texts) {
-  std::string all;
-  for (const char *text : texts)
-    all += (all.empty() ? "" : "|") + std::string(text);
-  return all;
-}
-
-/// A row of a table in one text: what goes in, " = ", and what must come out.
-struct InOut {
-  InOut(const char *row) : in(row), out(in.substr(in.rfind(" = ") + 3)) { in.resize(in.rfind(" = ")); }
-  std::string in, out;
-};
-using Rows = std::vector<InOut>;
 
 } // namespace korb::test
 
