@@ -1,9 +1,8 @@
 // What the window behind a run looks like, read back from the screen.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/TestInstaller.h"
 

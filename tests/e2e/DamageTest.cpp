@@ -1,10 +1,9 @@
 // Damaged installers, and machines that refuse, as the user meets them.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/TestInstaller.h"
 

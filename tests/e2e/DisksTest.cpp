@@ -1,10 +1,9 @@
 // An installation that comes on several disks.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 
 using namespace korb::test;

@@ -1,12 +1,10 @@
 // The products of examples/, built, verified and installed as an author's users would.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <sstream>
 
-#include "packer/read/ExtractInstaller.h"
-#include "packer/read/InstallerReport.h"
+#include "packer/InstallerReport.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 
 using namespace korb;

@@ -1,10 +1,9 @@
 // The batches of a run, its end, and what waits for the next start of the machine.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 #include <functional>
 
 #include "tests/support/CleanPlace.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Uninstallation.h"

@@ -1,9 +1,8 @@
 // What an installation leaves in the machine beside its files, what machines differ in, and what refuses.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 
 #include "tests/support/CleanPlace.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 
 using namespace korb::test;

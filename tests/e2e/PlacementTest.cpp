@@ -1,11 +1,10 @@
 // Where an installation puts its files, which ones, and over what.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 #include <map>
 #include <memory>
 
 #include "tests/support/CleanPlace.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 

@@ -1,6 +1,4 @@
 // What a user sees of a run's course, and what Cancel does to it.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <filesystem>
 
@@ -10,6 +8,7 @@
 
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Uninstallation.h"
 
@@ -58,7 +57,7 @@ TEST_CASE_FIXTURE(Steps, "the steps come in their order, each with its place of 
        {std::string("start 2"), std::string("100% verified 36"), std::string("unpack 40"),
         file + " -> C:\\Program Files\\Steps\\" + file + " 87", std::string("shortcuts 95"), std::string("end 100")}) {
     CAPTURE(step);
-    CHECK(WaitForProgress(step));
+    REQUIRE_MESSAGE(WaitForProgress(step), ShownProgress());
   }
   EndInstallation(setup);
 }

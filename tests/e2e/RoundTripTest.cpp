@@ -1,11 +1,10 @@
 // What an installation leaves behind, and that its uninstaller leaves nothing.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <regex>
 
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
 #include "tests/support/Uninstallation.h"

@@ -1,9 +1,8 @@
 // What an installation leaves in the shell: shortcuts and file types.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 
 #include "registry/RegistryKey.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Uninstallation.h"
 

@@ -1,12 +1,11 @@
 // Uninstallations that meet what nobody wishes for: refusals, files in use, other people's files, false records.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"

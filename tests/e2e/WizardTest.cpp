@@ -1,11 +1,10 @@
 // What a user is asked before an installation, and what is refused.
-#include <doctest/doctest.h>
-
 #include <filesystem>
 
 #include "format/Texts.h"
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Desktop.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
 

@@ -1,9 +1,8 @@
 // A file that another program holds, for tests of what is in use.
 #pragma once
 
-#include <doctest/doctest.h>
-
 #include "core/Windows.h"
+#include "tests/support/Doctest.h"
 
 namespace korb::test {
 

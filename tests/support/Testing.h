@@ -1,12 +1,11 @@
 // What nearly every test begins with: the framework, the trap for reports, and values that print.
 #pragma once
 
-#include <doctest/doctest.h>
-
 #include <string>
 #include <vector>
 
 #include "core/String.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/FailureTrap.h"
 
 namespace korb::test {

@@ -1,9 +1,8 @@
-#include <doctest/doctest.h>
-
 #include <initializer_list>
 
 #include "app/DirectoryRules.h"
 #include "format/Texts.h"
+#include "tests/support/Doctest.h"
 
 using namespace korb;
 

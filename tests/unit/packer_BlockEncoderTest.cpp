@@ -1,11 +1,11 @@
-#include <doctest/doctest.h>
-
 #include <random>
 #include <string>
 
-#include "packer/write/BlockEncoder.h"
-#include "packer/write/MatchFinder.h"
-#include "packer/write/TokenCode.h"
+#include "packer/BlockEncoder.h"
+#include "packer/Checksum.h"
+#include "packer/MatchFinder.h"
+#include "packer/TokenCode.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/ReferenceUnpack.h"
 
 using korb::packer::Bytes;

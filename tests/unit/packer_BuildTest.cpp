@@ -1,8 +1,7 @@
-#include <doctest/doctest.h>
-
 #include <sstream>
 
 #include "packer/Build.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"
 

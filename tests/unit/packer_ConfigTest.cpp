@@ -1,11 +1,10 @@
-#include <doctest/doctest.h>
-
 #include <functional>
 #include <string>
 
-#include "archive/Scramble.h"
-#include "packer/write/ConfigWriter.h"
-#include "packer/write/RecordWriter.h"
+#include "packer/Checksum.h"
+#include "packer/ConfigWriter.h"
+#include "packer/RecordWriter.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/ReferenceUnpack.h"
 #include "tests/support/TestInstaller.h"
 

@@ -1,10 +1,10 @@
-#include <doctest/doctest.h>
-
 #include <functional>
 #include <random>
 
-#include "packer/write/Installer.h"
-#include "packer/write/StubImage.h"
+#include "packer/Checksum.h"
+#include "packer/Installer.h"
+#include "packer/StubImage.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/TestInstaller.h"
 
 using namespace korb;

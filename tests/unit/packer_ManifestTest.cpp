@@ -1,10 +1,9 @@
-#include <doctest/doctest.h>
-
 #include <chrono>
 
-#include "packer/Words.h"
-#include "packer/manifest/EnglishTexts.h"
-#include "packer/manifest/ManifestReader.h"
+#include "packer/FlagNames.h"
+#include "packer/ManifestReader.h"
+#include "packer/Texts.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 

@@ -1,6 +1,4 @@
 // What the packer tells of finished installers. The rows name the damage code that an installation would show.
-#include <doctest/doctest.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -9,9 +7,9 @@
 #include "core/Failure.h"
 #include "format/Damage.h"
 #include "packer/Build.h"
-#include "packer/manifest/Starter.h"
-#include "packer/read/ExtractInstaller.h"
-#include "packer/read/InstallerReport.h"
+#include "packer/InstallerReport.h"
+#include "packer/Starter.h"
+#include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
 #include "tests/support/TestInstaller.h"

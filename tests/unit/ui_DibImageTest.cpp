@@ -1,8 +1,7 @@
 // Headers of pictures, good and bad.
-#include <doctest/doctest.h>
-
 #include <string>
 
+#include "tests/support/Doctest.h"
 #include "tests/support/TestInstaller.h"
 #include "ui/DibImage.h"
 
