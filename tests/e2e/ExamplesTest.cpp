@@ -3,7 +3,8 @@
 #include <filesystem>
 #include <sstream>
 
-#include "packer/InstallerReport.h"
+#include "packer/read/ExtractInstaller.h"
+#include "packer/read/InstallerReport.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 

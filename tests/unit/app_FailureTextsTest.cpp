@@ -1,5 +1,5 @@
 #include "app/FailureTexts.h"
-#include "archive/RunValues.h"
+#include "core/RunValues.h"
 #include "format/Texts.h"
 #include "tests/support/Testing.h"
 

@@ -1,10 +1,9 @@
 #include <random>
 #include <string>
 
-#include "packer/BlockEncoder.h"
-#include "packer/Checksum.h"
-#include "packer/MatchFinder.h"
-#include "packer/TokenCode.h"
+#include "packer/write/BlockEncoder.h"
+#include "packer/write/MatchFinder.h"
+#include "packer/write/TokenCode.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/ReferenceUnpack.h"
 

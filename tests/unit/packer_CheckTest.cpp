@@ -1,10 +1,11 @@
 #include <functional>
 
 #include "packer/CodePage.h"
-#include "packer/FileTree.h"
-#include "packer/ManifestReader.h"
-#include "packer/ProductCheck.h"
-#include "packer/Texts.h"
+#include "packer/check/ProductCheck.h"
+#include "packer/check/TextCheck.h"
+#include "packer/manifest/EnglishTexts.h"
+#include "packer/manifest/FileTree.h"
+#include "packer/manifest/ManifestReader.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"

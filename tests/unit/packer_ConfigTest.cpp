@@ -1,9 +1,9 @@
 #include <functional>
 #include <string>
 
-#include "packer/Checksum.h"
-#include "packer/ConfigWriter.h"
-#include "packer/RecordWriter.h"
+#include "archive/Scramble.h"
+#include "packer/write/ConfigWriter.h"
+#include "packer/write/RecordWriter.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/ReferenceUnpack.h"
 #include "tests/support/TestInstaller.h"

@@ -1,9 +1,8 @@
 #include <functional>
 #include <random>
 
-#include "packer/Checksum.h"
-#include "packer/Installer.h"
-#include "packer/StubImage.h"
+#include "packer/write/Installer.h"
+#include "packer/write/StubImage.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TestInstaller.h"
 

@@ -1,8 +1,8 @@
 #include <chrono>
 
-#include "packer/FlagNames.h"
-#include "packer/ManifestReader.h"
-#include "packer/Texts.h"
+#include "packer/Words.h"
+#include "packer/manifest/EnglishTexts.h"
+#include "packer/manifest/ManifestReader.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
