@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <sstream>
 
@@ -50,7 +51,7 @@ fs::path OwnPath(const char *typed) {
   return path.empty() ? fs::absolute(typed, error) : path;
 }
 
-// What was typed behind the program's name, in UTF-8.
+// What was typed after the program's name, in UTF-8.
 std::vector<std::string> Arguments([[maybe_unused]] int argc, [[maybe_unused]] char **argv) {
 #ifdef _WIN32
   std::vector<std::string> arguments;
@@ -78,7 +79,7 @@ std::optional<int64_t> ReadSourceDate() {
   return newest;
 }
 
-std::string Version() {
+std::string VersionLine() {
   return "korbpack " KORB_VERSION ", archive format " + std::to_string(korb::kFormatVersion / 100) + "." +
          std::to_string(korb::kFormatVersion / 10 % 10);
 }
@@ -115,167 +116,129 @@ constexpr char kExamples[] = R"(Examples:
   korbpack COMMAND --help             more on one command
 Ends with 0 only when all went well.)";
 
-// One command: its options, its examples, and what it does once they are read. True is success.
-class Command {
-public:
-  Command(CLI::App &app, const char *name, const char *what, const char *examples)
-      : options(*app.add_subcommand(name, what)) {
-    options.footer(std::string("Examples:\n") + examples);
-  }
-  virtual ~Command() = default;
-  virtual bool Run(const fs::path &program) = 0;
+// What was typed, for all commands.
+struct Options {
+  std::string folder = ".", new_manifest = "setup.toml"; // init
+  std::string manifest, output, stub;                    // build
+  bool strict = false;
+  std::string installer; // of inspect, verify and extract
+  int page = kDefaultCodePage;
+  bool json = false;
+  std::string destination; // extract
+};
 
-  CLI::App &options;
+// The commands. True is success.
 
-protected:
-  void AddInstaller() { options.add_option("installer", installer_, "The installer")->required(); }
-  void AddCodePage() {
-    options.add_option("--codepage", page_, "Code page of the installer's texts (1252)")
+bool Init(const Options &options) {
+  const fs::path output = PathFromUtf8(options.new_manifest);
+  if (fs::exists(output))
+    throw PackError("'" + options.new_manifest + "' exists already");
+  const std::string text = StarterManifest(PathFromUtf8(options.folder), output);
+  const Bytes bytes(text.begin(), text.end());
+  WriteOutputFiles({{output, &bytes}});
+  std::cout << options.new_manifest << " written. Look through it, then: korbpack build " << options.new_manifest
+            << "\n";
+  return true;
+}
+
+bool Build(const Options &options, const fs::path &program) {
+  constexpr char kUsualManifest[] = "setup.toml";
+  if (options.manifest.empty() && !fs::exists(kUsualManifest))
+    throw PackError("there is no '" + std::string(kUsualManifest) + "' here: 'korbpack init' writes one");
+  BuildRequest request;
+  request.manifest = options.manifest.empty() ? fs::path(kUsualManifest) : PathFromUtf8(options.manifest);
+  request.output =
+      options.output.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(options.output);
+  request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
+  request.newest = ReadSourceDate();
+  request.strict = options.strict;
+  std::ostringstream summary, problems; // after the line of progress, not within it
+  const ProgressLine line;
+  if (line.IsShown())
+    request.progress = [&](const char *step, int percent) { line.Show(step, percent); };
+  const bool built = BuildFromManifest(request, summary, problems);
+  line.Clear();
+  std::cerr << problems.str();
+  std::cout << summary.str();
+  return built;
+}
+
+// Adds the command `name`, which sets `good` when it is typed and has succeeded.
+CLI::App &AddCommand(CLI::App &app, const char *name, const char *what, const char *examples, bool &good,
+                     std::function<bool()> run) {
+  CLI::App &command = *app.add_subcommand(name, what);
+  command.footer(std::string("Examples:\n") + examples);
+  command.callback([&good, run = std::move(run)] { good = run(); });
+  return command;
+}
+
+void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool &good) {
+  CLI::App &init = AddCommand(app, "init", "Write a commented manifest to begin with",
+                              "  korbpack init                       for the files of this folder\n"
+                              "  korbpack init files -o thing.toml   for those below 'files'",
+                              good, [&] { return Init(options); });
+  init.add_option("folder", options.folder, "The files to install (this folder)");
+  init.add_option("-o,--output", options.new_manifest, "The manifest to write (setup.toml); never overwrites one");
+
+  CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
+                               "  korbpack build                      setup.toml becomes setup.exe\n"
+                               "  korbpack build thing.toml -o out/thing-2.0.exe",
+                               good, [&] { return Build(options, program); });
+  build.add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
+  build.add_option("-o,--output", options.output,
+                   "The installer to write, volumes beside it (the manifest's name with .exe)");
+  build.add_flag("--strict", options.strict, "Warnings are errors");
+  build.add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+
+  const auto installer = [&] { return PathFromUtf8(options.installer); };
+  CLI::App &inspect = AddCommand(
+      app, "inspect", "Show all that is in an installer",
+      "  korbpack inspect setup.exe\n"
+      "  korbpack inspect setup.exe --json > setup.json",
+      good, [&, installer] { return InspectInstaller(installer(), options.page, options.json, std::cout, std::cerr); });
+  CLI::App &verify =
+      AddCommand(app, "verify", "Make every test that the installer makes, and name the damage that it would report",
+                 "  korbpack verify setup.exe           its volumes are looked for beside it", good,
+                 [installer] { return VerifyInstaller(installer(), std::cout); });
+  CLI::App &extract = AddCommand(app, "extract", "Write the files of an installer to a new folder",
+                                 "  korbpack extract setup.exe files", good, [&, installer] {
+                                   return ExtractInstaller(installer(), PathFromUtf8(options.destination), options.page,
+                                                           std::cout, std::cerr);
+                                 });
+  for (CLI::App *command : {&inspect, &verify, &extract})
+    command->add_option("installer", options.installer, "The installer")->required();
+  inspect.add_flag("--json", options.json, "As JSON, with all texts in full");
+  extract.add_option("folder", options.destination, "Where to; empty or not there yet")->required();
+  for (CLI::App *command : {&inspect, &extract})
+    command->add_option("--codepage", options.page, "Code page of the installer's texts (1252)")
         ->check([](const std::string &text) {
           return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
         });
-  }
-
-  std::string installer_;
-  int page_ = kDefaultCodePage;
-};
-
-class Init : public Command {
-public:
-  explicit Init(CLI::App &app)
-      : Command(app, "init", "Write a commented manifest to begin with",
-                "  korbpack init                       for the files of this folder\n"
-                "  korbpack init files -o thing.toml   for those below 'files'") {
-    options.add_option("folder", folder_, "The files to install (this folder)");
-    options.add_option("-o,--output", output_, "The manifest to write (setup.toml); never overwrites one");
-  }
-  bool Run(const fs::path &) override {
-    const fs::path output = PathFromUtf8(output_);
-    if (fs::exists(output))
-      throw PackError("'" + output_ + "' exists already");
-    const std::string text = StarterManifest(PathFromUtf8(folder_), output);
-    const Bytes bytes(text.begin(), text.end());
-    WriteOutputFiles({{output, &bytes}});
-    std::cout << output_ << " written. Look through it, then: korbpack build " << output_ << "\n";
-    return true;
-  }
-
-private:
-  std::string folder_ = ".", output_ = "setup.toml";
-};
-
-class Build : public Command {
-public:
-  explicit Build(CLI::App &app)
-      : Command(app, "build", "Build the installer that a manifest describes",
-                "  korbpack build                      setup.toml becomes setup.exe\n"
-                "  korbpack build thing.toml -o out/thing-2.0.exe") {
-    options.add_option("manifest", manifest_, "The manifest, a TOML file (setup.toml)");
-    options.add_option("-o,--output", output_,
-                       "The installer to write, volumes beside it (the manifest's name with .exe)");
-    options.add_flag("--strict", strict_, "Warnings are errors");
-    options.add_option("--stub", stub_, "The program without an archive (korb.exe beside this program)");
-  }
-  bool Run(const fs::path &program) override {
-    if (options.count("manifest") == 0 && !fs::exists(manifest_))
-      throw PackError("there is no '" + manifest_ + "' here: 'korbpack init' writes one");
-    BuildRequest request;
-    request.manifest = PathFromUtf8(manifest_);
-    request.output = output_.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(output_);
-    request.stub = stub_.empty() ? FindStub(program) : PathFromUtf8(stub_);
-    request.newest = ReadSourceDate();
-    request.strict = strict_;
-    std::ostringstream summary, problems; // behind the line of progress, not within it
-    const ProgressLine line;
-    if (line.IsShown())
-      request.progress = [&](const char *step, int percent) { line.Show(step, percent); };
-    const bool built = BuildFromManifest(request, summary, problems);
-    line.Clear();
-    std::cerr << problems.str();
-    std::cout << summary.str();
-    return built;
-  }
-
-private:
-  std::string manifest_ = "setup.toml", output_, stub_;
-  bool strict_ = false;
-};
-
-class Inspect : public Command {
-public:
-  explicit Inspect(CLI::App &app)
-      : Command(app, "inspect", "Show all that is in an installer",
-                "  korbpack inspect setup.exe\n"
-                "  korbpack inspect setup.exe --json > setup.json") {
-    AddInstaller();
-    options.add_flag("--json", json_, "As JSON, with all texts in full");
-    AddCodePage();
-  }
-  bool Run(const fs::path &) override {
-    return InspectInstaller(PathFromUtf8(installer_), page_, json_, std::cout, std::cerr);
-  }
-
-private:
-  bool json_ = false;
-};
-
-class Verify : public Command {
-public:
-  explicit Verify(CLI::App &app)
-      : Command(app, "verify", "Make every test that the installer makes, and name the damage that it would report",
-                "  korbpack verify setup.exe           its volumes are looked for beside it") {
-    AddInstaller();
-  }
-  bool Run(const fs::path &) override { return VerifyInstaller(PathFromUtf8(installer_), std::cout); }
-};
-
-class Extract : public Command {
-public:
-  explicit Extract(CLI::App &app)
-      : Command(app, "extract", "Write the files of an installer to a new folder",
-                "  korbpack extract setup.exe files") {
-    AddInstaller();
-    options.add_option("folder", folder_, "Where to; empty or not there yet")->required();
-    AddCodePage();
-  }
-  bool Run(const fs::path &) override {
-    return ExtractInstaller(PathFromUtf8(installer_), PathFromUtf8(folder_), page_, std::cout, std::cerr);
-  }
-
-private:
-  std::string folder_;
-};
+}
 
 } // namespace
 
 int main(int argc, char **argv) {
   CLI::App app("Packs a product into one installer for Windows.", "korbpack");
-  app.set_version_flag("--version", Version());
+  app.set_version_flag("--version", VersionLine());
   app.require_subcommand(0, 1); // none is left to the end: a misspelt one is then named
   app.footer(kExamples);
-  Init init(app);
-  Build build(app);
-  Inspect inspect(app);
-  Verify verify(app);
-  Extract extract(app);
+  Options options;
+  bool good = false;
+  const fs::path program = OwnPath(argv[0]);
+  AddCommands(app, program, options, good);
   std::vector<std::string> arguments = Arguments(argc, argv);
   std::reverse(arguments.begin(), arguments.end());
   try {
-    app.parse(std::move(arguments));
+    app.parse(std::move(arguments)); // and runs the command
+    if (app.get_subcommands().empty())
+      std::cerr << app.help();
   } catch (const CLI::ParseError &end) {
     return app.exit(end);
-  }
-  try {
-    for (Command *command :
-         {static_cast<Command *>(&init), static_cast<Command *>(&build), static_cast<Command *>(&inspect),
-          static_cast<Command *>(&verify), static_cast<Command *>(&extract)})
-      if (command->options.parsed())
-        return command->Run(OwnPath(argv[0])) ? 0 : 1;
-    std::cerr << app.help();
   } catch (const std::bad_alloc &) {
     std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }
-  return 1;
+  return good ? 0 : 1;
 }
