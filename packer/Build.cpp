@@ -81,7 +81,7 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     findings.Merge(faults);
   }
   try {
-    auto stub = ReadWholeFile(request.stub);
+    auto stub = ReadFileBytes(request.stub);
     if (!stub)
       findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "'");
     else if (!findings.HasErrors())

@@ -42,7 +42,7 @@ private:
 
 } // namespace
 
-std::optional<Bytes> ReadWholeFile(const fs::path &path) {
+std::optional<Bytes> ReadFileBytes(const fs::path &path) {
   std::error_code error;
   if (!fs::is_regular_file(path, error))
     return std::nullopt;

@@ -11,7 +11,7 @@
 namespace korb::packer {
 
 /// The bytes of a regular file. Nothing when it can't be read as a whole.
-std::optional<Bytes> ReadWholeFile(const std::filesystem::path &path);
+std::optional<Bytes> ReadFileBytes(const std::filesystem::path &path);
 
 struct OutputFile {
   std::filesystem::path path;

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 
+#include "core/Text.h"
 #include "format/Kinds.h"
 #include "format/Record.h"
 #include "format/Texts.h"
@@ -166,7 +167,7 @@ private:
     }
     for (const Language &language : product_.languages)
       if (file_->label.empty() &&
-          (language.texts.size() <= kTextShortcutTitle || IsBlank(language.texts[kTextShortcutTitle])))
+          (language.texts.size() <= kTextShortcutTitle || IsBlank(language.texts[kTextShortcutTitle].c_str())))
         Error("its shortcut has no title, and text 38 (shortcut_title) of '" + language.name + "' is blank");
   }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/Text.h"
 #include "engine/DeletionRule.h"
 #include "format/Record.h"
 #include "packer/check/TextRules.h"
@@ -26,7 +27,7 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   const auto error = [&](const char *message) {
     findings.Error(deletion.place, "old file '" + deletion.name + "': " + message);
   };
-  if (IsBlank(deletion.name))
+  if (IsBlank(deletion.name.c_str()))
     error("it has no name");
   CheckPathText(deletion.name, deletion.place, "old file: ", findings);
   if (deletion.name == kDeletionsEnd)
@@ -93,11 +94,11 @@ void CheckAssociation(const Association &association, const Product &product, Fi
     error("without an extension it is passed over");
   if (association.extension.find_first_of("*?") != std::string::npos)
     error("an extension is one name such as 'txt', without '*' or '?'");
-  if (IsBlank(association.verb))
+  if (IsBlank(association.verb.c_str()))
     error("it has no verb, so the uninstaller can't take it back");
   for (const std::string *text : {&association.command, &association.icon})
     CheckVariables(*text, association.place, "association of '" + association.extension + "': ", findings);
-  if (IsBlank(association.command))
+  if (IsBlank(association.command.c_str()))
     findings.Warn(association.place, "association of '" + association.extension + "': its verb has no command");
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
     if (text->find("~!~") != text->npos || text->find_first_of("\r\n") != text->npos || HoldsRecordMarker(*text))
@@ -119,7 +120,7 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
   const std::string what = "uninstall value '" + value.name + "': ";
   if (value.kind != kUninstallExpandText) // in which those of the system are meant
     CheckVariables(value.value, value.place, what, findings);
-  if (IsBlank(value.name))
+  if (IsBlank(value.name.c_str()))
     findings.Error(value.place, what + "it has no name");
   if (own)
     findings.Warn(value.place, what + "it overwrites a value that the uninstaller reads" +
@@ -130,7 +131,7 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
     findings.Warn(value.place, what + "the installer writes its own value over it");
   if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value, UINT32_MAX))
     findings.Error(value.place, what + "the number doesn't fit into 32 bits");
-  if (value.kind == kUninstallNumber && !IsBlank(value.value) &&
+  if (value.kind == kUninstallNumber && !IsBlank(value.value.c_str()) &&
       value.value.find_first_of("0123456789") == std::string::npos)
     findings.Error(value.place, what + "'" + value.value + "' is no number");
 }

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <iterator>
 
+#include "core/Text.h"
 #include "packer/check/FileCheck.h"
 #include "packer/check/ListCheck.h"
 #include "packer/check/TextCheck.h"
@@ -25,13 +26,13 @@ void CheckNames(const Product &product, Findings &findings) {
   const auto error = [&](const char *key, const char *message) {
     findings.Error(product.PlaceOf(key), "'" + std::string(key) + "' " + message);
   };
-  if (IsBlank(product.name))
+  if (IsBlank(product.name.c_str()))
     error("product.name", "is missing");
   if (product.name.find_first_of("\"\r\n") != product.name.npos)
     error("product.name", "must hold neither quotes nor line ends");
   if (ContainsNoCase(product.name, "<product>"))
     error("product.name", "can't hold <product>, which stands for the name itself");
-  if (IsBlank(product.uninstall_name) && product.name.find('\\') != product.name.npos)
+  if (IsBlank(product.uninstall_name.c_str()) && product.name.find('\\') != product.name.npos)
     error("product.name", "holds a backslash: give an 'uninstall.name' that can be the name of a registry key");
   if (product.uninstall_name.find_first_of("\"\\\r\n") != product.uninstall_name.npos)
     error("uninstall.name", "must hold neither quotes nor backslashes: it is the name of a registry key");
@@ -44,7 +45,7 @@ void CheckNames(const Product &product, Findings &findings) {
   if (HoldsHugeNumber(product.version))
     error("product.version", "holds a number that doesn't fit into 32 bits");
   const std::string &volumes = product.volume_base_name;
-  if (IsBlank(volumes) || HoldsIllegalCharacter(volumes) || volumes.find('\\') != volumes.npos)
+  if (IsBlank(volumes.c_str()) || HoldsIllegalCharacter(volumes) || volumes.find('\\') != volumes.npos)
     error("payload.volume_name", "has to be the beginning of a file name, even without volumes");
   const Day &expiry = product.expiry;
   if (expiry.month != 0 && (!IsCalendarDay(expiry.year, expiry.month, expiry.day) || expiry.year < 1600))
@@ -98,8 +99,8 @@ void CheckDirectories(const Product &product, Findings &findings) {
     findings.Warn(product.PlaceOf("uninstall.directory"),
                   "of several levels, the uninstaller removes the last one only");
   const std::string &uninstaller = product.uninstaller_name;
-  if (product.Has(IF_UNINSTALL) &&
-      (IsBlank(uninstaller) || HoldsIllegalCharacter(uninstaller) || uninstaller.find('\\') != uninstaller.npos))
+  if (product.Has(IF_UNINSTALL) && (IsBlank(uninstaller.c_str()) || HoldsIllegalCharacter(uninstaller) ||
+                                    uninstaller.find('\\') != uninstaller.npos))
     findings.Error(product.PlaceOf("uninstall.program"), "'uninstall.program' has to be a file name");
 }
 

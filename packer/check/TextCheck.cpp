@@ -4,6 +4,7 @@
 #include <cstring>
 #include <set>
 
+#include "core/Text.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "packer/check/TextRules.h"
@@ -50,7 +51,7 @@ public:
       : language_(language), product_(product), findings_(findings) {}
 
   void Check() {
-    if (IsBlank(language_.name))
+    if (IsBlank(language_.name.c_str()))
       findings_.Error(language_.place, "a language needs a name");
     for (size_t number = 0; number < std::size(kTextRows); ++number)
       CheckFormat(number, kTextRows[number].form);
@@ -58,7 +59,7 @@ public:
       if (row.saved)
         CheckSaved(static_cast<size_t>(row.number));
     CheckTextUninstallerTitle();
-    if (product_.Has(IF_NOTICE) && IsBlank(Text(kTextNotice)))
+    if (product_.Has(IF_NOTICE) && IsBlank(Text(kTextNotice).c_str()))
       Warn(kTextNotice, "is blank, so no notice is shown");
   }
 
@@ -91,7 +92,7 @@ private:
     std::string wanted;
     for (char kind : form == "-" ? std::string_view() : form)
       wanted += std::string(" %") + kind;
-    if (!IsBlank(text) && !wanted.empty() && ShownArguments(text) < form.size())
+    if (!IsBlank(text.c_str()) && !wanted.empty() && ShownArguments(text) < form.size())
       Warn(number, "doesn't show all that it is given, which is" + wanted);
   }
 
@@ -108,7 +109,7 @@ private:
     if (!product_.Has(IF_UNINSTALL) || !product_.Has(shortcuts))
       return;
     const std::string title = WithProductName(Text(kTextUninstallerTitle), product_.name);
-    if (IsBlank(title) || HoldsIllegalCharacter(title) || HoldsRecordMarker(title))
+    if (IsBlank(title.c_str()) || HoldsIllegalCharacter(title) || HoldsRecordMarker(title))
       Error(kTextUninstallerTitle, "can't be the name of a shortcut, and the uninstaller is to have one");
   }
 

@@ -8,10 +8,6 @@
 
 namespace korb::packer {
 
-bool IsBlank(std::string_view text) {
-  return text.find_first_not_of(" \r\n\t") == text.npos;
-}
-
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
   for (char &c : lower)

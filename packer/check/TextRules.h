@@ -9,9 +9,6 @@
 
 namespace korb::packer {
 
-/// Nothing but spaces, line ends and tabs: what the installer takes for absent.
-bool IsBlank(std::string_view text);
-
 std::string LowerCase(std::string_view text);
 
 bool ContainsNoCase(std::string_view text, std::string_view part);

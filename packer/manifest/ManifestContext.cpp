@@ -102,7 +102,7 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
     findings.Error(place, "the file '" + name + "' is larger than 1 GiB, which no installer can hold");
     return std::nullopt;
   }
-  auto bytes = ReadWholeFile(path);
+  auto bytes = ReadFileBytes(path);
   if (bytes)
     manifest.inputs.push_back(path);
   else

@@ -199,7 +199,7 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
 
 Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
   ManifestContext context(path, newest, findings);
-  const auto text = ReadWholeFile(path);
+  const auto text = ReadFileBytes(path);
   if (!text) {
     findings.Error({}, "can't read the manifest");
     return context.manifest;

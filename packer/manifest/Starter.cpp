@@ -128,7 +128,7 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
     if (!IsStarted(file))
       continue;
     if (programs.empty())
-      if (const auto bytes = ReadWholeFile(top / PathFromUtf8(file)))
+      if (const auto bytes = ReadFileBytes(top / PathFromUtf8(file)))
         version = FileVersionOf(*bytes).value_or(version);
     programs += "[[file]]\nsource = " + Quoted(prefix + file) +
                 "\nstart_menu = true\n#desktop = true\nlabel = " + Quoted(file.substr(0, file.size() - 4)) + "\n\n";

@@ -91,7 +91,7 @@ public:
     bytes_.reset();
     // A name that leads to another folder is not followed.
     if (name_.find_first_of("/\\:") == name_.npos)
-      bytes_ = ReadWholeFile(folder_ / PathFromUtf8(name_));
+      bytes_ = ReadFileBytes(folder_ / PathFromUtf8(name_));
     if (!bytes_ || bytes_->size() > INT32_MAX)
       return nullptr;
     source_ = Source(*bytes_);
@@ -132,7 +132,7 @@ private:
 } // namespace
 
 InstallerReader::InstallerReader(const fs::path &path) : folder_(path.parent_path()) {
-  auto bytes = ReadWholeFile(path);
+  auto bytes = ReadFileBytes(path);
   if (!bytes)
     throw PackError("can't read '" + ShowPath(path) + "'");
   if (bytes->size() > INT32_MAX)

@@ -125,7 +125,7 @@ private:
   }
 
   void Number(NumberCode code, uint32_t value) {
-    const uint32_t ones = LeadingOnes(code, value);
+    const uint32_t ones = PrefixOnes(code, value);
     bits_.Put((1u << ones) - 1, ones + 1);
     bits_.Put(value, code.base + ones * code.step);
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/Arithmetic.h"
 #include "packer/write/ConfigWriter.h"
 #include "packer/write/StubImage.h"
 
@@ -11,8 +12,9 @@ namespace {
 
 constexpr size_t kMaxInstaller = 0x7FFF0000; // all sizes and positions are signed 32 bits
 
-size_t RoundUp(size_t value, size_t multiple) {
-  return (value + multiple - 1) / multiple * multiple;
+// The size of a section that is filled by `size` bytes.
+size_t FilledSection(size_t size, const StubImage &stub) {
+  return static_cast<size_t>(RoundUp(static_cast<int64_t>(size), stub.SectionAlignment()));
 }
 
 // How many payload bytes the executable holds. `head` is what the section holds in front of them.
@@ -32,7 +34,7 @@ size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const
   size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), begin) - begin;
   if (!in_file)
     room -= room % alignment;
-  if (room < (in_file ? RoundUp(head, alignment) : head))
+  if (room < (in_file ? FilledSection(head, stub) : head))
     throw PackError("the program and the configuration alone are larger than a volume");
   return std::min(room - head, payload);
 }
@@ -73,17 +75,16 @@ std::vector<Bytes> CutVolumes(const Product &product, const Bytes &stored, size_
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
   const StubImage image(stub);
   const bool in_file = product.payload.layout == PayloadLayout::kInFile;
-  const size_t alignment = image.SectionAlignment();
   StoredConfig stored = StoreConfig(config);
   const size_t table_size = header::kSize + 4 * payload.sizes.size();
   size_t head = table_size + stored.block.size();
   const size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
-  if (image.SectionFilePos() + RoundUp(head + first, alignment) > kMaxInstaller)
+  if (image.SectionFilePos() + FilledSection(head + first, image) > kMaxInstaller)
     throw PackError("the installer would be larger than 2 GiB");
 
   // A payload in the file runs to the file's very end. When it would end inside the section, which is always full, the
   // configuration is lengthened instead.
-  const size_t raw = RoundUp(in_file ? head : head + first, alignment);
+  const size_t raw = FilledSection(in_file ? head : head + first, image);
   if (in_file && head + first < raw) {
     stored = StoreConfig(config, stored.block.size() + raw - head - first);
     head = table_size + stored.block.size();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/Arithmetic.h"
 #include "packer/PeResources.h"
 
 namespace korb::packer {
@@ -20,10 +21,6 @@ constexpr uint32_t kVirtualSizeAt = 8, kCharacteristicsAt = 36;
 constexpr uint32_t kReadableData = 0x40000040;
 
 constexpr uint32_t kPage = 4096;
-
-uint32_t RoundUp(uint32_t value, uint32_t multiple) {
-  return (value + multiple - 1) / multiple * multiple;
-}
 
 bool IsPowerOfTwo(uint32_t value) {
   return value != 0 && (value & (value - 1)) == 0;
@@ -83,23 +80,23 @@ StubImage::StubImage(Bytes stub) : bytes_(std::move(stub)) {
 }
 
 uint32_t StubImage::SectionFilePos() const {
-  return RoundUp(static_cast<uint32_t>(bytes_.size()), std::max(kPage, file_alignment_));
+  return static_cast<uint32_t>(RoundUp(static_cast<int64_t>(bytes_.size()), std::max(kPage, file_alignment_)));
 }
 
 Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
   Bytes out = bytes_;
   const uint32_t optional = pe_ + pe::kOptionalHeaderAt;
-  const uint32_t address = RoundUp(OptionalField(kImageSizeAt), section_alignment_);
+  const int64_t address = RoundUp(OptionalField(kImageSizeAt), section_alignment_);
   const uint32_t entry = table_ + sections_ * pe::kSectionEntrySize;
   std::memcpy(&out[entry], kArchiveSectionName, sizeof kArchiveSectionName);
   SetU32(out, entry + kVirtualSizeAt, used);
-  SetU32(out, entry + pe::kVirtualAddressAt, address);
+  SetU32(out, entry + pe::kVirtualAddressAt, static_cast<uint32_t>(address));
   SetU32(out, entry + pe::kRawSizeAt, raw);
   SetU32(out, entry + pe::kRawPointerAt, SectionFilePos());
   SetU32(out, entry + kCharacteristicsAt, kReadableData);
   SetU16(out, pe_ + pe::kSectionCountAt, static_cast<uint16_t>(sections_ + 1));
   SetU32(out, pe_ + pe::kInitializedDataSizeAt, GetU32(out, pe_ + pe::kInitializedDataSizeAt) + raw);
-  SetU32(out, pe_ + pe::kImageSizeAt, address + RoundUp(used, section_alignment_));
+  SetU32(out, pe_ + pe::kImageSizeAt, static_cast<uint32_t>(address + RoundUp(used, section_alignment_)));
   // The archive holds a checksum of these headers, so they can't hold one of the archive; 0 means that there is none,
   // and stays true for the uninstaller, which has the same headers but another body.
   SetU32(out, optional + kChecksumAt, 0);

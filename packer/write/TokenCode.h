@@ -8,21 +8,21 @@
 
 namespace korb::packer {
 
-/// How many leading ones `value` needs.
-constexpr uint32_t LeadingOnes(NumberCode code, uint32_t value) {
+/// How many ones the prefix of `value` has.
+constexpr uint32_t PrefixOnes(NumberCode code, uint32_t value) {
   const uint32_t width = static_cast<uint32_t>(std::bit_width(value));
   return width <= code.base ? 0 : (width - code.base + code.step - 1) / code.step;
 }
 
 /// How many numbers need fewer bits than `value`: the least one that takes as many.
 constexpr uint32_t NarrowerNumbers(NumberCode code, uint32_t value) {
-  const uint32_t ones = LeadingOnes(code, value);
+  const uint32_t ones = PrefixOnes(code, value);
   return ones == 0 ? 0 : 1u << (code.base + (ones - 1) * code.step);
 }
 
 /// Bits that `value` takes, its prefix included.
 constexpr uint32_t NumberBits(NumberCode code, uint32_t value) {
-  const uint32_t ones = LeadingOnes(code, value);
+  const uint32_t ones = PrefixOnes(code, value);
   return ones + 1 + code.base + ones * code.step;
 }
 

@@ -52,12 +52,12 @@ TEST_CASE("the packer finds the same version, and another one where there is no 
   TempFolder folder;
   const auto packed = [&](const wchar_t *language, const wchar_t *name) {
     const String file = VersionedFile(folder, language, name, L"1.20.3b");
-    return packer::FileVersionOf(packer::ReadWholeFile(file.c_str()).value()).value_or("none");
+    return packer::FileVersionOf(packer::ReadFileBytes(file.c_str()).value()).value_or("none");
   };
   CHECK(packed(L"040904e4", L"FileVersion") == "1.20.3b");
   CHECK(packed(L"040704B0", L"FileVersion") == "1.20.3b");
   CHECK(packed(L"040904E4", L"ProductVersion") == "none");
-  packer::Bytes whole = packer::ReadWholeFile(VersionedFile(folder, L"040904E4", L"FileVersion", L"7").c_str()).value();
+  packer::Bytes whole = packer::ReadFileBytes(VersionedFile(folder, L"040904E4", L"FileVersion", L"7").c_str()).value();
   for (; !whole.empty(); whole.pop_back()) // none of the rests reads past its end
     packer::FileVersionOf(whole);
 }
