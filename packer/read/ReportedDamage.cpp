@@ -10,23 +10,6 @@
 #include "core/String.h"
 #include "format/Damage.h"
 
-namespace korb::packer {
-
-namespace {
-
-std::string OneLine(std::string text, int32_t code) {
-  for (size_t at; (at = text.find("\r\n")) != text.npos;)
-    text.replace(at, 2, " ");
-  return code == 0 ? text : text + " (damage code " + std::to_string(code) + ")";
-}
-
-} // namespace
-
-ReportedDamage::ReportedDamage(const std::string &damage_text, int32_t damage_code)
-    : runtime_error(OneLine(damage_text, damage_code)), text(damage_text), code(damage_code) {}
-
-} // namespace korb::packer
-
 namespace korb {
 
 namespace {
