@@ -246,7 +246,8 @@ protected:
   static T *typed(void *element) { return static_cast<T *>(element); }
 };
 
-/// A walk over any collection. Attach, then `advance` as a loop condition and `value` in the body. The collection must outlive the walk.
+/// A walk over any collection. Attach, then `advance` as a loop condition and `value` in the body. The collection must
+/// outlive the walk.
 template <class T>
 class Cursor {
 public:

@@ -7,7 +7,8 @@
 
 namespace korb {
 
-/// The date of a file, as archives and the file layer hold it: local time. A month of 0 means that there is no date. 24 bytes, stored as they stand.
+/// The date of a file, as archives and the file layer hold it: local time. A month of 0 means that there is no date. 24
+/// bytes, stored as they stand.
 struct FileDate {
   int32_t year;
   int32_t month;

@@ -1,11 +1,12 @@
 // The values of a run that many of its parts read, in all folders: the whole set, each with who fills it and when.
 //
 // An installation takes them from its command line (ParseCommandLine), then from its archive (DecodeConfig,
-// ReadConfigStream), then from its user. An uninstall run takes them from its command line and from what the installation
-// left in the product's key (engine/Uninstall.cpp). What only passes from one phase to the next is no such value.
+// ReadConfigStream), then from its user. An uninstall run takes them from its command line and from what the
+// installation left in the product's key (engine/Uninstall.cpp). What only passes from one phase to the next is no such
+// value.
 //
-// A run has one of each, and ends with its process. Whoever reads several archives in one process calls ResetRunValues in
-// between.
+// A run has one of each, and ends with its process. Whoever reads several archives in one process calls ResetRunValues
+// in between.
 #pragma once
 
 #include <cstdint>
@@ -16,22 +17,23 @@
 
 namespace korb {
 
-// ---- What kind of run this is -------------------------------------------------------------------------------------------
+// ---- What kind of run this is
+// -------------------------------------------------------------------------------------------
 
 /// Names this program in the report of a registry key that can't be opened, which may come before any product is known.
 inline constexpr char ApplicationName[] = "KORB Installer";
 
-/// No question is asked that this guards. True by /a, or by IF_AUTOMATIC as DecodeConfig reads it (in an uninstall run by
-/// the recorded IF_AUTOMATIC_UNINSTALL); false again when an installed product refuses to be installed over, which the
-/// user must see.
+/// No question is asked that this guards. True by /a, or by IF_AUTOMATIC as DecodeConfig reads it (in an uninstall run
+/// by the recorded IF_AUTOMATIC_UNINSTALL); false again when an installed product refuses to be installed over, which
+/// the user must see.
 inline bool AutomaticMode = false;
 
 /// The run removes a product. Set by /u and never again.
 inline bool UninstallMode = false;
 
-/// The archive's option word, IF_... bits. DecodeConfig reads it before the rest of the configuration, since it decides on
-/// the window, and ReadConfigStream once more in its place; an uninstall run takes what was recorded. IF_REBOOT_NEEDED is
-/// set later on, by whatever is left to the next start of the machine; no bit is ever cleared.
+/// The archive's option word, IF_... bits. DecodeConfig reads it before the rest of the configuration, since it decides
+/// on the window, and ReadConfigStream once more in its place; an uninstall run takes what was recorded.
+/// IF_REBOOT_NEEDED is set later on, by whatever is left to the next start of the machine; no bit is ever cleared.
 extern uint64_t InstallFlags;
 
 /// True when any bit of `flags` is set in InstallFlags.
@@ -45,17 +47,18 @@ extern uint64_t InstallFlags;
   return (InstallFlags & flags) != 0;
 }
 
-// ---- The product and its places -----------------------------------------------------------------------------------------
+// ---- The product and its places
+// -----------------------------------------------------------------------------------------
 
-/// The product as the user knows it: by /n:, else by ReadConfigStream. An uninstall run takes the recorded name, and that
-/// of its command line where none is.
+/// The product as the user knows it: by /n:, else by ReadConfigStream. An uninstall run takes the recorded name, and
+/// that of its command line where none is.
 extern String ProductName;
 /// Dotted product version, may be empty. By ReadConfigStream; an uninstall run has none.
 extern String Version;
 
-/// Where the product goes: by /d:, else the archive's default, taken once the archive is read. A reinstallation then takes
-/// the earlier one's place, the directory's dialog what the user typed, and the directory phase, after which it is
-/// settled, trims it. An uninstall run takes what was recorded.
+/// Where the product goes: by /d:, else the archive's default, taken once the archive is read. A reinstallation then
+/// takes the earlier one's place, the directory's dialog what the user typed, and the directory phase, after which it
+/// is settled, trims it. An uninstall run takes what was recorded.
 extern String InstallDir;
 /// Directory for files that products share; empty without IF_UNINSTALL. Settled by ReadConfigStream; an uninstall run
 /// takes what was recorded, once its user has agreed.
@@ -63,11 +66,12 @@ extern String CommonDir;
 /// Directory of the uninstaller, relative to InstallDir, may be empty. By ReadConfigStream, or as recorded.
 extern String UninstallSubdir;
 
-/// The executable without its archive, which is written as the product's uninstaller. Filled by BuildUninstallerImage once
-/// the configuration is read; an uninstall run has none.
+/// The executable without its archive, which is written as the product's uninstaller. Filled by BuildUninstallerImage
+/// once the configuration is read; an uninstall run has none.
 extern String UninstallerImage;
 
-// ---- What the background looks like, colours 0x00BBGGRR -----------------------------------------------------------------
+// ---- What the background looks like, colours 0x00BBGGRR
+// -----------------------------------------------------------------
 
 // The entry point fills TitleColor and TopColor with the system's window colours. ReadConfigStream replaces what the
 // archive brings, an uninstall run what was recorded. They are read whenever the window is painted.
@@ -79,7 +83,8 @@ extern bool MonoColor;
 /// Distance of the title's shadow in pixels.
 extern uint8_t TitleShadow;
 
-// ---- Texts and languages ------------------------------------------------------------------------------------------------
+// ---- Texts and languages
+// ------------------------------------------------------------------------------------------------
 
 /// Every text by number (outer) and language (inner). By ReadConfigStream; an uninstall run has those of Uninstall.DAT,
 /// in language 0 alone. Look texts up through TextLookup, which puts the names into a text at its first lookup.

@@ -152,7 +152,8 @@ public:
   int32_t find_char(char c, int32_t start = 0, FindOptions flags = FIND_NONE) const;
   /// The last one at or before `start`. Of the flags, FIND_SKIP_QUOTED counts.
   int32_t rfind_char(char c, int32_t start = STRING_ALL, FindOptions flags = FIND_NONE) const;
-  /// The first byte that is in `set`, or is not. An empty set holds nothing, a null one finds nothing; a NUL is in none.
+  /// The first byte that is in `set`, or is not. An empty set holds nothing, a null one finds nothing; a NUL is in
+  /// none.
   int32_t find_any(const char *set, int32_t start = 0) const;
   int32_t find_not_in(const char *set, int32_t start = 0) const;
   int32_t find_space() const { return find_any(" \r\n\t"); }

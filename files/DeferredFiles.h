@@ -35,8 +35,9 @@ bool MoveOrSchedule(const char *source, const char *target, MoveOptions flags = 
 /// Registers a move in wininit.ini; a left side of NUL deletes. False when the file can't be read or
 /// written, and, with no error standing, when a side is blank.
 bool AddWininitRename(const char *left, const char *right);
-/// The rule on that file's text, by which Windows 9x moves and deletes files at its next start: adds "left=right" as the
-/// first entry of the section [rename], which is made at the end when there is none. The system moves `right` to `left`.
+/// The rule on that file's text, by which Windows 9x moves and deletes files at its next start: adds "left=right" as
+/// the first entry of the section [rename], which is made at the end when there is none. The system moves `right` to
+/// `left`.
 void AddRename(String &text, const char *left, const char *right);
 
 } // namespace korb

@@ -20,8 +20,8 @@ bool MoveAtRestart(const char *source, const char *target, DWORD flags) {
   return function && function(source, target, flags);
 }
 
-/// Registers a move by whatever means the system has. An NT that refuses its own takes the other one if the program that
-/// carries it out is there.
+/// Registers a move by whatever means the system has. An NT that refuses its own takes the other one if the program
+/// that carries it out is there.
 bool Register(const char *source, const char *target, DWORD flags) {
   if (IsWindowsNT()) {
     if (MoveAtRestart(source, target, flags))

@@ -27,8 +27,8 @@ enum AppendOptions : uint32_t {
 template <>
 inline constexpr bool IsOptionWord<AppendOptions> = true;
 
-/// Adds `text` to the end of the file, which is made when it is missing; null adds nothing. False when the file can't be
-/// opened, which is not tried again, or written.
+/// Adds `text` to the end of the file, which is made when it is missing; null adds nothing. False when the file can't
+/// be opened, which is not tried again, or written.
 bool AppendToFile(const char *path, const char *text, AppendOptions flags = AF_NONE);
 /// True when the file holds exactly these bytes.
 bool FileMatches(const void *data, int32_t count, const char *path);

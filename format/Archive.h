@@ -141,7 +141,8 @@ enum UninstallDataKind : uint8_t {
 
 // ---- Payload records ------------------------------------------------------------------------------------------------
 //
-//     Name text, DestKind u32 (Kinds.h), FileFlags u32, Attributes u32, contents (as many bytes as the size table says),
+//     Name text, DestKind u32 (Kinds.h), FileFlags u32, Attributes u32, contents (as many bytes as the size table
+// says),
 //     Checksum u32 (Checksum32 of the contents), Date FileDate, Label text, Icon text (FF_SHORTCUTS), Arguments text,
 //     Target text
 

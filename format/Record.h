@@ -7,7 +7,8 @@
 
 namespace korb {
 
-// ---- Places ------------------------------------------------------------------------------------------------------------
+// ---- Places
+// ------------------------------------------------------------------------------------------------------------
 
 // Files in the uninstaller's directory.
 inline constexpr char kUninstallDataName[] = "Uninstall.DAT"; ///< what was installed, and the uninstaller's texts
@@ -19,7 +20,8 @@ inline constexpr char kUninstallKeys[] = "Microsoft\\Windows\\CurrentVersion\\Un
 /// The system's reference counts: a number for each file, named by its full path.
 inline constexpr char kSharedFileKey[] = "Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
 
-// ---- Uninstall.DAT -------------------------------------------------------------------------------------------------------
+// ---- Uninstall.DAT
+// -------------------------------------------------------------------------------------------------------
 
 // Marks before a line of the list; a file has none.
 inline constexpr char kDirectoryMark = '~';
@@ -38,7 +40,8 @@ inline constexpr int32_t kMaxTextEntries = 500;
 /// Texts of a higher number are passed over.
 inline constexpr int32_t kMaxTextNumber = 1000;
 
-// ---- The product's key -----------------------------------------------------------------------------------------------------
+// ---- The product's key
+// -----------------------------------------------------------------------------------------------------
 
 namespace product_value {
 inline constexpr char kUninstallString[] = "UninstallString";

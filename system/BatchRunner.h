@@ -6,9 +6,9 @@
 namespace korb {
 
 /// The text of a batch as it is run: `script` after lines that set an environment variable for each folder that path
-/// variables know: the same names, without percent signs. `directory` is what InstallDir and InstallDrive become; both are
-/// left out when it is empty. Unless `may_pause`, lines that only pause are left out, for nobody would end the pause. Every
-/// line ends in CR LF.
+/// variables know: the same names, without percent signs. `directory` is what InstallDir and InstallDrive become; both
+/// are left out when it is empty. Unless `may_pause`, lines that only pause are left out, for nobody would end the
+/// pause. Every line ends in CR LF.
 String BatchText(const char *directory, const String &script, bool may_pause);
 
 /// Writes `script` with the variables of BatchText into a file in `directory`, runs it there under the command

@@ -16,8 +16,8 @@ namespace {
 constexpr char kBatchName[] = "KORBBAT.BAT";
 /// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
 constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
-/// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them: not
-/// in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
+/// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them:
+/// not in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
 constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
 
 } // namespace

@@ -15,8 +15,8 @@ void RunPage(const char *name, DLGPROC procedure, const void *parameter);
 
 // For the procedures.
 
-/// Ends the dialog with its button's number when `word`, of WM_COMMAND, tells of a click on one of the two. Gives whether
-/// it was.
+/// Ends the dialog with its button's number when `word`, of WM_COMMAND, tells of a click on one of the two. Gives
+/// whether it was.
 BOOL EndOnButton(HWND dialog, WPARAM word);
 
 /// Moves a window to the middle of the screen, and makes it no larger than that. Every dialog calls it as it comes up.

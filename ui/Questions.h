@@ -1,4 +1,5 @@
-// The boxes in which a run asks its user. Each belongs to DialogOwner, so what is pending of the progress is shown first.
+// The boxes in which a run asks its user. Each belongs to DialogOwner, so what is pending of the progress is shown
+// first.
 #pragma once
 
 #include <cstdint>

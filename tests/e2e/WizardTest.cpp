@@ -110,7 +110,8 @@ void TurnPage(const std::string &page) {
   page == "Notice" ? Answer(page, "OK") : Answer(page, kNext);
 }
 
-/// Tab goes round the controls in this order, Shift and Tab back, an arrow among the buttons alone; Escape does nothing.
+/// Tab goes round the controls in this order, Shift and Tab back, an arrow among the buttons alone; Escape does
+/// nothing.
 void CheckRound(const std::vector<int> &ids) {
   CHECK(WaitForFocus(ids.front()));
   Press(VK_ESCAPE);

@@ -1,4 +1,5 @@
-// The framework of the tests, which shows a text in a failure by its contents, not by its address, and a list by its items.
+// The framework of the tests, which shows a text in a failure by its contents, not by its address, and a list by its
+// items.
 #pragma once
 
 #include <doctest/doctest.h>
