@@ -65,8 +65,11 @@ public:
   void PlaceAllFiles();
   void NameUninstaller();
   void LeaveUninstaller();
+  void LeaveUninstallData();
   void Wait() { WaitPhase(config_.min_phase_ms); }
+  void RunInstallBatch(const String &script, uint64_t hide);
   InstallConfig &config() { return config_; }
+  Journal &journal() { return journal_; }
   const EarlierInstallation &earlier() const { return earlier_; }
 
 private:
@@ -76,6 +79,7 @@ private:
   ArchiveLocation location_;
   InstallConfig config_;
   EarlierInstallation earlier_;
+  Journal journal_;
   String payload_; // holds the payload when it does not stay in the loaded image
 };
 
@@ -122,7 +126,6 @@ void Installation::SettleDirectory() {
 void Installation::OpenProgress() {
   CreateProgressDialog();
   SetStep(kTextStepPayload, 2);
-  ErrorReport.clear();
 }
 
 void Installation::GatherPayload() {
@@ -139,7 +142,7 @@ void Installation::MakeUninstallDirectory() {
 }
 
 void Installation::PlaceAllFiles() {
-  PlaceFiles(cursor_, header_.sizes);
+  PlaceFiles(cursor_, header_.sizes, journal_);
 }
 
 /// Shortcuts to the uninstaller are made long before it is written.
@@ -152,12 +155,12 @@ void Installation::NameUninstaller() {
 
 void Installation::LeaveUninstaller() {
   if (HasInstallFlag(IF_UNINSTALL))
-    WriteUninstaller(config_);
+    WriteUninstaller(config_, journal_);
 }
 
-void LeaveUninstallData() {
+void Installation::LeaveUninstallData() {
   if (HasInstallFlag(IF_UNINSTALL) && !WriteUninstallData())
-    AppendFileError(ErrorReport, UninstallDataPath());
+    AppendFileError(journal_.error_report, UninstallDataPath());
 }
 
 /// Listed for removal even where it can't be written: an earlier installation may have left one there.
@@ -171,8 +174,8 @@ void SaveBackground() {
 
 /// Whether a batch could be run is its author's business: no report tells the user. The log does, but for the last one,
 /// as it is written by then.
-void RunInstallBatch(const String &script, uint64_t hide) {
-  RunBatch(InstallDir, script, HasInstallFlag(hide), LogText);
+void Installation::RunInstallBatch(const String &script, uint64_t hide) {
+  RunBatch(InstallDir, script, HasInstallFlag(hide), journal_.log_text);
 }
 
 bool AskForRestart() {
@@ -195,6 +198,7 @@ void RemoveEmptyDirectories() {
 void RunInstallation(DiskFile &own_file, const String &run_after) {
   Installation run(own_file);
   InstallConfig &config = run.config();
+  Journal &journal = run.journal();
   run.ReadArchive();
 
   ChooseLanguage();
@@ -208,46 +212,46 @@ void RunInstallation(DiskFile &own_file, const String &run_after) {
   run.ShowPages();
   DecideOnReinstall(run.earlier());
   run.SettleDirectory();
-  RunInstallBatch(config.pre_install_batch, IF_HIDE_PRE_BATCH);
+  run.RunInstallBatch(config.pre_install_batch, IF_HIDE_PRE_BATCH);
 
   // From here on the user is asked before a cancel, and nothing that is done is undone.
   run.OpenProgress();
   run.GatherPayload();
   run.MakeUninstallDirectory();
-  DeleteOldFiles(config.deletions);
+  DeleteOldFiles(config.deletions, journal);
   run.PlaceAllFiles();
-  CountSharedFiles();
-  RegisterComFiles();
+  CountSharedFiles(journal);
+  RegisterComFiles(journal.log_text);
 
   run.Wait();
   SetStep(kTextStepShortcuts, 90);
   run.NameUninstaller();
   AddUninstallerShortcut();
-  MakeShortcuts(config);
+  MakeShortcuts(config, journal);
   SetProgress(95);
   run.Wait();
 
   SaveBackground();
-  CreateProductKeys(config.product_registry);
-  RegisterAssociations(config.associations);
+  CreateProductKeys(config.product_registry, journal);
+  RegisterAssociations(config.associations, journal);
   if (HasInstallFlag(IF_EDIT_PATH))
-    ErrorReport += EditAutoexecPath(true);
+    journal.error_report += EditAutoexecPath(true);
   run.LeaveUninstaller();
   run.Wait();
   SetStep(kTextStepRecord, 100);
-  LeaveUninstallData();
-  RunInstallBatch(config.post_install_batch, IF_HIDE_POST_BATCH);
+  run.LeaveUninstallData();
+  run.RunInstallBatch(config.post_install_batch, IF_HIDE_POST_BATCH);
   TellShellOfShortcuts(config);
   run.Wait();
   DestroyProgressDialog();
 
-  WriteInstallLog(IsReinstall, true, ErrorReport);
+  WriteInstallLog(IsReinstall, true, journal);
   const bool restart = AskForRestart();
-  RunInstallBatch(config.final_batch, IF_HIDE_FINAL_BATCH);
+  run.RunInstallBatch(config.final_batch, IF_HIDE_FINAL_BATCH);
   RemoveEmptyDirectories();
   if (restart)
     ExitSystem(kExitRestart, false);
-  else if (ErrorReport.is_empty() && !run_after.is_empty())
+  else if (journal.error_report.is_empty() && !run_after.is_empty())
     RunProcess(run_after, RP_NONE, nullptr);
   ExitInstaller();
 }

@@ -102,7 +102,7 @@ const char *LanguageName() {
 
 } // namespace
 
-void CreateProductKeys(const String &product_registry) {
+void CreateProductKeys(const String &product_registry, Journal &journal) {
   if (product_registry.is_empty())
     return;
   RegistryKey machine;
@@ -110,10 +110,10 @@ void CreateProductKeys(const String &product_registry) {
   const bool machine_opened = machine.OpenSoftware(product_registry, false) != KEY_NOT_OPENED;
   const bool user_opened = user.OpenSoftware(product_registry, true) != KEY_NOT_OPENED;
   if (!machine_opened || !user_opened)
-    ErrorReport.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
+    journal.error_report.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
 }
 
-void RegisterAssociations(Vector<FileAssociation> &associations) {
+void RegisterAssociations(Vector<FileAssociation> &associations, Journal &journal) {
   AssociationWriter writer;
   for (int32_t i = 0; i < associations.count; ++i) {
     FileAssociation &record = associations.at(i);
@@ -124,7 +124,7 @@ void RegisterAssociations(Vector<FileAssociation> &associations) {
     const bool associated = writer.WriteClass(record);
     AssociationLines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
     if (!associated)
-      ErrorReport.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
+      journal.error_report.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
   }
 }
 

@@ -2,16 +2,17 @@
 #pragma once
 
 #include "archive/InstallConfig.h"
+#include "engine/Journal.h"
 
 namespace korb {
 
 /// Makes the empty keys that the product fills itself, of the machine and of the user; nothing for an empty name.
-/// ErrorReport tells when one can't be made.
-void CreateProductKeys(const String &product_registry);
+/// `journal` tells when one can't be made.
+void CreateProductKeys(const String &product_registry, Journal &journal);
 
 /// Makes each association that holds for the language in force, and notes it in AssociationLines, whatever came of it.
-/// One whose command could not be written goes to ErrorReport. Existing texts are backed up first. Extensions, classes
+/// One whose command could not be written is an error of `journal`. Existing texts are backed up first. Extensions, classes
 /// and commands are completed in place.
-void RegisterAssociations(Vector<FileAssociation> &associations);
+void RegisterAssociations(Vector<FileAssociation> &associations, Journal &journal);
 
 } // namespace korb

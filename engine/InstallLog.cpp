@@ -37,15 +37,15 @@ void ShowLog() {
 
 } // namespace
 
-void WriteInstallLog(bool is_reinstall, bool show_result, String report) {
-  const bool had_no_errors = report.is_empty();
+void WriteInstallLog(bool is_reinstall, bool show_result, Journal journal) {
+  const bool had_no_errors = journal.error_report.is_empty();
   bool view_log = false;
   if (show_result && had_no_errors)
-    TellSuccess(report);
+    TellSuccess(journal.error_report);
   else if (show_result)
     view_log = OfferLog();
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, report, Now())) && view_log;
+    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, journal, Now())) && view_log;
   if (view_log)
     ShowLog();
 }

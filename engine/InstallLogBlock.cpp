@@ -1,12 +1,11 @@
 #include "engine/InstallLog.h"
 
 #include "archive/RunValues.h"
-#include "engine/RunLists.h"
 
 namespace korb {
 
 /// Nothing long goes through a format, which has an end.
-String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &now) {
+String InstallLogBlock(bool is_reinstall, const Journal &journal, const DateTime &now) {
   String text("\r\nInstallation log for: ");
   text += ProductName;
   text += "\r\nInstall date: ";
@@ -19,11 +18,11 @@ String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &
   if (!IsBlank(Version))
     text.append_format("Product version: %s\r\n", Version);
   text += "\r\n";
-  if (!IsBlank(LogText)) {
-    text += LogText;
+  if (!IsBlank(journal.log_text)) {
+    text += journal.log_text;
     text += "\r\n";
   }
-  text += report;
+  text += journal.error_report;
   return text;
 }
 

@@ -4,7 +4,6 @@
 #include "core/Failure.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
-#include "engine/RunLists.h"
 #include "files/Attributes.h"
 #include "files/DeferredFiles.h"
 #include "files/DiskFile.h"
@@ -78,7 +77,7 @@ bool ReplaceAtRestart(const char *path, const void *data, int32_t size, String &
 }
 
 /// `file` may still be open, and its failure is the system's last error.
-void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t size, String &report,
+void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t size, Journal &journal,
                    bool may_replace_later) {
   const String reason = LastErrorText();
   // Our own handle would keep the system from replacing the file.
@@ -93,12 +92,12 @@ void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t s
   }
   const bool waits =
       (may_replace_later || HasInstallFlag(IF_REPLACE_IN_USE)) && ReplaceAtRestart(path, data, size, message);
-  (waits ? LogText : report) += message;
+  (waits ? journal.log_text : journal.error_report) += message;
 }
 
 } // namespace
 
-bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, String &report,
+bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, Journal &journal,
                uint32_t attributes, bool may_replace_later) {
   if (size < 0)
     CorruptInstaller(DamageCode::FileDataSize);
@@ -109,10 +108,10 @@ bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate 
   case WriteResult::Damaged:
     // No call of the system failed, so there are no words of its own to show.
     ClearLastError();
-    AppendFileError(report, path);
+    AppendFileError(journal.error_report, path);
     return false;
   case WriteResult::Refused:
-    HandleRefusal(file, path, data, size, report, may_replace_later);
+    HandleRefusal(file, path, data, size, journal, may_replace_later);
     return false;
   }
   ChangeAttributes(path, attributes, kSettableAttributes);

@@ -5,6 +5,7 @@
 
 #include "core/FileDate.h"
 #include "core/String.h"
+#include "engine/Journal.h"
 
 namespace korb {
 
@@ -13,11 +14,11 @@ namespace korb {
 /// system, archive, temporary and offline are taken. The caller's block is not copied.
 ///
 /// A target that can't be written is tried three times. With `may_replace_later` or IF_REPLACE_IN_USE, the bytes then
-/// go to a temporary file that replaces the target at the next start: IF_REBOOT_NEEDED is set, LogText tells of it, and
-/// the result is false, as the file is not there yet. Every other failure appends its lines to `report`; the target may
+/// go to a temporary file that replaces the target at the next start: IF_REBOOT_NEEDED is set, the log tells of it, and
+/// the result is false, as the file is not there yet. Every other failure is an error of `journal`; the target may
 /// be left cut off, or with wrong bytes and the time of its write. A date or attributes that can't be set are no
 /// failure. A negative `size` is damage (code 5).
-bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, String &report,
+bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, Journal &journal,
                uint32_t attributes, bool may_replace_later);
 
 } // namespace korb

@@ -51,6 +51,8 @@ private:
 
 class FilePlacer {
 public:
+  explicit FilePlacer(Journal &journal) : journal_(journal) {}
+
   void Place(const PayloadRecord &record);
   bool fonts_changed() const { return fonts_changed_; }
 
@@ -58,6 +60,7 @@ private:
   bool MakeDirectory(const PayloadRecord &record, const String &path);
   bool AddFont(const PayloadRecord &record, const Destination &to);
 
+  Journal &journal_;
   MachineHost host_;
   String last_directory_; // known to exist
   bool fonts_changed_ = false;
@@ -73,8 +76,8 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
   if (directory.is_empty() || directory != last_directory_) {
     if (!CreateDirectoryTree(directory)) {
       const String reason = LastErrorText();
-      ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextDirectoryFailed), directory,
-                                reason, path);
+      journal_.error_report.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextDirectoryFailed),
+                                          directory, reason, path);
       return false;
     }
     last_directory_ = directory;
@@ -86,7 +89,7 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
 
 bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
   if (AddFontResourceA(to.name) == 0) {
-    AppendFileError(ErrorReport, to.path);
+    AppendFileError(journal_.error_report, to.path);
     return false;
   }
   if ((record.file_flags & FF_KEEP) == 0) {
@@ -106,27 +109,27 @@ void FilePlacer::Place(const PayloadRecord &record) {
   const Destination to = ChooseDestination(record, host_);
   NoteSharedFile(record, to.path);
   bool replaces = false;
-  if (!IsWanted(record, to.path, host_, replaces))
+  if (!IsWanted(record, to.path, host_, journal_.log_text, replaces))
     return;
   NoteShortcut(record, to.path);
   if (to.in_install_tree && !MakeDirectory(record, to.path))
     return;
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
     AddUninstallEntry(to.path, kUninstallFile);
-  if (!PlaceFile(to.path, record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
+  if (!PlaceFile(to.path, record.contents, record.size, record.date, journal_, record.attributes, replaces))
     return;
   if (RowOf(record.dest_kind).folder == KindFolder::Fonts && !AddFont(record, to))
     return;
   SetStepTextFormat("%s -> %s", to.name, to.path);
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("%s -> %s\r\n", to.name, to.path);
+    journal_.log_text.append_format("%s -> %s\r\n", to.name, to.path);
 }
 
 } // namespace
 
-void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes) {
+void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes, Journal &journal) {
   ResetPlacementLists();
-  FilePlacer placer;
+  FilePlacer placer(journal);
   for (int32_t i = 0; i < sizes.count; ++i) {
     SetProgress(45 + static_cast<int32_t>(int64_t{i} * 40 / sizes.count));
     if (sizes.at(i) > kLargeFile)

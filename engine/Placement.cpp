@@ -44,42 +44,42 @@ bool IsUpToDate(const PayloadRecord &record, const String &path, PlacementHost &
 }
 
 /// False always: the file stays.
-bool LogNotNewer(const String &path, const char *what) {
-  LogText.append_format("%s was not installed because its %s is not newer.\r\n", path, what);
+bool LogNotNewer(const String &path, const char *what, String &log_text) {
+  log_text.append_format("%s was not installed because its %s is not newer.\r\n", path, what);
   return false;
 }
 
 /// A system file belongs to others, so both its version and its date must be newer than those of the present one. A
 /// record without a date is never newer.
-bool IsNewerSystemFile(const PayloadRecord &record, const String &path, PlacementHost &host) {
+bool IsNewerSystemFile(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text) {
   if (!IsBlank(record.label)) {
     const String version = host.ReadFileVersion(path);
     // Only the file's own letters were made capitals, so a small one in the record is newer.
     if (!IsBlank(version) && CompareVersions(record.label, version) <= 0)
-      return LogNotNewer(path, "version");
+      return LogNotNewer(path, "version", log_text);
   }
   FileDate present{};
   if (!host.GetFileModified(path, present))
     return false;
-  return CompareFileDates(present, record.date) < 0 || LogNotNewer(path, "date");
+  return CompareFileDates(present, record.date) < 0 || LogNotNewer(path, "date", log_text);
 }
 
-bool IsFresher(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces) {
+bool IsFresher(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text, bool &replaces) {
   const KindReplaced replaced = RowOf(record.dest_kind).replaced;
   if (replaced == KindReplaced::Always || !host.FileExists(path))
     return true;
   if (replaced == KindReplaced::ByLaterDate) {
-    LogText += path;
+    log_text += path;
     if (IsUpToDate(record, path, host)) {
-      LogText += " is up to date.\r\n";
+      log_text += " is up to date.\r\n";
       return false;
     }
   } else {
-    if (!IsNewerSystemFile(record, path, host))
+    if (!IsNewerSystemFile(record, path, host, log_text))
       return false;
-    LogText += path;
+    log_text += path;
   }
-  LogText += " is out of date and will be replaced.\r\n";
+  log_text += " is out of date and will be replaced.\r\n";
   replaces = true;
   return true;
 }
@@ -107,7 +107,7 @@ Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host) 
   return to;
 }
 
-bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces) {
+bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text, bool &replaces) {
   replaces = false;
   switch (record.file_flags & FF_CONDITION) {
   case FF_PLACE_NEVER:
@@ -128,7 +128,7 @@ bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &ho
   default:
     break;
   }
-  return IsFresher(record, path, host, replaces);
+  return IsFresher(record, path, host, log_text, replaces);
 }
 
 void NoteSharedFile(const PayloadRecord &record, const String &path) {

@@ -35,9 +35,9 @@ struct Destination {
 /// (code 110).
 Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host);
 
-/// True when `record` is to be written to `path` now. Says so in LogText where a present file is compared, and
+/// True when `record` is to be written to `path` now. Says so in `log_text` where a present file is compared, and
 /// `replaces` then tells that an older one is there. A skipped record may still leave its line in the uninstall list.
-bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces);
+bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text, bool &replaces);
 
 /// Puts `path` on SharedFileList and ComFileList as the record's kind asks.
 void NoteSharedFile(const PayloadRecord &record, const String &path);

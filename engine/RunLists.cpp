@@ -4,8 +4,6 @@
 
 namespace korb {
 
-String ErrorReport;
-String LogText;
 String UninstallDir;
 String UninstallerPath;
 String UninstallCommand;

@@ -7,12 +7,6 @@
 
 namespace korb {
 
-/// Every step that failed, for the user at the end. Emptied when the progress dialog opens; a run with any text here
-/// does not start the program of /r.
-extern String ErrorReport;
-/// Lines for Install.LOG, each ended by "\r\n". Starts empty and is never emptied.
-extern String LogText;
-
 /// InstallDir with UninstallSubdir. Set once the payload is there.
 extern String UninstallDir;
 /// The uninstaller's file, and its arguments `/u:"name"`. Set before the shortcuts are made, with IF_UNINSTALL.

@@ -35,14 +35,14 @@ ServerCall CallServer(const char *path, const char *function) {
   return outcome;
 }
 
-void RegisterComFiles() {
+void RegisterComFiles(String &log_text) {
   if (ComFileList.is_empty())
     return;
   ComSession session;
   for (int32_t i = 0; i < ComFileList.count; ++i) {
     const String &path = ComFileList.at(i);
-    LogText.append_format("Registering COM File \"%s\"...", path);
-    LogText += kOutcomes[static_cast<int32_t>(CallServer(path, "DllRegisterServer"))];
+    log_text.append_format("Registering COM File \"%s\"...", path);
+    log_text += kOutcomes[static_cast<int32_t>(CallServer(path, "DllRegisterServer"))];
   }
 }
 

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "core/String.h"
+
 namespace korb {
 
 enum class ServerCall : uint8_t {
@@ -15,7 +17,7 @@ enum class ServerCall : uint8_t {
 /// system appears for what is missing. Needs a ComSession.
 ServerCall CallServer(const char *path, const char *function);
 
-/// Registers each of ComFileList, and says in LogText what came of it.
-void RegisterComFiles();
+/// Registers each of ComFileList, and says in `log_text` what came of it.
+void RegisterComFiles(String &log_text);
 
 } // namespace korb

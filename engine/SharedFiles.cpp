@@ -26,12 +26,12 @@ void TakeBackEarlierCounts(RegistryKey &counts) {
 
 } // namespace
 
-void CountSharedFiles() {
+void CountSharedFiles(Journal &journal) {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
   RegistryKey counts;
   if (!counts.OpenSoftware(kSharedFileKey, false)) {
-    ErrorReport += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
+    journal.error_report += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
     return;
   }
   if (IsReinstall)

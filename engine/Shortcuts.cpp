@@ -37,8 +37,8 @@ String Startup(bool all_users) {
 
 class ShortcutMaker {
 public:
-  explicit ShortcutMaker(const InstallConfig &config)
-      : config_(config), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
+  ShortcutMaker(const InstallConfig &config, Journal &journal)
+      : config_(config), journal_(journal), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
 
   void Make(ShortcutRecord &record);
   void MakeForUninstaller();
@@ -50,6 +50,7 @@ private:
   const String &DesktopGroup();
 
   const InstallConfig &config_;
+  Journal &journal_;
   const bool all_users_;
   String desktop_group_; // empty until the first shortcut goes there
 };
@@ -75,7 +76,7 @@ const String &ShortcutMaker::DesktopGroup() {
   if (desktop_group_.is_empty()) {
     desktop_group_ = PathJoin(Desktop(all_users_), config_.desktop_group);
     if (!CreateDirectoryTree(desktop_group_))
-      ErrorReport.append_format("Failed to create directory %s: %s\r\n", desktop_group_, LastErrorText());
+      journal_.error_report.append_format("Failed to create directory %s: %s\r\n", desktop_group_, LastErrorText());
     AddUninstallEntry(desktop_group_, kUninstallDirectory);
   }
   return desktop_group_;
@@ -84,11 +85,11 @@ const String &ShortcutMaker::DesktopGroup() {
 void ShortcutMaker::MakeIn(const String &directory, const ShortcutRecord &record, const char *log_name) {
   String path = PathJoin(directory, record.title);
   if (!CreateShortcut(path, record.target, record.arguments, InstallDir, record.icon)) {
-    AppendFileError(ErrorReport, path);
+    AppendFileError(journal_.error_report, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("%s(%s) -> %s\r\n", log_name, record.title, path);
+    journal_.log_text.append_format("%s(%s) -> %s\r\n", log_name, record.title, path);
   if (!record.no_uninstall)
     AddUninstallEntry(path, kUninstallFile);
 }
@@ -97,11 +98,11 @@ void ShortcutMaker::MakeForUninstaller(const String &directory) {
   String path = PathJoin(directory, TextLookup(kTextUninstallerTitle));
   // No working directory: the uninstaller could not remove the one that it runs in.
   if (!CreateShortcut(path, UninstallerPath, UninstallCommand, "", "")) {
-    AppendFileError(ErrorReport, path);
+    AppendFileError(journal_.error_report, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("Uninstaller Shortcut -> %s\r\n", path);
+    journal_.log_text.append_format("Uninstaller Shortcut -> %s\r\n", path);
   AddUninstallEntry(path, kUninstallFile);
 }
 
@@ -125,8 +126,8 @@ void AddUninstallerShortcut() {
   ShortcutList.append(record);
 }
 
-void MakeShortcuts(const InstallConfig &config) {
-  ShortcutMaker maker(config);
+void MakeShortcuts(const InstallConfig &config, Journal &journal) {
+  ShortcutMaker maker(config, journal);
   for (int32_t i = 0; i < ShortcutList.count; ++i)
     maker.Make(ShortcutList.at(i));
   if (HasInstallFlag(IF_UNINSTALL))

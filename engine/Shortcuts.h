@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "archive/InstallConfig.h"
+#include "engine/Journal.h"
 
 namespace korb {
 
@@ -12,8 +13,8 @@ namespace korb {
 void AddUninstallerShortcut();
 
 /// Makes what ShortcutList asks for, then the uninstaller's shortcuts in the start menu and in its own folder. Each one
-/// that is made is listed for the uninstall, unless it is to stay; each that fails goes to ErrorReport.
-void MakeShortcuts(const InstallConfig &config);
+/// that is made is listed for the uninstall, unless it is to stay; each that fails is an error of `journal`.
+void MakeShortcuts(const InstallConfig &config, Journal &journal);
 
 /// Tells the shell that the desktop has changed, once a shortcut on it was wanted.
 void TellShellOfShortcuts(const InstallConfig &config);

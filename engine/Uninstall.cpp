@@ -142,13 +142,14 @@ void UninstallRun::Ask() {
 }
 
 /// A second run, after one that left something behind, doesn't run it again, not even one that could not be started:
-/// LogText is never written here, and the report is kept for what could not be removed.
+/// no run of this kind writes the log, and the report is kept for what could not be removed.
 void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
   String script;
   Read(script, value);
   if (script.is_empty())
     return;
-  RunBatch(directory, script, HasInstallFlag(hide_flag), LogText);
+  String log; // for nobody
+  RunBatch(directory, script, HasInstallFlag(hide_flag), log);
   key_.DeleteValue(value);
 }
 

@@ -85,11 +85,11 @@ bool WriteUninstallKey(const InstallConfig &config) {
 
 } // namespace
 
-void WriteUninstaller(const InstallConfig &config) {
-  PlaceFile(UninstallerPath, UninstallerImage.data(), UninstallerImage.length(), config.uninstaller_date, ErrorReport,
-            0, true);
+void WriteUninstaller(const InstallConfig &config, Journal &journal) {
+  PlaceFile(UninstallerPath, UninstallerImage.data(), UninstallerImage.length(), config.uninstaller_date, journal, 0,
+            true);
   if (!WriteUninstallKey(config))
-    ErrorReport +=
+    journal.error_report +=
         "Unable to save the uninstall information to the registry.  Uninstall will not work properly.\r\n\r\n";
 }
 

@@ -21,7 +21,7 @@ class Machine final : public PlacementHost {
 public:
   String FontFolder() override { return "W:\\Fonts"; }
   String SystemFolder() override { return "W:\\System"; }
-  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:", 0); }
+  void ExpandPathVariables(String &text) override { text.replace("%Win%", "W:"); }
   bool FileExists(const String &path) override { return files.count(path.c_str()) != 0; }
   bool GetFileModified(const String &path, FileDate &date) override {
     const PresentFile &file = files.at(path.c_str());
@@ -42,7 +42,6 @@ struct Case {
     InstallDir = "C:\\App";
     CommonDir = "C:\\Shared";
     UninstallDir = "C:\\App\\Un";
-    LogText.clear();
     ResetPlacementLists();
   }
 
@@ -58,14 +57,14 @@ struct Case {
 
   /// "write", "replace" or "skip", and what was logged.
   std::string Verdict() {
-    LogText.clear();
+    String log_text;
     bool replaces = false;
-    const bool wanted = IsWanted(record, "f", machine, replaces);
+    const bool wanted = IsWanted(record, "f", machine, log_text, replaces);
     CHECK((wanted || !replaces));
     return (!wanted    ? "skip"
             : replaces ? "replace"
                        : "write") +
-           (LogText.is_empty() ? std::string() : std::string(": ") + LogText.c_str());
+           (log_text.is_empty() ? std::string() : std::string(": ") + log_text.c_str());
   }
 
   Machine machine;
@@ -121,7 +120,8 @@ TEST_CASE("a file that the condition keeps still goes with the product") {
   const auto wanted = [&](uint32_t flags, const char *path) {
     c.record.file_flags = flags;
     bool replaces = false;
-    return IsWanted(c.record, path, c.machine, replaces);
+    String log_text;
+    return IsWanted(c.record, path, c.machine, log_text, replaces);
   };
   c.machine.files["C:\\App\\old"] = {};
   InstallFlags = IF_NO_UNINSTALL_RECORDS;

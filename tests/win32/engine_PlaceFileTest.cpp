@@ -19,8 +19,6 @@ struct Fixture {
   Fixture() {
     InstallFlags = 0;
     InstallDir = folder.Path().string().c_str();
-    LogText.clear();
-    ErrorReport.clear();
     ResetPlacementLists();
     TextTable.clear();
     TextTable.set_count(32);
@@ -29,7 +27,7 @@ struct Fixture {
   }
 
   bool Place(const char *name, const std::string &bytes, const FileDate &date = kDate) {
-    return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, ErrorReport, 0, false);
+    return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, journal, 0, false);
   }
   /// Places one file with this name and target, as a payload brings it.
   void PlacePayload(const char *name, const char *target) {
@@ -42,13 +40,14 @@ struct Fixture {
     Vector<int32_t> sizes;
     sizes.append(0);
     ArchiveCursor cursor(payload.stored.data(), static_cast<int32_t>(payload.stored.size()));
-    PlaceFiles(cursor, sizes);
+    PlaceFiles(cursor, sizes, journal);
     CHECK(cursor.left() == 0);
   }
 
   String Path(const char *name) const { return (folder.Path() / name).string().c_str(); }
 
   TempFolder folder;
+  Journal journal;
 };
 
 } // namespace
@@ -64,14 +63,14 @@ TEST_CASE_FIXTURE(Fixture, "large files are written whole, emptied ones cut, and
   }
   FileDate date{};
   CHECK(Values{Place("now", "x", FileDate{}), GetFileModified(Path("now"), date), date.year > 2020,
-               ErrorReport.is_empty(), LogText.is_empty()} == Values{1, 1, 1, 1, 1});
+               journal.error_report.is_empty(), journal.log_text.is_empty()} == Values{1, 1, 1, 1, 1});
 }
 
 TEST_CASE_FIXTURE(Fixture, "what can't be read back is reported without a word of the system") {
   InstallFlags = IF_VERIFY_WRITES | IF_REPLACE_IN_USE;
-  CHECK_FALSE(PlaceFile("NUL", "x", 1, FileDate{}, ErrorReport, 0, true));
-  CHECK(ErrorReport == "no file NUL\r\n\r\n");
-  CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, ErrorReport, 0, false); }) == 5);
+  CHECK_FALSE(PlaceFile("NUL", "x", 1, FileDate{}, journal, 0, true));
+  CHECK(journal.error_report == "no file NUL\r\n\r\n");
+  CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, journal, 0, false); }) == 5);
 }
 
 TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second time for its date, and not without one") {
@@ -83,10 +82,10 @@ TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second ti
   for (const FileDate &date : {kDate, FileDate{}}) {
     CAPTURE(date.month);
     Pipe first, second;
-    CHECK(PlaceFile("\\\\.\\pipe\\korb", "x", 1, date, ErrorReport, 0, false));
+    CHECK(PlaceFile("\\\\.\\pipe\\korb", "x", 1, date, journal, 0, false));
     CHECK(Values{first.Opened(), second.Opened()} == Values{1, date.month != 0});
   }
-  CHECK(ErrorReport.is_empty());
+  CHECK(journal.error_report.is_empty());
 }
 
 TEST_CASE_FIXTURE(Fixture, "a run that keeps no list of files lists none of its directories") {
@@ -98,5 +97,5 @@ TEST_CASE_FIXTURE(Fixture, "a run that keeps no list of files lists none of its 
   }
   InstallDir = "\\\\server\\share"; // a path from the root has none in an installation without a drive
   PlacePayload("a", "\\a");
-  CHECK(ErrorReport.find("Not installed: \\a\r\n") >= 0);
+  CHECK(journal.error_report.find("Not installed: \\a\r\n") >= 0);
 }
