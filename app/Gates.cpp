@@ -5,7 +5,6 @@
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
-#include "engine/RunLists.h"
 #include "engine/Version.h"
 #include "format/Texts.h"
 #include "system/OsIdentity.h"
@@ -57,17 +56,17 @@ void RequireMasterProduct(InstallConfig &config) {
     Refuse(TextLookup(kTextMasterMissing), name);
 }
 
-void DecideOnReinstall(const EarlierInstallation &earlier) {
+bool DecideOnReinstall(const EarlierInstallation &earlier) {
   if (!earlier.is_there)
-    return;
+    return false;
   if (HasInstallFlag(IF_REFUSE_REINSTALL)) {
     AutomaticMode = false; // whoever started this must learn why nothing comes of it
     Refuse("%s", TextLookup(kTextReinstallRefused));
   }
   if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier))
     ExitInstaller();
-  IsReinstall = true;
   InstallDir = earlier.location;
+  return true;
 }
 
 } // namespace korb

@@ -14,6 +14,5 @@ uint8_t TitleShadow = 1;
 Array<Array<String>> TextTable;
 Array<String> LanguageNames;
 int32_t LanguageIndex = 0;
-String UninstallerImage;
 
 } // namespace korb

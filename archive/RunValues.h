@@ -53,7 +53,4 @@ extern Array<String> LanguageNames;
 /// The language in force. Filled by the configuration stream; the language dialog changes it.
 extern int32_t LanguageIndex;
 
-/// The executable without its archive, which is written as the product's uninstaller. Filled by BuildUninstallerImage.
-extern String UninstallerImage;
-
 } // namespace korb

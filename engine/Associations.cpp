@@ -2,7 +2,6 @@
 
 #include "archive/RunValues.h"
 #include "engine/RecordNames.h"
-#include "engine/RunLists.h"
 #include "format/Record.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
@@ -113,7 +112,7 @@ void CreateProductKeys(const String &product_registry, Journal &journal) {
     journal.error_report.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
 }
 
-void RegisterAssociations(Vector<FileAssociation> &associations, Journal &journal) {
+void RegisterAssociations(Vector<FileAssociation> &associations, InstallNotes &notes) {
   AssociationWriter writer;
   for (int32_t i = 0; i < associations.count; ++i) {
     FileAssociation &record = associations.at(i);
@@ -122,9 +121,9 @@ void RegisterAssociations(Vector<FileAssociation> &associations, Journal &journa
     if (!writer.FindClass(record))
       continue;
     const bool associated = writer.WriteClass(record);
-    AssociationLines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
+    notes.association_lines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
     if (!associated)
-      journal.error_report.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
+      notes.journal.error_report.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
   }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "archive/InstallConfig.h"
-#include "engine/Journal.h"
+#include "engine/InstallNotes.h"
 
 namespace korb {
 
@@ -10,9 +10,9 @@ namespace korb {
 /// `journal` tells when one can't be made.
 void CreateProductKeys(const String &product_registry, Journal &journal);
 
-/// Makes each association that holds for the language in force, and notes it in AssociationLines, whatever came of it.
-/// One whose command could not be written is an error of `journal`. Existing texts are backed up first. Extensions, classes
+/// Makes each association that holds for the language in force, and notes it in `association_lines`, whatever came of it.
+/// One whose command could not be written is an error. Existing texts are backed up first. Extensions, classes
 /// and commands are completed in place.
-void RegisterAssociations(Vector<FileAssociation> &associations, Journal &journal);
+void RegisterAssociations(Vector<FileAssociation> &associations, InstallNotes &notes);
 
 } // namespace korb

@@ -16,8 +16,8 @@ namespace korb {
 namespace {
 
 /// True when the user wants to see the log.
-bool OfferLog() {
-  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextLogQuestion), InstallLogPath()),
+bool OfferLog(const String &path) {
+  return !AutomaticMode && MessageBoxA(DialogOwner(), str_format(TextLookup(kTextLogQuestion), path),
                                        TextLookup(kTextLogCaption), MB_YESNO | MB_ICONINFORMATION) == IDYES;
 }
 
@@ -29,25 +29,25 @@ void TellSuccess(String &report) {
   report += "\r\n\r\n";
 }
 
-void ShowLog() {
-  const String path = InstallLogPath();
+void ShowLog(const String &path) {
   if (!ShellOpen(path))
     RunProcess("notepad.exe " + path, RP_NONE, nullptr);
 }
 
 } // namespace
 
-void WriteInstallLog(bool is_reinstall, bool show_result, Journal journal) {
+void WriteInstallLog(const String &uninstall_dir, bool is_reinstall, bool show_result, Journal journal) {
+  const String path = InstallLogPath(uninstall_dir);
   const bool had_no_errors = journal.error_report.is_empty();
   bool view_log = false;
   if (show_result && had_no_errors)
     TellSuccess(journal.error_report);
   else if (show_result)
-    view_log = OfferLog();
+    view_log = OfferLog(path);
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, journal, Now())) && view_log;
+    view_log = AppendToFile(path, InstallLogBlock(is_reinstall, journal, Now())) && view_log;
   if (view_log)
-    ShowLog();
+    ShowLog(path);
 }
 
 } // namespace korb

@@ -11,7 +11,7 @@ String InstallLogBlock(bool is_reinstall, const Journal &journal, const DateTime
 
 /// Tells the user how the run ended, which with `show_result` opens a box unless AutomaticMode is on, and appends the
 /// run's block to the log when there are errors or IF_ALWAYS_LOG is set. The user is asked before that whether to see
-/// the log; one that could not be written is not shown.
-void WriteInstallLog(bool is_reinstall, bool show_result, Journal journal);
+/// the log, which is in `uninstall_dir`; one that could not be written is not shown.
+void WriteInstallLog(const String &uninstall_dir, bool is_reinstall, bool show_result, Journal journal);
 
 } // namespace korb

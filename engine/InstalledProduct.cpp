@@ -1,7 +1,6 @@
 #include "engine/InstalledProduct.h"
 
 #include "engine/RecordNames.h"
-#include "engine/RunLists.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "format/Record.h"
@@ -46,7 +45,7 @@ void EarlierInstallation::Find(const String &uninstall_name) {
     return;
   key.Read(location, product_value::kInstallLocation);
   key.Read(version, product_value::kDisplayVersion);
-  key.Read(SharedFiles, product_value::kSharedFiles);
+  key.Read(shared_files, product_value::kSharedFiles);
   is_there = QuietDirectoryExists(location);
 }
 

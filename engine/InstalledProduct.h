@@ -13,9 +13,10 @@ bool IsProductInstalled(const String &name, String *location);
 struct EarlierInstallation {
   String location;       ///< its directory
   String version;        ///< its version, or empty
+  String shared_files;   ///< entries of the shared files that it counts
   bool is_there = false; ///< the directory still exists
 
-  /// Reads it by its uninstall name, and SharedFiles of engine/RunLists.h with it. Nothing is read when there is none.
+  /// Reads it by its uninstall name. Nothing is read when there is none.
   void Find(const String &uninstall_name);
 };
 

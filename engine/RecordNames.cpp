@@ -6,20 +6,16 @@
 
 namespace korb {
 
-static String BesideUninstaller(const char *name) {
-  return PathJoin(InstallDir, PathJoin(UninstallSubdir, name));
+String UninstallDataPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kUninstallDataName);
 }
 
-String UninstallDataPath() {
-  return BesideUninstaller(kUninstallDataName);
+String InstallLogPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kInstallLogName);
 }
 
-String InstallLogPath() {
-  return BesideUninstaller(kInstallLogName);
-}
-
-String BackgroundBitmapPath() {
-  return BesideUninstaller(kBackgroundName);
+String BackgroundBitmapPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kBackgroundName);
 }
 
 String BackupValueName() {

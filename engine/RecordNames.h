@@ -5,14 +5,14 @@
 
 namespace korb {
 
-// Files beside the uninstaller, by InstallDir and UninstallSubdir as they are at the call.
+// Files beside the uninstaller, whose directory is `uninstall_dir`.
 
 /// What was installed, and the texts of the uninstaller.
-String UninstallDataPath();
+String UninstallDataPath(const String &uninstall_dir);
 /// What happened in each installation.
-String InstallLogPath();
+String InstallLogPath(const String &uninstall_dir);
 /// The picture that the uninstaller's window shows.
-String BackgroundBitmapPath();
+String BackgroundBitmapPath(const String &uninstall_dir);
 
 /// Name of the value that keeps what an association has replaced: such values are never another product's.
 String BackupValueName();

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "core/String.h"
+#include "core/Vector.h"
 
 namespace korb {
 
@@ -17,7 +18,7 @@ enum class ServerCall : uint8_t {
 /// system appears for what is missing. Needs a ComSession.
 ServerCall CallServer(const char *path, const char *function);
 
-/// Registers each of ComFileList, and says in `log_text` what came of it.
-void RegisterComFiles(String &log_text);
+/// Registers each of `com_files`, and says in `log_text` what came of it.
+void RegisterComFiles(const Vector<String> &com_files, String &log_text);
 
 } // namespace korb

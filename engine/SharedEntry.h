@@ -12,7 +12,7 @@ struct SharedEntry {
   bool registers_itself = false; ///< kUnregisterMark: it is unregistered before it goes
 };
 
-/// What an entry of SharedFileList says.
+/// What an entry of `shared_file_list` says.
 SharedEntry ReadSharedEntry(String marked_path);
 
 /// Takes the next entry off `text`. False at the end, and where no entry begins or one has no path.

@@ -9,9 +9,7 @@
 #include "engine/RemoveFiles.h"
 #include "engine/RemoveFonts.h"
 #include "engine/RestoreAssociations.h"
-#include "engine/RunLists.h"
 #include "engine/UninstallData.h"
-#include "engine/UninstallList.h"
 #include "engine/UninstallRecord.h"
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"
@@ -70,8 +68,10 @@ private:
   const String &name_;
   RegistryKey key_;
   UninstallRecord record_;
+  String uninstall_dir_;
   String fonts_;
   bool for_all_users_ = false;
+  UninstallList left_;
   String report_; // what could not be removed
 };
 
@@ -113,7 +113,7 @@ void UninstallRun::ReadValues() {
   BottomColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor)));
   MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor);
   Read(UninstallSubdir, product_value::kUninstallSubdir);
-  UninstallDir = PathJoin(InstallDir, UninstallSubdir);
+  uninstall_dir_ = PathJoin(InstallDir, UninstallSubdir);
   Read(fonts_, product_value::kProductFonts);
   for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
 }
@@ -121,7 +121,7 @@ void UninstallRun::ReadValues() {
 /// Made before the record is read, so without any text of the archive's.
 void UninstallRun::ShowWindow() {
   if (HasInstallFlag(IF_BACKGROUND_BITMAP))
-    BackgroundImage.load(BackgroundBitmapPath());
+    BackgroundImage.load(BackgroundBitmapPath(uninstall_dir_));
   if (!HasInstallFlag(IF_NO_WINDOW))
     CreateMainWindow(InstanceHandle, nullptr);
 }
@@ -129,7 +129,7 @@ void UninstallRun::ShowWindow() {
 /// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
 void UninstallRun::ReadRecord() {
   String text;
-  if (ReadWholeFile(UninstallDataPath(), text) == OPEN_OK)
+  if (ReadWholeFile(UninstallDataPath(uninstall_dir_), text) == OPEN_OK)
     ReadUninstallRecord(text, record_);
 }
 
@@ -170,16 +170,15 @@ void UninstallRun::UndoFonts() {
 }
 
 void UninstallRun::UndoFiles() {
-  RemoveListedFiles(record_.entries, report_);
+  RemoveListedFiles(record_.entries, report_, left_);
   Wait();
 }
 
 /// A later run finds what stayed, and nothing else: associations are undone by now.
 void UninstallRun::RewriteRecord() {
   SetStep(kTextStepSharedFiles, 90);
-  DeleteOrSchedule(InstallLogPath());
-  WriteUninstallData();
-  UninstallList.clear();
+  DeleteOrSchedule(InstallLogPath(uninstall_dir_));
+  WriteUninstallData(uninstall_dir_, left_, "");
 }
 
 void UninstallRun::RemoveStartMenuGroup() {
@@ -240,7 +239,7 @@ void UninstallRun::RemoveWholeDirectory() {
 void UninstallRun::RemoveRecord() {
   if (!report_.is_empty())
     return;
-  DeleteOrSchedule(UninstallDataPath());
+  DeleteOrSchedule(UninstallDataPath(uninstall_dir_));
   if (HasInstallFlag(IF_EDIT_PATH)) {
     const String complaint = EditAutoexecPath(false);
     if (!AutomaticMode)

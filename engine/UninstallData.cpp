@@ -6,8 +6,8 @@
 
 namespace korb {
 
-bool WriteUninstallData() {
-  return WriteWholeFile(UninstallDataPath(), UninstallRecordText());
+bool WriteUninstallData(const String &uninstall_dir, const UninstallList &list, const String &association_lines) {
+  return WriteWholeFile(UninstallDataPath(uninstall_dir), UninstallRecordText(list.text(), association_lines));
 }
 
 } // namespace korb

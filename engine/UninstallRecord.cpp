@@ -1,8 +1,6 @@
 #include "engine/UninstallRecord.h"
 
 #include "archive/RunValues.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
@@ -81,17 +79,17 @@ void ReadTexts(String text) {
 } // namespace
 
 /// Nothing here goes through a format: the list may be longer than what a format gives.
-String UninstallRecordText() {
-  String text = UninstallList;
+String UninstallRecordText(const String &entries, const String &association_lines) {
+  String text = entries;
   AppendHeading(text, kStringsHeading);
   for (const int8_t *number = kSavedTexts.numbers; *number >= 0; ++number) {
     text.append_format("~%d\r\n", *number);
     text += TextLookup(*number);
     text += "\r\n";
   }
-  if (!AssociationLines.is_empty()) {
+  if (!association_lines.is_empty()) {
     AppendHeading(text, kAssociationsHeading);
-    text += AssociationLines;
+    text += association_lines;
   }
   return text;
 }

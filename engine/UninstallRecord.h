@@ -1,6 +1,6 @@
 // The text of Uninstall.DAT: what an installation leaves for its uninstaller.
 //
-//     C:\Program Files\Thing\thing.exe       UninstallList: a line for each file,
+//     C:\Program Files\Thing\thing.exe       a line for each file,
 //     ~C:\Program Files\Thing\help           a directory after '~',
 //     !CLSID\{...}                           a key below HKEY_CLASSES_ROOT after '!'; has a backslash
 //                                            two empty lines
@@ -29,8 +29,8 @@ struct UninstallRecord {
   Vector<FileAssociation> associations; ///< only the extension, with its dot, the class and the verb; none blank
 };
 
-/// The text for what UninstallList, the text table and AssociationLines hold now.
-String UninstallRecordText();
+/// The text for `entries`, the lines of an UninstallList, `association_lines` and what the text table holds.
+String UninstallRecordText(const String &entries, const String &association_lines);
 
 /// Reads any bytes: `record` gets what is understood, and texts go to TextTable, which only grows, under language 0. A
 /// file that is cut off gives what it still has.

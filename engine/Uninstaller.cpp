@@ -4,7 +4,6 @@
 #include "core/Clock.h"
 #include "engine/PlaceFile.h"
 #include "engine/RecordNames.h"
-#include "engine/RunLists.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "format/Record.h"
@@ -51,13 +50,13 @@ void WriteOwnValue(RegistryKey &key, const UninstallData &data) {
 }
 
 /// False when the key can't be opened, or does not give back what the system starts the uninstaller by.
-bool WriteUninstallKey(const InstallConfig &config) {
+bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   RegistryKey key;
   if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false) == KEY_NOT_OPENED)
     return false;
-  const String uninstall = UninstallerPath + " " + UninstallCommand;
+  const String uninstall = notes.uninstaller_path + " " + notes.uninstall_command;
   key.WriteString(product_value::kUninstallString, uninstall);
-  key.WriteString(product_value::kQuietUninstallString, UninstallerPath + " /a " + UninstallCommand);
+  key.WriteString(product_value::kQuietUninstallString, notes.uninstaller_path + " /a " + notes.uninstall_command);
   key.WriteString(product_value::kDisplayName, ProductName);
   key.WriteString(product_value::kInstallSource, ProgramPath);
   key.WriteString(product_value::kDisplayVersion, Version, RK_DELETE_EMPTY);
@@ -66,11 +65,11 @@ bool WriteUninstallKey(const InstallConfig &config) {
   key.WriteString(product_value::kProductRegistry, config.product_registry, RK_DELETE_EMPTY);
   key.WriteString(product_value::kProductStartMenu, config.product_start_menu, RK_DELETE_EMPTY);
   key.WriteString(product_value::kSharedPath, CommonDir, RK_DELETE_EMPTY);
-  key.WriteString(product_value::kProductFonts, ProductFonts, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kProductFonts, notes.product_fonts, RK_DELETE_EMPTY);
   key.WriteString(product_value::kProductFlags, string_from_int64(static_cast<int64_t>(InstallFlags)));
   key.WriteString(product_value::kUninstallBatch1, config.uninstall_batch1, RK_DELETE_EMPTY);
   key.WriteString(product_value::kUninstallBatch2, config.uninstall_batch2, RK_DELETE_EMPTY);
-  key.WriteString(product_value::kSharedFiles, SharedFiles, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kSharedFiles, notes.shared_files, RK_DELETE_EMPTY);
   key.WriteString(product_value::kUninstallSubdir, UninstallSubdir, RK_DELETE_EMPTY);
   key.WriteNumber(product_value::kShortcutMode, config.shortcut_mode, RK_DELETE_EMPTY);
   WriteLooks(key);
@@ -85,11 +84,10 @@ bool WriteUninstallKey(const InstallConfig &config) {
 
 } // namespace
 
-void WriteUninstaller(const InstallConfig &config, Journal &journal) {
-  PlaceFile(UninstallerPath, UninstallerImage.data(), UninstallerImage.length(), config.uninstaller_date, journal, 0,
-            true);
-  if (!WriteUninstallKey(config))
-    journal.error_report +=
+void WriteUninstaller(const InstallConfig &config, const String &image, InstallNotes &notes) {
+  PlaceFile(notes.uninstaller_path, image.c_str(), image.length(), config.uninstaller_date, notes.journal, 0, true);
+  if (!WriteUninstallKey(config, notes))
+    notes.journal.error_report +=
         "Unable to save the uninstall information to the registry.  Uninstall will not work properly.\r\n\r\n";
 }
 

@@ -134,7 +134,7 @@ private:
 void ResetRunValues() {
   InstallFlags = 0;
   AutomaticMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir, &UninstallerImage})
+  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir})
     text->clear();
   TitleColor = TopColor = BottomColor = 0;
   MonoColor = true;
@@ -201,7 +201,8 @@ void InstallerReader::ReadParts() {
   ReadConfigStream(stream, location.file_size, machine, config);
   reached = Part::kConfiguration;
 
-  BuildUninstallerImage(source, location, header, config, UninstallerImage);
+  String uninstaller;
+  BuildUninstallerImage(source, location, header, config, uninstaller);
   program_as_built = Checksum32(Bytes(file.begin(), file.begin() + location.section_file_pos)) == header.stub_checksum;
   reached = Part::kProgram;
 

@@ -118,7 +118,7 @@ void ResetRunValues() {
   InstallFlags = 0;
   AutomaticMode = false;
   UninstallMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir, &UninstallerImage})
+  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir})
     text->clear();
   TitleColor = 1;
   TopColor = 2;

@@ -2,9 +2,8 @@
 
 #include "archive/RunValues.h"
 #include "core/RunMode.h"
+#include "engine/InstallNotes.h"
 #include "engine/Placement.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "format/Kinds.h"
 #include "tests/support/Testing.h"
 
@@ -41,8 +40,7 @@ struct Case {
     InstallFlags = 0;
     InstallDir = "C:\\App";
     CommonDir = "C:\\Shared";
-    UninstallDir = "C:\\App\\Un";
-    ResetPlacementLists();
+    notes.uninstall_dir = "C:\\App\\Un";
   }
 
   std::string To(uint32_t kind, const char *name, const char *target, uint32_t flags = 0) {
@@ -50,16 +48,17 @@ struct Case {
     record.name = name;
     record.target = target;
     record.file_flags = flags;
-    const Destination to = ChooseDestination(record, machine);
+    const Destination to = ChooseDestination(record, notes.uninstall_dir, machine);
     return std::string(to.path.c_str()) + (to.in_install_tree ? " +" : "") +
            (to.name == name ? "" : std::string(" as ") + to.name.c_str());
   }
 
   /// "write", "replace" or "skip", and what was logged.
   std::string Verdict() {
-    String log_text;
+    String &log_text = notes.journal.log_text;
+    log_text.clear();
     bool replaces = false;
-    const bool wanted = IsWanted(record, "f", machine, log_text, replaces);
+    const bool wanted = IsWanted(record, "f", machine, notes, replaces);
     CHECK((wanted || !replaces));
     return (!wanted    ? "skip"
             : replaces ? "replace"
@@ -68,6 +67,7 @@ struct Case {
   }
 
   Machine machine;
+  InstallNotes notes;
   PayloadRecord record{"n", 0, 0, 0, nullptr, 0, kDate, "", "", "", ""};
 };
 
@@ -120,17 +120,16 @@ TEST_CASE("a file that the condition keeps still goes with the product") {
   const auto wanted = [&](uint32_t flags, const char *path) {
     c.record.file_flags = flags;
     bool replaces = false;
-    String log_text;
-    return IsWanted(c.record, path, c.machine, log_text, replaces);
+    return IsWanted(c.record, path, c.machine, c.notes, replaces);
   };
   c.machine.files["C:\\App\\old"] = {};
   InstallFlags = IF_NO_UNINSTALL_RECORDS;
   CHECK_FALSE(wanted(FF_PLACE_NEW | FF_KEEP, "C:\\App\\old"));
   c.record.dest_kind = KindSystem;
-  CHECK(Values{wanted(FF_PLACE_NEW, "C:\\App\\old"), UninstallList.is_empty()} == Values{0, 1});
+  CHECK(Values{wanted(FF_PLACE_NEW, "C:\\App\\old"), c.notes.uninstall_list.text().is_empty()} == Values{0, 1});
   c.record.dest_kind = KindStartup;
   CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
-  CHECK(UninstallList == "C:\\App\\old\r\n");
+  CHECK(c.notes.uninstall_list.text() == "C:\\App\\old\r\n");
 }
 
 TEST_CASE("fonts, files without a date that can be read and kinds without a rule are compared with what is there") {
@@ -167,35 +166,32 @@ TEST_CASE("fonts, files without a date that can be read and kinds without a rule
 TEST_CASE("shortcuts are noted for programs that ask and for every startup file") {
   Case c;
   const auto note = [&](uint32_t kind, uint32_t flags) {
-    ShortcutList.clear();
+    c.notes.shortcut_list.clear();
     c.record.dest_kind = kind;
     c.record.file_flags = flags;
-    NoteShortcut(c.record, "C:\\App\\a.exe");
-    return ShortcutList.count;
+    NoteShortcut(c.record, "C:\\App\\a.exe", c.notes);
+    return c.notes.shortcut_list.count;
   };
   c.record.label = c.record.icon = " ";
   CHECK(Values{note(KindProgram, FF_KEEP), note(KindShared, FF_SHORTCUTS),
                note(KindStartup, FF_START_MENU | FF_KEEP)} == Values{0, 0, 1});
-  const ShortcutRecord shortcut = ShortcutList.at(0);
+  const ShortcutRecord shortcut = c.notes.shortcut_list.at(0);
   CHECK((!shortcut.desktop && shortcut.start_menu && shortcut.startup && shortcut.no_uninstall));
   CHECK(shortcut.title == " ");
   CHECK(shortcut.icon.is_empty());
   c.record.icon = "a.ico";
   CHECK(note(KindProgram, FF_DESKTOP) == 1);
-  CHECK(ShortcutList.at(0).icon == "C:\\App\\Un\\a.ico");
+  CHECK(c.notes.shortcut_list.at(0).icon == "C:\\App\\Un\\a.ico");
 }
 
 TEST_CASE("the uninstall list takes directories once and no drive's root") {
-  ClearUninstallList();
-  AddUninstallEntry("C:\\", kUninstallDirectory);
-  AddUninstallEntry(nullptr, kUninstallFile);
-  AddUninstallEntry("C:\\App", kUninstallDirectory);
-  AddUninstallEntry("c:\\aPP", kUninstallDirectory);
-  AddUninstallEntry("C:\\f", kUninstallFile);
-  AddUninstallEntry("C:\\f", kUninstallFile);
-  AddUninstallEntry("Software\\X", kUninstallKey);
-  CHECK(UninstallList == "~C:\\App\r\nC:\\f\r\nC:\\f\r\n!Software\\X\r\n");
-  ClearUninstallList();
-  AddUninstallEntry("C:\\App", kUninstallDirectory);
-  CHECK(UninstallList == "~C:\\App\r\n");
+  UninstallList list;
+  list.AddUninstallEntry("C:\\", kUninstallDirectory);
+  list.AddUninstallEntry(nullptr, kUninstallFile);
+  list.AddUninstallEntry("C:\\App", kUninstallDirectory);
+  list.AddUninstallEntry("c:\\aPP", kUninstallDirectory);
+  list.AddUninstallEntry("C:\\f", kUninstallFile);
+  list.AddUninstallEntry("C:\\f", kUninstallFile);
+  list.AddUninstallEntry("Software\\X", kUninstallKey);
+  CHECK(list.text() == "~C:\\App\r\nC:\\f\r\nC:\\f\r\n!Software\\X\r\n");
 }

@@ -2,8 +2,6 @@
 #include "archive/RunValues.h"
 #include "engine/InstallLog.h"
 #include "engine/RemoveSelf.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "engine/UninstallRecord.h"
 #include "format/Texts.h"
 #include "tests/support/Testing.h"
@@ -67,18 +65,15 @@ TEST_CASE("what a record is made of comes back") {
     TextTable.at(*number).at(0) = str_format("<product> %d\r\n\r\n%%s", *number);
   }
   ProductName = "Thing";
-  UninstallList = String("x:\\") + std::string(70000, 'p').c_str() + "\r\n~C:\\a\r\n"; // longer than a format gives
-  AssociationLines = "";
-  std::string text = UninstallRecordText().c_str();
+  const String entries =
+      String("x:\\") + std::string(70000, 'p').c_str() + "\r\n~C:\\a\r\n"; // longer than a format gives
+  std::string text = UninstallRecordText(entries, "").c_str();
   CHECK(text.find("~C:\\a\r\n\r\n\r\n[Strings]\r\n~10\r\nThing 10\r\n\r\n%s\r\n~15\r\n") == 70005);
   CHECK(text.substr(text.size() - 23) == "\r\n~71\r\nThing 71\r\n\r\n%s\r\n");
-  AssociationLines = ".a~!~b~!~c\r\n";
-  text = UninstallRecordText().c_str();
+  text = UninstallRecordText(entries, ".a~!~b~!~c\r\n").c_str();
   CHECK(text.find("\r\n%s\r\n\r\n\r\n[Associations]\r\n.a~!~b~!~c\r\n") == text.size() - 38);
   const std::string back = Understood(text);
   CHECK(back.substr(70004, 30) == "~C:\\a,,,|.a/b/c |10=Thing 10\r\n");
-  UninstallList.clear();
-  AssociationLines.clear();
 }
 
 TEST_CASE("a log tells of a run without an uninstaller and without lines of its own") {

@@ -2,10 +2,9 @@
 // without a drive.
 #include "archive/RunValues.h"
 #include "core/Windows.h"
+#include "engine/InstallNotes.h"
 #include "engine/PlaceFile.h"
 #include "engine/PlaceFiles.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "files/FileInfo.h"
 #include "packer/write/RecordWriter.h"
 #include "tests/support/TempFolder.h"
@@ -19,7 +18,6 @@ struct Fixture {
   Fixture() {
     InstallFlags = 0;
     InstallDir = folder.Path().string().c_str();
-    ResetPlacementLists();
     TextTable.clear();
     TextTable.set_count(32);
     TextTable.at(31).append("no file");
@@ -30,7 +28,7 @@ struct Fixture {
     return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, journal, 0, false);
   }
   /// Places one file with this name and target, as a payload brings it.
-  void PlacePayload(const char *name, const char *target) {
+  void PlacePayload(const char *name, const char *target, InstallNotes &notes) {
     packer::Product product;
     product.flags = 0;
     product.files.emplace_back();
@@ -40,7 +38,7 @@ struct Fixture {
     Vector<int32_t> sizes;
     sizes.append(0);
     ArchiveCursor cursor(payload.stored.data(), static_cast<int32_t>(payload.stored.size()));
-    PlaceFiles(cursor, sizes, journal);
+    PlaceFiles(cursor, sizes, notes);
     CHECK(cursor.left() == 0);
   }
 
@@ -91,11 +89,13 @@ TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second ti
 TEST_CASE_FIXTURE(Fixture, "a run that keeps no list of files lists none of its directories") {
   for (const uint64_t flags : {uint64_t{0}, IF_NO_UNINSTALL_RECORDS}) {
     InstallFlags = flags;
-    PlacePayload("sub\\a", "");
-    CHECK((flags != 0) == UninstallList.is_empty());
+    InstallNotes notes;
+    PlacePayload("sub\\a", "", notes);
+    CHECK((flags != 0) == notes.uninstall_list.text().is_empty());
     std::filesystem::remove_all(folder.Path() / "sub");
   }
   InstallDir = "\\\\server\\share"; // a path from the root has none in an installation without a drive
-  PlacePayload("a", "\\a");
-  CHECK(journal.error_report.find("Not installed: \\a\r\n") >= 0);
+  InstallNotes notes;
+  PlacePayload("a", "\\a", notes);
+  CHECK(notes.journal.error_report.find("Not installed: \\a\r\n") >= 0);
 }
