@@ -1,12 +1,11 @@
 #include "app/CommandLine.h"
 #include "app/FailureTexts.h"
 #include "app/Installation.h"
+#include "app/Uninstallation.h"
 #include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
-#include "engine/RemoveSelf.h"
-#include "engine/Uninstall.h"
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
 #include "system/OsIdentity.h"
@@ -28,11 +27,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
 
   CommandLine options;
   ParseCommandLine(arguments, options);
-  if (UninstallMode) {
-    if (RunUninstall(options.uninstall_name))
-      RemoveSelf();
-    ExitInstaller();
-  }
+  if (UninstallMode)
+    RunUninstall(options.uninstall_name);
   const String own_path = OwnPath(GetCommandLineA());
   DiskFile own_file;
   if (own_file.Open(own_path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK)

@@ -1,4 +1,4 @@
-#include "engine/Uninstall.h"
+#include "app/Uninstallation.h"
 
 #include "archive/RunValues.h"
 #include "core/Failure.h"
@@ -8,6 +8,7 @@
 #include "engine/ReleaseSharedFiles.h"
 #include "engine/RemoveFiles.h"
 #include "engine/RemoveFonts.h"
+#include "engine/RemoveSelf.h"
 #include "engine/RestoreAssociations.h"
 #include "engine/UninstallData.h"
 #include "engine/UninstallRecord.h"
@@ -39,16 +40,20 @@ void Wait() {
   WaitPhase(kPhaseMs);
 }
 
-class UninstallRun {
+/// An uninstall run as its phases.
+class Uninstallation {
 public:
-  explicit UninstallRun(const String &name) : name_(name) {}
+  explicit Uninstallation(const String &name) : name_(name) {}
 
+  [[noreturn]] void Run();
+
+private:
   bool Open();
   void ReadValues();
   void ShowWindow();
   void ReadRecord();
   void Ask();
-  void RunFirstBatch() { RunBatchOnce(product_value::kUninstallBatch1, InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
+  void RunFirstBatch();
   void UndoAssociations();
   void UndoFonts();
   void UndoFiles();
@@ -60,7 +65,6 @@ public:
   void RemoveRecord();
   bool Finish();
 
-private:
   void Read(String &text, const char *value) const { key_.ReadString(text, value, ""); }
   void RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag);
   void RemoveKeyUpward(String path, bool current_user);
@@ -71,12 +75,12 @@ private:
   String uninstall_dir_;
   String fonts_;
   bool for_all_users_ = false;
-  UninstallList left_;
-  String report_; // what could not be removed
+  UninstallList left_; // what could not be removed, for a second run
+  String report_;      // and for the user
 };
 
 /// The archive's flags are not known before the key has told them, so these reports show unless /a was typed.
-bool UninstallRun::Open() {
+bool Uninstallation::Open() {
   const String path = PathJoin(kUninstallKeys, name_);
   if (!RegistryKey::SoftwareKeyExists(path, false)) {
     ReportError("No product named '%s' is installed.", name_);
@@ -105,7 +109,7 @@ bool UninstallRun::Open() {
 }
 
 /// What is missing keeps the colours that the entry point has taken from the system.
-void UninstallRun::ReadValues() {
+void Uninstallation::ReadValues() {
   Read(MainTitle, product_value::kDisplayTitle);
   TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor)));
   TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow));
@@ -119,7 +123,7 @@ void UninstallRun::ReadValues() {
 }
 
 /// Made before the record is read, so without any text of the archive's.
-void UninstallRun::ShowWindow() {
+void Uninstallation::ShowWindow() {
   if (HasInstallFlag(IF_BACKGROUND_BITMAP))
     BackgroundImage.load(BackgroundBitmapPath(uninstall_dir_));
   if (!HasInstallFlag(IF_NO_WINDOW))
@@ -127,13 +131,13 @@ void UninstallRun::ShowWindow() {
 }
 
 /// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
-void UninstallRun::ReadRecord() {
+void Uninstallation::ReadRecord() {
   String text;
   if (ReadWholeFile(UninstallDataPath(uninstall_dir_), text) == OPEN_OK)
     ReadUninstallRecord(text, record_);
 }
 
-void UninstallRun::Ask() {
+void Uninstallation::Ask() {
   if (!AutomaticMode && MessageBoxA(MainWindow, TextLookup(kTextUninstallQuestion), TextLookup(kTextUninstallTitle),
                                     MB_YESNO | MB_ICONQUESTION) != IDYES)
     ExitInstaller();
@@ -143,7 +147,7 @@ void UninstallRun::Ask() {
 
 /// A second run, after one that left something behind, doesn't run it again, not even one that could not be started:
 /// no run of this kind writes the log, and the report is kept for what could not be removed.
-void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
+void Uninstallation::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
   String script;
   Read(script, value);
   if (script.is_empty())
@@ -153,7 +157,11 @@ void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint
   key_.DeleteValue(value);
 }
 
-void UninstallRun::UndoAssociations() {
+void Uninstallation::RunFirstBatch() {
+  RunBatchOnce(product_value::kUninstallBatch1, InstallDir, IF_HIDE_UNINSTALL_BATCH1);
+}
+
+void Uninstallation::UndoAssociations() {
   if (record_.associations.is_empty())
     return;
   SetStep(kTextStepAssociations, 1);
@@ -161,7 +169,7 @@ void UninstallRun::UndoAssociations() {
   Wait();
 }
 
-void UninstallRun::UndoFonts() {
+void Uninstallation::UndoFonts() {
   if (fonts_.is_empty())
     return;
   SetStep(kTextStepFonts, 5);
@@ -169,19 +177,19 @@ void UninstallRun::UndoFonts() {
   Wait();
 }
 
-void UninstallRun::UndoFiles() {
+void Uninstallation::UndoFiles() {
   RemoveListedFiles(record_.entries, report_, left_);
   Wait();
 }
 
 /// A later run finds what stayed, and nothing else: associations are undone by now.
-void UninstallRun::RewriteRecord() {
+void Uninstallation::RewriteRecord() {
   SetStep(kTextStepSharedFiles, 90);
   DeleteOrSchedule(InstallLogPath(uninstall_dir_));
   WriteUninstallData(uninstall_dir_, left_, "");
 }
 
-void UninstallRun::RemoveStartMenuGroup() {
+void Uninstallation::RemoveStartMenuGroup() {
   String group;
   Read(group, product_value::kProductStartMenu);
   String path = PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), group);
@@ -192,7 +200,7 @@ void UninstallRun::RemoveStartMenuGroup() {
   }
 }
 
-void UninstallRun::UndoSharedFiles() {
+void Uninstallation::UndoSharedFiles() {
   String files;
   Read(files, product_value::kSharedFiles);
   if (!files.is_empty() && !ReleaseSharedFiles(files))
@@ -202,7 +210,7 @@ void UninstallRun::UndoSharedFiles() {
 }
 
 /// The product's key goes with all that it holds, the keys above it only where that leaves them empty.
-void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
+void Uninstallation::RemoveKeyUpward(String path, bool current_user) {
   RegistryOptions options = RK_NONE;
   for (int32_t level = 0; level < kMaxLevels; ++level) {
     path.remove_last_if('\\');
@@ -212,7 +220,7 @@ void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
   }
 }
 
-void UninstallRun::RemoveProductKeys() {
+void Uninstallation::RemoveProductKeys() {
   SetStep(kTextStepRegistry, 95);
   String path;
   Read(path, product_value::kProductRegistry);
@@ -227,7 +235,7 @@ void UninstallRun::RemoveProductKeys() {
 /// The name that was recorded is judged first, so that nothing is taken for a place near where the run stands; then
 /// the system's, since a short name, a link or another drive may lead to what is guarded. The recorded one is deleted:
 /// the system's may have lost characters that the code page lacks.
-void UninstallRun::RemoveWholeDirectory() {
+void Uninstallation::RemoveWholeDirectory() {
   const String programs = ProgramFilesFolder();
   if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS) || !MayDeleteWhole(InstallDir, WindowsDirectory, programs))
     return;
@@ -236,7 +244,7 @@ void UninstallRun::RemoveWholeDirectory() {
 }
 
 /// Only when all is undone: else they tell a second run what is left.
-void UninstallRun::RemoveRecord() {
+void Uninstallation::RemoveRecord() {
   if (!report_.is_empty())
     return;
   DeleteOrSchedule(UninstallDataPath(uninstall_dir_));
@@ -249,7 +257,8 @@ void UninstallRun::RemoveRecord() {
   key_.DeleteSoftwareChild(kUninstallKeys, name_, false);
 }
 
-bool UninstallRun::Finish() {
+/// True when nothing is left.
+bool Uninstallation::Finish() {
   key_.Close();
   DestroyProgressDialog();
   const bool done = report_.is_empty();
@@ -264,28 +273,33 @@ bool UninstallRun::Finish() {
   return done;
 }
 
+/// The order counts: batches and registered files find the product still there, and the key that tells all goes last.
+void Uninstallation::Run() {
+  if (!Open())
+    ExitInstaller();
+  ReadValues();
+  ShowWindow();
+  ReadRecord();
+  Ask();
+  RunFirstBatch();
+  UndoAssociations();
+  UndoFonts();
+  UndoFiles();
+  RewriteRecord();
+  RemoveStartMenuGroup();
+  UndoSharedFiles();
+  RemoveProductKeys();
+  RemoveWholeDirectory();
+  RemoveRecord();
+  if (Finish())
+    RemoveSelf();
+  ExitInstaller();
+}
+
 } // namespace
 
-/// The order counts: batches and registered files find the product still there, and the key that tells all goes last.
-bool RunUninstall(const String &name) {
-  UninstallRun run(name);
-  if (!run.Open())
-    return false;
-  run.ReadValues();
-  run.ShowWindow();
-  run.ReadRecord();
-  run.Ask();
-  run.RunFirstBatch();
-  run.UndoAssociations();
-  run.UndoFonts();
-  run.UndoFiles();
-  run.RewriteRecord();
-  run.RemoveStartMenuGroup();
-  run.UndoSharedFiles();
-  run.RemoveProductKeys();
-  run.RemoveWholeDirectory();
-  run.RemoveRecord();
-  return run.Finish();
+void RunUninstall(const String &name) {
+  Uninstallation(name).Run();
 }
 
 } // namespace korb
