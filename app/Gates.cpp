@@ -22,16 +22,16 @@ namespace {
 }
 
 /// How the question before a reinstallation begins.
-TextNumber ReinstallText(const String &earlier_version) {
-  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || Version.is_empty())
+TextNumber ReinstallText(const String &earlier_version, const String &version) {
+  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || version.is_empty())
     return kTextReinstallInstalled;
-  const int32_t order = CompareVersions(earlier_version, Version);
+  const int32_t order = CompareVersions(earlier_version, version);
   return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
 }
 
-bool AgreesToReinstall(const EarlierInstallation &earlier) {
-  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version)), earlier.location,
-                                     TextLookup(kTextReinstallQuestion));
+bool AgreesToReinstall(const EarlierInstallation &earlier, const String &version) {
+  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version, version)),
+                                     earlier.location, TextLookup(kTextReinstallQuestion));
   return MessageBoxA(DialogOwner(), question, TextLookup(kTextReinstallCaption), MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
@@ -56,14 +56,14 @@ void RequireMasterProduct(InstallConfig &config) {
     Refuse(TextLookup(kTextMasterMissing), name);
 }
 
-bool DecideOnReinstall(const EarlierInstallation &earlier) {
+bool DecideOnReinstall(const EarlierInstallation &earlier, const String &version) {
   if (!earlier.is_there)
     return false;
   if (HasInstallFlag(IF_REFUSE_REINSTALL)) {
     AutomaticMode = false; // whoever started this must learn why nothing comes of it
     Refuse("%s", TextLookup(kTextReinstallRefused));
   }
-  if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier))
+  if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier, version))
     ExitInstaller();
   InstallDir = earlier.location;
   return true;

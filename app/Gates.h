@@ -16,7 +16,7 @@ void RefusePlatform(const InstallConfig &config);
 void RequireMasterProduct(InstallConfig &config);
 /// What is to happen with an earlier installation that is still there: refuses with IF_REFUSE_REINSTALL, asks, or takes
 /// it without asking. True when the run is a reinstall: InstallDir is then its
-/// directory.
-bool DecideOnReinstall(const EarlierInstallation &earlier);
+/// directory. `version` is this product's, or empty.
+bool DecideOnReinstall(const EarlierInstallation &earlier, const String &version);
 
 } // namespace korb

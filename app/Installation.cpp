@@ -79,11 +79,11 @@ private:
   ArchiveCursor cursor_;
   ArchiveHeader header_;
   ArchiveLocation location_;
-  InstallConfig config_;
+  String payload_;           // holds the payload when it does not stay in the loaded image
   String uninstaller_image_; // the executable without its archive, which becomes the product's uninstaller
   EarlierInstallation earlier_;
-  String payload_; // holds the payload when it does not stay in the loaded image
   InstallNotes notes_;
+  InstallConfig config_;
 };
 
 /// The uninstaller's image is made although most runs may never write it: a file that is cut off must end the run
@@ -92,7 +92,8 @@ void Installation::ReadArchive() {
   location_ = LocateArchive(file_);
   cursor_ = SectionCursor(location_, OwnImage());
   ReadArchiveHeader(cursor_, header_);
-  MachineConfigHost host;
+  config_.looks = SystemLooks();
+  MachineConfigHost host(config_.looks);
   MemoryStream stream;
   DecodeConfig(cursor_, header_, stream, host);
   ReadConfigStream(stream, location_.file_size, host, config_);
@@ -143,8 +144,8 @@ void Installation::GatherPayload() {
 }
 
 void Installation::MakeUninstallDirectory() {
-  notes_.uninstall_dir = PathJoin(InstallDir, UninstallSubdir);
-  if (!UninstallSubdir.is_empty())
+  notes_.uninstall_dir = PathJoin(InstallDir, config_.uninstall_subdir);
+  if (!config_.uninstall_subdir.is_empty())
     CreateDirectoryTree(notes_.uninstall_dir);
 }
 
@@ -215,7 +216,7 @@ void Installation::Run(const String &run_after) {
   if (!AutomaticMode && RunNotice())
     ExitInstaller();
   ShowPages();
-  const bool is_reinstall = DecideOnReinstall(earlier_);
+  const bool is_reinstall = DecideOnReinstall(earlier_, config_.version);
   if (!is_reinstall)
     SettleDirectory();
   RunInstallBatch(config_.pre_install_batch, IF_HIDE_PRE_BATCH);
@@ -252,7 +253,7 @@ void Installation::Run(const String &run_after) {
   Wait();
   DestroyProgressDialog();
 
-  WriteInstallLog(notes_.uninstall_dir, is_reinstall, true, notes_.journal);
+  WriteInstallLog(config_, notes_, is_reinstall, true);
   const bool restart = AskForRestart();
   RunInstallBatch(config_.final_batch, IF_HIDE_FINAL_BATCH);
   RemoveEmptyDirectories();

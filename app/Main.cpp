@@ -2,7 +2,6 @@
 #include "app/FailureTexts.h"
 #include "app/Installation.h"
 #include "app/Uninstallation.h"
-#include "archive/RunValues.h"
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
@@ -20,10 +19,6 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
   InitPaths();
   InstanceHandle = instance;
   OsNameInTexts = OsDisplayName();
-  // The archive may bring its own.
-  TitleColor = GetSysColor(COLOR_WINDOWTEXT);
-  TopColor = GetSysColor(COLOR_WINDOW);
-  MonoColor = true;
 
   CommandLine options;
   ParseCommandLine(arguments, options);

@@ -71,12 +71,14 @@ private:
 
   const String &name_;
   RegistryKey key_;
-  UninstallRecord record_;
+  Looks looks_ = SystemLooks();
+  String uninstall_subdir_; // relative to InstallDir
   String uninstall_dir_;
   String fonts_;
   bool for_all_users_ = false;
-  UninstallList left_; // what could not be removed, for a second run
-  String report_;      // and for the user
+  UninstallRecord record_;
+  String report_;      // what could not be removed, for the user
+  UninstallList left_; // and for a second run
 };
 
 /// The archive's flags are not known before the key has told them, so these reports show unless /a was typed.
@@ -108,16 +110,19 @@ bool Uninstallation::Open() {
   return true;
 }
 
-/// What is missing keeps the colours that the entry point has taken from the system.
+/// What is missing keeps the system's colours.
 void Uninstallation::ReadValues() {
   Read(MainTitle, product_value::kDisplayTitle);
-  TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor)));
-  TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow));
-  TopColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTopColor, static_cast<int32_t>(TopColor)));
-  BottomColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor)));
-  MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor);
-  Read(UninstallSubdir, product_value::kUninstallSubdir);
-  uninstall_dir_ = PathJoin(InstallDir, UninstallSubdir);
+  const auto color = [this](uint32_t &looks, const char *value) {
+    looks = static_cast<uint32_t>(key_.ReadNumber(value, static_cast<int32_t>(looks)));
+  };
+  color(looks_.title_color, product_value::kTitleColor);
+  color(looks_.top_color, product_value::kTopColor);
+  color(looks_.bottom_color, product_value::kBottomColor);
+  looks_.mono_color = key_.ReadBoolean(product_value::kMonoColor, looks_.mono_color);
+  looks_.title_shadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, looks_.title_shadow));
+  Read(uninstall_subdir_, product_value::kUninstallSubdir);
+  uninstall_dir_ = PathJoin(InstallDir, uninstall_subdir_);
   Read(fonts_, product_value::kProductFonts);
   for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
 }
@@ -127,7 +132,7 @@ void Uninstallation::ShowWindow() {
   if (HasInstallFlag(IF_BACKGROUND_BITMAP))
     BackgroundImage.load(BackgroundBitmapPath(uninstall_dir_));
   if (!HasInstallFlag(IF_NO_WINDOW))
-    CreateMainWindow(InstanceHandle, nullptr);
+    CreateMainWindow(InstanceHandle, nullptr, looks_);
 }
 
 /// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
@@ -292,7 +297,7 @@ void Uninstallation::Run() {
   RemoveWholeDirectory();
   RemoveRecord();
   if (Finish())
-    RemoveSelf();
+    RemoveSelf(uninstall_subdir_);
   ExitInstaller();
 }
 

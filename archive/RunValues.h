@@ -30,20 +30,6 @@ extern uint64_t InstallFlags;
 
 /// The product as the user knows it. Filled by /n:, else by the configuration stream.
 extern String ProductName;
-/// Dotted product version, may be empty. Filled by the configuration stream.
-extern String Version;
-/// Directory of the uninstaller, relative to InstallDir, may be empty. Filled by the configuration stream.
-extern String UninstallSubdir;
-
-// Colours of the background window, 0x00BBGGRR. The entry point fills TitleColor and TopColor with the system's window
-// colours; the configuration stream, or the registry in an uninstall run, replaces them.
-extern uint32_t TitleColor;
-extern uint32_t TopColor;
-extern uint32_t BottomColor;
-/// One plain colour, TopColor, instead of a gradient. Kept apart from the colours, since BottomColor may never be read.
-extern bool MonoColor;
-/// Distance of the title's shadow in pixels.
-extern uint8_t TitleShadow;
 
 /// Every text by number (outer) and language (inner). Filled by the configuration stream, or from Uninstall.DAT with
 /// language 0 alone. Look texts up through TextLookup, which puts in the names.
@@ -52,5 +38,9 @@ extern Array<Array<String>> TextTable;
 extern Array<String> LanguageNames;
 /// The language in force. Filled by the configuration stream; the language dialog changes it.
 extern int32_t LanguageIndex;
+
+/// Puts all of these, the two directories and the modes of the run back to what a process starts with, for whoever reads
+/// more than one archive.
+void ResetRunValues();
 
 } // namespace korb

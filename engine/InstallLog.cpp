@@ -36,8 +36,9 @@ void ShowLog(const String &path) {
 
 } // namespace
 
-void WriteInstallLog(const String &uninstall_dir, bool is_reinstall, bool show_result, Journal journal) {
-  const String path = InstallLogPath(uninstall_dir);
+void WriteInstallLog(const InstallConfig &config, const InstallNotes &notes, bool is_reinstall, bool show_result) {
+  const String path = InstallLogPath(notes.uninstall_dir);
+  Journal journal = notes.journal;
   const bool had_no_errors = journal.error_report.is_empty();
   bool view_log = false;
   if (show_result && had_no_errors)
@@ -45,7 +46,7 @@ void WriteInstallLog(const String &uninstall_dir, bool is_reinstall, bool show_r
   else if (show_result)
     view_log = OfferLog(path);
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(path, InstallLogBlock(is_reinstall, journal, Now())) && view_log;
+    view_log = AppendToFile(path, InstallLogBlock(config.version, is_reinstall, journal, Now())) && view_log;
   if (view_log)
     ShowLog(path);
 }

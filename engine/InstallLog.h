@@ -1,17 +1,18 @@
 // Install.LOG, and how an installation ends for its user.
 #pragma once
 
+#include "archive/InstallConfig.h"
 #include "core/Date.h"
-#include "engine/Journal.h"
+#include "engine/InstallNotes.h"
 
 namespace korb {
 
-/// The block of one run: who, when, where, then what `journal` holds.
-String InstallLogBlock(bool is_reinstall, const Journal &journal, const DateTime &now);
+/// The block of one run: who, when, where, then what `journal` holds. `version` is the product's, or blank.
+String InstallLogBlock(const String &version, bool is_reinstall, const Journal &journal, const DateTime &now);
 
 /// Tells the user how the run ended, which with `show_result` opens a box unless AutomaticMode is on, and appends the
-/// run's block to the log when there are errors or IF_ALWAYS_LOG is set. The user is asked before that whether to see
-/// the log, which is in `uninstall_dir`; one that could not be written is not shown.
-void WriteInstallLog(const String &uninstall_dir, bool is_reinstall, bool show_result, Journal journal);
+/// run's block to the log, beside the uninstaller, when there are errors or IF_ALWAYS_LOG is set. The user is asked
+/// before that whether to see the log; one that could not be written is not shown.
+void WriteInstallLog(const InstallConfig &config, const InstallNotes &notes, bool is_reinstall, bool show_result);
 
 } // namespace korb

@@ -5,7 +5,7 @@
 namespace korb {
 
 /// Nothing long goes through a format, which has an end.
-String InstallLogBlock(bool is_reinstall, const Journal &journal, const DateTime &now) {
+String InstallLogBlock(const String &version, bool is_reinstall, const Journal &journal, const DateTime &now) {
   String text("\r\nInstallation log for: ");
   text += ProductName;
   text += "\r\nInstall date: ";
@@ -15,8 +15,8 @@ String InstallLogBlock(bool is_reinstall, const Journal &journal, const DateTime
   text += "\r\nInstall location: ";
   text += InstallDir;
   text += "\r\nInstaller version: 11.0\r\n";
-  if (!IsBlank(Version))
-    text.append_format("Product version: %s\r\n", Version);
+  if (!IsBlank(version))
+    text.append_format("Product version: %s\r\n", version);
   text += "\r\n";
   if (!IsBlank(journal.log_text)) {
     text += journal.log_text;

@@ -19,9 +19,6 @@ struct InstallNotes {
   String uninstaller_path;
   String uninstall_command;
 
-  /// What the uninstaller removes by name: PlaceFiles, MakeShortcuts, and the picture of the background.
-  UninstallList uninstall_list;
-
   // PlaceFiles:
 
   /// Paths of placed files whose references are counted, each with a mark that the uninstaller reads: a trailing space
@@ -38,6 +35,9 @@ struct InstallNotes {
   String shared_files;
   /// Lines `extension~!~class~!~verb`, one for each association that was tried, for Uninstall.DAT: RegisterAssociations.
   String association_lines;
+
+  /// What the uninstaller removes by name: PlaceFiles, MakeShortcuts, and the picture of the background.
+  UninstallList uninstall_list;
 };
 
 } // namespace korb

@@ -1,6 +1,6 @@
 #include "engine/RemoveSelf.h"
 
-#include "archive/RunValues.h"
+#include "core/RunPaths.h"
 #include "core/Windows.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
@@ -8,8 +8,8 @@
 namespace korb {
 
 /// The only process that RunProcess does not start: the batch gets a console of its own, since this process ends first.
-SelfRemoval RemoveSelf() {
-  if (!WriteWholeFile(kSelfRemovalBatch, SelfRemovalText(ProgramPath, InstallDir, UninstallSubdir)))
+SelfRemoval RemoveSelf(const String &subdirectory) {
+  if (!WriteWholeFile(kSelfRemovalBatch, SelfRemovalText(ProgramPath, InstallDir, subdirectory)))
     return SELF_REMOVAL_NOT_WRITTEN;
   STARTUPINFOA startup{};
   startup.cb = sizeof startup;

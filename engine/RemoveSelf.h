@@ -20,8 +20,8 @@ enum SelfRemoval : int32_t {
   SELF_REMOVAL_NOT_STARTED = 2,
 };
 
-/// Writes the batch and starts it, minimised, without waiting: it goes to work when this process has ended. Shows
+/// Writes the batch for the running program, in `subdirectory` of InstallDir, and starts it, minimised, without waiting: it goes to work when this process has ended. Shows
 /// nothing when that fails; the uninstaller then stays.
-SelfRemoval RemoveSelf();
+SelfRemoval RemoveSelf(const String &subdirectory);
 
 } // namespace korb

@@ -17,26 +17,26 @@ namespace korb {
 namespace {
 
 /// A version of one number has no parts to tell: whatever the key holds of an earlier one stays.
-void WriteVersionNumbers(RegistryKey &key) {
-  const int32_t dot = Version.find_char('.');
+void WriteVersionNumbers(RegistryKey &key, const String &version) {
+  const int32_t dot = version.find_char('.');
   if (dot < 0)
     return;
-  key.WriteNumber(product_value::kVersionMajor, Version.to_int());
-  key.WriteNumber(product_value::kVersionMinor, Version.mid(dot + 1).to_int());
+  key.WriteNumber(product_value::kVersionMajor, version.to_int());
+  key.WriteNumber(product_value::kVersionMinor, version.mid(dot + 1).to_int());
 }
 
 /// What the background window of the uninstaller is painted with.
-void WriteLooks(RegistryKey &key) {
+void WriteLooks(RegistryKey &key, const Looks &looks) {
   key.WriteString(product_value::kDisplayTitle, TextLookup(kTextMainTitle));
   // Without colours or a picture of the archive's own, the title is in the colour that the system has by then.
   if (HasInstallFlag(IF_CUSTOM_COLORS | IF_BACKGROUND_BITMAP))
-    key.WriteNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor));
+    key.WriteNumber(product_value::kTitleColor, static_cast<int32_t>(looks.title_color));
   else
     key.DeleteValue(product_value::kTitleColor);
-  key.WriteNumber(product_value::kTopColor, static_cast<int32_t>(TopColor));
-  key.WriteNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor));
-  key.WriteBoolean(product_value::kMonoColor, MonoColor);
-  key.WriteNumber(product_value::kTitleShadow, TitleShadow);
+  key.WriteNumber(product_value::kTopColor, static_cast<int32_t>(looks.top_color));
+  key.WriteNumber(product_value::kBottomColor, static_cast<int32_t>(looks.bottom_color));
+  key.WriteBoolean(product_value::kMonoColor, looks.mono_color);
+  key.WriteNumber(product_value::kTitleShadow, looks.title_shadow);
 }
 
 /// An entry that comes out empty, or as 0, takes an earlier installation's value away.
@@ -59,9 +59,9 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   key.WriteString(product_value::kQuietUninstallString, notes.uninstaller_path + " /a " + notes.uninstall_command);
   key.WriteString(product_value::kDisplayName, ProductName);
   key.WriteString(product_value::kInstallSource, ProgramPath);
-  key.WriteString(product_value::kDisplayVersion, Version, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kDisplayVersion, config.version, RK_DELETE_EMPTY);
   key.WriteString(product_value::kPublisher, config.publisher, RK_DELETE_EMPTY);
-  WriteVersionNumbers(key);
+  WriteVersionNumbers(key, config.version);
   key.WriteString(product_value::kProductRegistry, config.product_registry, RK_DELETE_EMPTY);
   key.WriteString(product_value::kProductStartMenu, config.product_start_menu, RK_DELETE_EMPTY);
   key.WriteString(product_value::kSharedPath, CommonDir, RK_DELETE_EMPTY);
@@ -70,9 +70,9 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   key.WriteString(product_value::kUninstallBatch1, config.uninstall_batch1, RK_DELETE_EMPTY);
   key.WriteString(product_value::kUninstallBatch2, config.uninstall_batch2, RK_DELETE_EMPTY);
   key.WriteString(product_value::kSharedFiles, notes.shared_files, RK_DELETE_EMPTY);
-  key.WriteString(product_value::kUninstallSubdir, UninstallSubdir, RK_DELETE_EMPTY);
+  key.WriteString(product_value::kUninstallSubdir, config.uninstall_subdir, RK_DELETE_EMPTY);
   key.WriteNumber(product_value::kShortcutMode, config.shortcut_mode, RK_DELETE_EMPTY);
-  WriteLooks(key);
+  WriteLooks(key, config.looks);
   for (int32_t i = 0; i < config.uninstall_data.count; ++i)
     WriteOwnValue(key, config.uninstall_data.at(i));
   key.WriteString(product_value::kInstallLocation, InstallDir);

@@ -11,7 +11,6 @@
 #include "archive/UninstallerImage.h"
 #include "core/Failure.h"
 #include "core/MemoryStream.h"
-#include "core/RunMode.h"
 #include "engine/DeletionRule.h"
 #include "format/Damage.h"
 #include "packer/CodePage.h"
@@ -129,20 +128,6 @@ private:
   std::optional<Bytes> bytes_;
   Source source_;
 };
-
-// What a run starts from: another installer may have been read before.
-void ResetRunValues() {
-  InstallFlags = 0;
-  AutomaticMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir})
-    text->clear();
-  TitleColor = TopColor = BottomColor = 0;
-  MonoColor = true;
-  TitleShadow = 1;
-  TextTable.clear();
-  LanguageNames.clear();
-  LanguageIndex = 0;
-}
 
 } // namespace
 

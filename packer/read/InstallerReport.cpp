@@ -122,7 +122,7 @@ private:
   Value Product() const {
     Value product;
     product.Add("name", Text(ProductName))
-        .Add("version", Text(korb::Version))
+        .Add("version", Text(config_.version))
         .Add("publisher", Text(config_.publisher))
         .Add("registry_key", Text(config_.product_registry))
         .Add("master_product", Text(config_.master_product))
@@ -144,7 +144,7 @@ private:
 
   Value Uninstall() const {
     Value uninstall;
-    uninstall.Add("directory", Text(UninstallSubdir))
+    uninstall.Add("directory", Text(config_.uninstall_subdir))
         .Add("program", Text(config_.uninstaller_name))
         .Add("name", Text(config_.uninstall_name))
         .Add("date", Date(config_.uninstaller_date))
@@ -156,10 +156,12 @@ private:
   Value Appearance() const {
     Value appearance;
     if (HasInstallFlag(IF_CUSTOM_COLORS) || !installer_.background.is_empty())
-      appearance.Add("title_color", Color(TitleColor));
+      appearance.Add("title_color", Color(config_.looks.title_color));
     if (HasInstallFlag(IF_CUSTOM_COLORS))
-      appearance.Add("top_color", Color(TopColor)).Add("bottom_color", Color(BottomColor));
-    appearance.Add("title_shadow", int32_t{TitleShadow}).Add("background_size", installer_.background.length());
+      appearance.Add("top_color", Color(config_.looks.top_color))
+          .Add("bottom_color", Color(config_.looks.bottom_color));
+    appearance.Add("title_shadow", int32_t{config_.looks.title_shadow})
+        .Add("background_size", installer_.background.length());
     return appearance;
   }
 

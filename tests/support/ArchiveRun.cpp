@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "archive/RunValues.h"
-#include "core/RunMode.h"
 
 namespace korb::test {
 
@@ -85,7 +84,10 @@ bool VolumeUser::Volume::Read(void *destination, int32_t count) {
 }
 
 ArchiveRun::ArchiveRun(const Bytes &executable) : image(Mapped(executable)), file(executable) {
+  ClearTrap();
   ResetRunValues();
+  config.looks.title_color = 1; // the system's
+  config.looks.top_color = 2;
 }
 
 ArchiveRun::~ArchiveRun() {
@@ -111,23 +113,6 @@ void ArchiveRun::Run() {
     records.emplace_back();
     ReadPayloadRecord(cursor, header.sizes.at(i), records.back());
   }
-}
-
-void ResetRunValues() {
-  ClearTrap();
-  InstallFlags = 0;
-  AutomaticMode = false;
-  UninstallMode = false;
-  for (String *text : {&ProductName, &InstallDir, &CommonDir, &Version, &UninstallSubdir})
-    text->clear();
-  TitleColor = 1;
-  TopColor = 2;
-  BottomColor = 0;
-  MonoColor = true;
-  TitleShadow = 1;
-  TextTable.clear();
-  LanguageNames.clear();
-  LanguageIndex = 0;
 }
 
 } // namespace korb::test

@@ -99,7 +99,4 @@ struct ArchiveRun {
   std::vector<PayloadRecord> records;
 };
 
-/// Puts the values of a run back to their defaults.
-void ResetRunValues();
-
 } // namespace korb::test

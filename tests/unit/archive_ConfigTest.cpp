@@ -23,8 +23,8 @@ struct ConfigRun : ArchiveRun {
 TEST_CASE("reading a configuration completes its texts and paths, and shows its window on the way") {
   ConfigRun run{TestInstaller()};
   const InstallConfig &config = run.config;
-  CHECK(Values{config.uninstaller_date.second, config.expiry_date.julian, config.expiry_date.weekday, MonoColor,
-               config.payload_in_file, LanguageIndex} == Values{6, 2451544, 7, 0, 0, 1});
+  CHECK(Values{config.uninstaller_date.second, config.expiry_date.julian, config.expiry_date.weekday,
+               config.looks.mono_color, config.payload_in_file, LanguageIndex} == Values{6, 2451544, 7, 0, 0, 1});
   CHECK(Joined({CommonDir, config.default_install_dir}) == "C:\\Common\\Shared|C:\\Win\\Thing");
   // Line ends are made whole in texts, not in pages.
   CHECK(Joined({config.license_pages.at(0), TextTable.at(0).at(0), TextTable.at(0).at(1), TextTable.at(1).at(0),
@@ -85,10 +85,10 @@ TEST_CASE("colours hold with their flag, and the title's with a bitmap too") {
     if (!row.bitmap)
       installer.product.background.clear();
     ConfigRun run(installer);
-    CHECK(TitleColor == row.title_then);
-    CHECK(TopColor == row.top_then);
-    CHECK(MonoColor == row.mono_then);
-    CHECK(TitleShadow == 3);
+    CHECK(run.config.looks.title_color == row.title_then);
+    CHECK(run.config.looks.top_color == row.top_then);
+    CHECK(run.config.looks.mono_color == row.mono_then);
+    CHECK(run.config.looks.title_shadow == 3);
   }
 }
 
