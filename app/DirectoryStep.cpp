@@ -86,7 +86,7 @@ bool AcceptsDirectory(const Vector<int32_t> &sizes) {
 
 void AskDirectory(const Vector<int32_t> &sizes) {
   do {
-    if (!ChooseDirectory())
+    if (!ChooseDirectory(InstallDir))
       CancelInstall();
     InstallDir.trim();
   } while (!AcceptsDirectory(sizes));

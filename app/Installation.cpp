@@ -100,6 +100,11 @@ void Installation::ReadArchive() {
   BuildUninstallerImage(file_, location_, header_, config_, uninstaller_image_);
 }
 
+void UseLanguage(int32_t language) {
+  LanguageIndex = language;
+  ShowMainTitle();
+}
+
 void Installation::FindEarlierInstallation() {
   if (HasInstallFlag(IF_UNINSTALL))
     earlier_.Find(config_.uninstall_name);
@@ -207,7 +212,7 @@ void Installation::End(bool restart, const String &run_after) {
 /// there at which moment.
 void Installation::Run(const String &run_after) {
   ReadArchive();
-  ChooseLanguage();
+  ChooseLanguage(UseLanguage);
   ShowMainTitle();
   RefuseExpired(config_);
   RefusePlatform(config_);

@@ -36,7 +36,7 @@ extern String ProductName;
 extern Array<Array<String>> TextTable;
 /// Names of the archive's languages in its order; empty in an uninstall run.
 extern Array<String> LanguageNames;
-/// The language in force. Filled by the configuration stream; the language dialog changes it.
+/// The language in force. Filled by the configuration stream, then by the choice of the language.
 extern int32_t LanguageIndex;
 
 /// Puts all of these, the two directories and the modes of the run back to what a process starts with, for whoever reads

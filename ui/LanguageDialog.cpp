@@ -5,7 +5,6 @@
 #include "core/RunMode.h"
 #include "core/Text.h"
 #include "format/Texts.h"
-#include "ui/BackgroundWindow.h"
 #include "ui/CenterDialog.h"
 #include "ui/DialogControls.h"
 #include "ui/DialogText.h"
@@ -42,14 +41,18 @@ void SelectSystemLanguage(HWND dialog) {
     AskList(dialog, LB_SETCURSEL);
 }
 
+/// Tells who has asked.
+void Use(HWND dialog, int32_t language) {
+  reinterpret_cast<void (*)(int32_t)>(GetWindowLongA(dialog, DWLP_USER))(language);
+}
+
 void ShowSelection(HWND dialog) {
   static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_NEXT, kTextOkButton),
                                           TextOf(KORB_CONTROL_CANCEL, kTextCancelButton), kNoMoreTexts};
   const int32_t selection = Selection(dialog);
   if (LanguageNames.is_out_of_range(selection))
     return;
-  LanguageIndex = selection;
-  ShowMainTitle();
+  Use(dialog, selection);
   ShowTexts(dialog, kTexts);
 }
 
@@ -58,8 +61,9 @@ void FillList(HWND dialog) {
     AskList(dialog, LB_ADDSTRING, 0, LanguageNames.at(i));
 }
 
-INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM parameter) {
   if (message == WM_INITDIALOG) {
+    SetWindowLongA(dialog, DWLP_USER, static_cast<LONG>(parameter));
     FillList(dialog);
     SelectSystemLanguage(dialog);
     ShowSelection(dialog);
@@ -72,16 +76,18 @@ INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARA
     ShowSelection(dialog);
   if (word == MAKEWPARAM(KORB_CONTROL_LANGUAGES, LBN_DBLCLK))
     word = KORB_CONTROL_NEXT;
-  if (word == KORB_CONTROL_NEXT && LanguageNames.is_out_of_range(LanguageIndex = Selection(dialog)))
-    LanguageIndex = 0;
+  if (word == KORB_CONTROL_NEXT) {
+    const int32_t selection = Selection(dialog);
+    Use(dialog, LanguageNames.is_out_of_range(selection) ? 0 : selection);
+  }
   return EndOnButton(dialog, word);
 }
 
 } // namespace
 
-void ChooseLanguage() {
+void ChooseLanguage(void (*use)(int32_t language)) {
   if (!AutomaticMode && LanguageNames.count != 1)
-    RunPage("LanguageDlg", LanguageProcedure, nullptr);
+    RunPage("LanguageDlg", LanguageProcedure, reinterpret_cast<const void *>(use));
 }
 
 } // namespace korb
