@@ -10,6 +10,7 @@ String SelfRemovalText(const String &program, const String &install_dir, const S
   if (!subdirectory.is_empty())
     text.append_format("rd \"%s\"\r\n", PathJoin(install_dir, subdirectory));
   text.append_format("rd \"%s\"\r\ndel \"%s\"\r\n", install_dir, kSelfRemovalBatch);
+  text.replace("%", "%%"); // the interpreter drops a single one; only the paths have any
   return text;
 }
 

@@ -85,6 +85,13 @@ TEST_CASE("a log tells of a run without an uninstaller and without lines of its 
         "Installer version: 11.0\r\n\r\nDone\r\n\r\n");
 }
 
+// Symptom: an uninstaller in "C:\\100% Pure" stayed for ever.
+TEST_CASE("a percent sign of a path is written twice, since a batch drops a single one") {
+  CHECK(SelfRemovalText("C:\\9% a\\U%n\\u.exe", "C:\\9% a", "U%n") ==
+        ":Repeat\r\ndel \"C:\\9%% a\\U%%n\\u.exe\"\r\nif exist \"C:\\9%% a\\U%%n\\u.exe\" goto Repeat\r\nrd "
+        "\"C:\\9%% a\\U%%n\"\r\nrd \"C:\\9%% a\"\r\ndel \"c:\\delunins.bat\"\r\n");
+}
+
 TEST_CASE("the batch removes the program before its directories, and itself last") {
   CHECK(SelfRemovalText("C:\\T\\Un\\u.exe", "C:\\T", "Un") ==
         ":Repeat\r\ndel \"C:\\T\\Un\\u.exe\"\r\nif exist \"C:\\T\\Un\\u.exe\" goto Repeat\r\nrd \"C:\\T\\Un\"\r\nrd "
