@@ -1,7 +1,6 @@
 #include "engine/Associations.h"
 
 #include "archive/RunValues.h"
-#include "engine/RecordNames.h"
 #include "format/Record.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
@@ -100,6 +99,10 @@ const char *LanguageName() {
 }
 
 } // namespace
+
+String BackupValueName() {
+  return ProductName + " Backup";
+}
 
 void CreateProductKeys(const String &product_registry, Journal &journal) {
   if (product_registry.is_empty())

@@ -6,6 +6,9 @@
 
 namespace korb {
 
+/// Name of the value that keeps what an association has replaced: such values are never another product's.
+String BackupValueName();
+
 /// Makes the empty keys that the product fills itself, of the machine and of the user; nothing for an empty name.
 /// `journal` tells when one can't be made.
 void CreateProductKeys(const String &product_registry, Journal &journal);

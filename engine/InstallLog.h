@@ -2,13 +2,9 @@
 #pragma once
 
 #include "archive/InstallConfig.h"
-#include "core/Date.h"
 #include "engine/InstallNotes.h"
 
 namespace korb {
-
-/// The block of one run: who, when, where, then what `journal` holds. `version` is the product's, or blank.
-String InstallLogBlock(const String &version, bool is_reinstall, const Journal &journal, const DateTime &now);
 
 /// Tells the user how the run ended, which with `show_result` opens a box unless AutomaticMode is on, and appends the
 /// run's block to the log, beside the uninstaller, when there are errors or IF_ALWAYS_LOG is set. The user is asked

@@ -1,4 +1,4 @@
-#include "engine/InstallLog.h"
+#include "engine/InstallLogBlock.h"
 
 #include "archive/RunValues.h"
 

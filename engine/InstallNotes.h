@@ -5,7 +5,7 @@
 #include "core/Vector.h"
 #include "engine/Journal.h"
 #include "engine/ShortcutRecord.h"
-#include "engine/UninstallList.h"
+#include "engine/UninstallRecord.h"
 
 namespace korb {
 

@@ -1,6 +1,5 @@
 #include "engine/InstalledProduct.h"
 
-#include "engine/RecordNames.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "format/Record.h"

@@ -27,7 +27,7 @@ void RemoveFile(const String &path, String &report, UninstallList &left) {
 }
 
 /// A key right below the root, without a backslash in its path, stays: all of a type would go with it.
-void DeleteClassesKey(const char *path) {
+void DeleteListedKey(const char *path) {
   RegistryKey key;
   key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path);
 }
@@ -61,7 +61,7 @@ void RemoveListedFiles(const Vector<String> &entries, String &report, UninstallL
       directories.append(rest);
       break;
     case kClassesKeyMark:
-      DeleteClassesKey(rest);
+      DeleteListedKey(rest);
       break;
     default:
       SetProgress(kFirstPercent + static_cast<int32_t>(int64_t{kPercents} * i / entries.count));

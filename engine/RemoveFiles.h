@@ -3,7 +3,7 @@
 
 #include "core/String.h"
 #include "core/Vector.h"
-#include "engine/UninstallList.h"
+#include "engine/UninstallRecord.h"
 
 namespace korb {
 

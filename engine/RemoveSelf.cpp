@@ -2,6 +2,7 @@
 
 #include "core/RunPaths.h"
 #include "core/Windows.h"
+#include "engine/SelfRemovalText.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
 

@@ -34,6 +34,11 @@ ServerCall CallServer(const char *path, const char *function) {
   return outcome;
 }
 
+void UnregisterServer(const char *path) {
+  ComSession session;
+  CallServer(path, "DllUnregisterServer");
+}
+
 void RegisterComFiles(const Vector<String> &com_files, String &log_text) {
   if (com_files.is_empty())
     return;

@@ -1,4 +1,5 @@
-// The text of Uninstall.DAT: what an installation leaves for its uninstaller.
+// What an installation leaves for its uninstaller to read: where the files of the record stand, the list of what is to be
+// removed, and the text of Uninstall.DAT.
 //
 //     C:\Program Files\Thing\thing.exe       a line for each file,
 //     ~C:\Program Files\Thing\help           a directory after '~',
@@ -19,10 +20,43 @@
 #include <cstdint>
 
 #include "archive/InstallConfig.h"
+#include "core/BucketTable.h"
 #include "core/String.h"
 #include "core/Vector.h"
 
 namespace korb {
+
+// Files beside the uninstaller, whose directory is `uninstall_dir`.
+
+/// What was installed, and the texts of the uninstaller.
+String UninstallDataPath(const String &uninstall_dir);
+/// What happened in each installation.
+String InstallLogPath(const String &uninstall_dir);
+/// The picture that the uninstaller's window shows.
+String BackgroundBitmapPath(const String &uninstall_dir);
+
+enum UninstallEntryMode : int32_t {
+  kUninstallFile = 0,
+  kUninstallDirectory = 1,
+  kUninstallKey = 2, ///< '!' and a registry path; read by uninstallers, never written by an installation
+};
+
+/// What an uninstall removes by name.
+class UninstallList {
+public:
+  UninstallList();
+
+  /// Appends the line for `path`, whose case is kept. A path of 3 characters or fewer is passed over, so that no
+  /// drive's root gets in. A directory is listed once, whatever its case; a file as often as it comes.
+  void AddUninstallEntry(const char *path, UninstallEntryMode mode);
+
+  /// Lines ended by "\r\n", in the order of the calls: a file's path, or '~' and a directory's.
+  const String &text() const { return text_; }
+
+private:
+  String text_;
+  BucketTable<bool, String> listed_paths_; // in capitals, and no files
+};
 
 struct UninstallRecord {
   Vector<String> entries;               ///< lines of the list as they stand, empty ones included

@@ -3,9 +3,10 @@
 #include "archive/RunValues.h"
 #include "core/Clock.h"
 #include "engine/PlaceFile.h"
-#include "engine/RecordNames.h"
+#include "engine/UninstallRecord.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
+#include "files/WholeFile.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
@@ -89,6 +90,10 @@ void WriteUninstaller(const InstallConfig &config, const String &image, InstallN
   if (!WriteUninstallKey(config, notes))
     notes.journal.error_report +=
         "Unable to save the uninstall information to the registry.  Uninstall will not work properly.\r\n\r\n";
+}
+
+bool WriteUninstallData(const String &uninstall_dir, const UninstallList &list, const String &association_lines) {
+  return WriteWholeFile(UninstallDataPath(uninstall_dir), UninstallRecordText(list.text(), association_lines));
 }
 
 } // namespace korb

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "archive/RunValues.h"
-#include "engine/SharedEntry.h"
+#include "engine/SharedFiles.h"
 #include "engine/UninstallRecord.h"
 #include "ui/TextLookup.h"
 

@@ -1,7 +1,7 @@
 // The texts that an installation leaves and an uninstaller reads.
 #include "archive/RunValues.h"
-#include "engine/InstallLog.h"
-#include "engine/RemoveSelf.h"
+#include "engine/InstallLogBlock.h"
+#include "engine/SelfRemovalText.h"
 #include "engine/UninstallRecord.h"
 #include "format/Texts.h"
 #include "tests/support/Testing.h"

@@ -1,4 +1,4 @@
-#include "engine/SharedEntry.h"
+#include "engine/SharedFiles.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("the entries of a list of shared files come back one by one, and rubbish ends the list") {
