@@ -39,7 +39,7 @@ TEST_CASE("options are read from the command line") {
         Row{"/d:x /d:y", "y|||"}, Row{"/n:\"a\"\"b\"", "|a\"b||"}, Row{"/n:\"open end", "|open end||"},
         Row{"/n:a\"b c\"d", "|a\"b c\"d||"}, Row{"/u:\"My Product\"", "U ||My Product|"}, Row{"/u /u:x", "U ||x|"},
         Row{"/r:\"a b\"", "|||a b"}, Row{"/R:\"prog\"x", "|||prog\"x"}}) {
-    CAPTURE(row.text);
+    CAPTURE(std::string(row.text));
     CHECK(Parse(row.text) == row.result);
   }
 }
@@ -59,7 +59,7 @@ TEST_CASE("a command line that can't be understood is told back") {
            Row{"/u:\"\"", "Product name required"},
            Row{"/unknown:\"x\"", "Product name required"} // anything with a U in front means an uninstall
        }) {
-    CAPTURE(row.text);
+    CAPTURE(std::string(row.text));
     CHECK(Parse(row.text) == row.complaint);
   }
 }
@@ -79,7 +79,7 @@ TEST_CASE("the running file is the one that was typed") {
         Row{"\"c:\\my dir\\setup\" /a", "c:\\my dir\\setup.EXE"}, Row{"\"c:\\v1.0\\setup\"/a", "c:\\v1.0\\setup.EXE"},
         Row{"setup\t/a b", "setup\t/a.EXE"}, // only a space ends it
         Row{"\"setup.exe", "setup.exe"}}) {
-    CAPTURE(row.line);
+    CAPTURE(std::string(row.line));
     CHECK(OwnPath(row.line) == row.path);
   }
 }

@@ -106,7 +106,7 @@ TEST_CASE("a file goes where its target, its flags and its kind say, in this ord
   Case c;
   for (const Row &row : rows) {
     CAPTURE(row.kind);
-    CAPTURE(row.target);
+    CAPTURE(std::string(row.target));
     CHECK(c.To(row.kind, row.name, row.target, row.flags) == row.path);
   }
   for (const uint32_t kind : {2u, 3u, 8u, 0xFFFFFFFFu})

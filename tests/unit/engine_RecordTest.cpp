@@ -47,7 +47,7 @@ TEST_CASE("a record is read as far as it can be understood") {
       {"a\r\n[Strings]\r\n~5\r\ncut o", "a,||5=cut o "},
   };
   for (const auto &row : rows) {
-    CAPTURE(row.bytes);
+    CAPTURE(std::string(row.bytes));
     CHECK(Understood(row.bytes) == row.understood);
   }
   std::string many = "[Strings]\r\n~5\r\nx\r\n[Associations]\r\n", texts = "[Strings]\r\n";
