@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
 #include <initializer_list>
+#include <string>
 
 #include "app/DirectoryRules.h"
 #include "format/Texts.h"
