@@ -13,9 +13,9 @@ String BackupValueName();
 /// `journal` tells when one can't be made.
 void CreateProductKeys(const String &product_registry, Journal &journal);
 
-/// Makes each association that holds for the language in force, and notes it in `association_lines`, whatever came of it.
-/// One whose command could not be written is an error. Existing texts are backed up first. Extensions, classes
-/// and commands are completed in place.
+/// Makes each association that holds for the language in force, and notes it in `association_lines`, whatever came of
+/// it. One whose command could not be written is an error. Existing texts are backed up first. Extensions, classes and
+/// commands are completed in place.
 void RegisterAssociations(Vector<FileAssociation> &associations, InstallNotes &notes);
 
 } // namespace korb

@@ -33,7 +33,8 @@ struct InstallNotes {
 
   /// Quoted entries of shared_file_list, joined by semicolons: CountSharedFiles.
   String shared_files;
-  /// Lines `extension~!~class~!~verb`, one for each association that was tried, for Uninstall.DAT: RegisterAssociations.
+  /// Lines `extension~!~class~!~verb`, one for each association that was tried, for Uninstall.DAT:
+  /// RegisterAssociations.
   String association_lines;
 
   /// What the uninstaller removes by name: PlaceFiles, MakeShortcuts, and the picture of the background.

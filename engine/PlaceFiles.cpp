@@ -114,7 +114,7 @@ void FilePlacer::Place(const PayloadRecord &record) {
     return;
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
     notes_.uninstall_list.AddUninstallEntry(to.path, kUninstallFile);
-  if (!PlaceFile(to.path, record.contents, record.size, record.date, notes_.journal, record.attributes, replaces))
+  if (!PlaceFile({to.path, record.contents, record.size, record.date, record.attributes, replaces}, notes_.journal))
     return;
   if (RowOf(record.dest_kind).folder == KindFolder::Fonts && !AddFont(record, to))
     return;

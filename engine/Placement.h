@@ -1,4 +1,5 @@
-// Decides for one file of the payload where it belongs, whether it goes there, and what is remembered about it.
+// Decides for one file of the payload where it belongs, whether it goes there, and what is remembered about it: the
+// rules, which write nothing (PlaceFile.h does).
 #pragma once
 
 #include "archive/PayloadRecord.h"
@@ -32,8 +33,8 @@ struct Destination {
   bool in_install_tree = false; ///< its directory may have to be made
 };
 
-/// The destination of `record`; `uninstall_dir` is the uninstaller's directory. One whose kind has no meaning where it decides is reported as damage and ends the run
-/// (code 110).
+/// The destination of `record`; `uninstall_dir` is the uninstaller's directory. One whose kind has no meaning where it
+/// decides is reported as damage and ends the run (code 110).
 Destination ChooseDestination(const PayloadRecord &record, const String &uninstall_dir, PlacementHost &host);
 
 /// True when `record` is to be written to `path` now. Says so in the log where a present file is compared, and

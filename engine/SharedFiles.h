@@ -22,15 +22,15 @@ bool TakeSharedEntry(String &text, SharedEntry &entry);
 /// Adds an entry with its marks.
 void AppendSharedEntry(String &text, const String &marked_path);
 
-/// Counts each of `shared_file_list` once more, and notes the entries in `shared_files`. `earlier` are the entries of an
-/// earlier installation, whose counts are taken back first when the run is a reinstall. When the key can't be opened,
-/// that is an error, and the entries noted are the earlier ones. Files are not touched. Does nothing without
+/// Counts each of `shared_file_list` once more, and notes the entries in `shared_files`. `earlier` are the entries of
+/// an earlier installation, whose counts are taken back first when the run is a reinstall. When the key can't be
+/// opened, that is an error, and the entries noted are the earlier ones. Files are not touched. Does nothing without
 /// IF_UNINSTALL: nobody would take the counts back.
 void CountSharedFiles(InstallNotes &notes, const String &earlier, bool is_reinstall);
 
 /// Counts down the reference to each of the entries `files`, and removes the files that nobody counts any more,
-/// unregistered first where that is theirs, other than those that are to stay or that the user keeps. False, and nothing
-/// done, when the counts can't be reached.
+/// unregistered first where that is theirs, other than those that are to stay or that the user keeps. False, and
+/// nothing done, when the counts can't be reached.
 bool ReleaseSharedFiles(String files);
 
 } // namespace korb

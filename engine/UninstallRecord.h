@@ -1,5 +1,5 @@
-// What an installation leaves for its uninstaller to read: where the files of the record stand, the list of what is to be
-// removed, and the text of Uninstall.DAT.
+// What an installation leaves for its uninstaller to read: where the files of the record stand, the list of what is to
+// be removed, and the text of Uninstall.DAT.
 //
 //     C:\Program Files\Thing\thing.exe       a line for each file,
 //     ~C:\Program Files\Thing\help           a directory after '~',

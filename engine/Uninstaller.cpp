@@ -86,7 +86,7 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
 } // namespace
 
 void WriteUninstaller(const InstallConfig &config, const String &image, InstallNotes &notes) {
-  PlaceFile(notes.uninstaller_path, image.c_str(), image.length(), config.uninstaller_date, notes.journal, 0, true);
+  PlaceFile({notes.uninstaller_path, image.c_str(), image.length(), config.uninstaller_date, 0, true}, notes.journal);
   if (!WriteUninstallKey(config, notes))
     notes.journal.error_report +=
         "Unable to save the uninstall information to the registry.  Uninstall will not work properly.\r\n\r\n";

@@ -14,8 +14,8 @@ namespace korb {
 /// The uninstaller's path and command must be set, and the shared files and fonts complete.
 void WriteUninstaller(const InstallConfig &config, const String &image, InstallNotes &notes);
 
-/// Writes UninstallRecordText to Uninstall.DAT in `uninstall_dir`, over whatever stands there. False when that fails; the
-/// system's last error tells why.
+/// Writes UninstallRecordText to Uninstall.DAT in `uninstall_dir`, over whatever stands there. False when that fails;
+/// the system's last error tells why.
 bool WriteUninstallData(const String &uninstall_dir, const UninstallList &list, const String &association_lines);
 
 } // namespace korb

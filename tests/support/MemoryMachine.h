@@ -1,5 +1,5 @@
-// A machine in memory, for the rules of engine/ that ask the registry: RegistryKey, and the few calls about files that go
-// with it, as the native tests link them. What the real ones do is the business of tests/win32.
+// A machine in memory, for the rules of engine/ that ask the registry: RegistryKey, and the few calls about files that
+// go with it, as the native tests link them. What the real ones do is the business of tests/win32.
 #pragma once
 
 #include <cstdint>

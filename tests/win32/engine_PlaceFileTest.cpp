@@ -25,7 +25,7 @@ struct Fixture {
   }
 
   bool Place(const char *name, const std::string &bytes, const FileDate &date = kDate) {
-    return PlaceFile(Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, journal, 0, false);
+    return PlaceFile({Path(name), bytes.data(), static_cast<int32_t>(bytes.size()), date, 0, false}, journal);
   }
   /// Places one file with this name and target, as a payload brings it.
   void PlacePayload(const char *name, const char *target, InstallNotes &notes) {
@@ -66,9 +66,9 @@ TEST_CASE_FIXTURE(Fixture, "large files are written whole, emptied ones cut, and
 
 TEST_CASE_FIXTURE(Fixture, "what can't be read back is reported without a word of the system") {
   InstallFlags = IF_VERIFY_WRITES | IF_REPLACE_IN_USE;
-  CHECK_FALSE(PlaceFile("NUL", "x", 1, FileDate{}, journal, 0, true));
+  CHECK_FALSE(PlaceFile({"NUL", "x", 1, FileDate{}, 0, true}, journal));
   CHECK(journal.error_report == "no file NUL\r\n\r\n");
-  CHECK(TrappedCode([&] { PlaceFile(Path("a"), "", -1, kDate, journal, 0, false); }) == 5);
+  CHECK(TrappedCode([&] { PlaceFile({Path("a"), "", -1, kDate, 0, false}, journal); }) == 5);
 }
 
 TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second time for its date, and not without one") {
@@ -80,7 +80,7 @@ TEST_CASE_FIXTURE(Fixture, "away from a fixed drive a file is opened a second ti
   for (const FileDate &date : {kDate, FileDate{}}) {
     CAPTURE(date.month);
     Pipe first, second;
-    CHECK(PlaceFile("\\\\.\\pipe\\korb", "x", 1, date, journal, 0, false));
+    CHECK(PlaceFile({"\\\\.\\pipe\\korb", "x", 1, date, 0, false}, journal));
     CHECK(Values{first.Opened(), second.Opened()} == Values{1, date.month != 0});
   }
   CHECK(journal.error_report.is_empty());
