@@ -5,7 +5,6 @@
 #include "core/Failure.h"
 #include "core/RunMode.h"
 #include "core/Windows.h"
-#include "engine/Version.h"
 #include "format/Texts.h"
 #include "system/OsIdentity.h"
 #include "ui/TextLookup.h"
@@ -21,17 +20,9 @@ namespace {
   ExitInstaller();
 }
 
-/// How the question before a reinstallation begins.
-TextNumber ReinstallText(const String &earlier_version, const String &version) {
-  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || version.is_empty())
-    return kTextReinstallInstalled;
-  const int32_t order = CompareVersions(earlier_version, version);
-  return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
-}
-
 bool AgreesToReinstall(const EarlierInstallation &earlier, const String &version) {
-  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version, version)),
-                                     earlier.location, TextLookup(kTextReinstallQuestion));
+  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(earlier.ReinstallText(version)), earlier.location,
+                                     TextLookup(kTextReinstallQuestion));
   return MessageBoxA(DialogOwner(), question, TextLookup(kTextReinstallCaption), MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 

@@ -1,5 +1,7 @@
 #include "engine/InstalledProduct.h"
 
+#include "archive/RunValues.h"
+#include "engine/Version.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "format/Record.h"
@@ -36,6 +38,13 @@ bool IsProductInstalled(const String &name, String *location) {
       key.Read(*location, product_value::kInstallLocation);
   }
   return installed;
+}
+
+TextNumber EarlierInstallation::ReinstallText(const String &new_version) const {
+  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || version.is_empty() || new_version.is_empty())
+    return kTextReinstallInstalled;
+  const int32_t order = CompareVersions(version, new_version);
+  return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
 }
 
 void EarlierInstallation::Find(const String &uninstall_name) {

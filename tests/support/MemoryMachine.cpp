@@ -10,6 +10,7 @@
 #include "files/FileInfo.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
+#include "ui/Progress.h"
 
 namespace korb {
 
@@ -170,6 +171,11 @@ DeleteStatus RegistryKey::DeleteKeyIn(RegistryHandle root, const char *parent, c
 
 // Calls about files.
 
+// Nothing shows the course.
+void StartPhase() {}
+void SetProgress(int32_t) {}
+void SetStepTextArgs(const char *, const FormatArgs &) {}
+
 void ExpandPathVariables(String &text) {
   text.replace("%InstallDir%", "C:\\App");
 }
@@ -184,7 +190,14 @@ bool FileExists(const char *path) {
 
 bool DeleteOrSchedule(const char *path, DeleteOptions) {
   the_machine->calls.push_back(std::string("delete ") + path);
-  return the_machine->files.erase(path) != 0;
+  return the_machine->held.count(path) == 0 && the_machine->files.erase(path) != 0;
+}
+
+bool RemoveEmptyDirectory(String path) {
+  const std::string directory(path);
+  auto &files = the_machine->files;
+  const auto inside = files.upper_bound(directory + "\\");
+  return (inside == files.end() || !IsBelow(*inside, directory)) && files.erase(directory) != 0;
 }
 
 void UnregisterServer(const char *path) {

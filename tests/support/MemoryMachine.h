@@ -38,6 +38,7 @@ public:
   std::map<std::string, std::map<std::string, RegistryText, IgnoringCase>, IgnoringCase> keys;
   bool refuses_keys = false;      ///< none can be made or opened
   std::set<std::string> files;    ///< and directories
+  std::set<std::string> held;     ///< files that can't be deleted
   bool says_yes = true;           ///< to each question about a file
   std::vector<std::string> calls; ///< "unregister x", "ask x", "delete x"
 };

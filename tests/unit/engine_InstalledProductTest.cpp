@@ -1,3 +1,4 @@
+#include "archive/RunValues.h"
 #include "engine/InstalledProduct.h"
 #include "tests/support/MemoryMachine.h"
 #include "tests/support/Testing.h"
@@ -46,4 +47,26 @@ TEST_CASE("an earlier installation counts when its directory exists, and is read
   EarlierInstallation there;
   there.Find("Thing");
   CHECK(there.is_there);
+}
+
+TEST_CASE("the question before a reinstallation tells which version is newer, where it may and can") {
+  const struct {
+    uint64_t flags;
+    const char *earlier, *version;
+    TextNumber text;
+  } rows[] = {
+      {IF_COMPARE_VERSIONS, "1.9", "1.10", kTextReinstallOlder},
+      {IF_COMPARE_VERSIONS, "1.10", "1.9", kTextReinstallNewer},
+      {IF_COMPARE_VERSIONS, "1.010", "1.10", kTextReinstallSame},
+      {IF_COMPARE_VERSIONS, "", "1.10", kTextReinstallInstalled},
+      {IF_COMPARE_VERSIONS, "1.9", "", kTextReinstallInstalled},
+      {0, "1.9", "1.10", kTextReinstallInstalled},
+  };
+  for (const auto &row : rows) {
+    CAPTURE(std::string(row.earlier));
+    InstallFlags = row.flags;
+    EarlierInstallation earlier;
+    earlier.version = row.earlier;
+    CHECK(earlier.ReinstallText(row.version) == row.text);
+  }
 }
