@@ -63,32 +63,6 @@ void MakeDeadLink(const std::string &path) {
 
 } // namespace
 
-TEST_CASE("products count the files that they share, and a product that comes again counts once") {
-  const std::string shared = "C:\\Program Files\\Common Files\\Counted\\";
-  const auto install = [](const std::string &name, std::initializer_list<const char *> files) {
-    std::string manifest = Product(name);
-    for (const char *file : files)
-      manifest += File(std::string("kind = 'shared'\nname = '") + file + "'");
-    PackedProduct product(manifest);
-    product.Pack();
-    product.Install();
-  };
-  const auto counts = [&] {
-    std::string all;
-    for (const char *file : {"a", "b", "c"})
-      all += MachineValue(kWindowsKey + "SharedDLLs", shared + file) + " ";
-    return all;
-  };
-  install("One", {"a", "b"});
-  CHECK(counts() == "1 1 missing ");
-  install("Two", {"b", "c"});
-  CHECK(counts() == "1 2 1 ");
-  install("Two", {"b", "c"});
-  CHECK(counts() == "1 2 1 ");
-  install("Two", {"c"});
-  CHECK(counts() == "1 1 1 ");
-}
-
 TEST_CASE("libraries register themselves and fonts are made known, the broken ones to no harm") {
   PackedProduct product(ProductManifest("register"));
   for (const char *file : {"atlas_com.dll", "atlas_core.dll", "korb-blocks.ttf"})

@@ -1,17 +1,14 @@
-// What an installation leaves in the shell: shortcuts and file types.
+// The shortcuts that an installation leaves in the shell. (File types are in the round trips.)
 #include <doctest/doctest.h>
 
 #include <filesystem>
 
-#include "registry/RegistryKey.h"
 #include "tests/support/PackedProduct.h"
-#include "tests/support/Uninstallation.h"
 
 #include <windows.h>
 
 #include <shlobj.h>
 
-using namespace korb;
 using namespace korb::test;
 
 namespace {
@@ -45,32 +42,6 @@ std::string DescribeLink(const std::string &path) {
   if (link)
     link->Release();
   CoUninitialize();
-  return text;
-}
-
-/// The key and those below it, one in brackets each, with their texts.
-void AppendKey(std::string &text, HKEY parent, const std::string &name, const std::string &shown) {
-  HKEY key;
-  if (RegOpenKeyExA(parent, name.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
-    return;
-  text += "[" + shown + "]";
-  char item[256], value[256];
-  for (const char *value_name : {"", "Types Backup"}) {
-    DWORD type, size = sizeof value;
-    if (RegQueryValueExA(key, value_name, nullptr, &type, reinterpret_cast<BYTE *>(value), &size) == ERROR_SUCCESS)
-      text += std::string(" ") + (*value_name ? "was " : "") + (type == REG_EXPAND_SZ ? "expanding " : "") +
-              (size ? value : ""); // an empty one has no bytes
-  }
-  text += "\n";
-  for (DWORD i = 0; RegEnumKeyA(key, i, item, sizeof item) == ERROR_SUCCESS; ++i)
-    AppendKey(text, key, item, shown + "\\" + item);
-  RegCloseKey(key);
-}
-
-std::string Classes(std::initializer_list<const char *> names) {
-  std::string text;
-  for (const char *name : names)
-    AppendKey(text, HKEY_CLASSES_ROOT, name, name);
   return text;
 }
 
@@ -132,34 +103,4 @@ TEST_CASE("a folder on everybody's desktop takes the shortcuts, and what is in i
   CHECK(DescribeLink(group + "\\A.LNK") == "C:\\Group\\a.exe||C:\\Group|C:\\Group\\a.exe,0");
   CHECK(InstallLog("C:\\Group").find("Desktop Folder Shortcut(A) -> " + group + "\\A.LNK\r\n") != std::string::npos);
   CHECK(Recorded("C:\\Group") == "~" + group + "\r\n");
-}
-
-// Which texts are kept and what goes is told by engine_AssociationsTest; here the system's own keys are asked.
-TEST_CASE("file types are the system's while the product is there, and what they were after it") {
-  PackedProduct product(ProductManifest("types"));
-  RegistryKey owned;
-  owned.Open(HandleOf(RegistryRoot::ClassesRoot), ".owned");
-  owned.WriteString("", String("%Their%File", sizeof "%Their%File"), RK_EXPAND);
-  product.Pack();
-  const auto classes = [] { return Classes({".free", ".owned", "FreeFile"}); };
-  for (int run = 1; run <= 2; ++run) {
-    CAPTURE(run);
-    product.Install();
-    CHECK(classes() == "[.free] FreeFile\n"
-                       "[.owned] FreeFile was expanding %Their%File\n"
-                       "[FreeFile] A free file\n"
-                       "[FreeFile\\DefaultIcon] C:\\Types\\a.exe,1\n"
-                       "[FreeFile\\shell] open\n"
-                       "[FreeFile\\shell\\open] &Open it\n"
-                       "[FreeFile\\shell\\open\\command] \"C:\\Types\\a.exe\" \"%1\"\n"
-                       "[FreeFile\\shell\\print] \n"
-                       "[FreeFile\\shell\\print\\command] C:\\print.exe\n");
-    CHECK(InstallLog("C:\\Types").find("Failed to associate") == std::string::npos);
-    CHECK(FileBytes("C:\\Types\\Uninstall.DAT")
-              .ends_with("\r\n\r\n[Associations]\r\n.free~!~FreeFile~!~open\r\n.owned~!~FreeFile~!~print\r\n"));
-    for (const bool of_user : {false, true})
-      CHECK(RegistryKey::SoftwareKeyExists("Maker\\Types", of_user));
-  }
-  UninstallQuietly("Types");
-  CHECK(classes() == "[.owned] expanding %Their%File\n");
 }

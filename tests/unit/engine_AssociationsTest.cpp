@@ -132,6 +132,14 @@ TEST_CASE_FIXTURE(Types, "an association holds in its language only") {
   CHECK(machine.Registry() == kNewType);
 }
 
+TEST_CASE_FIXTURE(Types, "the product's own keys are made for the machine and the user") {
+  CreateProductKeys("", notes.journal);
+  CHECK(machine.Registry() == "");
+  CreateProductKeys("Thing", notes.journal);
+  CHECK(machine.keys.count("machine\\Software\\Thing") == 1);
+  CHECK(machine.keys.count("user\\Software\\Thing") == 1);
+}
+
 TEST_CASE_FIXTURE(Types, "what the registry refuses is told, and noted for the uninstaller all the same") {
   machine.refuses_keys = true;
   Register();
