@@ -1,4 +1,5 @@
 #include <map>
+#include <optional>
 
 #include "archive/RunValues.h"
 #include "core/RunMode.h"
@@ -34,6 +35,7 @@ public:
 
 constexpr FileDate kDate{2001, 5, 17, 10, 30, 2};
 constexpr FileDate kEarlier{2001, 5, 17, 10, 30, 0};
+constexpr FileDate kLater{2001, 5, 17, 10, 30, 4};
 
 struct Case {
   Case() {
@@ -114,7 +116,7 @@ TEST_CASE("a file goes where its target, its flags and its kind say, in this ord
   CHECK(TrappedCode([&] { c.To(3, "b", "newname"); }) == 110);
 }
 
-// Whole runs show the rest: which file replaces which, how each is counted, and the shortcuts with all they hold.
+// Whole runs show the rest: how each file is counted, and the shortcuts with all they hold.
 TEST_CASE("a file that the condition keeps still goes with the product") {
   Case c;
   const auto wanted = [&](uint32_t flags, const char *path) {
@@ -132,35 +134,73 @@ TEST_CASE("a file that the condition keeps still goes with the product") {
   CHECK(c.notes.uninstall_list.text() == "C:\\App\\old\r\n");
 }
 
-TEST_CASE("fonts, files without a date that can be read and kinds without a rule are compared with what is there") {
-  const std::string replaced = "replace: f is out of date and will be replaced.\r\n";
+TEST_CASE("a file replaces another only as its condition, its version and its date allow") {
+  using Present = std::optional<PresentFile>;
+  const Present none, older = PresentFile{kEarlier, "", false}, same = PresentFile{kDate, "", false},
+                      newer = PresentFile{kLater, "", false}, dateless = PresentFile{kDate, "", true},
+                      version_11 = PresentFile{kEarlier, "0000000011.0000000000", false},
+                      newer_11 = PresentFile{kLater, "0000000011.0000000000", false};
+  const std::string replaced = "replace: f is out of date and will be replaced.\r\n",
+                    current = "skip: f is up to date.\r\n",
+                    version = "skip: f was not installed because its version is not newer.\r\n",
+                    date = "skip: f was not installed because its date is not newer.\r\n";
   const struct {
-    uint32_t kind;
+    uint32_t kind, flags;
     const char *label;
-    PresentFile present;
+    Present present;
     std::string verdict;
   } rows[] = {
-      {3, "", {kDate, "", false}, "write"},
-      {KindFont, "", {kEarlier, "", false}, replaced},
-      {KindFont, "", {kDate, "", true}, replaced},
-      {KindFont, "", {kDate, "", false}, "skip: f is up to date.\r\n"},
-      {KindSystem, "", {kDate, "", true}, "skip"},
-      {KindSystem, " \t", {kEarlier, "9", false}, replaced},
-      {KindSystemCom, "9", {kEarlier, "", false}, replaced}, // no version there
-      {KindSystemCom, "1.10", {kEarlier, "0000000001.0000000009", false}, replaced},
+      {KindProgram, 0, "", newer, "write"},
+      {KindProgram, FF_PLACE_NEVER, "", none, "skip"},
+      {KindProgram, FF_PLACE_OVER, "", none, "skip"},
+      {KindProgram, FF_PLACE_OVER, "", newer, "write"},
+      {KindProgram, FF_PLACE_NEW, "", none, "write"},
+      {KindProgram, FF_PLACE_NEW, "", older, "skip"},
+      {3, 0, "", same, "write"},
+      {KindShared, 0, "", none, "write"},
+      {KindShared, 0, "", older, replaced},
+      {KindShared, 0, "", same, current},
+      {KindShared, 0, "", newer, current},
+      {KindShared, FF_PLACE_NEW, "", older, "skip"},
+      {KindFont, 0, "", none, "write"},
+      {KindFont, 0, "", older, replaced},
+      {KindFont, 0, "", dateless, replaced},
+      {KindFont, 0, "", same, current},
+      {KindSystem, 0, "", none, "write"},
+      {KindSystem, 0, "", older, replaced},
+      {KindSystem, 0, "", same, date},
+      {KindSystem, 0, "", dateless, "skip"},
+      {KindSystem, 0, " \t", version_11, replaced},
+      {KindSystem, 0, "12", older, replaced}, // without a version there is nothing to compare
+      {KindSystem, 0, "11.0", version_11, version},
+      {KindSystem, 0, "10.9", version_11, version},
+      {KindSystem, 0, "11", version_11, version},
+      {KindSystem, 0, "11.0.0", version_11, replaced},
+      {KindSystem, 0, "11.0a", version_11, replaced},
+      {KindSystem, 0, "12", newer_11, date},
+      {KindSystemCom, 0, "11.1", version_11, replaced},
   };
   Case c;
   for (const auto &row : rows) {
-    CAPTURE(row.kind);
-    CAPTURE(row.verdict);
-    c.machine.files["f"] = row.present;
+    CAPTURE(&row - rows);
+    c.machine.files.clear();
+    if (row.present)
+      c.machine.files["f"] = *row.present;
     c.record.dest_kind = row.kind;
+    c.record.file_flags = row.flags;
     c.record.label = row.label;
     CHECK(c.Verdict() == row.verdict);
   }
-  c.machine.files.clear();
-  c.record.dest_kind = KindFont;
-  CHECK(c.Verdict() == "write");
+}
+
+TEST_CASE("without a date a shared file replaces what is there, and a system file does not") {
+  Case c;
+  c.record.date = {};
+  c.machine.files["f"] = {kLater, "", false};
+  c.record.dest_kind = KindShared;
+  CHECK(c.Verdict() == "replace: f is out of date and will be replaced.\r\n");
+  c.record.dest_kind = KindSystem;
+  CHECK(c.Verdict() == "skip: f was not installed because its date is not newer.\r\n");
 }
 
 TEST_CASE("shortcuts are noted for programs that ask and for every startup file") {
