@@ -266,7 +266,8 @@ void Installation::Run(const String &run_after) {
 } // namespace
 
 void RunInstallation(DiskFile &own_file, const String &run_after) {
-  Installation(own_file).Run(run_after);
+  static Installation run(own_file); // the code that reaches its fields is shorter than for one on the stack
+  run.Run(run_after);
 }
 
 } // namespace korb

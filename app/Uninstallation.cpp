@@ -303,7 +303,8 @@ void Uninstallation::Run() {
 } // namespace
 
 void RunUninstall(const String &name) {
-  Uninstallation(name).Run();
+  static Uninstallation run(name); // the code that reaches its fields is shorter than for one on the stack
+  run.Run();
 }
 
 } // namespace korb

@@ -39,15 +39,17 @@ void ShowLog(const String &path) {
 
 void WriteInstallLog(const InstallConfig &config, const InstallNotes &notes, bool is_reinstall, bool show_result) {
   const String path = InstallLogPath(notes.uninstall_dir);
-  Journal journal = notes.journal;
-  const bool had_no_errors = journal.error_report.is_empty();
+  String report = notes.journal.error_report;
+  const bool had_no_errors = report.is_empty();
   bool view_log = false;
   if (show_result && had_no_errors)
-    TellSuccess(journal.error_report);
+    TellSuccess(report);
   else if (show_result)
     view_log = OfferLog(path);
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(path, InstallLogBlock(config.version, is_reinstall, journal, Now())) && view_log;
+    view_log =
+        AppendToFile(path, InstallLogBlock(config.version, is_reinstall, report, notes.journal.log_text, Now())) &&
+        view_log;
   if (view_log)
     ShowLog(path);
 }

@@ -5,7 +5,8 @@
 namespace korb {
 
 /// Nothing long goes through a format, which has an end.
-String InstallLogBlock(const String &version, bool is_reinstall, const Journal &journal, const DateTime &now) {
+String InstallLogBlock(const String &version, bool is_reinstall, const String &report, const String &log_text,
+                       const DateTime &now) {
   String text("\r\nInstallation log for: ");
   text += ProductName;
   text += "\r\nInstall date: ";
@@ -18,11 +19,11 @@ String InstallLogBlock(const String &version, bool is_reinstall, const Journal &
   if (!IsBlank(version))
     text.append_format("Product version: %s\r\n", version);
   text += "\r\n";
-  if (!IsBlank(journal.log_text)) {
-    text += journal.log_text;
+  if (!IsBlank(log_text)) {
+    text += log_text;
     text += "\r\n";
   }
-  text += journal.error_report;
+  text += report;
   return text;
 }
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "core/Date.h"
-#include "engine/Journal.h"
+#include "core/String.h"
 
 namespace korb {
 
-/// The block of one run: who, when, where, then what `journal` holds. `version` is the product's, or blank.
-String InstallLogBlock(const String &version, bool is_reinstall, const Journal &journal, const DateTime &now);
+/// The block of one run: who, when, where, then `log_text` and `report`, which tells how it ended.
+/// `version` is the product's, or blank.
+String InstallLogBlock(const String &version, bool is_reinstall, const String &report, const String &log_text,
+                       const DateTime &now);
 
 } // namespace korb

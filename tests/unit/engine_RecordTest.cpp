@@ -80,7 +80,7 @@ TEST_CASE("a log tells of a run without an uninstaller and without lines of its 
   ProductName = "Thing";
   InstallDir = "C:\\Thing";
   InstallFlags = 0;
-  CHECK(InstallLogBlock("", true, {"Done\r\n\r\n", ""}, DateTime::from({2001, 5, 7, 15, 4, 9})) ==
+  CHECK(InstallLogBlock("", true, "Done\r\n\r\n", "", DateTime::from({2001, 5, 7, 15, 4, 9})) ==
         "\r\nInstallation log for: Thing\r\nInstall date: 7-May-2001 3:04:09p\r\nInstall location: C:\\Thing\r\n"
         "Installer version: 11.0\r\n\r\nDone\r\n\r\n");
 }
