@@ -53,7 +53,7 @@ bool AcceptsRoom(const Vector<int32_t> &sizes) {
   const int64_t room = DriveFreeBytes(InstallDir);
   return need < room ||
          AskYesNo(str_format(TextLookup(kTextDiskSpace), FormatByteSize(need), drive, FormatByteSize(room)),
-                  kTextProductCaption, MB_ICONSTOP);
+                  kTextProductCaption, BoxIcon::Stop);
 }
 
 bool MakeDirectory() {
@@ -73,7 +73,7 @@ bool AcceptsDirectory(const Vector<int32_t> &sizes) {
   const bool exists = QuietDirectoryExists(InstallDir);
   if (HasInstallFlag(IF_CONFIRM_DIRECTORY) &&
       !AskYesNo(str_format(TextLookup(exists ? kTextDirectoryExists : kTextDirectoryMissing), InstallDir),
-                kTextDirectoryCaption, MB_ICONQUESTION))
+                kTextDirectoryCaption))
     return false;
   return exists || MakeDirectory();
 }
@@ -82,7 +82,7 @@ bool AcceptsDirectory(const Vector<int32_t> &sizes) {
 
 void AskDirectory(const Vector<int32_t> &sizes) {
   do {
-    if (!ChooseDirectory())
+    if (!ChooseDirectory(InstallDir))
       CancelInstall();
     InstallDir.trim();
   } while (!AcceptsDirectory(sizes));

@@ -4,8 +4,6 @@
 #include "core/Failure.h"
 #include "core/RunValues.h"
 #include "core/Windows.h"
-#include "engine/RunLists.h"
-#include "engine/Version.h"
 #include "format/Texts.h"
 #include "system/OsIdentity.h"
 #include "ui/Questions.h"
@@ -21,16 +19,8 @@ namespace {
   ExitInstaller();
 }
 
-/// How the question before a reinstallation begins.
-TextNumber ReinstallText(const String &earlier_version) {
-  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || earlier_version.is_empty() || Version.is_empty())
-    return kTextReinstallInstalled;
-  const int32_t order = CompareVersions(earlier_version, Version);
-  return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
-}
-
-bool AgreesToReinstall(const EarlierInstallation &earlier) {
-  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(ReinstallText(earlier.version)), earlier.location,
+bool AgreesToReinstall(const EarlierInstallation &earlier, const String &version) {
+  const String question = str_format("%s\r\n%s\r\n\r\n%s", TextLookup(earlier.ReinstallText(version)), earlier.location,
                                      TextLookup(kTextReinstallQuestion));
   return AskYesNo(question, kTextReinstallCaption);
 }
@@ -56,17 +46,17 @@ void RequireMasterProduct(InstallConfig &config) {
     Refuse(TextLookup(kTextMasterMissing), name);
 }
 
-void DecideOnReinstall(const EarlierInstallation &earlier) {
+bool DecideOnReinstall(const EarlierInstallation &earlier, const String &version) {
   if (!earlier.is_there)
-    return;
+    return false;
   if (HasInstallFlag(IF_REFUSE_REINSTALL)) {
     AutomaticMode = false; // whoever started this must learn why nothing comes of it
     Refuse("%s", TextLookup(kTextReinstallRefused));
   }
-  if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier))
+  if (!AutomaticMode && !HasInstallFlag(IF_NO_REINSTALL_QUESTION) && !AgreesToReinstall(earlier, version))
     ExitInstaller();
-  IsReinstall = true;
   InstallDir = earlier.location;
+  return true;
 }
 
 } // namespace korb

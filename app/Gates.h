@@ -15,7 +15,8 @@ void RefusePlatform(const InstallConfig &config);
 /// "<master>".
 void RequireMasterProduct(InstallConfig &config);
 /// What is to happen with an earlier installation that is still there: refuses with IF_REFUSE_REINSTALL, asks, or takes
-/// it without asking. When this returns with one, IsReinstall is set and InstallDir is its directory.
-void DecideOnReinstall(const EarlierInstallation &earlier);
+/// it without asking. True when the run is a reinstall: InstallDir is then its
+/// directory. `version` is this product's, or empty.
+bool DecideOnReinstall(const EarlierInstallation &earlier, const String &version);
 
 } // namespace korb

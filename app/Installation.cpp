@@ -18,16 +18,13 @@
 #include "engine/Associations.h"
 #include "engine/FileError.h"
 #include "engine/InstallLog.h"
+#include "engine/InstallNotes.h"
 #include "engine/InstalledProduct.h"
 #include "engine/OldFiles.h"
 #include "engine/PlaceFiles.h"
-#include "engine/RecordNames.h"
-#include "engine/RunLists.h"
 #include "engine/SelfRegistration.h"
 #include "engine/SharedFiles.h"
 #include "engine/Shortcuts.h"
-#include "engine/UninstallData.h"
-#include "engine/UninstallList.h"
 #include "engine/Uninstaller.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
@@ -48,11 +45,15 @@ namespace korb {
 
 namespace {
 
-/// What passes between the phases and is nobody else's.
+/// An installation as its phases. One that is a single call stands in Run as that call, which shows what it is given;
+/// a longer one is a method of its own.
 class Installation {
 public:
   explicit Installation(DiskFile &own_file) : file_(own_file) {}
 
+  [[noreturn]] void Run(const String &run_after);
+
+private:
   void ReadArchive();
   void FindEarlierInstallation();
   void ShowPages();
@@ -60,21 +61,25 @@ public:
   void OpenProgress();
   void GatherPayload();
   void MakeUninstallDirectory();
-  void PlaceAllFiles();
   void NameUninstaller();
+  void SaveBackground();
+  void EditSearchPath();
   void LeaveUninstaller();
+  void LeaveUninstallData();
+  void RunInstallBatch(const String &script, uint64_t hide);
   void Wait() { WaitPhase(config_.min_phase_ms); }
-  InstallConfig &config() { return config_; }
-  const EarlierInstallation &earlier() const { return earlier_; }
+  void RemoveEmptyDirectories();
+  [[noreturn]] void End(bool restart, const String &run_after);
 
-private:
   DiskArchiveFile file_;
   ArchiveCursor cursor_;
   ArchiveHeader header_;
   ArchiveLocation location_;
-  InstallConfig config_;
+  String payload_;           // holds the payload when it does not stay in the loaded image
+  String uninstaller_image_; // the executable without its archive, which becomes the product's uninstaller
   EarlierInstallation earlier_;
-  String payload_; // holds the payload when it does not stay in the loaded image
+  InstallNotes notes_;
+  InstallConfig config_;
 };
 
 /// The uninstaller's image is made although most runs may never write it: a file that is cut off must end the run
@@ -83,11 +88,17 @@ void Installation::ReadArchive() {
   location_ = LocateArchive(file_);
   cursor_ = SectionCursor(location_, OwnImage());
   ReadArchiveHeader(cursor_, header_);
-  MachineConfigHost host;
+  config_.looks = SystemLooks();
+  MachineConfigHost host(config_.looks);
   MemoryStream stream;
   DecodeConfig(cursor_, header_, stream, host);
   ReadConfigStream(stream, location_.file_size, host, config_);
-  BuildUninstallerImage(file_, location_, header_, config_, UninstallerImage);
+  BuildUninstallerImage(file_, location_, header_, config_, uninstaller_image_);
+}
+
+void UseLanguage(int32_t language) {
+  LanguageIndex = language;
+  ShowMainTitle();
 }
 
 void Installation::FindEarlierInstallation() {
@@ -107,8 +118,6 @@ void Installation::ShowPages() {
 /// A silent run, and an archive that asks for no dialog, take the directory as it comes: whether it can be made shows
 /// in the first file.
 void Installation::SettleDirectory() {
-  if (IsReinstall)
-    return;
   if (InstallDir.is_empty())
     InstallDir = config_.default_install_dir;
   if (AutomaticMode || !HasInstallFlag(IF_ASK_DIRECTORY))
@@ -117,10 +126,15 @@ void Installation::SettleDirectory() {
     AskDirectory(header_.sizes);
 }
 
+/// Whether a batch could be run is its author's business: no report tells the user. The log does, but for the last one,
+/// as it is written by then.
+void Installation::RunInstallBatch(const String &script, uint64_t hide) {
+  RunBatch(InstallDir, script, HasInstallFlag(hide), notes_.journal.log_text);
+}
+
 void Installation::OpenProgress() {
   CreateProgressDialog();
   SetStep(kTextStepPayload, 2);
-  ErrorReport.clear();
 }
 
 void Installation::GatherPayload() {
@@ -131,46 +145,42 @@ void Installation::GatherPayload() {
 }
 
 void Installation::MakeUninstallDirectory() {
-  UninstallDir = PathJoin(InstallDir, UninstallSubdir);
-  if (!UninstallSubdir.is_empty())
-    CreateDirectoryTree(UninstallDir);
-}
-
-void Installation::PlaceAllFiles() {
-  PlaceFiles(cursor_, header_.sizes);
+  notes_.uninstall_dir = PathJoin(InstallDir, config_.uninstall_subdir);
+  if (!config_.uninstall_subdir.is_empty())
+    CreateDirectoryTree(notes_.uninstall_dir);
 }
 
 /// Shortcuts to the uninstaller are made long before it is written.
 void Installation::NameUninstaller() {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
-  UninstallerPath = PathJoin(UninstallDir, config_.uninstaller_name);
-  UninstallCommand = "/u:\"" + config_.uninstall_name + "\"";
+  notes_.uninstaller_path = PathJoin(notes_.uninstall_dir, config_.uninstaller_name);
+  notes_.uninstall_command = "/u:\"" + config_.uninstall_name + "\"";
+}
+
+/// Listed for removal even where it can't be written: an earlier installation may have left one there.
+void Installation::SaveBackground() {
+  if (BackgroundImage.is_empty() || !HasInstallFlag(IF_BACKGROUND_BITMAP))
+    return;
+  const String path = BackgroundBitmapPath(notes_.uninstall_dir);
+  BackgroundImage.save(path);
+  notes_.uninstall_list.AddUninstallEntry(path, kUninstallFile);
+}
+
+void Installation::EditSearchPath() {
+  if (HasInstallFlag(IF_EDIT_PATH))
+    notes_.journal.error_report += EditAutoexecPath(true);
 }
 
 void Installation::LeaveUninstaller() {
   if (HasInstallFlag(IF_UNINSTALL))
-    WriteUninstaller(config_);
+    WriteUninstaller(config_, uninstaller_image_, notes_);
 }
 
-void LeaveUninstallData() {
-  if (HasInstallFlag(IF_UNINSTALL) && !WriteUninstallData())
-    AppendFileError(ErrorReport, UninstallDataPath());
-}
-
-/// Listed for removal even where it can't be written: an earlier installation may have left one there.
-void SaveBackground() {
-  if (BackgroundImage.is_empty() || !HasInstallFlag(IF_BACKGROUND_BITMAP))
-    return;
-  const String path = BackgroundBitmapPath();
-  BackgroundImage.save(path);
-  AddUninstallEntry(path, kUninstallFile);
-}
-
-/// Whether a batch could be run is its author's business: no report tells the user. The log does, but for the last one,
-/// as it is written by then.
-void RunInstallBatch(const String &script, uint64_t hide) {
-  RunBatch(InstallDir, script, HasInstallFlag(hide), LogText);
+void Installation::LeaveUninstallData() {
+  if (HasInstallFlag(IF_UNINSTALL) &&
+      !WriteUninstallData(notes_.uninstall_dir, notes_.uninstall_list, notes_.association_lines))
+    AppendFileError(notes_.journal.error_report, UninstallDataPath(notes_.uninstall_dir));
 }
 
 bool AskForRestart() {
@@ -179,74 +189,82 @@ bool AskForRestart() {
   return AutomaticMode || AskYesNo(TextLookup(kTextRebootQuestion), kTextProductCaption);
 }
 
-void RemoveEmptyDirectories() {
+void Installation::RemoveEmptyDirectories() {
   RemoveEmptyDirectory(CommonDir);
-  RemoveEmptyDirectory(UninstallDir);
+  RemoveEmptyDirectory(notes_.uninstall_dir);
   RemoveEmptyDirectory(InstallDir);
+}
+
+void Installation::End(bool restart, const String &run_after) {
+  if (restart)
+    ExitSystem(kExitRestart, false);
+  else if (notes_.journal.error_report.is_empty() && !run_after.is_empty())
+    RunProcess(run_after, RP_NONE, nullptr);
+  ExitInstaller();
+}
+
+/// The order of the phases is the contract of this system: archives, uninstallers and authors' batches rely on what is
+/// there at which moment.
+void Installation::Run(const String &run_after) {
+  ReadArchive();
+  ChooseLanguage(UseLanguage);
+  ShowMainTitle();
+  RefuseExpired(config_);
+  RefusePlatform(config_);
+  RequireMasterProduct(config_);
+  FindEarlierInstallation();
+  if (!AutomaticMode && RunNotice())
+    ExitInstaller();
+  ShowPages();
+  const bool is_reinstall = DecideOnReinstall(earlier_, config_.version);
+  if (!is_reinstall)
+    SettleDirectory();
+  RunInstallBatch(config_.pre_install_batch, IF_HIDE_PRE_BATCH);
+
+  // From here on the user is asked before a cancel, and nothing that is done is undone.
+  OpenProgress();
+  GatherPayload();
+  MakeUninstallDirectory();
+  DeleteOldFiles(config_.deletions, notes_.journal);
+  PlaceFiles(cursor_, header_.sizes, notes_);
+  CountSharedFiles(notes_, earlier_.shared_files, is_reinstall);
+  RegisterComFiles(notes_.com_file_list, notes_.journal.log_text);
+  Wait();
+
+  SetStep(kTextStepShortcuts, 90);
+  NameUninstaller();
+  AddUninstallerShortcut(notes_);
+  const bool desktop_shortcut_made = MakeShortcuts(config_, notes_);
+  SetProgress(95);
+  Wait();
+
+  SaveBackground();
+  CreateProductKeys(config_.product_registry, notes_.journal);
+  RegisterAssociations(config_.associations, notes_);
+  EditSearchPath();
+  LeaveUninstaller();
+  Wait();
+
+  SetStep(kTextStepRecord, 100);
+  LeaveUninstallData();
+  RunInstallBatch(config_.post_install_batch, IF_HIDE_POST_BATCH);
+  if (desktop_shortcut_made)
+    TellShellOfShortcuts(config_);
+  Wait();
+  DestroyProgressDialog();
+
+  WriteInstallLog(config_, notes_, is_reinstall, true);
+  const bool restart = AskForRestart();
+  RunInstallBatch(config_.final_batch, IF_HIDE_FINAL_BATCH);
+  RemoveEmptyDirectories();
+  End(restart, run_after);
 }
 
 } // namespace
 
-/// The order of the phases is the contract of this system: archives, uninstallers and authors' batches rely on what is
-/// there at which moment.
 void RunInstallation(DiskFile &own_file, const String &run_after) {
-  Installation run(own_file);
-  InstallConfig &config = run.config();
-  run.ReadArchive();
-
-  ChooseLanguage();
-  ShowMainTitle();
-  RefuseExpired(config);
-  RefusePlatform(config);
-  RequireMasterProduct(config);
-  run.FindEarlierInstallation();
-  if (!AutomaticMode && RunNotice())
-    ExitInstaller();
-  run.ShowPages();
-  DecideOnReinstall(run.earlier());
-  run.SettleDirectory();
-  RunInstallBatch(config.pre_install_batch, IF_HIDE_PRE_BATCH);
-
-  // From here on the user is asked before a cancel, and nothing that is done is undone.
-  run.OpenProgress();
-  run.GatherPayload();
-  run.MakeUninstallDirectory();
-  DeleteOldFiles(config.deletions);
-  run.PlaceAllFiles();
-  CountSharedFiles();
-  RegisterComFiles();
-
-  run.Wait();
-  SetStep(kTextStepShortcuts, 90);
-  run.NameUninstaller();
-  AddUninstallerShortcut();
-  MakeShortcuts(config);
-  SetProgress(95);
-  run.Wait();
-
-  SaveBackground();
-  CreateProductKeys(config.product_registry);
-  RegisterAssociations(config.associations);
-  if (HasInstallFlag(IF_EDIT_PATH))
-    ErrorReport += EditAutoexecPath(true);
-  run.LeaveUninstaller();
-  run.Wait();
-  SetStep(kTextStepRecord, 100);
-  LeaveUninstallData();
-  RunInstallBatch(config.post_install_batch, IF_HIDE_POST_BATCH);
-  TellShellOfShortcuts(config);
-  run.Wait();
-  DestroyProgressDialog();
-
-  WriteInstallLog(IsReinstall, true, ErrorReport);
-  const bool restart = AskForRestart();
-  RunInstallBatch(config.final_batch, IF_HIDE_FINAL_BATCH);
-  RemoveEmptyDirectories();
-  if (restart)
-    ExitSystem(kExitRestart, false);
-  else if (ErrorReport.is_empty() && !run_after.is_empty())
-    RunProcess(run_after, RP_NONE, nullptr);
-  ExitInstaller();
+  static Installation run(own_file); // the code that reaches its fields is shorter than for one on the stack
+  run.Run(run_after);
 }
 
 } // namespace korb

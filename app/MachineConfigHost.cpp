@@ -11,7 +11,7 @@
 namespace korb {
 
 void MachineConfigHost::CreateMainWindow() {
-  korb::CreateMainWindow(InstanceHandle, nullptr);
+  korb::CreateMainWindow(InstanceHandle, nullptr, looks_);
 }
 
 String MachineConfigHost::CommonFilesFolder() {

@@ -1,11 +1,10 @@
 #include "app/CommandLine.h"
 #include "app/FailureTexts.h"
 #include "app/Installation.h"
+#include "app/Uninstallation.h"
 #include "core/Failure.h"
 #include "core/RunValues.h"
 #include "core/Windows.h"
-#include "engine/RemoveSelf.h"
-#include "engine/Uninstall.h"
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
 #include "system/OsIdentity.h"
@@ -20,18 +19,11 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
   InitPaths();
   InstanceHandle = instance;
   OsNameInTexts = OsDisplayName();
-  // The archive may bring its own.
-  TitleColor = GetSysColor(COLOR_WINDOWTEXT);
-  TopColor = GetSysColor(COLOR_WINDOW);
-  MonoColor = true;
 
   CommandLine options;
   ParseCommandLine(arguments, options);
-  if (UninstallMode) {
-    if (RunUninstall(options.uninstall_name))
-      RemoveSelf();
-    ExitInstaller();
-  }
+  if (UninstallMode)
+    RunUninstall(options.uninstall_name);
   const String own_path = OwnPath(GetCommandLineA());
   DiskFile own_file;
   if (own_file.Open(own_path, DF_READ_SHARED, FILE_ATTRIBUTE_NORMAL) != OPEN_OK)

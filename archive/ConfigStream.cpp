@@ -97,7 +97,7 @@ void ConfigReader::ReadProduct() {
 
   Text(config_.default_install_dir);
   SettleInstallDir();
-  Text(Version);
+  Text(config_.version);
   Text(config_.product_registry);
 }
 
@@ -129,7 +129,7 @@ void ConfigReader::SettleInstallDir() {
 }
 
 void ConfigReader::ReadUninstallNames() {
-  Text(UninstallSubdir);
+  Text(config_.uninstall_subdir);
   Text(config_.volume_base_name);
   if (IsBlank(config_.volume_base_name))
     CorruptInstaller(DamageCode::VolumeName);
@@ -140,20 +140,21 @@ void ConfigReader::ReadUninstallNames() {
 }
 
 void ConfigReader::ReadBackground() {
+  Looks &looks = config_.looks;
   const uint32_t title_color = static_cast<uint32_t>(Int());
   if (HasInstallFlag(IF_CUSTOM_COLORS)) {
-    TitleColor = title_color;
-    TopColor = static_cast<uint32_t>(Int());
-    BottomColor = static_cast<uint32_t>(Int());
-    if (TopColor != BottomColor)
-      MonoColor = false;
+    looks.title_color = title_color;
+    looks.top_color = static_cast<uint32_t>(Int());
+    looks.bottom_color = static_cast<uint32_t>(Int());
+    if (looks.top_color != looks.bottom_color)
+      looks.mono_color = false;
   } else {
     stream_.Skip(8);
   }
-  TitleShadow = Byte();
+  looks.title_shadow = Byte();
   const int32_t size = Int();
   if (size > 0) {
-    TitleColor = title_color; // chosen for the picture, so it holds without colours too
+    looks.title_color = title_color; // chosen for the picture, so it holds without colours too
     String bitmap;
     stream_.ReadBytes(bitmap, size);
     host_.LoadBackground(bitmap);

@@ -48,17 +48,29 @@ inline constexpr const char *TypeName<FileAssociation> = "FileAssociation";
 template <>
 inline constexpr const char *TypeName<UninstallData> = "UninstallData";
 
+/// What the background window is painted with. Colours are 0x00BBGGRR.
+struct Looks {
+  uint32_t title_color = 0;
+  uint32_t top_color = 0;
+  uint32_t bottom_color = 0;
+  bool mono_color = true;   ///< one plain colour, top_color; kept apart, since bottom_color may never be read
+  uint8_t title_shadow = 1; ///< distance of the title's shadow in pixels
+};
+
 /// The configuration's fields in their order.
 struct InstallConfig {
   uint16_t min_phase_ms = 0;   ///< shortest time that a phase of the progress dialog stays readable, milliseconds
   uint8_t shortcut_mode = 0;   ///< kShortcutsForAllUsers, else the current user
   FileDate uninstaller_date{}; ///< given to the uninstaller file
+  Looks looks;                 ///< as they were before, where the archive has none of its own
   String publisher;
   String product_start_menu;  ///< start menu group
   String default_install_dir; ///< absolute, or "<master>"
+  String version;             ///< dotted, may be empty
   String product_registry;    ///< key path that the product owns, may be empty
   Array<String> license_pages;
   Array<String> readme_pages;
+  String uninstall_subdir; ///< directory of the uninstaller, relative to InstallDir, may be empty
   String volume_base_name; ///< never blank
   String uninstaller_name; ///< file name
   String uninstall_name;   ///< key name under the system's Uninstall key; never blank unless ProductName is

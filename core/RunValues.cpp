@@ -6,16 +6,8 @@ namespace korb {
 
 uint64_t InstallFlags = 0;
 String ProductName;
-String Version;
 String InstallDir;
 String CommonDir;
-String UninstallSubdir;
-String UninstallerImage;
-uint32_t TitleColor = 0;
-uint32_t TopColor = 0;
-uint32_t BottomColor = 0;
-bool MonoColor = true;
-uint8_t TitleShadow = 1;
 Array<Array<String>> TextTable;
 Array<String> LanguageNames;
 int32_t LanguageIndex = 0;
@@ -24,11 +16,8 @@ void ResetRunValues() {
   AutomaticMode = false;
   UninstallMode = false;
   InstallFlags = 0;
-  for (String *text : {&ProductName, &Version, &InstallDir, &CommonDir, &UninstallSubdir, &UninstallerImage})
+  for (String *text : {&ProductName, &InstallDir, &CommonDir})
     text->clear();
-  TitleColor = TopColor = BottomColor = 0;
-  MonoColor = true;
-  TitleShadow = 1;
   TextTable.clear();
   LanguageNames.clear();
   LanguageIndex = 0;

@@ -2,7 +2,7 @@
 //
 // An installation takes them from its command line (ParseCommandLine), then from its archive (DecodeConfig,
 // ReadConfigStream), then from its user. An uninstall run takes them from its command line and from what the
-// installation left in the product's key (engine/Uninstall.cpp). What only passes from one phase to the next is no such
+// installation left in the product's key (app/Uninstallation.cpp). What only passes from one phase to the next is no such
 // value.
 //
 // A run has one of each, and ends with its process. Whoever reads several archives in one process calls ResetRunValues
@@ -17,8 +17,7 @@
 
 namespace korb {
 
-// ---- What kind of run this is
-// -------------------------------------------------------------------------------------------
+// ---- What kind of run this is ---------------------------------------------------------------------------------------
 
 /// Names this program in the report of a registry key that can't be opened, which may come before any product is known.
 inline constexpr char ApplicationName[] = "KORB Installer";
@@ -47,51 +46,27 @@ extern uint64_t InstallFlags;
   return (InstallFlags & flags) != 0;
 }
 
-// ---- The product and its places
-// -----------------------------------------------------------------------------------------
+// ---- The product and its places -------------------------------------------------------------------------------------
 
 /// The product as the user knows it: by /n:, else by ReadConfigStream. An uninstall run takes the recorded name, and
 /// that of its command line where none is.
 extern String ProductName;
-/// Dotted product version, may be empty. By ReadConfigStream; an uninstall run has none.
-extern String Version;
 
 /// Where the product goes: by /d:, else the archive's default, taken once the archive is read. A reinstallation then
-/// takes the earlier one's place, the directory's dialog what the user typed, and the directory phase, after which it
-/// is settled, trims it. An uninstall run takes what was recorded.
+/// takes the earlier one's place, and the directory phase what the user typed, trimmed, after which it is settled. An uninstall run takes what was recorded.
 extern String InstallDir;
 /// Directory for files that products share; empty without IF_UNINSTALL. Settled by ReadConfigStream; an uninstall run
 /// takes what was recorded, once its user has agreed.
 extern String CommonDir;
-/// Directory of the uninstaller, relative to InstallDir, may be empty. By ReadConfigStream, or as recorded.
-extern String UninstallSubdir;
 
-/// The executable without its archive, which is written as the product's uninstaller. Filled by BuildUninstallerImage
-/// once the configuration is read; an uninstall run has none.
-extern String UninstallerImage;
-
-// ---- What the background looks like, colours 0x00BBGGRR
-// -----------------------------------------------------------------
-
-// The entry point fills TitleColor and TopColor with the system's window colours. ReadConfigStream replaces what the
-// archive brings, an uninstall run what was recorded. They are read whenever the window is painted.
-extern uint32_t TitleColor;
-extern uint32_t TopColor;
-extern uint32_t BottomColor;
-/// One plain colour, TopColor, instead of a gradient. Kept apart from the colours, since BottomColor may never be read.
-extern bool MonoColor;
-/// Distance of the title's shadow in pixels.
-extern uint8_t TitleShadow;
-
-// ---- Texts and languages
-// ------------------------------------------------------------------------------------------------
+// ---- Texts and languages --------------------------------------------------------------------------------------------
 
 /// Every text by number (outer) and language (inner). By ReadConfigStream; an uninstall run has those of Uninstall.DAT,
 /// in language 0 alone. Look texts up through TextLookup, which puts the names into a text at its first lookup.
 extern Array<Array<String>> TextTable;
 /// Names of the archive's languages in its order, by ReadConfigStream; empty in an uninstall run.
 extern Array<String> LanguageNames;
-/// The language in force. ReadConfigStream takes the default one, the language's dialog each one that is looked at.
+/// The language in force. ReadConfigStream takes the default one, then the choice of the language settles it.
 extern int32_t LanguageIndex;
 
 /// Makes all of them what they are at the start of a process.

@@ -1,8 +1,6 @@
 #include "engine/Associations.h"
 
 #include "core/RunValues.h"
-#include "engine/RecordNames.h"
-#include "engine/RunLists.h"
 #include "format/Record.h"
 #include "registry/RegistryKey.h"
 #include "system/PathVariables.h"
@@ -102,7 +100,11 @@ const char *LanguageName() {
 
 } // namespace
 
-void CreateProductKeys(const String &product_registry) {
+String BackupValueName() {
+  return ProductName + " Backup";
+}
+
+void CreateProductKeys(const String &product_registry, Journal &journal) {
   if (product_registry.is_empty())
     return;
   RegistryKey machine;
@@ -110,10 +112,10 @@ void CreateProductKeys(const String &product_registry) {
   const bool machine_opened = machine.OpenSoftware(product_registry, false) != KEY_NOT_OPENED;
   const bool user_opened = user.OpenSoftware(product_registry, true) != KEY_NOT_OPENED;
   if (!machine_opened || !user_opened)
-    ErrorReport.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
+    journal.error_report.append_format("Error creating registry keys:\r\n%s\r\n\r\n", product_registry);
 }
 
-void RegisterAssociations(Vector<FileAssociation> &associations) {
+void RegisterAssociations(Vector<FileAssociation> &associations, InstallNotes &notes) {
   AssociationWriter writer;
   for (int32_t i = 0; i < associations.count; ++i) {
     FileAssociation &record = associations.at(i);
@@ -122,9 +124,9 @@ void RegisterAssociations(Vector<FileAssociation> &associations) {
     if (!writer.FindClass(record))
       continue;
     const bool associated = writer.WriteClass(record);
-    AssociationLines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
+    notes.association_lines.append_format(kAssociationFormat, record.extension, record.file_class, record.verb);
     if (!associated)
-      ErrorReport.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
+      notes.journal.error_report.append_format("Failed to associate file type:  \"%s\".\r\n\r\n", record.extension);
   }
 }
 

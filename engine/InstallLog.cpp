@@ -2,7 +2,8 @@
 
 #include "core/Clock.h"
 #include "core/RunValues.h"
-#include "engine/RecordNames.h"
+#include "engine/InstallLogBlock.h"
+#include "engine/UninstallRecord.h"
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
 #include "files/WholeFile.h"
@@ -16,9 +17,9 @@ namespace korb {
 namespace {
 
 /// True when the user wants to see the log.
-bool OfferLog() {
+bool OfferLog(const String &path) {
   return !AutomaticMode &&
-         AskYesNo(str_format(TextLookup(kTextLogQuestion), InstallLogPath()), kTextLogCaption, MB_ICONINFORMATION);
+         AskYesNo(str_format(TextLookup(kTextLogQuestion), path), kTextLogCaption, BoxIcon::Information);
 }
 
 void TellSuccess(String &report) {
@@ -29,25 +30,28 @@ void TellSuccess(String &report) {
   report += "\r\n\r\n";
 }
 
-void ShowLog() {
-  const String path = InstallLogPath();
+void ShowLog(const String &path) {
   if (!ShellOpen(path))
     RunProcess("notepad.exe " + path, RP_NONE, nullptr);
 }
 
 } // namespace
 
-void WriteInstallLog(bool is_reinstall, bool show_result, String report) {
+void WriteInstallLog(const InstallConfig &config, const InstallNotes &notes, bool is_reinstall, bool show_result) {
+  const String path = InstallLogPath(notes.uninstall_dir);
+  String report = notes.journal.error_report;
   const bool had_no_errors = report.is_empty();
   bool view_log = false;
   if (show_result && had_no_errors)
     TellSuccess(report);
   else if (show_result)
-    view_log = OfferLog();
+    view_log = OfferLog(path);
   if (!had_no_errors || HasInstallFlag(IF_ALWAYS_LOG))
-    view_log = AppendToFile(InstallLogPath(), InstallLogBlock(is_reinstall, report, Now())) && view_log;
+    view_log =
+        AppendToFile(path, InstallLogBlock(config.version, is_reinstall, report, notes.journal.log_text, Now())) &&
+        view_log;
   if (view_log)
-    ShowLog();
+    ShowLog(path);
 }
 
 } // namespace korb

@@ -1,17 +1,14 @@
 // Install.LOG, and how an installation ends for its user.
 #pragma once
 
-#include "core/Date.h"
-#include "core/String.h"
+#include "archive/InstallConfig.h"
+#include "engine/InstallNotes.h"
 
 namespace korb {
 
-/// The block of one run: who, when, where, then LogText and `report`, which tells how it ended.
-String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &now);
-
 /// Tells the user how the run ended, which with `show_result` opens a box unless AutomaticMode is on, and appends the
-/// run's block to the log when `report` is not empty or IF_ALWAYS_LOG is set. The user is asked before that whether to
-/// see the log; one that could not be written is not shown.
-void WriteInstallLog(bool is_reinstall, bool show_result, String report);
+/// run's block to the log, beside the uninstaller, when there are errors or IF_ALWAYS_LOG is set. The user is asked
+/// before that whether to see the log; one that could not be written is not shown.
+void WriteInstallLog(const InstallConfig &config, const InstallNotes &notes, bool is_reinstall, bool show_result);
 
 } // namespace korb

@@ -1,12 +1,12 @@
-#include "core/RunValues.h"
-#include "engine/InstallLog.h"
+#include "engine/InstallLogBlock.h"
 
-#include "engine/RunLists.h"
+#include "core/RunValues.h"
 
 namespace korb {
 
 /// Nothing long goes through a format, which has an end.
-String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &now) {
+String InstallLogBlock(const String &version, bool is_reinstall, const String &report, const String &log_text,
+                       const DateTime &now) {
   String text("\r\nInstallation log for: ");
   text += ProductName;
   text += "\r\nInstall date: ";
@@ -16,11 +16,11 @@ String InstallLogBlock(bool is_reinstall, const String &report, const DateTime &
   text += "\r\nInstall location: ";
   text += InstallDir;
   text += "\r\nInstaller version: " KORB_VERSION "\r\n";
-  if (!IsBlank(Version))
-    text.append_format("Product version: %s\r\n", Version);
+  if (!IsBlank(version))
+    text.append_format("Product version: %s\r\n", version);
   text += "\r\n";
-  if (!IsBlank(LogText)) {
-    text += LogText;
+  if (!IsBlank(log_text)) {
+    text += log_text;
     text += "\r\n";
   }
   text += report;

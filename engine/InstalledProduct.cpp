@@ -1,7 +1,7 @@
 #include "engine/InstalledProduct.h"
 
-#include "engine/RecordNames.h"
-#include "engine/RunLists.h"
+#include "core/RunValues.h"
+#include "engine/Version.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
 #include "format/Record.h"
@@ -40,13 +40,20 @@ bool IsProductInstalled(const String &name, String *location) {
   return installed;
 }
 
+TextNumber EarlierInstallation::ReinstallText(const String &new_version) const {
+  if (!HasInstallFlag(IF_COMPARE_VERSIONS) || version.is_empty() || new_version.is_empty())
+    return kTextReinstallInstalled;
+  const int32_t order = CompareVersions(version, new_version);
+  return order == 0 ? kTextReinstallSame : order < 0 ? kTextReinstallOlder : kTextReinstallNewer;
+}
+
 void EarlierInstallation::Find(const String &uninstall_name) {
   const ProductKey key(uninstall_name);
   if (!key.IsOpen())
     return;
   key.Read(location, product_value::kInstallLocation);
   key.Read(version, product_value::kDisplayVersion);
-  key.Read(SharedFiles, product_value::kSharedFiles);
+  key.Read(shared_files, product_value::kSharedFiles);
   is_there = QuietDirectoryExists(location);
 }
 

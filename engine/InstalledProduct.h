@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/String.h"
+#include "format/Texts.h"
 
 namespace korb {
 
@@ -13,9 +14,14 @@ bool IsProductInstalled(const String &name, String *location);
 struct EarlierInstallation {
   String location;       ///< its directory
   String version;        ///< its version, or empty
+  String shared_files;   ///< entries of the shared files that it counts
   bool is_there = false; ///< the directory still exists
 
-  /// Reads it by its uninstall name, and SharedFiles of engine/RunLists.h with it. Nothing is read when there is none.
+  /// The text by which the question begins whether to install `new_version` over it: with IF_COMPARE_VERSIONS, and where
+  /// both have a version, that tells which is newer.
+  TextNumber ReinstallText(const String &new_version) const;
+
+  /// Reads it by its uninstall name. Nothing is read when there is none.
   void Find(const String &uninstall_name);
 };
 

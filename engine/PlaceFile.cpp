@@ -4,7 +4,6 @@
 #include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
-#include "engine/RunLists.h"
 #include "files/Attributes.h"
 #include "files/DeferredFiles.h"
 #include "files/DiskFile.h"
@@ -31,29 +30,30 @@ enum class WriteResult { Written, Damaged, Refused };
 /// On a fixed drive the date is given by the handle that writes: opening a small file again costs as much as its write.
 /// Elsewhere what comes late could put the present time over it, so all is on its way before the date is set. A file
 /// that is read back is opened again everywhere, since one that turns out damaged must not look like the right file.
-WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32_t size, const FileDate &date) {
+WriteResult WriteBytes(DiskFile &file, const NewFile &wanted) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
-    if (file.Open(path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK || !file.Write(data, size)) {
+    if (file.Open(wanted.path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK ||
+        !file.Write(wanted.data, wanted.size)) {
       result = WriteResult::Refused;
       if (attempt == 1 && HasInstallFlag(IF_CLEAR_ATTRIBUTES)) {
         file.Close();
-        ClearAttributes(path, kProtectiveAttributes);
+        ClearAttributes(wanted.path, kProtectiveAttributes);
       }
       continue;
     }
-    const bool again = !OnFixedDrive(path);
+    const bool again = !OnFixedDrive(wanted.path);
     if (again || HasInstallFlag(IF_VERIFY_WRITES)) {
       file.Close();
-      if (HasInstallFlag(IF_VERIFY_WRITES) && !FileMatches(data, size, path)) {
+      if (HasInstallFlag(IF_VERIFY_WRITES) && !FileMatches(wanted.data, wanted.size, wanted.path)) {
         result = WriteResult::Damaged;
         continue;
       }
-      if (date.has_date())
-        file.Open(path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+      if (wanted.date.has_date())
+        file.Open(wanted.path, DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
     }
-    if (date.has_date())
-      file.SetModified(date, again);
+    if (wanted.date.has_date())
+      file.SetModified(wanted.date, again);
     file.Close();
     return WriteResult::Written;
   }
@@ -61,61 +61,58 @@ WriteResult WriteBytes(DiskFile &file, const char *path, const void *data, int32
 }
 
 /// Has the system put the bytes in place at its next start; tells in `message` what came of it. True when it will.
-bool ReplaceAtRestart(const char *path, const void *data, int32_t size, String &message) {
+bool ReplaceAtRestart(const NewFile &wanted, String &message) {
   const String temporary = ShortPath(TempFileName(nullptr));
-  if (!WriteWholeFile(temporary, data, size))
+  if (!WriteWholeFile(temporary, wanted.data, wanted.size))
     return false;
-  if (!MoveOrSchedule(temporary, path, MV_AT_RESTART)) {
-    message.append_format("Failed to register '%s' for replacement: %s\r\n", path, LastErrorText());
+  if (!MoveOrSchedule(temporary, wanted.path, MV_AT_RESTART)) {
+    message.append_format("Failed to register '%s' for replacement: %s\r\n", wanted.path, LastErrorText());
     DeleteOrSchedule(temporary);
     return false;
   }
   InstallFlags |= IF_REBOOT_NEEDED;
   message.append_format("%s has been successfully registered for replacement.\r\nTemporary file is %s\r\nReboot will "
                         "be required.\r\n\r\n",
-                        path, temporary);
+                        wanted.path, temporary);
   return true;
 }
 
 /// `file` may still be open, and its failure is the system's last error.
-void HandleRefusal(DiskFile &file, const char *path, const void *data, int32_t size, String &report,
-                   bool may_replace_later) {
+void HandleRefusal(DiskFile &file, const NewFile &wanted, Journal &journal) {
   const String reason = LastErrorText();
   // Our own handle would keep the system from replacing the file.
   file.Close();
   String message(TextLookup(kTextFileFailed));
   message += ' ';
-  message += path;
+  message += wanted.path;
   message += "\r\n";
   if (!reason.is_empty()) {
     message += reason;
     message += "\r\n";
   }
-  const bool waits =
-      (may_replace_later || HasInstallFlag(IF_REPLACE_IN_USE)) && ReplaceAtRestart(path, data, size, message);
-  (waits ? LogText : report) += message;
+  const bool waits = (wanted.may_wait || HasInstallFlag(IF_REPLACE_IN_USE)) && ReplaceAtRestart(wanted, message);
+  (waits ? journal.log_text : journal.error_report) += message;
 }
 
 } // namespace
 
-bool PlaceFile(const char *path, const void *data, int32_t size, const FileDate &date, String &report,
-               uint32_t attributes, bool may_replace_later) {
-  if (size < 0)
+bool PlaceFile(const NewFile &wanted, Journal &journal) {
+  if (wanted.size < 0)
     CorruptInstaller(DamageCode::FileDataSize);
   DiskFile file;
-  switch (WriteBytes(file, path, data, size, date)) {
+  switch (WriteBytes(file, wanted)) {
   case WriteResult::Written:
     break;
   case WriteResult::Damaged:
     // No call of the system failed, so there are no words of its own to show.
     ClearLastError();
-    AppendFileError(report, path);
+    AppendFileError(journal.error_report, wanted.path);
     return false;
   case WriteResult::Refused:
-    HandleRefusal(file, path, data, size, report, may_replace_later);
+    HandleRefusal(file, wanted, journal);
     return false;
   }
-  ChangeAttributes(path, attributes, kSettableAttributes);
+  ChangeAttributes(wanted.path, wanted.attributes, kSettableAttributes);
   return true;
 }
 

@@ -9,8 +9,6 @@
 #include "engine/FileVersion.h"
 #include "engine/PlaceFile.h"
 #include "engine/Placement.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "files/Directories.h"
 #include "files/FileInfo.h"
 #include "files/LastError.h"
@@ -51,6 +49,8 @@ private:
 
 class FilePlacer {
 public:
+  explicit FilePlacer(InstallNotes &notes) : notes_(notes) {}
+
   void Place(const PayloadRecord &record);
   bool fonts_changed() const { return fonts_changed_; }
 
@@ -58,6 +58,7 @@ private:
   bool MakeDirectory(const PayloadRecord &record, const String &path);
   bool AddFont(const PayloadRecord &record, const Destination &to);
 
+  InstallNotes &notes_;
   MachineHost host_;
   String last_directory_; // known to exist
   bool fonts_changed_ = false;
@@ -73,28 +74,28 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
   if (directory.is_empty() || directory != last_directory_) {
     if (!CreateDirectoryTree(directory)) {
       const String reason = LastErrorText();
-      ErrorReport.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n", TextLookup(kTextDirectoryFailed), directory,
-                                reason, path);
+      notes_.journal.error_report.append_format("%s %s\r\n%s\r\nNot installed: %s\r\n\r\n",
+                                                TextLookup(kTextDirectoryFailed), directory, reason, path);
       return false;
     }
     last_directory_ = directory;
   }
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
-    AddUninstallEntry(directory, kUninstallDirectory);
+    notes_.uninstall_list.AddUninstallEntry(directory, kUninstallDirectory);
   return true;
 }
 
 bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
   if (AddFontResourceA(to.name) == 0) {
-    AppendFileError(ErrorReport, to.path);
+    AppendFileError(notes_.journal.error_report, to.path);
     return false;
   }
   if ((record.file_flags & FF_KEEP) == 0) {
-    ProductFonts += '"';
-    ProductFonts += record.label;
-    ProductFonts += "\" \"";
-    ProductFonts += to.name;
-    ProductFonts += "\" ";
+    notes_.product_fonts += '"';
+    notes_.product_fonts += record.label;
+    notes_.product_fonts += "\" \"";
+    notes_.product_fonts += to.name;
+    notes_.product_fonts += "\" ";
   }
   fonts_changed_ = true;
   return true;
@@ -103,30 +104,29 @@ bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
 /// The order is the uninstaller's and the next run's: a reference is counted and a shortcut wanted for a file that is
 /// then not written, and a file is listed before its write, so that a failed one is undone too.
 void FilePlacer::Place(const PayloadRecord &record) {
-  const Destination to = ChooseDestination(record, host_);
-  NoteSharedFile(record, to.path);
+  const Destination to = ChooseDestination(record, notes_.uninstall_dir, host_);
+  NoteSharedFile(record, to.path, notes_);
   bool replaces = false;
-  if (!IsWanted(record, to.path, host_, replaces))
+  if (!IsWanted(record, to.path, host_, notes_, replaces))
     return;
-  NoteShortcut(record, to.path);
+  NoteShortcut(record, to.path, notes_);
   if (to.in_install_tree && !MakeDirectory(record, to.path))
     return;
   if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
-    AddUninstallEntry(to.path, kUninstallFile);
-  if (!PlaceFile(to.path, record.contents, record.size, record.date, ErrorReport, record.attributes, replaces))
+    notes_.uninstall_list.AddUninstallEntry(to.path, kUninstallFile);
+  if (!PlaceFile({to.path, record.contents, record.size, record.date, record.attributes, replaces}, notes_.journal))
     return;
   if (RowOf(record.dest_kind).folder == KindFolder::Fonts && !AddFont(record, to))
     return;
   SetStepTextFormat("%s -> %s", to.name, to.path);
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("%s -> %s\r\n", to.name, to.path);
+    notes_.journal.log_text.append_format("%s -> %s\r\n", to.name, to.path);
 }
 
 } // namespace
 
-void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes) {
-  ResetPlacementLists();
-  FilePlacer placer;
+void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes, InstallNotes &notes) {
+  FilePlacer placer(notes);
   for (int32_t i = 0; i < sizes.count; ++i) {
     SetProgress(45 + static_cast<int32_t>(int64_t{i} * 40 / sizes.count));
     if (sizes.at(i) > kLargeFile)

@@ -2,8 +2,6 @@
 
 #include "core/Failure.h"
 #include "core/RunValues.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "engine/Version.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
@@ -17,9 +15,9 @@ namespace korb {
 namespace {
 
 /// Joined to the record's name when the record brings no target of its own.
-String FolderOf(const PayloadRecord &record, PlacementHost &host, bool &in_install_tree) {
+String FolderOf(const PayloadRecord &record, const String &uninstall_dir, PlacementHost &host, bool &in_install_tree) {
   if ((record.file_flags & FF_UNINSTALL_DIR) != 0)
-    return UninstallDir;
+    return uninstall_dir;
   switch (RowOf(record.dest_kind).folder) {
   case KindFolder::Product:
     in_install_tree = true;
@@ -44,49 +42,49 @@ bool IsUpToDate(const PayloadRecord &record, const String &path, PlacementHost &
 }
 
 /// False always: the file stays.
-bool LogNotNewer(const String &path, const char *what) {
-  LogText.append_format("%s was not installed because its %s is not newer.\r\n", path, what);
+bool LogNotNewer(const String &path, const char *what, String &log_text) {
+  log_text.append_format("%s was not installed because its %s is not newer.\r\n", path, what);
   return false;
 }
 
 /// A system file belongs to others, so both its version and its date must be newer than those of the present one. A
 /// record without a date is never newer.
-bool IsNewerSystemFile(const PayloadRecord &record, const String &path, PlacementHost &host) {
+bool IsNewerSystemFile(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text) {
   if (!IsBlank(record.label)) {
     const String version = host.ReadFileVersion(path);
     // Only the file's own letters were made capitals, so a small one in the record is newer.
     if (!IsBlank(version) && CompareVersions(record.label, version) <= 0)
-      return LogNotNewer(path, "version");
+      return LogNotNewer(path, "version", log_text);
   }
   FileDate present{};
   if (!host.GetFileModified(path, present))
     return false;
-  return CompareFileDates(present, record.date) < 0 || LogNotNewer(path, "date");
+  return CompareFileDates(present, record.date) < 0 || LogNotNewer(path, "date", log_text);
 }
 
-bool IsFresher(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces) {
+bool IsFresher(const PayloadRecord &record, const String &path, PlacementHost &host, String &log_text, bool &replaces) {
   const KindReplaced replaced = RowOf(record.dest_kind).replaced;
   if (replaced == KindReplaced::Always || !host.FileExists(path))
     return true;
   if (replaced == KindReplaced::ByLaterDate) {
-    LogText += path;
+    log_text += path;
     if (IsUpToDate(record, path, host)) {
-      LogText += " is up to date.\r\n";
+      log_text += " is up to date.\r\n";
       return false;
     }
   } else {
-    if (!IsNewerSystemFile(record, path, host))
+    if (!IsNewerSystemFile(record, path, host, log_text))
       return false;
-    LogText += path;
+    log_text += path;
   }
-  LogText += " is out of date and will be replaced.\r\n";
+  log_text += " is out of date and will be replaced.\r\n";
   replaces = true;
   return true;
 }
 
 } // namespace
 
-Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host) {
+Destination ChooseDestination(const PayloadRecord &record, const String &uninstall_dir, PlacementHost &host) {
   Destination to;
   to.name = record.name;
   String target(record.target);
@@ -95,7 +93,7 @@ Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host) 
     target.clear();
   }
   if (target.is_empty()) {
-    to.path = PathJoin(FolderOf(record, host, to.in_install_tree), to.name);
+    to.path = PathJoin(FolderOf(record, uninstall_dir, host, to.in_install_tree), to.name);
     return to;
   }
   host.ExpandPathVariables(target);
@@ -107,7 +105,8 @@ Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host) 
   return to;
 }
 
-bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces) {
+bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, InstallNotes &notes,
+              bool &replaces) {
   replaces = false;
   switch (record.file_flags & FF_CONDITION) {
   case FF_PLACE_NEVER:
@@ -121,35 +120,35 @@ bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &ho
       // The file was kept for the user, but it is the product's: it goes with it, also where single files are not
       // recorded.
       if (IsListedAtUninstall(record))
-        AddUninstallEntry(path, kUninstallFile);
+        notes.uninstall_list.AddUninstallEntry(path, kUninstallFile);
       return false;
     }
     break;
   default:
     break;
   }
-  return IsFresher(record, path, host, replaces);
+  return IsFresher(record, path, host, notes.journal.log_text, replaces);
 }
 
-void NoteSharedFile(const PayloadRecord &record, const String &path) {
+void NoteSharedFile(const PayloadRecord &record, const String &path, InstallNotes &notes) {
   const KindRow &kind = RowOf(record.dest_kind);
   if (kind.registers_itself)
-    ComFileList.append(path);
+    notes.com_file_list.append(path);
   if (kind.counted == KindCounted::No)
     return;
-  String &marked = *SharedFileList.append(path);
+  String &marked = *notes.shared_file_list.append(path);
   if (kind.counted == KindCounted::Kept || (record.file_flags & FF_KEEP) != 0)
     marked += kKeepMark;
   else if (kind.counted == KindCounted::UnregisteredAndRemoved)
     marked += kUnregisterMark;
 }
 
-void NoteShortcut(const PayloadRecord &record, const String &path) {
+void NoteShortcut(const PayloadRecord &record, const String &path, InstallNotes &notes) {
   const KindShortcuts shortcuts = RowOf(record.dest_kind).shortcuts;
   const bool startup = shortcuts == KindShortcuts::InStartupFolder;
   if (!startup && (shortcuts == KindShortcuts::None || (record.file_flags & FF_SHORTCUTS) == 0))
     return;
-  ShortcutRecord &shortcut = ShortcutList.append_slot();
+  ShortcutRecord &shortcut = notes.shortcut_list.append_slot();
   shortcut.desktop = (record.file_flags & FF_DESKTOP) != 0;
   shortcut.start_menu = (record.file_flags & FF_START_MENU) != 0;
   shortcut.startup = startup;
@@ -160,7 +159,7 @@ void NoteShortcut(const PayloadRecord &record, const String &path) {
   if (shortcut.title.is_empty())
     shortcut.title.format(TextLookup(kTextShortcutTitle), FilePart(path));
   if (!IsBlank(record.icon))
-    shortcut.icon = PathJoin(UninstallDir, record.icon);
+    shortcut.icon = PathJoin(notes.uninstall_dir, record.icon);
 }
 
 bool IsListedAtUninstall(const PayloadRecord &record) {

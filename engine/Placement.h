@@ -1,9 +1,11 @@
-// Decides for one file of the payload where it belongs, whether it goes there, and what is remembered about it.
+// Decides for one file of the payload where it belongs, whether it goes there, and what is remembered about it: the
+// rules, which write nothing (PlaceFile.h does).
 #pragma once
 
 #include "archive/PayloadRecord.h"
 #include "core/Date.h"
 #include "core/String.h"
+#include "engine/InstallNotes.h"
 
 namespace korb {
 
@@ -31,19 +33,20 @@ struct Destination {
   bool in_install_tree = false; ///< its directory may have to be made
 };
 
-/// The destination of `record`. One whose kind has no meaning where it decides is reported as damage and ends the run
-/// (code 110).
-Destination ChooseDestination(const PayloadRecord &record, PlacementHost &host);
+/// The destination of `record`; `uninstall_dir` is the uninstaller's directory. One whose kind has no meaning where it
+/// decides is reported as damage and ends the run (code 110).
+Destination ChooseDestination(const PayloadRecord &record, const String &uninstall_dir, PlacementHost &host);
 
-/// True when `record` is to be written to `path` now. Says so in LogText where a present file is compared, and
+/// True when `record` is to be written to `path` now. Says so in the log where a present file is compared, and
 /// `replaces` then tells that an older one is there. A skipped record may still leave its line in the uninstall list.
-bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, bool &replaces);
+bool IsWanted(const PayloadRecord &record, const String &path, PlacementHost &host, InstallNotes &notes,
+              bool &replaces);
 
-/// Puts `path` on SharedFileList and ComFileList as the record's kind asks.
-void NoteSharedFile(const PayloadRecord &record, const String &path);
+/// Puts `path` on the lists of shared files and of those that register themselves as the record's kind asks.
+void NoteSharedFile(const PayloadRecord &record, const String &path, InstallNotes &notes);
 
-/// Puts the shortcuts that `record` asks for on ShortcutList.
-void NoteShortcut(const PayloadRecord &record, const String &path);
+/// Puts the shortcuts that `record` asks for on their list.
+void NoteShortcut(const PayloadRecord &record, const String &path, InstallNotes &notes);
 
 /// True for the files whose lines the uninstall list takes: the product's own, unless they are to stay.
 bool IsListedAtUninstall(const PayloadRecord &record);

@@ -1,7 +1,6 @@
 #include "engine/RemoveFiles.h"
 
 #include "core/RunValues.h"
-#include "engine/UninstallList.h"
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"
 #include "files/FileInfo.h"
@@ -19,16 +18,16 @@ namespace {
 constexpr int32_t kFirstPercent = 10;
 constexpr int32_t kPercents = 80; ///< of the bar, for all entries together
 
-void RemoveFile(const String &path, String &report) {
+void RemoveFile(const String &path, String &report, UninstallList &left) {
   SetStepTextFormat("%s", path);
   if (!FileExists(path) || DeleteOrSchedule(path))
     return;
   report.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), path);
-  AddUninstallEntry(path, kUninstallFile);
+  left.AddUninstallEntry(path, kUninstallFile);
 }
 
 /// A key right below the root, without a backslash in its path, stays: all of a type would go with it.
-void DeleteClassesKey(const char *path) {
+void DeleteListedKey(const char *path) {
   RegistryKey key;
   key.DeleteKey(HandleOf(RegistryRoot::ClassesRoot), path);
 }
@@ -49,9 +48,8 @@ int CompareLength(const void *a, const void *b) {
 
 } // namespace
 
-void RemoveListedFiles(const Vector<String> &entries, String &report) {
+void RemoveListedFiles(const Vector<String> &entries, String &report, UninstallList &left) {
   StartPhase();
-  ClearUninstallList();
   Vector<String> directories;
   for (int32_t i = 0; i < entries.count; ++i) {
     const String &entry = entries.at(i);
@@ -63,11 +61,11 @@ void RemoveListedFiles(const Vector<String> &entries, String &report) {
       directories.append(rest);
       break;
     case kClassesKeyMark:
-      DeleteClassesKey(rest);
+      DeleteListedKey(rest);
       break;
     default:
       SetProgress(kFirstPercent + static_cast<int32_t>(int64_t{kPercents} * i / entries.count));
-      RemoveFile(entry, report);
+      RemoveFile(entry, report, left);
     }
   }
   directories.sort(CompareLength); // the longest first: children before their parents

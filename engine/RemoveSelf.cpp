@@ -2,14 +2,15 @@
 
 #include "core/RunValues.h"
 #include "core/Windows.h"
+#include "engine/SelfRemovalText.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
 
 namespace korb {
 
 /// The only process that RunProcess does not start: the batch gets a console of its own, since this process ends first.
-SelfRemoval RemoveSelf() {
-  if (!WriteWholeFile(kSelfRemovalBatch, SelfRemovalText(ProgramPath, InstallDir, UninstallSubdir)))
+SelfRemoval RemoveSelf(const String &subdirectory) {
+  if (!WriteWholeFile(kSelfRemovalBatch, SelfRemovalText(ProgramPath, InstallDir, subdirectory)))
     return SELF_REMOVAL_NOT_WRITTEN;
   STARTUPINFOA startup{};
   startup.cb = sizeof startup;

@@ -1,6 +1,6 @@
 #include "engine/RestoreAssociations.h"
 
-#include "engine/RecordNames.h"
+#include "engine/Associations.h"
 #include "registry/RegistryKey.h"
 
 namespace korb {
@@ -19,8 +19,8 @@ bool RestoreDefault(RegistryKey &key, const String &backup_name) {
   return true;
 }
 
-/// Deletes a key right below the root, or deeper when the name is a path.
-void DeleteClassesKey(RegistryKey &key, const String &path) {
+/// Deletes a type or an extension: a key right below the root, or deeper when the name is a path.
+void DeleteType(RegistryKey &key, const String &path) {
   const RegistryHandle root = HandleOf(RegistryRoot::ClassesRoot);
   if (path.contains_char('\\'))
     key.DeleteKey(root, path);
@@ -74,7 +74,7 @@ bool RestoreClass(const FileAssociation &association, const String &backup_name)
   const bool is_empty = key.SubKeyCount() == 0;
   key.Close();
   if (is_empty)
-    DeleteClassesKey(key, association.file_class);
+    DeleteType(key, association.file_class);
   return is_empty;
 }
 
@@ -97,7 +97,7 @@ void RestoreAssociations(const Vector<FileAssociation> &associations) {
       given_back.append(association.extension);
     RegistryKey key;
     if (RestoreClass(association, backup_name) && !Contains(given_back, association.extension))
-      DeleteClassesKey(key, association.extension);
+      DeleteType(key, association.extension);
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include "core/Windows.h"
 #include "engine/ComSession.h"
-#include "engine/RunLists.h"
 
 namespace korb {
 
@@ -35,14 +34,19 @@ ServerCall CallServer(const char *path, const char *function) {
   return outcome;
 }
 
-void RegisterComFiles() {
-  if (ComFileList.is_empty())
+void UnregisterServer(const char *path) {
+  ComSession session;
+  CallServer(path, "DllUnregisterServer");
+}
+
+void RegisterComFiles(const Vector<String> &com_files, String &log_text) {
+  if (com_files.is_empty())
     return;
   ComSession session;
-  for (int32_t i = 0; i < ComFileList.count; ++i) {
-    const String &path = ComFileList.at(i);
-    LogText.append_format("Registering COM File \"%s\"...", path);
-    LogText += kOutcomes[static_cast<int32_t>(CallServer(path, "DllRegisterServer"))];
+  for (int32_t i = 0; i < com_files.count; ++i) {
+    const String &path = com_files.at(i);
+    log_text.append_format("Registering COM File \"%s\"...", path);
+    log_text += kOutcomes[static_cast<int32_t>(CallServer(path, "DllRegisterServer"))];
   }
 }
 

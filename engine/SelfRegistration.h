@@ -3,6 +3,9 @@
 
 #include <cstdint>
 
+#include "core/String.h"
+#include "core/Vector.h"
+
 namespace korb {
 
 enum class ServerCall : uint8_t {
@@ -15,7 +18,10 @@ enum class ServerCall : uint8_t {
 /// system appears for what is missing. Needs a ComSession.
 ServerCall CallServer(const char *path, const char *function);
 
-/// Registers each of ComFileList, and says in LogText what came of it.
-void RegisterComFiles();
+/// Calls the library's own function that takes its registration back, whatever comes of it.
+void UnregisterServer(const char *path);
+
+/// Registers each of `com_files`, and says in `log_text` what came of it.
+void RegisterComFiles(const Vector<String> &com_files, String &log_text);
 
 } // namespace korb

@@ -1,4 +1,4 @@
-#include "engine/RemoveSelf.h"
+#include "engine/SelfRemovalText.h"
 
 #include "files/PathText.h"
 
@@ -10,6 +10,9 @@ String SelfRemovalText(const String &program, const String &install_dir, const S
   if (!subdirectory.is_empty())
     text.append_format("rd \"%s\"\r\n", PathJoin(install_dir, subdirectory));
   text.append_format("rd \"%s\"\r\ndel \"%s\"\r\n", install_dir, kSelfRemovalBatch);
+  // The interpreter drops a single one, and only the paths have any. Without regard to case, as all others in the
+  // program: its one form takes 100 bytes less.
+  text.replace("%", "%%", FIND_IGNORE_CASE);
   return text;
 }
 

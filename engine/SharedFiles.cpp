@@ -1,21 +1,30 @@
 #include "engine/SharedFiles.h"
 
 #include "core/RunValues.h"
-#include "engine/RecordNames.h"
-#include "engine/RunLists.h"
-#include "engine/SharedEntry.h"
+#include "engine/SelfRegistration.h"
+#include "files/DeferredFiles.h"
+#include "files/FileInfo.h"
 #include "format/Record.h"
+#include "format/Texts.h"
 #include "registry/RegistryKey.h"
+#include "ui/Questions.h"
+#include <utility>
 
 namespace korb {
 
 namespace {
 
+bool TakeMark(String &path, char mark) {
+  const bool marked = path.ends_with_char(mark);
+  path.remove_last_if(mark);
+  return marked;
+}
+
 /// A file that is in the new list too is counted again right after this, so a reinstall changes no count in the end.
-void TakeBackEarlierCounts(RegistryKey &counts) {
+void TakeBackEarlierCounts(RegistryKey &counts, String entries) {
   SharedEntry entry;
-  while (!SharedFiles.is_empty() && TakeSharedEntry(SharedFiles, entry)) {
-    const char *name = entry.path.c_str();
+  while (TakeSharedEntry(entries, entry)) {
+    const char *name = entry.path;
     const int32_t count = counts.ReadNumber(name, 0);
     if (count <= 1)
       counts.DeleteValue(name);
@@ -24,25 +33,77 @@ void TakeBackEarlierCounts(RegistryKey &counts) {
   }
 }
 
+/// True when nobody else counts the file. One that is not counted at all is nobody's.
+bool IsLastReference(RegistryKey &counts, const String &path) {
+  int32_t count = counts.ReadNumber(path, 0);
+  if (count < 1)
+    return true;
+  counts.WriteNumber(path, --count, RK_DELETE_EMPTY);
+  return count < 1;
+}
+
+/// The file is unregistered before anybody is asked whether it goes, and whether or not it is there.
+void RemoveSharedFile(const SharedEntry &entry) {
+  if (entry.registers_itself)
+    UnregisterServer(entry.path);
+  if (FileExists(entry.path) && MayRemove(IF_ASK_SHARED_REMOVAL, kTextSharedQuestion, kTextSharedCaption, entry.path))
+    DeleteOrSchedule(entry.path);
+}
+
 } // namespace
 
-void CountSharedFiles() {
+SharedEntry ReadSharedEntry(String marked_path) {
+  SharedEntry entry;
+  entry.registers_itself = TakeMark(marked_path, kUnregisterMark);
+  entry.keep = TakeMark(marked_path, kKeepMark);
+  entry.path = std::move(marked_path);
+  return entry;
+}
+
+bool TakeSharedEntry(String &text, SharedEntry &entry) {
+  entry = ReadSharedEntry(text.take_quoted(0));
+  if (entry.path.is_empty())
+    return false;
+  text.remove_first_if(';');
+  return true;
+}
+
+void AppendSharedEntry(String &text, const String &marked_path) {
+  if (!text.is_empty())
+    text += ';';
+  text += '"';
+  text += marked_path;
+  text += '"';
+}
+
+void CountSharedFiles(InstallNotes &notes, const String &earlier, bool is_reinstall) {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
   RegistryKey counts;
   if (!counts.OpenSoftware(kSharedFileKey, false)) {
-    ErrorReport += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
+    notes.shared_files = earlier;
+    notes.journal.error_report += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
     return;
   }
-  if (IsReinstall)
-    TakeBackEarlierCounts(counts);
-  SharedFiles.clear();
-  for (int32_t i = 0; i < SharedFileList.count; ++i) {
-    const String &marked_path = SharedFileList.at(i);
+  if (is_reinstall)
+    TakeBackEarlierCounts(counts, earlier);
+  for (int32_t i = 0; i < notes.shared_file_list.count; ++i) {
+    const String &marked_path = notes.shared_file_list.at(i);
     const String name = ReadSharedEntry(marked_path).path;
     counts.WriteNumber(name, counts.ReadNumber(name, 0) + 1);
-    AppendSharedEntry(SharedFiles, marked_path);
+    AppendSharedEntry(notes.shared_files, marked_path);
   }
+}
+
+bool ReleaseSharedFiles(String files) {
+  RegistryKey counts;
+  if (!counts.OpenSoftware(kSharedFileKey, false))
+    return false;
+  SharedEntry entry;
+  while (TakeSharedEntry(files, entry))
+    if (IsLastReference(counts, entry.path) && !entry.keep)
+      RemoveSharedFile(entry);
+  return true;
 }
 
 } // namespace korb

@@ -3,9 +3,7 @@
 #include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/FileError.h"
-#include "engine/RunLists.h"
 #include "engine/ShellLink.h"
-#include "engine/UninstallList.h"
 #include "files/Directories.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
@@ -21,9 +19,6 @@ namespace korb {
 
 namespace {
 
-/// Set when a shortcut on the desktop is wanted, made or not.
-bool desktop_shortcut_made = false;
-
 String Desktop(bool all_users) {
   return all_users ? DesktopAllFolder() : DesktopFolder();
 }
@@ -36,11 +31,12 @@ String Startup(bool all_users) {
 
 class ShortcutMaker {
 public:
-  explicit ShortcutMaker(const InstallConfig &config)
-      : config_(config), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
+  ShortcutMaker(const InstallConfig &config, InstallNotes &notes)
+      : config_(config), notes_(notes), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
 
   void Make(ShortcutRecord &record);
   void MakeForUninstaller();
+  bool desktop_shortcut_made() const { return desktop_shortcut_made_; }
 
 private:
   /// `directory` holds the shortcut's own file; `log_name` begins its line in a log of everything.
@@ -49,14 +45,16 @@ private:
   const String &DesktopGroup();
 
   const InstallConfig &config_;
+  InstallNotes &notes_;
   const bool all_users_;
+  bool desktop_shortcut_made_ = false;
   String desktop_group_; // empty until the first shortcut goes there
 };
 
 void ShortcutMaker::Make(ShortcutRecord &record) {
   ExpandPathVariables(record.arguments);
   if (record.desktop) {
-    desktop_shortcut_made = true;
+    desktop_shortcut_made_ = true;
     if (config_.desktop_group.is_empty())
       MakeIn(Desktop(all_users_), record, "Desktop Shortcut");
     else
@@ -74,8 +72,9 @@ const String &ShortcutMaker::DesktopGroup() {
   if (desktop_group_.is_empty()) {
     desktop_group_ = PathJoin(Desktop(all_users_), config_.desktop_group);
     if (!CreateDirectoryTree(desktop_group_))
-      ErrorReport.append_format("Failed to create directory %s: %s\r\n", desktop_group_, LastErrorText());
-    AddUninstallEntry(desktop_group_, kUninstallDirectory);
+      notes_.journal.error_report.append_format("Failed to create directory %s: %s\r\n", desktop_group_,
+                                                LastErrorText());
+    notes_.uninstall_list.AddUninstallEntry(desktop_group_, kUninstallDirectory);
   }
   return desktop_group_;
 }
@@ -83,58 +82,57 @@ const String &ShortcutMaker::DesktopGroup() {
 void ShortcutMaker::MakeIn(const String &directory, const ShortcutRecord &record, const char *log_name) {
   String path = PathJoin(directory, record.title);
   if (!CreateShortcut(path, record.target, record.arguments, InstallDir, record.icon)) {
-    AppendFileError(ErrorReport, path);
+    AppendFileError(notes_.journal.error_report, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("%s(%s) -> %s\r\n", log_name, record.title, path);
+    notes_.journal.log_text.append_format("%s(%s) -> %s\r\n", log_name, record.title, path);
   if (!record.no_uninstall)
-    AddUninstallEntry(path, kUninstallFile);
+    notes_.uninstall_list.AddUninstallEntry(path, kUninstallFile);
 }
 
 void ShortcutMaker::MakeForUninstaller(const String &directory) {
   String path = PathJoin(directory, TextLookup(kTextUninstallerTitle));
   // No working directory: the uninstaller could not remove the one that it runs in.
-  if (!CreateShortcut(path, UninstallerPath, UninstallCommand, "", "")) {
-    AppendFileError(ErrorReport, path);
+  if (!CreateShortcut(path, notes_.uninstaller_path, notes_.uninstall_command, "", "")) {
+    AppendFileError(notes_.journal.error_report, path);
     return;
   }
   if (HasInstallFlag(IF_VERBOSE_LOG))
-    LogText.append_format("Uninstaller Shortcut -> %s\r\n", path);
-  AddUninstallEntry(path, kUninstallFile);
+    notes_.journal.log_text.append_format("Uninstaller Shortcut -> %s\r\n", path);
+  notes_.uninstall_list.AddUninstallEntry(path, kUninstallFile);
 }
 
 void ShortcutMaker::MakeForUninstaller() {
   if (HasInstallFlag(IF_UNINSTALL_START_MENU))
     MakeForUninstaller(PathJoin(StartMenuPrograms(all_users_), config_.product_start_menu));
   if (HasInstallFlag(IF_UNINSTALL_IN_FOLDER))
-    MakeForUninstaller(UninstallDir);
+    MakeForUninstaller(notes_.uninstall_dir);
 }
 
 } // namespace
 
-void AddUninstallerShortcut() {
+void AddUninstallerShortcut(InstallNotes &notes) {
   if (!HasInstallFlag(IF_UNINSTALL) || !HasInstallFlag(IF_UNINSTALL_DESKTOP))
     return;
   ShortcutRecord record;
   record.desktop = true;
-  record.target = UninstallerPath;
-  record.arguments = UninstallCommand;
+  record.target = notes.uninstaller_path;
+  record.arguments = notes.uninstall_command;
   record.title = TextLookup(kTextUninstallerTitle);
-  ShortcutList.append(record);
+  notes.shortcut_list.append(record);
 }
 
-void MakeShortcuts(const InstallConfig &config) {
-  ShortcutMaker maker(config);
-  for (int32_t i = 0; i < ShortcutList.count; ++i)
-    maker.Make(ShortcutList.at(i));
+bool MakeShortcuts(const InstallConfig &config, InstallNotes &notes) {
+  ShortcutMaker maker(config, notes);
+  for (int32_t i = 0; i < notes.shortcut_list.count; ++i)
+    maker.Make(notes.shortcut_list.at(i));
   if (HasInstallFlag(IF_UNINSTALL))
     maker.MakeForUninstaller();
+  return maker.desktop_shortcut_made();
 }
 
 void TellShellOfShortcuts(const InstallConfig &config) {
-  if (!desktop_shortcut_made)
-    return;
   const auto notify = KORB_SYSTEM_FUNCTION("shell32.dll", SHChangeNotify);
   if (notify)
     notify(SHCNE_UPDATEDIR, SHCNF_PATHA, Desktop(config.shortcut_mode == kShortcutsForAllUsers), nullptr);

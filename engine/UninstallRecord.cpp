@@ -1,8 +1,7 @@
 #include "engine/UninstallRecord.h"
 
 #include "core/RunValues.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
+#include "files/PathText.h"
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
@@ -10,6 +9,9 @@
 namespace korb {
 
 namespace {
+
+constexpr int32_t kChains = 40;
+constexpr int32_t kShortestPath = 4;
 
 void AppendHeading(String &text, const char *heading) {
   text += "\r\n\r\n";
@@ -80,18 +82,48 @@ void ReadTexts(String text) {
 
 } // namespace
 
+String UninstallDataPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kUninstallDataName);
+}
+
+String InstallLogPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kInstallLogName);
+}
+
+String BackgroundBitmapPath(const String &uninstall_dir) {
+  return PathJoin(uninstall_dir, kBackgroundName);
+}
+
+UninstallList::UninstallList() {
+  listed_paths_.reset(kChains);
+}
+
+void UninstallList::AddUninstallEntry(const char *path, UninstallEntryMode mode) {
+  if (text_length(path) < kShortestPath)
+    return;
+  if (mode != kUninstallFile) {
+    String key(path);
+    key.to_upper();
+    if (!listed_paths_.insert(key, true))
+      return;
+    text_ += mode == kUninstallDirectory ? kDirectoryMark : kClassesKeyMark;
+  }
+  text_ += path;
+  text_ += "\r\n";
+}
+
 /// Nothing here goes through a format: the list may be longer than what a format gives.
-String UninstallRecordText() {
-  String text = UninstallList;
+String UninstallRecordText(const String &entries, const String &association_lines) {
+  String text = entries;
   AppendHeading(text, kStringsHeading);
   for (const int8_t *number = kSavedTexts.numbers; *number >= 0; ++number) {
     text.append_format("~%d\r\n", *number);
     text += TextLookup(*number);
     text += "\r\n";
   }
-  if (!AssociationLines.is_empty()) {
+  if (!association_lines.is_empty()) {
     AppendHeading(text, kAssociationsHeading);
-    text += AssociationLines;
+    text += association_lines;
   }
   return text;
 }

@@ -1,5 +1,6 @@
 #include "ui/BackgroundWindow.h"
 
+#include "archive/InstallConfig.h"
 #include "core/Failure.h"
 #include "core/RunValues.h"
 #include "core/Text.h"
@@ -23,15 +24,18 @@ constexpr int kLargestTitle = 26; // points
 constexpr int kSmallestTitle = 6;
 constexpr int kTitleLeft = 2;
 
+/// The window's; it is made with them and never painted without.
+const Looks *window_looks = nullptr;
+
 void PaintBackground(HWND window, HDC hdc) {
   RECT rect;
   GetClientRect(window, &rect);
   if (!BackgroundImage.is_empty() && BackgroundImage.has_all_pixels())
     BackgroundImage.draw(hdc, rect, SRCCOPY);
-  else if (MonoColor)
-    FillColor(hdc, rect, TopColor);
+  else if (window_looks->mono_color)
+    FillColor(hdc, rect, window_looks->top_color);
   else
-    PaintGradient(hdc, TopColor, rect, BottomColor);
+    PaintGradient(hdc, window_looks->top_color, rect, window_looks->bottom_color);
 }
 
 HFONT TitleFont(int height) {
@@ -77,11 +81,12 @@ void PaintTitle(HWND window, HDC hdc) {
   int height;
   const HFONT font = SelectTitleFont(hdc, rect.right, old_font, height);
   SetBkMode(hdc, TRANSPARENT);
-  if (TitleShadow != 0) {
+  const int shadow = window_looks->title_shadow;
+  if (shadow != 0) {
     SetTextColor(hdc, RGB(0, 0, 0));
-    DrawTitleLines(hdc, TitleShadow + kTitleLeft, TitleShadow, height, MainTitle);
+    DrawTitleLines(hdc, shadow + kTitleLeft, shadow, height, MainTitle);
   }
-  SetTextColor(hdc, TitleColor);
+  SetTextColor(hdc, window_looks->title_color);
   DrawTitleLines(hdc, kTitleLeft, 0, height, MainTitle);
   SelectObject(hdc, old_font);
   DeleteObject(font);
@@ -124,7 +129,15 @@ void DoWithoutInputMethods() {
 
 } // namespace
 
-void CreateMainWindow(HINSTANCE instance, HWND parent) {
+Looks SystemLooks() {
+  Looks looks;
+  looks.title_color = GetSysColor(COLOR_WINDOWTEXT);
+  looks.top_color = GetSysColor(COLOR_WINDOW);
+  return looks;
+}
+
+void CreateMainWindow(HINSTANCE instance, HWND parent, const Looks &looks) {
+  window_looks = &looks;
   if (AutomaticMode || UninstallMode)
     DoWithoutInputMethods();
   RegisterMainClass(instance);

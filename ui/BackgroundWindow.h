@@ -1,5 +1,5 @@
 // The window behind all others of a run: a picture, a gradient or a plain colour over the whole screen, with the
-// product's title on it. Its colours are those of core/RunValues.h, taken as they are whenever it is painted.
+// product's title on it.
 #pragma once
 
 #include "core/String.h"
@@ -8,6 +8,8 @@
 
 namespace korb {
 
+struct Looks;
+
 /// The title; it may have several lines. An uninstall run fills it before the window is made, an installation by
 /// ShowMainTitle.
 extern String MainTitle;
@@ -15,8 +17,12 @@ extern String MainTitle;
 /// uninstall run.
 extern DibImage BackgroundImage;
 
-/// Makes the window and shows it; the handle goes to MainWindow. Ends the process when that fails.
-void CreateMainWindow(HINSTANCE instance, HWND parent);
+/// The system's own window colours, for what an archive leaves open.
+Looks SystemLooks();
+
+/// Makes the window and shows it; the handle goes to MainWindow. `looks` stays the caller's as long as the window lives,
+/// and is taken as it is whenever the window is painted. Ends the process when the window can't be made.
+void CreateMainWindow(HINSTANCE instance, HWND parent, const Looks &looks);
 
 /// Takes the title from the texts, in the language in force, and has the window painted anew.
 void ShowMainTitle();

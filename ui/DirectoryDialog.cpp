@@ -19,7 +19,7 @@ String Typed(HWND dialog) {
   return text;
 }
 
-void FillDialog(HWND dialog) {
+void FillDialog(HWND dialog, const String &directory) {
   static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_LABEL, kTextDirectoryPrompt),
                                           TextOf(KORB_CONTROL_NEXT, kTextOkButton),
                                           TextOf(KORB_CONTROL_CANCEL, kTextCancelButton),
@@ -28,19 +28,20 @@ void FillDialog(HWND dialog) {
                                           kNoMoreTexts};
   CenterDialog(dialog);
   ShowTexts(dialog, kTexts);
-  SetControlText(dialog, KORB_CONTROL_DIRECTORY, InstallDir);
+  SetControlText(dialog, KORB_CONTROL_DIRECTORY, directory);
   SendMessageA(GetDlgItem(dialog, KORB_CONTROL_DIRECTORY), EM_LIMITTEXT, kTypedLength, 0);
 }
 
-INT_PTR CALLBACK DirectoryProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+INT_PTR CALLBACK DirectoryProcedure(HWND dialog, UINT message, WPARAM word, LPARAM parameter) {
   if (message == WM_INITDIALOG) {
-    FillDialog(dialog);
+    SetWindowLongA(dialog, DWLP_USER, static_cast<LONG>(parameter));
+    FillDialog(dialog, *reinterpret_cast<const String *>(parameter));
     return TRUE;
   }
   if (message != WM_COMMAND)
     return FALSE;
   if (word == KORB_CONTROL_NEXT)
-    InstallDir = Typed(dialog);
+    *reinterpret_cast<String *>(GetWindowLongA(dialog, DWLP_USER)) = Typed(dialog);
   if (word == KORB_CONTROL_BROWSE) {
     String path = Typed(dialog);
     if (BrowseForDirectory(dialog, path))
@@ -51,8 +52,8 @@ INT_PTR CALLBACK DirectoryProcedure(HWND dialog, UINT message, WPARAM word, LPAR
 
 } // namespace
 
-bool ChooseDirectory() {
-  return RunDialog("ChooseDirDlg", DirectoryProcedure, nullptr) == KORB_CONTROL_NEXT;
+bool ChooseDirectory(String &directory) {
+  return RunDialog("ChooseDirDlg", DirectoryProcedure, &directory) == KORB_CONTROL_NEXT;
 }
 
 } // namespace korb

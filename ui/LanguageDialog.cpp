@@ -39,14 +39,18 @@ void SelectSystemLanguage(HWND dialog) {
     AskList(dialog, LB_SETCURSEL);
 }
 
+/// Tells who has asked.
+void Use(HWND dialog, int32_t language) {
+  reinterpret_cast<void (*)(int32_t)>(GetWindowLongA(dialog, DWLP_USER))(language);
+}
+
 void ShowSelection(HWND dialog) {
   static constexpr DialogText kTexts[] = {TextOf(KORB_CONTROL_NEXT, kTextOkButton),
                                           TextOf(KORB_CONTROL_CANCEL, kTextCancelButton), kNoMoreTexts};
   const int32_t selection = Selection(dialog);
   if (LanguageNames.is_out_of_range(selection))
     return;
-  LanguageIndex = selection;
-  ShowMainTitle();
+  Use(dialog, selection);
   ShowTexts(dialog, kTexts);
 }
 
@@ -55,8 +59,9 @@ void FillList(HWND dialog) {
     AskList(dialog, LB_ADDSTRING, 0, LanguageNames.at(i));
 }
 
-INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM) {
+INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM parameter) {
   if (message == WM_INITDIALOG) {
+    SetWindowLongA(dialog, DWLP_USER, static_cast<LONG>(parameter));
     FillList(dialog);
     SelectSystemLanguage(dialog);
     ShowSelection(dialog);
@@ -69,16 +74,18 @@ INT_PTR CALLBACK LanguageProcedure(HWND dialog, UINT message, WPARAM word, LPARA
     ShowSelection(dialog);
   if (word == MAKEWPARAM(KORB_CONTROL_LANGUAGES, LBN_DBLCLK))
     word = KORB_CONTROL_NEXT;
-  if (word == KORB_CONTROL_NEXT && LanguageNames.is_out_of_range(LanguageIndex = Selection(dialog)))
-    LanguageIndex = 0;
+  if (word == KORB_CONTROL_NEXT) {
+    const int32_t selection = Selection(dialog);
+    Use(dialog, LanguageNames.is_out_of_range(selection) ? 0 : selection);
+  }
   return EndOnButton(dialog, word);
 }
 
 } // namespace
 
-void ChooseLanguage() {
+void ChooseLanguage(void (*use)(int32_t language)) {
   if (!AutomaticMode && LanguageNames.count != 1)
-    RunPage("LanguageDlg", LanguageProcedure, nullptr);
+    RunPage("LanguageDlg", LanguageProcedure, reinterpret_cast<const void *>(use));
 }
 
 } // namespace korb

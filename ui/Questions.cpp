@@ -2,14 +2,15 @@
 
 #include "core/Failure.h"
 #include "core/RunValues.h"
+#include "core/Windows.h"
 #include "format/Texts.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
 namespace korb {
 
-bool AskYesNo(const char *question, int32_t caption, UINT icon) {
-  return MessageBoxA(DialogOwner(), question, TextLookup(caption), MB_YESNO | icon) == IDYES;
+bool AskYesNo(const char *question, int32_t caption, BoxIcon icon) {
+  return MessageBoxA(DialogOwner(), question, TextLookup(caption), MB_YESNO | static_cast<UINT>(icon)) == IDYES;
 }
 
 void AskCancel() {

@@ -5,12 +5,14 @@
 #include <cstdint>
 
 #include "core/String.h"
-#include "core/Windows.h"
 
 namespace korb {
 
-/// Asks `question`, yes or no, under text `caption` of the archive; `icon` is one of MB_ICON.... True for yes.
-bool AskYesNo(const char *question, int32_t caption, UINT icon = MB_ICONQUESTION);
+/// The system's picture in a box, by the platform's own numbers.
+enum class BoxIcon : uint32_t { Stop = 0x10, Question = 0x20, Information = 0x40 };
+
+/// Asks `question`, yes or no, under text `caption` of the archive. True for yes.
+bool AskYesNo(const char *question, int32_t caption, BoxIcon icon = BoxIcon::Question);
 
 /// Asks whether the run is to end before its time, and ends it on yes; returns on no.
 void AskCancel();

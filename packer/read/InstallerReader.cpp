@@ -186,7 +186,8 @@ void InstallerReader::ReadParts() {
   ReadConfigStream(stream, location.file_size, machine, config);
   reached = Part::kConfiguration;
 
-  BuildUninstallerImage(source, location, header, config, UninstallerImage);
+  String uninstaller;
+  BuildUninstallerImage(source, location, header, config, uninstaller);
   program_as_built =
       ChecksumOf(std::span(file).first(static_cast<size_t>(location.section_file_pos))) == header.stub_checksum;
   reached = Part::kProgram;

@@ -169,7 +169,7 @@ private:
 
   Json TellProduct() const {
     return {{"name", Text(ProductName)},
-            {"version", Text(Version)},
+            {"version", Text(config_.version)},
             {"publisher", Text(config_.publisher)},
             {"registry_key", Text(config_.product_registry)},
             {"master_product", Text(config_.master_product)},
@@ -187,20 +187,20 @@ private:
   }
 
   Json TellUninstall() const {
-    return {{"directory", Text(UninstallSubdir)},        {"program", Text(config_.uninstaller_name)},
-            {"name", Text(config_.uninstall_name)},      {"date", DateText(config_.uninstaller_date)},
-            {"patch_offset", config_.stub_patch_offset}, {"patch_size", config_.stub_patch.length()}};
+    return {{"directory", Text(config_.uninstall_subdir)}, {"program", Text(config_.uninstaller_name)},
+            {"name", Text(config_.uninstall_name)},        {"date", DateText(config_.uninstaller_date)},
+            {"patch_offset", config_.stub_patch_offset},   {"patch_size", config_.stub_patch.length()}};
   }
 
   Json TellAppearance() const {
     Json appearance = Json::object();
     if (HasInstallFlag(IF_CUSTOM_COLORS) || !installer_.background.is_empty())
-      appearance["title_color"] = ColorText(TitleColor);
+      appearance["title_color"] = ColorText(config_.looks.title_color);
     if (HasInstallFlag(IF_CUSTOM_COLORS)) {
-      appearance["top_color"] = ColorText(TopColor);
-      appearance["bottom_color"] = ColorText(BottomColor);
+      appearance["top_color"] = ColorText(config_.looks.top_color);
+      appearance["bottom_color"] = ColorText(config_.looks.bottom_color);
     }
-    appearance["title_shadow"] = TitleShadow;
+    appearance["title_shadow"] = config_.looks.title_shadow;
     appearance["background_size"] = installer_.background.length();
     return appearance;
   }

@@ -2,9 +2,7 @@
 #include <cstdlib>
 
 #include "core/RunValues.h"
-#include "engine/RunLists.h"
-#include "engine/SharedEntry.h"
-#include "engine/UninstallList.h"
+#include "engine/SharedFiles.h"
 #include "engine/UninstallRecord.h"
 #include "ui/TextLookup.h"
 
@@ -26,15 +24,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     bytes += record.entries.at(i).length();
   Require(bytes <= text.length());
 
-  UninstallList.clear();
-  AssociationLines.clear();
+  String list;
   for (int32_t i = 0; i < record.entries.count; ++i)
-    UninstallList += record.entries.at(i) + "\r\n";
+    list += record.entries.at(i) + "\r\n";
   const int32_t lines = record.entries.count;
   UninstallRecord again;
-  ReadUninstallRecord(UninstallRecordText(), again);
+  ReadUninstallRecord(UninstallRecordText(list, ""), again);
   // The heading's two empty lines, and the one that the list's own last line end opens.
-  if (UninstallList.find("[Strings]", 0, FIND_IGNORE_CASE) < 0)
+  if (list.find("[Strings]", 0, FIND_IGNORE_CASE) < 0)
     Require(again.entries.count == lines + 2 || again.entries.count == lines + 3);
 
   String shared = text;

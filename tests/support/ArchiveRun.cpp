@@ -85,6 +85,8 @@ bool VolumeUser::Volume::Read(void *destination, int32_t count) {
 
 ArchiveRun::ArchiveRun(const Bytes &executable) : image(Mapped(executable)), file(executable) {
   ResetRun();
+  config.looks.title_color = 1; // the system's
+  config.looks.top_color = 2;
 }
 
 ArchiveRun::~ArchiveRun() {
@@ -115,8 +117,6 @@ void ArchiveRun::Run() {
 void ResetRun() {
   ClearTrap();
   ResetRunValues();
-  TitleColor = 1; // what the entry point takes from the system
-  TopColor = 2;
 }
 
 } // namespace korb::test

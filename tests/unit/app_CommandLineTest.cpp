@@ -103,7 +103,7 @@ TEST_CASE("the running file is the one that was typed") {
         Row{"\"c:\\my dir\\setup\" /a", "c:\\my dir\\setup.EXE"}, Row{"\"c:\\v1.0\\setup\"/a", "c:\\v1.0\\setup.EXE"},
         Row{"setup\t/a b", "setup\t/a.EXE"}, // only a space ends it
         Row{"\"setup.exe", "setup.exe"}}) {
-    CAPTURE(row.line);
+    CAPTURE(std::string(row.line));
     CHECK(OwnPath(row.line) == row.path);
   }
 }

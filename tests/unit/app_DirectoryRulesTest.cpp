@@ -1,4 +1,5 @@
 #include <initializer_list>
+#include <string>
 
 #include "app/DirectoryRules.h"
 #include "format/Texts.h"
@@ -22,7 +23,7 @@ TEST_CASE("a directory is refused by the first rule that it breaks") {
       {"C:\\Program Files\\x", 0, kTextDriveMissing, 0},
   };
   for (const auto &row : rows) {
-    CAPTURE(row.path);
+    CAPTURE(std::string(row.path));
 
     CHECK(RefusalOf(row.path, {true, false, program_files}) == row.refusal);
     CHECK(RefusalOf(row.path, {false, false, program_files}) == row.without_drive);

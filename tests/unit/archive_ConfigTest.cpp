@@ -96,10 +96,10 @@ TEST_CASE("colours hold with their flag, and the title's with a bitmap too") {
     if (!row.bitmap)
       installer.product.background.clear();
     ConfigRun run(installer);
-    CHECK(TitleColor == row.title_then);
-    CHECK(TopColor == row.top_then);
-    CHECK(MonoColor == row.mono_then);
-    CHECK(TitleShadow == 3);
+    CHECK(run.config.looks.title_color == row.title_then);
+    CHECK(run.config.looks.top_color == row.top_then);
+    CHECK(run.config.looks.mono_color == row.mono_then);
+    CHECK(run.config.looks.title_shadow == 3);
   }
 }
 

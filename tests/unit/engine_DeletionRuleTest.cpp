@@ -34,7 +34,7 @@ TEST_CASE("an old file is deleted when its date or its size is the one that the 
                          Row{7, "no date", 5, true},
                          Row{-1, "no date", 5, true}}) {
     CAPTURE(row.kind);
-    CAPTURE(row.value);
+    CAPTURE(std::string(row.value));
     FileDeletion record;
     record.kind = static_cast<int8_t>(row.kind);
     record.value = row.value;

@@ -1,9 +1,9 @@
 #include <map>
+#include <optional>
 
 #include "core/RunValues.h"
+#include "engine/InstallNotes.h"
 #include "engine/Placement.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
 #include "format/Kinds.h"
 #include "tests/support/Testing.h"
 
@@ -34,15 +34,14 @@ public:
 
 constexpr FileDate kDate{2001, 5, 17, 10, 30, 2};
 constexpr FileDate kEarlier{2001, 5, 17, 10, 30, 0};
+constexpr FileDate kLater{2001, 5, 17, 10, 30, 4};
 
 struct Case {
   Case() {
     InstallFlags = 0;
     InstallDir = "C:\\App";
     CommonDir = "C:\\Shared";
-    UninstallDir = "C:\\App\\Un";
-    LogText.clear();
-    ResetPlacementLists();
+    notes.uninstall_dir = "C:\\App\\Un";
   }
 
   std::string To(uint32_t kind, const char *name, const char *target, uint32_t flags = 0) {
@@ -50,24 +49,26 @@ struct Case {
     record.name = name;
     record.target = target;
     record.file_flags = flags;
-    const Destination to = ChooseDestination(record, machine);
+    const Destination to = ChooseDestination(record, notes.uninstall_dir, machine);
     return std::string(to.path.c_str()) + (to.in_install_tree ? " +" : "") +
            (to.name == name ? "" : std::string(" as ") + to.name.c_str());
   }
 
   /// "write", "replace" or "skip", and what was logged.
   std::string Verdict() {
-    LogText.clear();
+    String &log_text = notes.journal.log_text;
+    log_text.clear();
     bool replaces = false;
-    const bool wanted = IsWanted(record, "f", machine, replaces);
+    const bool wanted = IsWanted(record, "f", machine, notes, replaces);
     CHECK((wanted || !replaces));
     return (!wanted    ? "skip"
             : replaces ? "replace"
                        : "write") +
-           (LogText.is_empty() ? std::string() : std::string(": ") + LogText.c_str());
+           (log_text.is_empty() ? std::string() : std::string(": ") + log_text.c_str());
   }
 
   Machine machine;
+  InstallNotes notes;
   PayloadRecord record{"n", 0, 0, 0, nullptr, 0, kDate, "", "", "", ""};
 };
 
@@ -106,7 +107,7 @@ TEST_CASE("a file goes where its target, its flags and its kind say, in this ord
   Case c;
   for (const Row &row : rows) {
     CAPTURE(row.kind);
-    CAPTURE(row.target);
+    CAPTURE(std::string(row.target));
     CHECK(c.To(row.kind, row.name, row.target, row.flags) == row.path);
   }
   for (const uint32_t kind : {2u, 3u, 8u, 0xFFFFFFFFu})
@@ -114,87 +115,122 @@ TEST_CASE("a file goes where its target, its flags and its kind say, in this ord
   CHECK(TrappedCode([&] { c.To(3, "b", "newname"); }) == 110);
 }
 
-// Whole runs show the rest: which file replaces which, how each is counted, and the shortcuts with all they hold.
+// Whole runs show the rest: how each file is counted, and the shortcuts with all they hold.
 TEST_CASE("a file that the condition keeps still goes with the product") {
   Case c;
   const auto wanted = [&](uint32_t flags, const char *path) {
     c.record.file_flags = flags;
     bool replaces = false;
-    return IsWanted(c.record, path, c.machine, replaces);
+    return IsWanted(c.record, path, c.machine, c.notes, replaces);
   };
   c.machine.files["C:\\App\\old"] = {};
   InstallFlags = IF_NO_UNINSTALL_RECORDS;
   CHECK_FALSE(wanted(FF_PLACE_NEW | FF_KEEP, "C:\\App\\old"));
   c.record.dest_kind = KindSystem;
-  CHECK(Values{wanted(FF_PLACE_NEW, "C:\\App\\old"), UninstallList.is_empty()} == Values{0, 1});
+  CHECK(Values{wanted(FF_PLACE_NEW, "C:\\App\\old"), c.notes.uninstall_list.text().is_empty()} == Values{0, 1});
   c.record.dest_kind = KindStartup;
   CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
-  CHECK(UninstallList == "C:\\App\\old\r\n");
+  CHECK(c.notes.uninstall_list.text() == "C:\\App\\old\r\n");
 }
 
-TEST_CASE("fonts, files without a date that can be read and kinds without a rule are compared with what is there") {
-  const std::string replaced = "replace: f is out of date and will be replaced.\r\n";
+TEST_CASE("a file replaces another only as its condition, its version and its date allow") {
+  using Present = std::optional<PresentFile>;
+  const Present none, older = PresentFile{kEarlier, "", false}, same = PresentFile{kDate, "", false},
+                      newer = PresentFile{kLater, "", false}, dateless = PresentFile{kDate, "", true},
+                      version_11 = PresentFile{kEarlier, "0000000011.0000000000", false},
+                      newer_11 = PresentFile{kLater, "0000000011.0000000000", false};
+  const std::string replaced = "replace: f is out of date and will be replaced.\r\n",
+                    current = "skip: f is up to date.\r\n",
+                    version = "skip: f was not installed because its version is not newer.\r\n",
+                    date = "skip: f was not installed because its date is not newer.\r\n";
   const struct {
-    uint32_t kind;
+    uint32_t kind, flags;
     const char *label;
-    PresentFile present;
+    Present present;
     std::string verdict;
   } rows[] = {
-      {3, "", {kDate, "", false}, "write"},
-      {KindFont, "", {kEarlier, "", false}, replaced},
-      {KindFont, "", {kDate, "", true}, replaced},
-      {KindFont, "", {kDate, "", false}, "skip: f is up to date.\r\n"},
-      {KindSystem, "", {kDate, "", true}, "skip"},
-      {KindSystem, " \t", {kEarlier, "9", false}, replaced},
-      {KindSystemCom, "9", {kEarlier, "", false}, replaced}, // no version there
-      {KindSystemCom, "1.10", {kEarlier, "0000000001.0000000009", false}, replaced},
+      {KindProgram, 0, "", newer, "write"},
+      {KindProgram, FF_PLACE_NEVER, "", none, "skip"},
+      {KindProgram, FF_PLACE_OVER, "", none, "skip"},
+      {KindProgram, FF_PLACE_OVER, "", newer, "write"},
+      {KindProgram, FF_PLACE_NEW, "", none, "write"},
+      {KindProgram, FF_PLACE_NEW, "", older, "skip"},
+      {3, 0, "", same, "write"},
+      {KindShared, 0, "", none, "write"},
+      {KindShared, 0, "", older, replaced},
+      {KindShared, 0, "", same, current},
+      {KindShared, 0, "", newer, current},
+      {KindShared, FF_PLACE_NEW, "", older, "skip"},
+      {KindFont, 0, "", none, "write"},
+      {KindFont, 0, "", older, replaced},
+      {KindFont, 0, "", dateless, replaced},
+      {KindFont, 0, "", same, current},
+      {KindSystem, 0, "", none, "write"},
+      {KindSystem, 0, "", older, replaced},
+      {KindSystem, 0, "", same, date},
+      {KindSystem, 0, "", dateless, "skip"},
+      {KindSystem, 0, " \t", version_11, replaced},
+      {KindSystem, 0, "12", older, replaced}, // without a version there is nothing to compare
+      {KindSystem, 0, "11.0", version_11, version},
+      {KindSystem, 0, "10.9", version_11, version},
+      {KindSystem, 0, "11", version_11, version},
+      {KindSystem, 0, "11.0.0", version_11, replaced},
+      {KindSystem, 0, "11.0a", version_11, replaced},
+      {KindSystem, 0, "12", newer_11, date},
+      {KindSystemCom, 0, "11.1", version_11, replaced},
   };
   Case c;
   for (const auto &row : rows) {
-    CAPTURE(row.kind);
-    CAPTURE(row.verdict);
-    c.machine.files["f"] = row.present;
+    CAPTURE(&row - rows);
+    c.machine.files.clear();
+    if (row.present)
+      c.machine.files["f"] = *row.present;
     c.record.dest_kind = row.kind;
+    c.record.file_flags = row.flags;
     c.record.label = row.label;
     CHECK(c.Verdict() == row.verdict);
   }
-  c.machine.files.clear();
-  c.record.dest_kind = KindFont;
-  CHECK(c.Verdict() == "write");
+}
+
+TEST_CASE("without a date a shared file replaces what is there, and a system file does not") {
+  Case c;
+  c.record.date = {};
+  c.machine.files["f"] = {kLater, "", false};
+  c.record.dest_kind = KindShared;
+  CHECK(c.Verdict() == "replace: f is out of date and will be replaced.\r\n");
+  c.record.dest_kind = KindSystem;
+  CHECK(c.Verdict() == "skip: f was not installed because its date is not newer.\r\n");
 }
 
 TEST_CASE("shortcuts are noted for programs that ask and for every startup file") {
   Case c;
   const auto note = [&](uint32_t kind, uint32_t flags) {
-    ShortcutList.clear();
+    c.notes.shortcut_list.clear();
     c.record.dest_kind = kind;
     c.record.file_flags = flags;
-    NoteShortcut(c.record, "C:\\App\\a.exe");
-    return ShortcutList.count;
+    NoteShortcut(c.record, "C:\\App\\a.exe", c.notes);
+    return c.notes.shortcut_list.count;
   };
   c.record.label = c.record.icon = " ";
   CHECK(Values{note(KindProgram, FF_KEEP), note(KindShared, FF_SHORTCUTS),
                note(KindStartup, FF_START_MENU | FF_KEEP)} == Values{0, 0, 1});
-  const ShortcutRecord shortcut = ShortcutList.at(0);
+  const ShortcutRecord shortcut = c.notes.shortcut_list.at(0);
   CHECK((!shortcut.desktop && shortcut.start_menu && shortcut.startup && shortcut.no_uninstall));
   CHECK(shortcut.title == " ");
   CHECK(shortcut.icon.is_empty());
   c.record.icon = "a.ico";
   CHECK(note(KindProgram, FF_DESKTOP) == 1);
-  CHECK(ShortcutList.at(0).icon == "C:\\App\\Un\\a.ico");
+  CHECK(c.notes.shortcut_list.at(0).icon == "C:\\App\\Un\\a.ico");
 }
 
 TEST_CASE("the uninstall list takes directories once and no drive's root") {
-  ClearUninstallList();
-  AddUninstallEntry("C:\\", kUninstallDirectory);
-  AddUninstallEntry(nullptr, kUninstallFile);
-  AddUninstallEntry("C:\\App", kUninstallDirectory);
-  AddUninstallEntry("c:\\aPP", kUninstallDirectory);
-  AddUninstallEntry("C:\\f", kUninstallFile);
-  AddUninstallEntry("C:\\f", kUninstallFile);
-  AddUninstallEntry("Software\\X", kUninstallKey);
-  CHECK(UninstallList == "~C:\\App\r\nC:\\f\r\nC:\\f\r\n!Software\\X\r\n");
-  ClearUninstallList();
-  AddUninstallEntry("C:\\App", kUninstallDirectory);
-  CHECK(UninstallList == "~C:\\App\r\n");
+  UninstallList list;
+  list.AddUninstallEntry("C:\\", kUninstallDirectory);
+  list.AddUninstallEntry(nullptr, kUninstallFile);
+  list.AddUninstallEntry("C:\\App", kUninstallDirectory);
+  list.AddUninstallEntry("c:\\aPP", kUninstallDirectory);
+  list.AddUninstallEntry("C:\\f", kUninstallFile);
+  list.AddUninstallEntry("C:\\f", kUninstallFile);
+  list.AddUninstallEntry("Software\\X", kUninstallKey);
+  CHECK(list.text() == "~C:\\App\r\nC:\\f\r\nC:\\f\r\n!Software\\X\r\n");
 }

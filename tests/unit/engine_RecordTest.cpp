@@ -1,9 +1,9 @@
 // The texts that an installation leaves and an uninstaller reads.
 #include "core/RunValues.h"
 #include "engine/InstallLog.h"
+#include "engine/InstallLogBlock.h"
 #include "engine/RemoveSelf.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallList.h"
+#include "engine/SelfRemovalText.h"
 #include "engine/UninstallRecord.h"
 #include "format/Texts.h"
 #include "tests/support/Testing.h"
@@ -49,7 +49,7 @@ TEST_CASE("a record is read as far as it can be understood") {
       {"a\r\n[Strings]\r\n~5\r\ncut o", "a,||5=cut o "},
   };
   for (const auto &row : rows) {
-    CAPTURE(row.bytes);
+    CAPTURE(std::string(row.bytes));
     CHECK(Understood(row.bytes) == row.understood);
   }
   std::string many = "[Strings]\r\n~5\r\nx\r\n[Associations]\r\n", texts = "[Strings]\r\n";
@@ -67,27 +67,31 @@ TEST_CASE("what a record is made of comes back") {
     TextTable.at(*number).at(0) = str_format("<product> %d\r\n\r\n%%s", *number);
   }
   ProductName = "Thing";
-  UninstallList = String("x:\\") + std::string(70000, 'p').c_str() + "\r\n~C:\\a\r\n"; // longer than a format gives
-  AssociationLines = "";
-  std::string text = UninstallRecordText().c_str();
+  const String entries =
+      String("x:\\") + std::string(70000, 'p').c_str() + "\r\n~C:\\a\r\n"; // longer than a format gives
+  std::string text = UninstallRecordText(entries, "").c_str();
   CHECK(text.find("~C:\\a\r\n\r\n\r\n[Strings]\r\n~10\r\nThing 10\r\n\r\n%s\r\n~15\r\n") == 70005);
   CHECK(text.substr(text.size() - 23) == "\r\n~71\r\nThing 71\r\n\r\n%s\r\n");
-  AssociationLines = ".a~!~b~!~c\r\n";
-  text = UninstallRecordText().c_str();
+  text = UninstallRecordText(entries, ".a~!~b~!~c\r\n").c_str();
   CHECK(text.find("\r\n%s\r\n\r\n\r\n[Associations]\r\n.a~!~b~!~c\r\n") == text.size() - 38);
   const std::string back = Understood(text);
   CHECK(back.substr(70004, 30) == "~C:\\a,,,|.a/b/c |10=Thing 10\r\n");
-  UninstallList.clear();
-  AssociationLines.clear();
 }
 
 TEST_CASE("a log tells of a run without an uninstaller and without lines of its own") {
   ProductName = "Thing";
   InstallDir = "C:\\Thing";
   InstallFlags = 0;
-  CHECK(InstallLogBlock(true, "Done\r\n\r\n", DateTime::from({2001, 5, 7, 15, 4, 9})) ==
+  CHECK(InstallLogBlock("", true, "Done\r\n\r\n", "", DateTime::from({2001, 5, 7, 15, 4, 9})) ==
         "\r\nInstallation log for: Thing\r\nInstall date: 7-May-2001 3:04:09p\r\nInstall location: C:\\Thing\r\n"
         "Installer version: 11.0\r\n\r\nDone\r\n\r\n");
+}
+
+// Symptom: an uninstaller in "C:\\100% Pure" stayed for ever.
+TEST_CASE("a percent sign of a path is written twice, since a batch drops a single one") {
+  CHECK(SelfRemovalText("C:\\9% a\\U%n\\u.exe", "C:\\9% a", "U%n") ==
+        ":Repeat\r\ndel \"C:\\9%% a\\U%%n\\u.exe\"\r\nif exist \"C:\\9%% a\\U%%n\\u.exe\" goto Repeat\r\nrd "
+        "\"C:\\9%% a\\U%%n\"\r\nrd \"C:\\9%% a\"\r\ndel \"c:\\delunins.bat\"\r\n");
 }
 
 TEST_CASE("the batch removes the program before its directories, and itself last") {

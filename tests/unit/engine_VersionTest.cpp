@@ -29,8 +29,8 @@ TEST_CASE("versions are ordered by their numbers, then by their last letter") {
            Row{"b", "a", 1},          // also between empty ones
            Row{"4294967297", "1", 0}  // wraps
        }) {
-    CAPTURE(row.a);
-    CAPTURE(row.b);
+    CAPTURE(std::string(row.a));
+    CAPTURE(std::string(row.b));
     CHECK(Sign(CompareVersions(row.a, row.b)) == row.order);
     CHECK(Sign(CompareVersions(row.b, row.a)) == -row.order);
   }

@@ -117,6 +117,7 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(key.WriteString("a", "text"));
   CHECK(Stored("a") == std::string("1:text\0", 7));
   CHECK(key.WriteString("a", "text", RK_EXPAND));
+  CHECK(key.KindOption("a") == RK_EXPAND);
   CHECK(Stored("a") == std::string("2:text\0", 7));
   CHECK(key.WriteString("a", "text", RK_EXPAND | RK_BINARY));
   CHECK(Stored("a") == "3:text");

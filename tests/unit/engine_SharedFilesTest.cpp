@@ -1,4 +1,4 @@
-#include "engine/SharedEntry.h"
+#include "engine/SharedFiles.h"
 #include "tests/support/Testing.h"
 
 TEST_CASE("the entries of a list of shared files come back one by one, and rubbish ends the list") {
@@ -16,7 +16,7 @@ TEST_CASE("the entries of a list of shared files come back one by one, and rubbi
         Row{"\"c:\\a.dll\"; \"c:\\b.dll\"", "c:\\a.dll;", " \"c:\\b.dll\""},
         Row{"c:\\a.dll;\"c:\\b.dll\"", "", "c:\\a.dll;\"c:\\b.dll\""},
         Row{"\" ^\";\"c:\\b.dll\"", "", ";\"c:\\b.dll\""}, Row{"\"", "", ""}}) {
-    CAPTURE(row.text);
+    CAPTURE(std::string(row.text));
     String text(row.text);
     std::string entries;
     SharedEntry entry;

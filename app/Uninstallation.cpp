@@ -1,17 +1,15 @@
-#include "engine/Uninstall.h"
+#include "app/Uninstallation.h"
 
 #include "core/Failure.h"
 #include "core/RunValues.h"
 #include "engine/DirectoryGuard.h"
-#include "engine/RecordNames.h"
-#include "engine/ReleaseSharedFiles.h"
 #include "engine/RemoveFiles.h"
 #include "engine/RemoveFonts.h"
+#include "engine/RemoveSelf.h"
 #include "engine/RestoreAssociations.h"
-#include "engine/RunLists.h"
-#include "engine/UninstallData.h"
-#include "engine/UninstallList.h"
+#include "engine/SharedFiles.h"
 #include "engine/UninstallRecord.h"
+#include "engine/Uninstaller.h"
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"
 #include "files/DiskFile.h"
@@ -41,16 +39,20 @@ void Wait() {
   WaitPhase(kPhaseMs);
 }
 
-class UninstallRun {
+/// An uninstall run as its phases.
+class Uninstallation {
 public:
-  explicit UninstallRun(const String &name) : name_(name) {}
+  explicit Uninstallation(const String &name) : name_(name) {}
 
+  [[noreturn]] void Run();
+
+private:
   bool Open();
   void ReadValues();
   void ShowWindow();
   void ReadRecord();
   void Ask();
-  void RunFirstBatch() { RunBatchOnce(product_value::kUninstallBatch1, InstallDir, IF_HIDE_UNINSTALL_BATCH1); }
+  void RunFirstBatch();
   void UndoAssociations();
   void UndoFonts();
   void UndoFiles();
@@ -62,21 +64,24 @@ public:
   void RemoveRecord();
   bool Finish();
 
-private:
   void Read(String &text, const char *value) const { key_.ReadString(text, value, ""); }
   void RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag);
   void RemoveKeyUpward(String path, bool current_user);
 
   const String &name_;
   RegistryKey key_;
-  UninstallRecord record_;
+  Looks looks_ = SystemLooks();
+  String uninstall_subdir_; // relative to InstallDir
+  String uninstall_dir_;
   String fonts_;
   bool for_all_users_ = false;
-  String report_; // what could not be removed
+  UninstallRecord record_;
+  String report_;      // what could not be removed, for the user
+  UninstallList left_; // and for a second run
 };
 
 /// The archive's flags are not known before the key has told them, so these reports show unless /a was typed.
-bool UninstallRun::Open() {
+bool Uninstallation::Open() {
   const String path = PathJoin(kUninstallKeys, name_);
   if (!RegistryKey::SoftwareKeyExists(path, false)) {
     ReportError("No product named '%s' is installed.", name_);
@@ -104,36 +109,39 @@ bool UninstallRun::Open() {
   return true;
 }
 
-/// What is missing keeps the colours that the entry point has taken from the system.
-void UninstallRun::ReadValues() {
+/// What is missing keeps the system's colours.
+void Uninstallation::ReadValues() {
   Read(MainTitle, product_value::kDisplayTitle);
-  TitleColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTitleColor, static_cast<int32_t>(TitleColor)));
-  TitleShadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, TitleShadow));
-  TopColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kTopColor, static_cast<int32_t>(TopColor)));
-  BottomColor = static_cast<uint32_t>(key_.ReadNumber(product_value::kBottomColor, static_cast<int32_t>(BottomColor)));
-  MonoColor = key_.ReadBoolean(product_value::kMonoColor, MonoColor);
-  Read(UninstallSubdir, product_value::kUninstallSubdir);
-  UninstallDir = PathJoin(InstallDir, UninstallSubdir);
+  const auto color = [this](uint32_t &looks, const char *value) {
+    looks = static_cast<uint32_t>(key_.ReadNumber(value, static_cast<int32_t>(looks)));
+  };
+  color(looks_.title_color, product_value::kTitleColor);
+  color(looks_.top_color, product_value::kTopColor);
+  color(looks_.bottom_color, product_value::kBottomColor);
+  looks_.mono_color = key_.ReadBoolean(product_value::kMonoColor, looks_.mono_color);
+  looks_.title_shadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, looks_.title_shadow));
+  Read(uninstall_subdir_, product_value::kUninstallSubdir);
+  uninstall_dir_ = PathJoin(InstallDir, uninstall_subdir_);
   Read(fonts_, product_value::kProductFonts);
   for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
 }
 
 /// Made before the record is read, so without any text of the archive's.
-void UninstallRun::ShowWindow() {
+void Uninstallation::ShowWindow() {
   if (HasInstallFlag(IF_BACKGROUND_BITMAP))
-    BackgroundImage.load(BackgroundBitmapPath());
+    BackgroundImage.load(BackgroundBitmapPath(uninstall_dir_));
   if (!HasInstallFlag(IF_NO_WINDOW))
-    CreateMainWindow(InstanceHandle, nullptr);
+    CreateMainWindow(InstanceHandle, nullptr, looks_);
 }
 
 /// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
-void UninstallRun::ReadRecord() {
+void Uninstallation::ReadRecord() {
   String text;
-  if (ReadWholeFile(UninstallDataPath(), text) == OPEN_OK)
+  if (ReadWholeFile(UninstallDataPath(uninstall_dir_), text) == OPEN_OK)
     ReadUninstallRecord(text, record_);
 }
 
-void UninstallRun::Ask() {
+void Uninstallation::Ask() {
   if (!AutomaticMode && !AskYesNo(TextLookup(kTextUninstallQuestion), kTextUninstallTitle))
     ExitInstaller();
   CreateProgressDialog();
@@ -141,17 +149,22 @@ void UninstallRun::Ask() {
 }
 
 /// A second run, after one that left something behind, doesn't run it again, not even one that could not be started:
-/// LogText is never written here, and the report is kept for what could not be removed.
-void UninstallRun::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
+/// no run of this kind writes the log, and the report is kept for what could not be removed.
+void Uninstallation::RunBatchOnce(const char *value, const String &directory, uint64_t hide_flag) {
   String script;
   Read(script, value);
   if (script.is_empty())
     return;
-  RunBatch(directory, script, HasInstallFlag(hide_flag), LogText);
+  String log; // for nobody
+  RunBatch(directory, script, HasInstallFlag(hide_flag), log);
   key_.DeleteValue(value);
 }
 
-void UninstallRun::UndoAssociations() {
+void Uninstallation::RunFirstBatch() {
+  RunBatchOnce(product_value::kUninstallBatch1, InstallDir, IF_HIDE_UNINSTALL_BATCH1);
+}
+
+void Uninstallation::UndoAssociations() {
   if (record_.associations.is_empty())
     return;
   SetStep(kTextStepAssociations, 1);
@@ -159,7 +172,7 @@ void UninstallRun::UndoAssociations() {
   Wait();
 }
 
-void UninstallRun::UndoFonts() {
+void Uninstallation::UndoFonts() {
   if (fonts_.is_empty())
     return;
   SetStep(kTextStepFonts, 5);
@@ -167,20 +180,19 @@ void UninstallRun::UndoFonts() {
   Wait();
 }
 
-void UninstallRun::UndoFiles() {
-  RemoveListedFiles(record_.entries, report_);
+void Uninstallation::UndoFiles() {
+  RemoveListedFiles(record_.entries, report_, left_);
   Wait();
 }
 
 /// A later run finds what stayed, and nothing else: associations are undone by now.
-void UninstallRun::RewriteRecord() {
+void Uninstallation::RewriteRecord() {
   SetStep(kTextStepSharedFiles, 90);
-  DeleteOrSchedule(InstallLogPath());
-  WriteUninstallData();
-  UninstallList.clear();
+  DeleteOrSchedule(InstallLogPath(uninstall_dir_));
+  WriteUninstallData(uninstall_dir_, left_, "");
 }
 
-void UninstallRun::RemoveStartMenuGroup() {
+void Uninstallation::RemoveStartMenuGroup() {
   String group;
   Read(group, product_value::kProductStartMenu);
   String path = PathJoin(for_all_users_ ? StartMenuProgramsAllFolder() : StartMenuProgramsFolder(), group);
@@ -191,7 +203,7 @@ void UninstallRun::RemoveStartMenuGroup() {
   }
 }
 
-void UninstallRun::UndoSharedFiles() {
+void Uninstallation::UndoSharedFiles() {
   String files;
   Read(files, product_value::kSharedFiles);
   if (!files.is_empty() && !ReleaseSharedFiles(files))
@@ -201,7 +213,7 @@ void UninstallRun::UndoSharedFiles() {
 }
 
 /// The product's key goes with all that it holds, the keys above it only where that leaves them empty.
-void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
+void Uninstallation::RemoveKeyUpward(String path, bool current_user) {
   RegistryOptions options = RK_NONE;
   for (int32_t level = 0; level < kMaxLevels; ++level) {
     path.remove_last_if('\\');
@@ -211,7 +223,7 @@ void UninstallRun::RemoveKeyUpward(String path, bool current_user) {
   }
 }
 
-void UninstallRun::RemoveProductKeys() {
+void Uninstallation::RemoveProductKeys() {
   SetStep(kTextStepRegistry, 95);
   String path;
   Read(path, product_value::kProductRegistry);
@@ -226,7 +238,7 @@ void UninstallRun::RemoveProductKeys() {
 /// The name that was recorded is judged first, so that nothing is taken for a place near where the run stands; then
 /// the system's, since a short name, a link or another drive may lead to what is guarded. The recorded one is deleted:
 /// the system's may have lost characters that the code page lacks.
-void UninstallRun::RemoveWholeDirectory() {
+void Uninstallation::RemoveWholeDirectory() {
   const String programs = ProgramFilesFolder();
   if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS) || !MayDeleteWhole(InstallDir, WindowsDirectory, programs))
     return;
@@ -235,10 +247,10 @@ void UninstallRun::RemoveWholeDirectory() {
 }
 
 /// Only when all is undone: else they tell a second run what is left.
-void UninstallRun::RemoveRecord() {
+void Uninstallation::RemoveRecord() {
   if (!report_.is_empty())
     return;
-  DeleteOrSchedule(UninstallDataPath());
+  DeleteOrSchedule(UninstallDataPath(uninstall_dir_));
   if (HasInstallFlag(IF_EDIT_PATH)) {
     const String complaint = EditAutoexecPath(false);
     if (!AutomaticMode)
@@ -248,7 +260,8 @@ void UninstallRun::RemoveRecord() {
   key_.DeleteSoftwareChild(kUninstallKeys, name_, false);
 }
 
-bool UninstallRun::Finish() {
+/// True when nothing is left.
+bool Uninstallation::Finish() {
   key_.Close();
   DestroyProgressDialog();
   const bool done = report_.is_empty();
@@ -263,28 +276,34 @@ bool UninstallRun::Finish() {
   return done;
 }
 
+/// The order counts: batches and registered files find the product still there, and the key that tells all goes last.
+void Uninstallation::Run() {
+  if (!Open())
+    ExitInstaller();
+  ReadValues();
+  ShowWindow();
+  ReadRecord();
+  Ask();
+  RunFirstBatch();
+  UndoAssociations();
+  UndoFonts();
+  UndoFiles();
+  RewriteRecord();
+  RemoveStartMenuGroup();
+  UndoSharedFiles();
+  RemoveProductKeys();
+  RemoveWholeDirectory();
+  RemoveRecord();
+  if (Finish())
+    RemoveSelf(uninstall_subdir_);
+  ExitInstaller();
+}
+
 } // namespace
 
-/// The order counts: batches and registered files find the product still there, and the key that tells all goes last.
-bool RunUninstall(const String &name) {
-  UninstallRun run(name);
-  if (!run.Open())
-    return false;
-  run.ReadValues();
-  run.ShowWindow();
-  run.ReadRecord();
-  run.Ask();
-  run.RunFirstBatch();
-  run.UndoAssociations();
-  run.UndoFonts();
-  run.UndoFiles();
-  run.RewriteRecord();
-  run.RemoveStartMenuGroup();
-  run.UndoSharedFiles();
-  run.RemoveProductKeys();
-  run.RemoveWholeDirectory();
-  run.RemoveRecord();
-  return run.Finish();
+void RunUninstall(const String &name) {
+  static Uninstallation run(name); // the code that reaches its fields is shorter than for one on the stack
+  run.Run();
 }
 
 } // namespace korb
