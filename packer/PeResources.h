@@ -1,6 +1,8 @@
-// The resources of a program or library.
+// The resources of a program or library, and the version among them.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "packer/Bytes.h"
@@ -18,5 +20,10 @@ struct Resource {
 /// The resources of `type` in a PE file, 32 or 64 bits wide, in the order of its tables. Any bytes are a file; those
 /// without such resources give none.
 std::vector<Resource> FindResources(const Bytes &file, uint32_t type);
+
+/// The text "FileVersion" of a PE file, 32 or 64 bits wide: the US English one in code page 1252, which is what an
+/// installer compares with, else the first one, else the number of the fixed part. Nothing when `file` has none. Any
+/// bytes are a file.
+std::optional<std::string> FileVersionOf(const Bytes &file);
 
 } // namespace korb::packer

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <set>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "packer/Product.h"
@@ -46,5 +48,11 @@ public:
 private:
   std::vector<Finding> list_;
 };
+
+/// The one of `words` that `word` was probably meant to be, within two or three typing slips; empty for none.
+std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words);
+
+/// The same as the end of a message: "; did you mean '...'?", or nothing.
+std::string Suggestion(std::string_view word, std::span<const std::string_view> words);
 
 } // namespace korb::packer

@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "packer/Words.h"
-#include "packer/check/NearMiss.h"
 #include "packer/check/TextRules.h"
 
 namespace korb::packer {

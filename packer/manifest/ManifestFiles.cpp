@@ -4,8 +4,8 @@
 #include <set>
 
 #include "packer/CodePage.h"
+#include "packer/PeResources.h"
 #include "packer/manifest/FileTree.h"
-#include "packer/manifest/VersionResource.h"
 
 namespace korb::packer {
 

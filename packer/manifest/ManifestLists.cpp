@@ -3,7 +3,6 @@
 #include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
-#include "packer/check/NearMiss.h"
 #include "packer/manifest/EnglishTexts.h"
 
 namespace korb::packer {

@@ -1,6 +1,5 @@
 #include "packer/manifest/ManifestTable.h"
 
-#include "packer/check/NearMiss.h"
 #include "packer/manifest/ManifestReader.h"
 
 namespace korb::packer {

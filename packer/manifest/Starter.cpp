@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "packer/FileIo.h"
+#include "packer/PeResources.h"
 #include "packer/Product.h"
 #include "packer/check/TextRules.h"
 #include "packer/manifest/FileTree.h"
-#include "packer/manifest/VersionResource.h"
 
 namespace korb::packer {
 

@@ -2,7 +2,7 @@
 // was read before the damage stands within the file.
 #include <cstdlib>
 
-#include "packer/manifest/VersionResource.h"
+#include "packer/PeResources.h"
 #include "packer/read/InstallerReader.h"
 #include "tests/support/FailureTrap.h"
 
