@@ -31,18 +31,26 @@ struct Page {
   const String &text;
 };
 
+WNDPROC EditProcedure = nullptr; // the system's, of any edit control
+
+/// Keeps the reader's place: the system marks a whole text that Tab leads to, and goes to its end, if it may.
+LRESULT CALLBACK PageTextProcedure(HWND page, UINT message, WPARAM word, LPARAM parameter) {
+  const LRESULT result = CallWindowProcA(EditProcedure, page, message, word, parameter);
+  return message == WM_GETDLGCODE ? result & ~DLGC_HASSETSEL : result;
+}
+
 INT_PTR CALLBACK PageProcedure(HWND dialog, UINT message, WPARAM word, LPARAM parameter) {
   if (message == WM_INITDIALOG) {
     const Page &page = *reinterpret_cast<const Page *>(parameter);
     SetControlText(dialog, KORB_CONTROL_PAGE, page.text);
     ShowTexts(dialog, page.kind.texts);
     CenterDialog(dialog);
-    SetFocus(GetDlgItem(dialog, KORB_CONTROL_PAGE));
+    const HWND text = GetDlgItem(dialog, KORB_CONTROL_PAGE);
+    EditProcedure =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrA(text, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(PageTextProcedure)));
+    SetFocus(text);
     return FALSE;
   }
-  // Reading begins at the top: the system marks a whole text that Tab leads to.
-  if (message == WM_COMMAND && word == MAKEWPARAM(KORB_CONTROL_PAGE, EN_SETFOCUS))
-    SendMessageA(reinterpret_cast<HWND>(parameter), EM_SETSEL, 0, 0);
   return message == WM_COMMAND && EndOnButton(dialog, word);
 }
 
