@@ -2,8 +2,8 @@
 //
 // An installation takes them from its command line (ParseCommandLine), then from its archive (DecodeConfig,
 // ReadConfigStream), then from its user. An uninstall run takes them from its command line and from what the
-// installation left in the product's key (app/Uninstallation.cpp). What only passes from one phase to the next is no such
-// value.
+// installation left in the product's key (app/Uninstallation.cpp). What only passes from one phase to the next is no
+// such value.
 //
 // A run has one of each, and ends with its process. Whoever reads several archives in one process calls ResetRunValues
 // in between.
@@ -53,7 +53,8 @@ extern uint64_t InstallFlags;
 extern String ProductName;
 
 /// Where the product goes: by /d:, else the archive's default, taken once the archive is read. A reinstallation then
-/// takes the earlier one's place, and the directory phase what the user typed, trimmed, after which it is settled. An uninstall run takes what was recorded.
+/// takes the earlier one's place, and the directory phase what the user typed, trimmed, after which it is settled. An
+/// uninstall run takes what was recorded.
 extern String InstallDir;
 /// Directory for files that products share; empty without IF_UNINSTALL. Settled by ReadConfigStream; an uninstall run
 /// takes what was recorded, once its user has agreed.

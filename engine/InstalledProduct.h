@@ -17,8 +17,8 @@ struct EarlierInstallation {
   String shared_files;   ///< entries of the shared files that it counts
   bool is_there = false; ///< the directory still exists
 
-  /// The text by which the question begins whether to install `new_version` over it: with IF_COMPARE_VERSIONS, and where
-  /// both have a version, that tells which is newer.
+  /// The text by which the question begins whether to install `new_version` over it: with IF_COMPARE_VERSIONS, and
+  /// where both have a version, that tells which is newer.
   TextNumber ReinstallText(const String &new_version) const;
 
   /// Reads it by its uninstall name. Nothing is read when there is none.

@@ -185,7 +185,7 @@ std::optional<std::string> FileVersionOf(const Bytes &file) {
   std::optional<std::string> number;
   for (const Resource &resource : FindResources(file, kVersionResource)) {
     const VersionReader reader(file, resource);
-    if (const auto text = reader.Text())
+    if (auto text = reader.Text())
       return text;
     if (!number)
       number = reader.Number();

@@ -20,8 +20,8 @@ extern DibImage BackgroundImage;
 /// The system's own window colours, for what an archive leaves open.
 Looks SystemLooks();
 
-/// Makes the window and shows it; the handle goes to MainWindow. `looks` stays the caller's as long as the window lives,
-/// and is taken as it is whenever the window is painted. Ends the process when the window can't be made.
+/// Makes the window and shows it; the handle goes to MainWindow. `looks` stays the caller's as long as the window
+/// lives, and is taken as it is whenever the window is painted. Ends the process when the window can't be made.
 void CreateMainWindow(HINSTANCE instance, HWND parent, const Looks &looks);
 
 /// Takes the title from the texts, in the language in force, and has the window painted anew.

@@ -5,8 +5,8 @@
 
 namespace korb {
 
-/// Shows `directory` to be changed, by typing or by browsing; whatever stands there in the end is the result. False, and
-/// `directory` as it was, when the user declines.
+/// Shows `directory` to be changed, by typing or by browsing; whatever stands there in the end is the result. False,
+/// and `directory` as it was, when the user declines.
 bool ChooseDirectory(String &directory);
 
 } // namespace korb
