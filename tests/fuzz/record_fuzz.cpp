@@ -4,6 +4,7 @@
 #include "core/RunValues.h"
 #include "engine/SharedFiles.h"
 #include "engine/UninstallRecord.h"
+#include "format/Record.h"
 #include "ui/TextLookup.h"
 
 using namespace korb;
