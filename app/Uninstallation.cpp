@@ -60,7 +60,7 @@ private:
   void RemoveStartMenuGroup();
   void UndoSharedFiles();
   void RemoveProductKeys();
-  [[gnu::noinline]] void RemoveWholeDirectory(); // many accesses, which in the frame of the whole run are longer
+  void RemoveWholeDirectory();
   void RemoveRecord();
   bool Finish();
 
