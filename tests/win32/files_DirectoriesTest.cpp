@@ -244,12 +244,12 @@ TEST_CASE_FIXTURE(Fixture, "files are moved over others, and only as asked") {
     CHECK(FileMatches("moved", 5, path("source")) == (!row.moved || path("source").equals_no_case(path(row.target))));
     SetReadOnly(path("there"), false);
   }
-  CHECK_FALSE(MoveOrSchedule(Path("missing"), Path("x"), 0));
-  CHECK_FALSE(MoveOrSchedule(nullptr, Path("x"), 0));
+  CHECK_FALSE(MoveOrSchedule(Path("missing"), Path("x")));
+  CHECK_FALSE(MoveOrSchedule(nullptr, Path("x")));
 }
 
 TEST_CASE_FIXTURE(Fixture, "a protected file is deleted unless that is to be minded") {
-  CHECK_FALSE(DeleteOrSchedule(nullptr, 0));
+  CHECK_FALSE(DeleteOrSchedule(nullptr));
   folder.Write("kept", "x");
   SetReadOnly(Path("kept"), true);
   CHECK_FALSE(DeleteOrSchedule(Path("kept"), DEL_KEEP_READONLY));
@@ -286,7 +286,7 @@ TEST_CASE_FIXTURE(Fixture, "a process is awaited and gives its code") {
   ClearTrap();
   CHECK(RunProcess(shell, RP_WAIT | RP_PUMP | RP_IDLE_PRIORITY | RP_MINIMIZE, nullptr) == 6);
   CHECK(PumpCount > 0);
-  CHECK(RunProcess(shell, 0, nullptr) == kProcessCodeUnknown);
+  CHECK(RunProcess(shell, RP_NONE, nullptr) == kProcessCodeUnknown);
 }
 
 TEST_CASE("a process that there is no program for is not started") {

@@ -196,7 +196,7 @@ TEST_CASE_FIXTURE(Fixture, "a read past the end gives what is there, and a reade
 
 TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
   DiskFile disk;
-  REQUIRE(disk.Open(Write("span", "0123456789"), 0x111, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(Write("span", "0123456789"), DF_READ_SHARED, kNormal) == OPEN_OK);
   REQUIRE(disk.Seek(3));
   String text("kept");
   CHECK(disk.ReadSpan(text, 4, 6));
@@ -215,7 +215,7 @@ TEST_CASE_FIXTURE(Fixture, "spans are read without moving the position") {
 
 TEST_CASE_FIXTURE(Fixture, "a position is put away and found again") {
   DiskFile disk;
-  REQUIRE(disk.Open(Write("place", "0123456789"), 0x111, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(Write("place", "0123456789"), DF_READ_SHARED, kNormal) == OPEN_OK);
   REQUIRE(disk.Seek(3));
   CHECK(disk.PushPositionAndSeek(7) == 3);
   CHECK(disk.ReadCString() == "789");
@@ -229,7 +229,7 @@ TEST_CASE_FIXTURE(Fixture, "a position is put away and found again") {
 TEST_CASE_FIXTURE(Fixture, "contents are replaced, and their last line ended once") {
   const String file = Write("text", "a long first line");
   DiskFile disk;
-  REQUIRE(disk.Open(file, 0x1, kNormal) == OPEN_OK);
+  REQUIRE(disk.Open(file, DF_OPEN_EXISTING, kNormal) == OPEN_OK);
   CHECK(disk.ReplaceContents("short"));
   CHECK(disk.EnsureNewline());
   CHECK(disk.EnsureNewline());
@@ -246,7 +246,7 @@ TEST_CASE_FIXTURE(Fixture, "a text is appended, on a line of its own if asked, t
   CHECK(AppendToFile(file, nullptr, AF_NEW_LINE));
   CHECK(Contents(file) == "short\r\nmore\r\n");
   CHECK_FALSE(AppendToFile(Path("new"), "x", AF_EXISTING_ONLY));
-  CHECK(AppendToFile(Path("new"), "x", 0));
+  CHECK(AppendToFile(Path("new"), "x"));
   CHECK(Contents(Path("new")) == "x");
 }
 
@@ -265,7 +265,9 @@ namespace {
 
 /// A file of ten bytes, open in memory.
 struct InMemory : Fixture {
-  void Open(uint32_t flags = DF_OPEN_EXISTING) { REQUIRE(disk.Open(file, flags | DF_IN_MEMORY, kNormal) == OPEN_OK); }
+  void Open(FileOptions flags = DF_OPEN_EXISTING) {
+    REQUIRE(disk.Open(file, flags | DF_IN_MEMORY, kNormal) == OPEN_OK);
+  }
 
   const String file = Write("image", "0123456789");
   DiskFile disk;

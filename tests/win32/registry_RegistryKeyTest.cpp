@@ -45,21 +45,21 @@ struct Fixture {
 
 TEST_CASE_FIXTURE(Fixture, "keys are opened on a stack, and a failed open leaves the key") {
   CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
-  CHECK(key.OpenChild("child", 0) == KEY_CREATED);
-  CHECK(key.WriteNumber("depth", 2, 0));
+  CHECK(key.OpenChild("child") == KEY_CREATED);
+  CHECK(key.WriteNumber("depth", 2));
   key.Close();
   CHECK_FALSE(key.ValueExists("depth"));
   CHECK(key.SubKeyCount() == 1);
-  CHECK(key.OpenChild("child", 0) == KEY_OPENED);
+  CHECK(key.OpenChild("child") == KEY_OPENED);
   CHECK(key.OpenChild("child", RK_OPEN_ONLY) == KEY_NOT_OPENED);
-  CHECK(key.ReadNumber("depth", 0, 0) == 2);
+  CHECK(key.ReadNumber("depth", 0) == 2);
 }
 
 TEST_CASE_FIXTURE(Fixture, "below no key there is none") {
   key.Close();
   key.Close();
   CHECK(key.SubKeyCount() == -1);
-  CHECK(key.OpenChild("child", 0) == KEY_NOT_OPENED);
+  CHECK(key.OpenChild("child") == KEY_NOT_OPENED);
 }
 
 TEST_CASE_FIXTURE(Fixture, "a key is asked for under the user or the machine") {
@@ -124,14 +124,14 @@ TEST_CASE_FIXTURE(Fixture, "values are written as the options say") {
   CHECK(key.WriteString("a", "", RK_DELETE_EMPTY));
   CHECK(Stored("a") == "none");
   CHECK_FALSE(key.WriteString("a", "", RK_DELETE_EMPTY));
-  CHECK(key.WriteString("a", "", 0));
+  CHECK(key.WriteString("a", ""));
   CHECK(key.ValueExists("a"));
-  CHECK(key.WriteNumber("n", -2, 0));
+  CHECK(key.WriteNumber("n", -2));
   CHECK(Stored("n") == "4:\xFE\xFF\xFF\xFF");
   CHECK(key.WriteNumber("n", 0, RK_DELETE_EMPTY));
   CHECK(Stored("n") == "none");
   CHECK(key.WriteBoolean("n", true));
-  CHECK(key.ReadBoolean("n", false, 0));
+  CHECK(key.ReadBoolean("n", false));
 }
 
 TEST_CASE_FIXTURE(Fixture, "a value is exchanged in the direction that is set") {
@@ -164,7 +164,7 @@ TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make i
 
 TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them, or only if there is nothing") {
   for (const char *child : {"a\\b\\c", "empty"}) {
-    key.OpenChild(child, 0);
+    key.OpenChild(child);
     key.Close();
   }
   Vector<String> names;
@@ -172,20 +172,20 @@ TEST_CASE_FIXTURE(Fixture, "keys are deleted with all that is below them, or onl
   CHECK(names.count == 2);
   CHECK(key.DeleteChild("a", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
   CHECK(key.DeleteChild("empty", RK_ONLY_IF_EMPTY) == DELETE_DONE);
-  CHECK(key.DeleteChild("a", 0) == DELETE_DONE);
+  CHECK(key.DeleteChild("a") == DELETE_DONE);
   CHECK(key.IsEmpty());
 }
 
 TEST_CASE_FIXTURE(Fixture, "a deletion of what is not there is told apart") {
   CHECK(key.DeleteChild("missing", RK_ONLY_IF_EMPTY) == DELETE_NOT_EMPTY);
-  CHECK(key.DeleteChild("missing", 0) == DELETE_REFUSED);
-  CHECK(key.DeleteChild("", 0) == DELETE_NO_KEY);
-  CHECK(key.DeleteKey(user, "KorbTest", 0) == DELETE_NO_KEY); // no parent in the path
-  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x", 0) == DELETE_NO_KEY);
+  CHECK(key.DeleteChild("missing") == DELETE_REFUSED);
+  CHECK(key.DeleteChild("") == DELETE_NO_KEY);
+  CHECK(key.DeleteKey(user, "KorbTest") == DELETE_NO_KEY); // no parent in the path
+  CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x") == DELETE_NO_KEY);
 }
 
 TEST_CASE_FIXTURE(Fixture, "a key of a program is deleted by its path, or by its parent and name") {
-  key.OpenChild("x\\y", 0);
+  key.OpenChild("x\\y");
   key.Close();
   CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true) == DELETE_DONE);
   CHECK(key.DeleteSoftwareKey("KorbTest\\x", true, RK_ONLY_IF_EMPTY) == DELETE_DONE);
