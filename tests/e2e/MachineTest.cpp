@@ -30,10 +30,15 @@ std::string Words(DWORD error) {
 }
 
 struct System {
-  const char *version, *word; ///< as Wine and a manifest call it
+  const char *version, *word, *name; ///< as Wine, a manifest and the program call it
 };
-const System kSystems[] = {{"win95", "95"},   {"win98", "98"}, {"winme", "me"},  {"nt40", "nt4"},
-                           {"win2k", "2000"}, {"winxp", "xp"}, {"win7", "other"}};
+const System kSystems[] = {{"win95", "95", "Windows 95"},
+                           {"win98", "98", "Windows 98 A"},
+                           {"winme", "me", "Windows ME"},
+                           {"nt40", "nt4", "Windows NT 4.0 Service Pack 6a"},
+                           {"win2k", "2000", "Windows 2000 Service Pack 4"},
+                           {"winxp", "xp", "Windows XP Service Pack 3"},
+                           {"win7", "other", "Windows NT 6.1 Service Pack 1"}};
 
 /// A key below which nothing that lasts can be made.
 void MakeVolatileKey(HKEY root, const char *path) {
@@ -72,6 +77,38 @@ TEST_CASE("libraries register themselves and fonts are made known, the broken on
   CHECK(RegOpenKeyA(HKEY_LOCAL_MACHINE, "Software\\Korb Examples\\Atlas registered", &mark) == ERROR_SUCCESS);
   CHECK(std::filesystem::exists(kFonts + "no font.ttf"));
   CHECK(RemoveFontResourceA((kFonts + "korb-blocks.ttf").c_str()) == FALSE); // it is known by its bare name
+}
+
+TEST_CASE("one installer finds the folders and names the system on every version of it") {
+  // Every folder that a batch is told, with the registry's answers and without them.
+  PackedProduct product(ProductManifest("folders"));
+  for (const bool empty : {false, true}) {
+    if (empty) {
+      RegDeleteKeyA(HKEY_CURRENT_USER, (kWindowsKey + "Explorer\\Shell Folders").c_str());
+      RegDeleteKeyA(HKEY_LOCAL_MACHINE, (kWindowsKey + "Explorer\\Shell Folders").c_str());
+    }
+    for (const System &row : kSystems) {
+      const CleanPlace place({"C:\\Folders", "C:\\windows\\system32\\korb.txt", "C:\\windows\\Fonts\\korb.txt"});
+      CAPTURE(row.version);
+      const std::string program = std::string(row.version) + ".exe";
+      SetWindowsVersion(program, row.version);
+      product.Pack(program);
+      product.Install();
+      CHECK(InstallLog("C:\\Folders") == std::string(row.name) + "\r\n\r\n");
+      const std::string user = "C:\\users\\root\\", all = "C:\\users\\Public\\";
+      const std::string startup = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\StartUp";
+      const std::string programs = " C:\\windows\\Media C:\\windows\\INF\r\n"
+                                   "C:\\Program Files C:\\Program Files\\Common Files C:\\windows\\system32\r\n";
+      CHECK(FileBytes("C:\\folders.txt") ==
+            (empty ? "C:\\windows\\Desktop C:\\windows\\Desktop\r\nC:\\windows\\Favorites c:\\My Documents\r\n"
+                     "C:\\windows\\Start Menu\\Programs\\StartUp" +
+                         programs
+                   : user + "Desktop " + all + "Desktop\r\n" + user + "Favorites " + user + "Documents\r\n" + startup +
+                         programs));
+      CHECK(FileBytes("C:\\windows\\system32\\korb.txt") == "new");
+      CHECK(FileBytes("C:\\windows\\Fonts\\korb.txt") == "new");
+    }
+  }
 }
 
 TEST_CASE("an installer that excludes a system refuses that one alone, in silence where it is told to ask nothing") {
