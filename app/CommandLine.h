@@ -1,4 +1,4 @@
-// What the user typed behind the program's name.
+// What the user typed after the program's name.
 //
 //     /a             ask nothing
 //     /d:"dir"       install to this directory
@@ -15,7 +15,7 @@
 
 namespace korb {
 
-/// Atoms that are looked at; whatever stands behind them is dropped without a word.
+/// Atoms that are looked at; whatever comes after them is dropped without a word.
 inline constexpr int32_t kMaxAtoms = 19;
 
 /// The options that only the entry point needs. The others go to the values of the run that they fill.

@@ -7,7 +7,7 @@
 
 namespace korb {
 
-/// Refuses to run behind the archive's last day; an archive without a valid one never expires.
+/// Refuses to run after the archive's last day; an archive without a valid one never expires.
 void RefuseExpired(const InstallConfig &config);
 /// Refuses a system that the archive excludes.
 void RefusePlatform(const InstallConfig &config);

@@ -29,12 +29,12 @@ public:
   void SetBitPos(int32_t position) { bit_pos_ = position; }
   int32_t bit_pos() const { return bit_pos_; }
 
-  /// The next bit; behind the last one 0, and the place stays.
+  /// The next bit; after the last one 0, and the place stays.
   bool ReadBit();
   /// Reads `n` bits to the lowest bits at `destination`, byte by byte; its other bits keep their value. False, and
   /// nothing moves, for a null destination, an `n` below 1 or too few bits.
   bool ReadBits(void *destination, int32_t n);
-  /// Reads a number of which the width comes first: `base` bits, and `step` more for each 1 in front of a 0, at most
+  /// Reads a number of which the width comes first: `base` bits, and `step` more for each 1 before a 0, at most
   /// 32. The end of the data stands for that 0. False when the number isn't there, and for a `base` outside 0 to 64 or
   /// a `step` outside 1 to 16; the place may have moved then.
   bool ReadVarBits(uint32_t &value, int32_t base, int32_t step);

@@ -110,7 +110,7 @@ const uint8_t *GatherPayload(ArchiveFile &file, const ArchiveLocation &location,
   const int64_t in_executable = FirstPartSize(location, header, config, section.length());
   if (in_executable < 0)
     FatalMessage(kUnreadable);
-  // More than the payload may stand there: padding of the section, a signature behind the file.
+  // More than the payload may stand there: padding of the section, a signature after the file.
   const int32_t first = in_executable < size ? static_cast<int32_t>(in_executable) : size;
   const bool in_file = config.payload_in_file != 0;
   if (!in_file && first == size)

@@ -24,7 +24,7 @@ struct PayloadRecord {
   const char *target;      ///< explicit destination, may be empty
 };
 
-/// Reads the record at `cursor`, whose contents have `size` bytes by the header's size table, and moves behind it. The
+/// Reads the record at `cursor`, whose contents have `size` bytes by the header's size table, and moves past it. The
 /// contents are verified whatever becomes of the file. Pumps messages once. Damage is reported and ends the run (codes
 /// 70, 71, 72, 100).
 void ReadPayloadRecord(ArchiveCursor &cursor, int32_t size, PayloadRecord &record);

@@ -32,13 +32,13 @@ struct ImageBytes {
   }
 };
 
-/// Adds what stands behind the archive's section in the file.
+/// Adds what comes after the archive's section in the file.
 void AppendTail(ArchiveFile &file, const ArchiveLocation &location, String &image) {
   const int64_t tail_start = int64_t{location.section_file_pos} + location.section_raw_size;
   const int64_t tail = location.file_size - tail_start;
   if (tail <= 0)
     return;
-  // A negative section would make the tail longer than what the file has behind the headers.
+  // A negative section would make the tail longer than what the file has after the headers.
   if (location.section_raw_size < 0)
     CorruptInstaller(DamageCode::TailUnreadable);
   const int32_t old_length = image.length();
@@ -47,7 +47,7 @@ void AppendTail(ArchiveFile &file, const ArchiveLocation &location, String &imag
     CorruptInstaller(DamageCode::TailUnreadable);
 }
 
-/// Takes the archive's entry out of the section table. The step behind the last entry brings the bytes behind the table
+/// Takes the archive's entry out of the section table. The step after the last entry brings the bytes after the table
 /// up into its place, so that the table ends as it did before, in the zeros of the header area.
 void CloseSectionTable(ImageBytes image, const ArchiveLocation &location) {
   int32_t entry = location.section_entry;

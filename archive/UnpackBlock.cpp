@@ -1,7 +1,7 @@
 // Two decoders take turns. Step reads any token, wherever it stands and whatever is wrong with it; it tests every
 // bound, and it alone decides that a block is bad. FastTokens reads only the common tokens, those whose code fits into
 // the index of a table and longer back references, and only while both blocks are so far from their ends that no bound
-// needs a test; it stops in front of any other token. Nearly all tokens go its way, nearly all verdicts the other.
+// needs a test; it stops before any other token. Nearly all tokens go its way, nearly all verdicts the other.
 //
 // Neither keeps a buffer of bits: a peek loads the word at the byte of the next bit and shifts it, which costs less
 // than keeping a buffer filled where registers are few, and finds literals as easily as codes.
@@ -122,7 +122,7 @@ private:
   [[gnu::cold]] bool Reference();
   [[gnu::cold]] bool Fill();
 
-  /// The bits from `bit_` on, zeros behind the last one.
+  /// The bits from `bit_` on, zeros after the last one.
   [[gnu::cold]] Word Peek() const;
   [[gnu::cold]] bool Number(uint32_t base, uint32_t step, uint32_t &value);
   [[gnu::cold]] uint32_t Take(uint32_t width);
@@ -146,7 +146,7 @@ private:
 // byte of its first bit to that of the next token's, and makes no more; so with n such portions left on either side,
 // n - 1 tokens leave one untouched. What a token touches beyond its own bytes lies within that one: the literal copy
 // reads and writes up to 14 bytes too many, a peek reads up to 8, a back reference writes up to 15, and reads as many
-// behind its own source, which lies below `out`. What is written too far is written again by the tokens that follow,
+// after its own source, which lies below `out`. What is written too far is written again by the tokens that follow,
 // since only with them can the block end well.
 void Unpacker::FastTokens() {
   const uint8_t *const source = source_;

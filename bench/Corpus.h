@@ -19,7 +19,7 @@ struct Source {
 /// Empty when it can't be read.
 Bytes ReadFile(const std::filesystem::path &path);
 
-/// The sources one behind the other, each divided by `divisor`: the same bytes on every run on one machine.
+/// The sources one after the other, each divided by `divisor`: the same bytes on every run on one machine.
 Bytes GatherCorpus(std::span<const Source> sources, size_t divisor);
 
 } // namespace korb::bench

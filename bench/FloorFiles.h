@@ -1,5 +1,5 @@
 // What bench/install hands to its floor program: a file of FloorFile entries, then, from ContentsAt, their contents one
-// behind the other.
+// after the other.
 #pragma once
 
 #include <cstdint>

@@ -37,7 +37,7 @@ public:
   /// Replaces `text` by the bytes up to a 0 byte, which is consumed. False only when not even one byte could be read:
   /// a text that the end of the data cuts off is good.
   bool ReadText(String &text);
-  /// Replace `text` by a text behind its count of 1, 2 or 4 bytes. On failure of the count `text` is left alone, on
+  /// Replace `text` by a text after its count of 1, 2 or 4 bytes. On failure of the count `text` is left alone, on
   /// failure of the bytes it is emptied. A negative count is refused, and so is one that the heap can't hold.
   bool ReadText8(String &text);
   bool ReadText16(String &text);

@@ -75,7 +75,7 @@ bool ParseMonthFirst(const char *&text, int32_t &month, int32_t &day, int32_t &y
   const bool is_hour = *text == ':';
   if (year < 1 || is_hour) {
     if (is_hour)
-      text = before; // belongs to the time behind the date
+      text = before; // belongs to the time after the date
     year = day;
     day = 1;
   }

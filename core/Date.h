@@ -41,7 +41,7 @@ struct Date {
   void set_julian(int32_t n);
   void clear() { *this = Date(); }
 
-  /// Reads a date from the front of `text` and moves `text` behind it. Forms: "1/5/2001", "1.5.2001", "5-Jan-2001",
+  /// Reads a date from the front of `text` and moves `text` past it. Forms: "1/5/2001", "1.5.2001", "5-Jan-2001",
   /// "5 Jan 2001", "Jan 5, 2001", "Friday, Jan 5th, 2001", "January 2001", "1/2001". False, and cleared, on anything
   /// else; an impossible day is read all the same and is_invalid.
   bool parse(const char *&text, bool day_first, int32_t current_year);
@@ -75,7 +75,7 @@ struct Time {
   /// 12 for midnight, 1 to 12 else.
   int32_t hour12() const;
   void clear() { *this = Time(); }
-  /// "15:05", "3:05:09 pm", "3:05p". False, and cleared, on anything else. Moves `text` behind what it read.
+  /// "15:05", "3:05:09 pm", "3:05p". False, and cleared, on anything else. Moves `text` past what it read.
   bool parse(const char *&text);
   /// `h hh H HH i ii s ss ap AP`; null or empty takes "h:ii:ssap".
   String format(const char *format_text) const;

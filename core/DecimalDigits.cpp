@@ -60,7 +60,7 @@ void DecimalDigits::Halve() {
     digits_[end_++] = 5;
 }
 
-/// Drops the digits from place `at` on, which lies behind the first digit that counts.
+/// Drops the digits from place `at` on, which lies after the first digit that counts.
 void DecimalDigits::Round(int32_t at) {
   if (at >= end_)
     return;
@@ -78,7 +78,7 @@ void DecimalDigits::Round(int32_t at) {
     first_ = at;
 }
 
-/// Place of the first digit that is not 0; of the one in front of the point when all are.
+/// Place of the first digit that is not 0; of the one before the point when all are.
 int32_t DecimalDigits::leading() const {
   for (int32_t i = first_; i < end_; ++i)
     if (digits_[i] != 0)

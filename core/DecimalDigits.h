@@ -17,14 +17,14 @@ public:
   /// False for an infinity or no number, which print as "inf" and "nan".
   bool is_finite() const { return finite_; }
 
-  /// Appends the number without its sign: letter `f` with `precision` digits behind the point, `e` with an exponent,
-  /// `g` with `precision` digits in all and no zeros at their end. `keep_point` keeps the point without digits behind
+  /// Appends the number without its sign: letter `f` with `precision` digits after the point, `e` with an exponent,
+  /// `g` with `precision` digits in all and no zeros at their end. `keep_point` keeps the point without digits after
   /// it, and the zeros of `g`. Rounds the digits themselves: for one use.
   void Print(String &out, char letter, int32_t precision, bool keep_point);
 
 private:
-  static constexpr int32_t kPoint = 310;          ///< in front of it: 309 digits, and one that rounding may add
-  static constexpr int32_t kRoom = kPoint + 1074; ///< behind it: the digits of the smallest double
+  static constexpr int32_t kPoint = 310;          ///< before it: 309 digits, and one that rounding may add
+  static constexpr int32_t kRoom = kPoint + 1074; ///< after it: the digits of the smallest double
 
   void Double();
   void Halve();
@@ -35,7 +35,7 @@ private:
   void PutScientific(String &out, int32_t precision, bool keep_point);
 
   char digits_[kRoom] = {};    ///< 0 to 9; those outside first_ to end_ are 0
-  int32_t first_ = kPoint - 1; ///< at least one digit stands in front of the point
+  int32_t first_ = kPoint - 1; ///< at least one digit stands before the point
   int32_t end_ = kPoint;
   bool negative_;
   bool finite_ = true;

@@ -17,7 +17,7 @@ struct Conversion {
   bool left = false;
   bool zero = false;
   bool alternate = false;
-  char sign = '\0'; ///< in front of a positive number
+  char sign = '\0'; ///< before a positive number
   int32_t width = 0;
   int32_t precision = -1; ///< -1: not given
   char letter = '\0';

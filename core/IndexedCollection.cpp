@@ -66,7 +66,7 @@ void IndexedForm::destroy(CollectionBase &all, int32_t first, int32_t n) const {
   }
 }
 
-/// Moves the cells to a new block, the first `rotation` of them behind the others. A capacity of 0 frees the block.
+/// Moves the cells to a new block, the first `rotation` of them after the others. A capacity of 0 frees the block.
 void IndexedForm::rebuild(CollectionBase &all, int32_t capacity, int32_t start, int32_t rotation) const {
   const CollectionBase::Cells old = all.cells_;
   uint8_t *first = old.block + static_cast<size_t>(old.start) * cell_size(all);

@@ -78,7 +78,7 @@ public:
   void remove_at(int32_t i) { remove_range(i, i); }
   /// A new default-constructed element at the end.
   T &append_slot() { return *this->typed(form().add(*this, nullptr, false)); }
-  /// A new element in front of element `i`, which is limited to 0..count: default-constructed, or a copy.
+  /// A new element before element `i`, which is limited to 0..count: default-constructed, or a copy.
   T &insert_slot(int32_t i) { return *this->typed(form().insert(*this, i, nullptr)); }
   /// A null `value` leaves the new element default-constructed.
   T *insert_copy(int32_t i, const T *value) { return this->typed(form().insert(*this, i, value)); }
@@ -100,10 +100,10 @@ public:
     this->clear();
     set_count(n);
   }
-  /// Takes element `from` out and puts it back at `to`, behind it. Both are limited to valid positions; `from` not
+  /// Takes element `from` out and puts it back at `to`, after it. Both are limited to valid positions; `from` not
   /// below `to` does nothing.
   void move_down(int32_t from, int32_t to) { form().move_down(*this, from, to); }
-  /// Takes element `to` out and puts it back at `from`, in front of it. Limits as with move_down.
+  /// Takes element `to` out and puts it back at `from`, before it. Limits as with move_down.
   void move_up(int32_t from, int32_t to) { form().move_up(*this, from, to); }
   /// Does nothing when either is out of range.
   void swap(int32_t i, int32_t j) { form().swap(*this, i, j); }

@@ -10,7 +10,7 @@ namespace korb {
 /// works on the whole block (checksum, scrambler, decoder) takes the stream as the String that it is.
 ///
 /// A read past the end stops nothing: it gives what is there, then zeros, moves on by the full count and says false. So
-/// a reader may walk a whole format, look at few results, and yet see nothing but zeros and empty texts behind the end.
+/// a reader may walk a whole format, look at few results, and yet see nothing but zeros and empty texts after the end.
 /// The place only ever moves by what was asked, and stays within 32 signed bits.
 class MemoryStream : public String, public PositionedStream {
 public:
@@ -22,7 +22,7 @@ public:
   bool ReadBytes(String &text, int32_t count);
   /// True while a byte can be read.
   virtual bool HasMore() const;
-  /// Overwrites, and grows the stream behind its end; never shortens it. `source` may lie in the stream. False for a
+  /// Overwrites, and grows the stream after its end; never shortens it. `source` may lie in the stream. False for a
   /// negative count, a null source and a negative place.
   bool Write(const void *source, int32_t count) override;
 

@@ -55,7 +55,7 @@ char *PutHex(char *to, uint32_t value) {
 }
 
 #ifdef _WIN32
-/// Words from `top` upward, a row of them behind each CR. Stops at the end of the stack.
+/// Words from `top` upward, a row of them after each CR. Stops at the end of the stack.
 char *PutStack(char *to, const volatile uint32_t *top) {
   const uint32_t *stack_end;
   asm("movl %%fs:4, %0" : "=r"(stack_end)); // the thread's block: the stack ends here

@@ -193,7 +193,7 @@ void __cxa_pure_virtual() {
   ExitProcess(1);
 }
 
-/// The loader's way in. WinMain gets the command line behind the program's own name, as any C start-up gives it.
+/// The loader's way in. WinMain gets the command line after the program's own name, as any C start-up gives it.
 void WinMainCRTStartup() {
   for (void (**constructor)() = __CTOR_LIST__ + 1; *constructor; ++constructor)
     (*constructor)();

@@ -34,7 +34,7 @@ enum FindOptions : uint32_t {
   FIND_FIRST_ONLY = 0x0008,  ///< `replace`: one replacement, and its position as the result
   FIND_SKIP_QUOTED = 0x0010, ///< text between double quotes is not searched
   FIND_REVERSE = 0x0020,     ///< strictly before `start`, toward the beginning
-  FIND_RETURN_END = 0x2000,  ///< give the position behind the match
+  FIND_RETURN_END = 0x2000,  ///< give the position after the match
   FIND_ANY_OF = 0x4000,      ///< the pattern is a set of bytes
 };
 template <>
@@ -235,7 +235,7 @@ public:
     return split(dest, nullptr, SPLIT_KEEP_EMPTY | SPLIT_NUL_ENDS | SPLIT_LINES);
   }
 
-  /// Replaces matches of `old`, FIND_... flags, behind the first `skip` of them, at most `max`. Gives the number of
+  /// Replaces matches of `old`, FIND_... flags, after the first `skip` of them, at most `max`. Gives the number of
   /// matches, skipped ones included; with FIND_FIRST_ONLY the position of the one that was replaced, or -1. What was
   /// written is not searched again.
   int32_t replace(const char *old, const char *with, FindOptions flags = FIND_NONE, int32_t start = 0,

@@ -9,7 +9,7 @@ namespace korb {
 
 namespace {
 
-/// Where a piece ends, and where the one behind it starts.
+/// Where a piece ends, and where the one after it starts.
 struct Cut {
   int32_t end;
   int32_t next;

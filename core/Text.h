@@ -56,14 +56,14 @@ double text_to_double(const char *p);
 enum NumberOptions : uint32_t {
   NUMBER_NONE = 0,
   NUMBER_SKIP_SPACE = 0x1,       ///< space in front
-  NUMBER_SKIP_SPACE_AFTER = 0x2, ///< space behind, and behind a comma
+  NUMBER_SKIP_SPACE_AFTER = 0x2, ///< space after, and after a comma
   NUMBER_NO_SIGN = 0x4,
-  NUMBER_SKIP_COMMA = 0x10, ///< one comma behind
+  NUMBER_SKIP_COMMA = 0x10, ///< one comma after
 };
 template <>
 inline constexpr bool IsOptionWord<NumberOptions> = true;
 
-/// Reads a number at `p` and moves `p` past it; what is to be skipped behind it goes only with at least one digit.
+/// Reads a number at `p` and moves `p` past it; what is to be skipped after it goes only with at least one digit.
 int32_t text_skip_number(const char *&p, NumberOptions flags = NUMBER_NONE);
 
 /// The first `n` bytes without regard to case; ends at a NUL in both. Below 0, 0 or above 0.

@@ -41,7 +41,7 @@ public:
   void reserve(int32_t n) { this->form().reserve(*this, n); }
   /// Elements that the block has room for.
   int32_t capacity() const { return this->cells_.capacity; }
-  /// Free places in front of the first element.
+  /// Free places before the first element.
   int32_t front_room() const { return this->cells_.start; }
 };
 

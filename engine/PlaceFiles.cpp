@@ -70,7 +70,7 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
   const String directory = DirectoryPart(path);
   if (directory.compare(InstallDir.c_str(), false) == 0)
     return true;
-  // Files of one directory come one behind the other, and asking for it costs more than a small file's write.
+  // Files of one directory come one after the other, and asking for it costs more than a small file's write.
   if (directory.is_empty() || directory != last_directory_) {
     if (!CreateDirectoryTree(directory)) {
       const String reason = LastErrorText();

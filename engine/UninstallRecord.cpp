@@ -19,7 +19,7 @@ void AppendHeading(String &text, const char *heading) {
   text += "\r\n";
 }
 
-/// Takes off what stands behind `heading`, and the heading too; empty when there is none.
+/// Takes off what comes after `heading`, and the heading too; empty when there is none.
 String TakeSection(String &text, const char *heading) {
   const int32_t at = text.find(heading, 0, FIND_IGNORE_CASE);
   if (at < 0)
@@ -29,7 +29,7 @@ String TakeSection(String &text, const char *heading) {
   return section;
 }
 
-/// Takes off the field in front of the next separator, or everything.
+/// Takes off the field before the next separator, or everything.
 String TakeField(String &line) {
   const int32_t at = line.find(kAssociationSeparator);
   String field = line.cut(0, at < 0 ? STRING_ALL : at);
@@ -51,7 +51,7 @@ void ReadAssociations(String text, Vector<FileAssociation> &associations) {
   }
 }
 
-/// Takes off everything in front of the next line that begins with kTextMark.
+/// Takes off everything before the next line that begins with kTextMark.
 String TakeTextLines(String &text) {
   int32_t end = 0;
   while (end < text.length() && text.char_at(end) != kTextMark)

@@ -14,7 +14,7 @@ namespace {
 constexpr int32_t kLongestRoot = 3;
 constexpr int32_t kLongestPath = 32767; ///< the system takes no longer one; each level costs a piece of the stack
 constexpr DWORD kNameRoom = 1024;       ///< of a name that the system gives
-constexpr int32_t kFollowedPrefix = 4;  ///< characters in front of the drive
+constexpr int32_t kFollowedPrefix = 4;  ///< characters before the drive
 constexpr DWORD kUsualDirectory = 98;   ///< characters that nearly every current directory fits in
 
 /// GetFinalPathNameByHandleA, which the header of an old system doesn't have.

@@ -11,13 +11,13 @@
 namespace korb {
 
 /// `directory` and `name` with a backslash between them where neither brings one, and one less where both do; none
-/// behind a colon: "c:" and "foo" give the drive-relative "c:foo". Does not ask whether `name` is full.
+/// after a colon: "c:" and "foo" give the drive-relative "c:foo". Does not ask whether `name` is full.
 String PathJoin(const char *directory, const char *name);
 
 /// The directory of a path: "c:\dir\file" gives "c:\dir", "c:\file" gives "c:\", "file" gives nothing. A list of paths
 /// is cut at its first `;` outside quotes.
 String DirectoryPart(const char *path);
-/// What stands behind the last backslash, or behind the first colon.
+/// What comes after the last backslash, or after the first colon.
 String FilePart(const char *path);
 /// Cuts the file's name off and keeps the separator. False, and nothing done, when there is none.
 bool CutToDirectory(String &path);
@@ -39,7 +39,7 @@ void AddDefaultExtension(String &path, const char *extension);
 
 /// Without regard to case and to backslashes at the end.
 bool SamePath(String a, String b);
-/// Two backslashes, or a colon and a backslash behind any character; blanks in front don't matter.
+/// Two backslashes, or a colon and a backslash after any character; blanks in front don't matter.
 bool IsFullPath(const char *path);
 
 // What IsLegalPath lets through.

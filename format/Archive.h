@@ -5,8 +5,8 @@
 //     PE headers, sections of the program | .korb section                                    | tail
 //                                         | ArchiveHeader | size table | configuration | ... |
 //
-// and the payload, the records of all files one behind the other, stands in one of three places: behind the
-// configuration inside the section; behind the configuration to the end of the file, section padding and tail
+// and the payload, the records of all files one after the other, stands in one of three places: after the
+// configuration inside the section; after the configuration to the end of the file, section padding and tail
 // included; or spread, its first part in one of these two places and the rest in volume files
 // "<VolumeBaseName><number>.KRB", numbered from 2.
 //
@@ -61,7 +61,7 @@ inline constexpr int32_t kMagicAt = 0;            ///< u32, kArchiveMagic
 inline constexpr int32_t kVersionAt = 4;          ///< i32
 inline constexpr int32_t kConfigSizeAt = 8;       ///< i32, bytes of the stored configuration block
 inline constexpr int32_t kConfigKeyAt = 12;       ///< u32, scrambles the block and is the Checksum32 of its contents
-inline constexpr int32_t kStubChecksumAt = 16;    ///< u32, Checksum32 of the file's bytes in front of the section
+inline constexpr int32_t kStubChecksumAt = 16;    ///< u32, Checksum32 of the file's bytes before the section
 inline constexpr int32_t kArchiveLengthAt = 20;   ///< i32, bytes of archive data in the section, from its first byte
 inline constexpr int32_t kFileCountAt = 24;       ///< i32, files of the payload
 inline constexpr int32_t kPayloadSizeAt = 28;     ///< i32, bytes of the stored payload, all volumes together

@@ -73,7 +73,7 @@ bool DibImage::parse() {
 bool DibImage::has_all_pixels() const {
   if (is_empty() || block.is_out_of_range(bits_offset))
     return true;
-  if (color_count < 0) // pixels that lie in the header: the system would look for a palette behind the block
+  if (color_count < 0) // pixels that lie in the header: the system would look for a palette after the block
     return false;
   const uint32_t there = static_cast<uint32_t>(block.length() - bits_offset);
   if (color_size == 4) {

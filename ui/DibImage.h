@@ -5,7 +5,7 @@
 //   4  u16 width                        4  i32 width
 //   6  u16 height                       8  i32 height, negative: the top row comes first
 //  10  u16 bits of a pixel             14  u16 bits of a pixel
-//      palette of 3-byte colours       16  u32 compression; 3 puts three masks behind the header
+//      palette of 3-byte colours       16  u32 compression; 3 puts three masks after the header
 //      pixels                          20  u32 bytes of a compressed picture
 //                                      32  u32 palette colours, 0: all that the bits can name
 //                                          palette of 4-byte colours, pixels

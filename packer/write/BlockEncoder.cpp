@@ -142,7 +142,7 @@ public:
       : plain_(plain), size_(static_cast<uint32_t>(plain.size())), token_price_(effort.token_price),
         finder_(plain, effort.search), steps_(std::min(size_, kStretch) + 1), writer_(writer) {}
 
-  // Writes the cheapest tokens from `begin` on; gives the position behind them.
+  // Writes the cheapest tokens from `begin` on; gives the position after them.
   uint32_t Parse(uint32_t begin) {
     begin_ = begin;
     end_ = begin + std::min(kStretch, size_ - begin);
@@ -174,7 +174,7 @@ private:
   uint32_t Price(uint32_t bits) const { return bits + token_price_; }
 
   // Follows every token that can start at `position`. One that is to be taken whole is written, with all that leads
-  // there; then the result is the position behind it, else 0.
+  // there; then the result is the position after it, else 0.
   uint32_t Visit(uint32_t position) {
     const uint32_t price = At(position).price;
     ReachByLiterals(position, price);

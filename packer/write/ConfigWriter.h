@@ -15,7 +15,7 @@ struct StoredConfig {
   uint32_t key; ///< for the header: scrambles, and verifies what comes out
 };
 
-/// Packs and scrambles `plain`. At least `size` bytes come out, the rest being filled up behind the last token, where
+/// Packs and scrambles `plain`. At least `size` bytes come out, the rest being filled up after the last token, where
 /// no reader looks. Throws PackError when the block passes the format's limit.
 StoredConfig StoreConfig(const Bytes &plain, size_t size = 0);
 

@@ -17,7 +17,7 @@ size_t FilledSection(size_t size, const StubImage &stub) {
   return static_cast<size_t>(RoundUp(static_cast<int64_t>(size), stub.SectionAlignment()));
 }
 
-// How many payload bytes the executable holds. `head` is what the section holds in front of them.
+// How many payload bytes the executable holds. `head` is what the section holds before them.
 size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const StubImage &stub) {
   if (plan.volume_size == 0 && !plan.first_part_size)
     return payload;

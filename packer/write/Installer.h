@@ -12,7 +12,7 @@ struct Installer {
   size_t config_size = 0;     ///< bytes of the stored configuration
   size_t payload_size = 0;    ///< bytes of the stored payload, volumes included
   size_t plain_size = 0;      ///< bytes of the payload before packing
-  size_t tail_size = 0;       ///< bytes behind the section: the uninstaller keeps them
+  size_t tail_size = 0;       ///< bytes after the section: the uninstaller keeps them
 };
 
 /// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and

@@ -94,7 +94,7 @@ uint32_t MatchFinder::ExtendMatch(uint32_t position, uint32_t distance, uint32_t
   return CommonLength(data_.data() + position - distance, data_.data() + position, length, end - position);
 }
 
-// How many bytes in front of `position` go on with `period`, as far as that can be of use.
+// How many bytes before `position` go on with `period`, as far as that can be of use.
 uint32_t MatchFinder::PeriodicBack(uint32_t position, uint32_t period) {
   if (period != period_ || position > periodic_seen_ || position < periodic_begin_) {
     uint32_t begin = position;

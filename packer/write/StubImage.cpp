@@ -13,7 +13,7 @@ namespace {
 // Offsets from the optional header.
 constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36, kImageSizeAt = 56,
                    kHeadersSizeAt = 60, kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
-constexpr uint32_t kPlainOptionalHeader = 96; // bytes in front of the data directories
+constexpr uint32_t kPlainOptionalHeader = 96; // bytes before the data directories
 constexpr uint16_t kPe32 = 0x10B;
 constexpr uint32_t kCertificateDirectory = 4;
 

@@ -16,7 +16,7 @@ public:
   /// an archive already.
   explicit StubImage(Bytes stub);
 
-  /// Where the archive's section will begin in the file: behind everything, at a page, since a loader then maps the
+  /// Where the archive's section will begin in the file: after everything, at a page, since a loader then maps the
   /// file itself in place of reading it.
   uint32_t SectionFilePos() const;
 
