@@ -1,15 +1,29 @@
 #include "engine/DirectoryGuard.h"
 
-#include "files/PathText.h"
+#include <cstring>
 
 namespace korb {
+
+namespace {
+
+/// Whether a path without a backslash at its end begins with the root of a drive or of a share, and goes on.
+bool IsBelowRoot(const char *path) {
+  if (path[0] != '\\')
+    return path[0] != '\0' && path[1] == ':' && path[2] == '\\';
+  if (path[1] != '\\' || path[2] == '?' || path[2] == '.') // a device
+    return false;
+  // After the server, and after the share.
+  const char *const share = strchr(path + 2, '\\');
+  return share && strchr(share + 1, '\\');
+}
+
+} // namespace
 
 bool MayDeleteWhole(const String &directory, const String &windows, const String &program_files) {
   String path(directory);
   path.trim_right_set("\\. "); // what the system drops; a root is no full path now
-  const char *const text = path;
-  return IsFullPath(text) && text[2] != '?' && text[2] != '.' &&
-         text_compare_no_case(text, windows, windows.length()) != 0 && !path.equals_no_case(program_files);
+  return IsBelowRoot(path) && text_compare_no_case(path, windows, windows.length()) != 0 &&
+         !path.equals_no_case(program_files);
 }
 
 } // namespace korb

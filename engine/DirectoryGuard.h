@@ -5,7 +5,8 @@
 
 namespace korb {
 
-/// False for what is no full path, for the root of a drive, for the folder of all programs, for all that begins as the
+/// False for what is no full path, for the root of a drive or of a share, for a path with white space
+/// before it, for the folder of all programs, for all that begins as the
 /// Windows directory does, and for the name of a device ("\\?\c:\dir"), which tells no folder. Compares texts without
 /// regard to case, and to backslashes, dots and blanks at the end: whoever asks about a directory asks once more by the
 /// names that the system has (SystemName).

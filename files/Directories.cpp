@@ -63,18 +63,21 @@ bool QuietDirectoryExists(const char *path) {
 
 String SystemName(const char *path) {
   char full[kNameRoom];
-  full[0] = '\0';
-  if (GetFullPathNameA(path, sizeof full, full, nullptr) >= sizeof full)
+  char *file; // not wanted, but some systems write it unasked
+  if (GetFullPathNameA(path, sizeof full, full, &file) - 1 >= sizeof full - 1) // too long; 0 when the system can't say
     full[0] = '\0';
-  // "\\?\c:\dir"; the other form, "\\?\UNC\server", is of no use here, as no folder of the system is on a network.
+  // "\\?\c:\dir". The other form, "\\?\UNC\server", is not looked at: it tells no drive, so a folder of the system
+  // that is named by a share of this machine isn't recognised.
   char followed[kNameRoom];
   followed[kFollowedPrefix + 1] = '\0';
   const auto follow = reinterpret_cast<FinalPathName>(SystemFunction("kernel32.dll", "GetFinalPathNameByHandleA"));
   if (follow) {
     const HANDLE directory = CreateFileA(full, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    follow(directory, followed, sizeof followed, 0);
-    CloseHandle(directory);
+    if (directory != INVALID_HANDLE_VALUE) {
+      follow(directory, followed, sizeof followed, 0);
+      CloseHandle(directory);
+    }
   }
   return ShortPath(followed[kFollowedPrefix + 1] == ':' ? followed + kFollowedPrefix : full);
 }

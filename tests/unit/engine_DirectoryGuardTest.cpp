@@ -32,7 +32,12 @@ TEST_CASE("a directory is deleted whole only by a full path to what may be a pro
                             "C:\\Program Files. ",
                             "\\\\?\\C:\\Thing",
                             "\\\\.\\C:\\Thing",
-                            "\\??\\C:\\Thing"}) {
+                            "\\??\\C:\\Thing",
+                            " C:\\Windows",
+                            "\t\\\\server\\share\\Thing",
+                            "\\\\server",
+                            "\\\\server\\share",
+                            "\\\\server\\share\\"}) {
     CAPTURE(other);
     CHECK_FALSE(may(other));
   }
