@@ -1,7 +1,7 @@
 // What the user sees of a run's course: a step text and a bar, and time enough to read them.
 //
-// Whatever shows something here, or waits, keeps the windows alive by pumping messages, so a confirmed cancel may end the process in it. Without a dialog nothing is shown, and the run goes on
-// all the same.
+// Whatever shows something here, or waits, keeps the windows alive by pumping messages, so a confirmed cancel may end
+// the process in it. Without a dialog nothing is shown, and the run goes on all the same.
 #pragma once
 
 #include <cstdint>
