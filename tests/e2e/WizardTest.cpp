@@ -313,32 +313,19 @@ struct Earlier : Place {
 
 } // namespace
 
+// Which version is told to be newer is in engine_InstalledProductTest.
 TEST_CASE_FIXTURE(Earlier, "an earlier installation is told by its version") {
-  const struct {
-    uint64_t flags;
-    const char *earlier, *version;
-    TextNumber first_line;
-  } rows[] = {{0, "2.0", "2.0", kTextReinstallInstalled},
-              {IF_COMPARE_VERSIONS, "", "2.0", kTextReinstallInstalled},
-              {IF_COMPARE_VERSIONS, "2.0", "", kTextReinstallInstalled},
-              {IF_COMPARE_VERSIONS, "2.0", "2.0", kTextReinstallSame},
-              {IF_COMPARE_VERSIONS, "1.10", "2.0", kTextReinstallOlder},
-              {IF_COMPARE_VERSIONS, "2.0a", "2.0", kTextReinstallNewer}};
-  for (const auto &row : rows) {
-    CAPTURE(row.earlier);
-    CAPTURE(row.version);
-    SetValue("Wizard", "DisplayVersion", row.earlier);
-    Setup setup;
-    setup.OneLanguage();
-    setup.product.flags |= row.flags;
-    setup.product.version = row.version;
-    Process run = setup.Start();
-    const Window question = Answer(Said(kTextReinstallQuestion), "No");
-    CHECK(question.Message() == Said(row.first_line, "\r\n" + kHome + "\r\n\r\n") + Said(kTextReinstallQuestion));
-    CHECK(question.title == Said(kTextReinstallCaption));
-    CHECK(run.Wait() == DWORD{1});
-    CHECK_FALSE(Exists(kHome + "\\one.txt"));
-  }
+  SetValue("Wizard", "DisplayVersion", "2.0a");
+  Setup setup;
+  setup.OneLanguage();
+  setup.product.flags |= IF_COMPARE_VERSIONS;
+  setup.product.version = "2.0";
+  Process run = setup.Start();
+  const Window question = Answer(Said(kTextReinstallQuestion), "No");
+  CHECK(question.Message() == Said(kTextReinstallNewer, "\r\n" + kHome + "\r\n\r\n") + Said(kTextReinstallQuestion));
+  CHECK(question.title == Said(kTextReinstallCaption));
+  CHECK(run.Wait() == DWORD{1});
+  CHECK_FALSE(Exists(kHome + "\\one.txt"));
 }
 
 TEST_CASE_FIXTURE(Earlier, "an earlier installation is taken over where it is, and no directory asked for") {
@@ -425,9 +412,7 @@ TEST_CASE_FIXTURE(Place, "a text that is no format for what it is given shows it
   const struct {
     TextNumber number;
     const char *text, *typed, *answer;
-  } rows[] = {{kTextDriveMissing, "#16.", "Q:\\x", "OK"},
-              {kTextDriveMissing, "#%n", "Q:\\x", "OK"},
-              {kTextDriveMissing, "#%s%s%s%s", "Q:\\x", "OK"},
+  } rows[] = {{kTextDriveMissing, "#%n", "Q:\\x", "OK"},
               {kTextDirectoryProgramFiles, "#%s %s", "C:\\Program Files", "OK"},
               {kTextDirectoryExists, "#%c", "C:\\windows", "No"},
               {kTextDirectoryShort, "#100%% %s%n", "C:\\", "OK"}};
