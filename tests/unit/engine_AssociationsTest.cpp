@@ -112,6 +112,18 @@ TEST_CASE_FIXTURE(Types, "without a class the verb joins the one that the extens
   CHECK(notes.association_lines == ".thg~!~Theirs~!~open\r\n");
 }
 
+TEST_CASE_FIXTURE(Types, "a class that was there goes with its last verb when it got an icon") {
+  machine.Set(".thg", "", "Theirs");
+  machine.Set("Theirs\\DefaultIcon", "", "their.ico");
+  machine.Set("Theirs\\shell\\open\\command", "", "theirs");
+  record().file_class = "";
+  record().icon = "a.ico";
+  Register();
+  CHECK(machine.keys["Theirs\\DefaultIcon"]["Thing Backup"].text == "their.ico");
+  Restore();
+  CHECK(machine.Registry() == "");
+}
+
 TEST_CASE_FIXTURE(Types, "the default verb is set where it is one") {
   record().flags = kDefaultVerb;
   Register();
