@@ -92,7 +92,7 @@ void CheckAssociation(const Association &association, const Product &product, Fi
   };
   if (association.extension.empty())
     error("without an extension it is passed over");
-  else if (IsBlank(association.extension) || association.extension == ".")
+  else if (IsBlank(association.extension.c_str()) || association.extension == ".")
     error("an extension without a name is never given back");
   if (association.extension.find_first_of("*?") != std::string::npos)
     error("an extension is one name such as 'txt', without '*' or '?'");
