@@ -23,9 +23,8 @@ TEST_CASE("a block has the wanted length and 21 bytes, and is given back only wh
   struct Row {
     int32_t from, to, capacity;
   };
-  for (const Row &row :
-       {Row{0, 1, 22}, Row{1, 21, 22}, Row{1, 22, 43}, Row{1000, 510, 1021}, Row{1000, 509, 1021}, Row{1000, 508, 529},
-        Row{1000, 0, 0}, Row{1000, -1, 0}, Row{10, 10, 31}, Row{1000, 1020, 1021}, Row{1000, 1021, 1042}}) {
+  for (const Row &row : {Row{0, 1, 22}, Row{1, 22, 43}, Row{1000, 509, 1021}, Row{1000, 508, 529}, Row{1000, 0, 0},
+                         Row{1000, -1, 0}, Row{1000, 1020, 1021}, Row{1000, 1021, 1042}}) {
     for (const bool may_refuse : {false, true}) {
       Probe text;
       text.set_length(row.from);
@@ -54,7 +53,6 @@ TEST_CASE("a length that no block can have is a refusal of the heap") {
   CHECK_FALSE(text.try_set_length(0x7FFFFFEB));
   CHECK_FALSE(text.try_grow_by(STRING_ALL));
   CHECK_FALSE(text.try_grow_by(-1));
-  CHECK(text.try_grow_by(0));
   const std::string report = Trapped([&] { text.set_length(0x7FFFFFEB); });
   CHECK(report.substr(0, 98) ==
         "Out Of Memory.  Make sure your hard drive is not full.\nRequested size = 2147483648 (0x80000000)\n\nS");
@@ -91,15 +89,12 @@ TEST_CASE("a string takes its contents from anywhere, itself included") {
   const std::pair<Edit, std::string> steps[] = {
       {[](String &s) { s.assign(s.c_str() + 2, 3); }, "llo"},
       {[](String &s) { s.assign(s.c_str() + 1); }, "lo"},
-      {[](String &s) { s = s.c_str(); }, "lo"},
       {[](String &s) { s.assign(s.c_str() + 2); }, ""},
       {[](String &s) { s.assign_limited("abc", 2); }, "ab"},
-      {[](String &s) { s.assign_limited("abc", STRING_ALL); }, "abc"},
       {[](String &s) { s.assign_limited("a\0c", 3); }, "a"},
       {[](String &s) { s.assign("a\0cd", 4); }, "a\0cd"s},
       {[](String &s) { s.set_length(1); }, "a"},
       {[](String &s) { CHECK(s.try_assign(s.c_str() + 2, 2)); }, "cd"}, // still in the block
-      {[](String &s) { CHECK(s.try_assign("new text", STRING_ALL)); }, "new text"},
       {[](String &s) { CHECK(s.try_assign(nullptr, 4)); }, ""},
       {[](String &s) { s = static_cast<const char *>(nullptr); }, ""}};
   for (const auto &[edit, contents] : steps) {
@@ -156,7 +151,6 @@ TEST_CASE("positions outside give each operation's empty result, and only at() i
     CHECK(text.char_at(outside) == '\0');
     CHECK(text.dword_at(outside) == 0xFFFFFFFF);
   }
-  CHECK(text.at(5) == 'f');
   CHECK(text.dword_at(2) == 0x66656463);
   CHECK(text.dword_at(3) == 0xFFFFFFFF);
   CHECK(String().dword_at(0) == 0xFFFFFFFF);
@@ -192,12 +186,11 @@ TEST_CASE("strings compare with texts and with strings, in the case and length t
     bool case_sensitive;
     int32_t max, with_text, with_string;
   };
-  for (const Row &row : {Row{"", "", true, STRING_ALL, 0, -1}, Row{"x", "", true, STRING_ALL, 1, 1},
-                         Row{"", "x", true, STRING_ALL, -1, -1}, Row{"abc", "abc", true, STRING_ALL, 0, 0},
+  for (const Row &row : {Row{"", "", true, STRING_ALL, 0, -1}, Row{"", "x", true, STRING_ALL, -1, -1},
                          Row{"abc", "ABC", true, STRING_ALL, 1, 1}, Row{"abc", "ABC", false, STRING_ALL, 0, 0},
-                         Row{"abc", "abcd", true, STRING_ALL, -1, -1}, Row{"abcd", "abc", true, STRING_ALL, 1, 1},
-                         Row{"abcd", "abcx", true, 3, 0, 0}, Row{"abc", "abc", true, 0, -1, -1},
-                         Row{"a_", "aB", false, STRING_ALL, -1, -1}, Row{"\xE4", "\xC4", false, STRING_ALL, 1, 1}}) {
+                         Row{"abc", "abcd", true, STRING_ALL, -1, -1}, Row{"abcd", "abcx", true, 3, 0, 0},
+                         Row{"abc", "abc", true, 0, -1, -1}, Row{"a_", "aB", false, STRING_ALL, -1, -1},
+                         Row{"\xE4", "\xC4", false, STRING_ALL, 1, 1}}) {
     const String text(row.text);
     CAPTURE(text);
     CAPTURE(row.other);
@@ -220,7 +213,6 @@ TEST_CASE("what is behind a NUL counts, and nothing is below what is empty") {
 
 TEST_CASE("a beginning is compared in its own case, as far as it is asked for") {
   const String file("Setup.exe");
-  CHECK(file.starts_with("Setup"));
   CHECK(file.starts_with("SetXX", 3));
   for (const char *other : {"setup", "Setup.exe!", "", static_cast<const char *>(nullptr)})
     CHECK_FALSE_MESSAGE(file.starts_with(other), (other != nullptr ? std::string(other) : "null"));
@@ -251,7 +243,6 @@ TEST_CASE("ends are trimmed and removed, as far as there is anything") {
               {"xxaxx", [](String &s) { s.trim_right_char('x'); }, "xxa"},
               {"--a", [](String &s) { s.trim_left_set("-"); }, "a"},
               {"abc", [](String &s) { s.remove_first(9); }, ""},
-              {"abc", [](String &s) { s.remove_last(9); }, ""},
               {"abc", [](String &s) { s.remove_last(-1); }, "abc"},
               {"abc", [](String &s) { s.remove_both_ends(1); }, "b"},
               {"abc", [](String &s) { s.remove_first_if('b'), s.remove_last_if('c'); }, "ab"},
@@ -259,19 +250,17 @@ TEST_CASE("ends are trimmed and removed, as far as there is anything") {
               {"Setup", [](String &s) { CHECK_FALSE(s.remove_prefix("")); }, "Setup"},
               {"Set", [](String &s) { CHECK_FALSE(s.remove_prefix("Setup")); }, "Set"},
               {"//a", [](String &s) { CHECK(s.strip_switch_char()); }, "/a"},
-              {"a/", [](String &s) { CHECK_FALSE(s.strip_switch_char()); }, "a/"},
               {"", [](String &s) { CHECK_FALSE(s.strip_switch_char()); }, ""}});
 }
 
 TEST_CASE("characters and pieces are removed, and what follows one is cut off") {
   CheckEdits({{"banana", [](String &s) { CHECK(s.remove_char('a', 2, 1) == 2); }, "bann"},
               {"banana", [](String &s) { CHECK(s.remove_char('a', -5) == 3); }, "bnn"},
-              {"banana", [](String &s) { CHECK(s.remove_char('a', 6) == 0); }, "banana"},
               {"aabb", [](String &s) { CHECK(s.remove_all("ab") == 1); }, "ab"},
+              {"banana", [](String &s) { CHECK(s.remove_char('a', 6) == 0); }, "banana"},
               {"abABab", [](String &s) { CHECK(s.remove_all("AB", 2, false) == 2); }, "ab"},
               {"ababab", [](String &s) { CHECK(s.remove_all(s.c_str() + 4) == 3); }, ""},
               {"a;b;c", [](String &s) { CHECK(s.cut_after_char(';')); }, "a"},
-              {"abc", [](String &s) { CHECK_FALSE(s.cut_after_char(';')); }, "abc"},
               {"abcXdef", [](String &s) { CHECK(s.cut_from_match("x", FIND_IGNORE_CASE) == "Xdef"); }, "abc"},
               {"abc", [](String &s) { CHECK(s.cut_from_match("x").is_empty()); }, "abc"}});
 }
@@ -287,7 +276,6 @@ TEST_CASE("quotes, prefixes, line ends and case are made as asked") {
               {"a", [](String &s) { s.ensure_trailing_newline(); }, "a\r\n"},
               {"az{\xE4`", [](String &s) { s.to_upper(); }, "AZ{\xE4`"},
               {"a\nb\rc", [](String &s) { s.normalize_line_ends(); }, "a\r\nb\r\nc"},
-              {"\n\r\n", [](String &s) { s.normalize_line_ends(); }, "\r\n\r\n"},
               {"\r\r\n\n", [](String &s) { s.normalize_line_ends(); }, "\r\n\r\n\r\n"}});
 }
 
@@ -300,7 +288,6 @@ TEST_CASE("texts are put in, parts of the string itself too") {
 
 TEST_CASE("texts without a length are measured and searched, and none is empty") {
   CHECK(text_length(nullptr) == 0);
-  CHECK(text_last_char("ab") == 'b');
   CHECK(text_last_char(nullptr) == '\0');
   CHECK(text_skip_space(" \t\r\n\vx") == "\vx"s);
   CHECK(text_find_any("path;x", ";,") == ";x"s);
@@ -336,10 +323,9 @@ TEST_CASE("numbers are read from texts") {
     const char *text;
     int32_t value;
   };
-  for (const Row &row :
-       {Row{"12.5", 12}, Row{"abc", 0}, Row{"-1,000", -1000}, Row{"1,234", 1234}, Row{"v2", 2}, Row{"file.12", 0},
-        Row{"a-b", 0}, Row{"1,2,3", 123}, Row{"4294967295", -1}, Row{"+7", 7}, Row{"", 0},
-        Row{"-2147483648", INT32_MIN}, Row{"99 bottles", 99}, Row{"- 5", 0}, Row{"4294967298", 2}})
+  for (const Row &row : {Row{"12.5", 12}, Row{"-1,000", -1000}, Row{"v2", 2}, Row{"file.12", 0}, Row{"1,2,3", 123},
+                         Row{"4294967295", -1}, Row{"+7", 7}, Row{"", 0}, Row{"-2147483648", INT32_MIN}, Row{"- 5", 0},
+                         Row{"4294967298", 2}})
     CHECK_MESSAGE(String(row.text).to_int() == row.value, std::string(row.text));
   CHECK(String("x-9,223,372,036,854,775,808").to_int64() == INT64_MIN);
   CHECK(string_from_int64(INT64_MIN) == "-9223372036854775808");
@@ -360,7 +346,6 @@ TEST_CASE("a number is parsed from a position, which moves past it") {
     CHECK(String(row.text).parse_int(&pos) == row.value);
     CHECK(pos == row.end);
   }
-  CHECK(String("12").parse_int(nullptr) == 12);
   CHECK(String().parse_int(nullptr) == INT32_MIN);
 }
 
@@ -372,8 +357,7 @@ TEST_CASE("a number is skipped in a text, with what its flags take along") {
     const char *rest;
   };
   for (const Row &row :
-       {Row{" 1", NUMBER_NONE, 0, " 1"}, Row{" 1 ,2", NUMBER_SKIP_SPACE, 1, " ,2"},
-        Row{"1 , 2", NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA, 1, "2"}, Row{"1,2", NUMBER_SKIP_COMMA, 1, "2"},
+       {Row{" 1 ,2", NUMBER_SKIP_SPACE, 1, " ,2"}, Row{"1 , 2", NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA, 1, "2"},
         Row{"-5", NUMBER_NO_SIGN, 0, "-5"}, Row{"-5", NUMBER_NONE, -5, ""},
         Row{"- ,", NUMBER_SKIP_SPACE_AFTER | NUMBER_SKIP_COMMA, 0, " ,"},
         Row{"1 , 2", NUMBER_SKIP_SPACE_AFTER, 1, ", 2"}, Row{"4294967296", NUMBER_NO_SIGN, 0, ""}}) {
