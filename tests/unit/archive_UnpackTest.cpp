@@ -58,18 +58,11 @@ TEST_CASE("well-formed streams give their bytes") {
   const std::string eight = "0 10 <7:4> [ABCDEFGH] ";
   const std::vector<Row> rows = {
       {"one literal", "0 0 00 [A]", "A"},
-      {"a run of five", "0 10 <4:4> [ABCDE]", "ABCDE"},
-      {"two runs, no alignment", "0 0 <1:2> [AB] 0 0 <0:2> [C]", "ABC"},
       {"bits behind the last token", "0 0 00 [A] 1111111111 0000", "A"},
-      {"a copy of all there is", "0 0 <3:2> [ABCD] 10 0 00 0 <0:12>", "ABCDABCD"},
       {"a copy from the middle", eight + "10 0 <1:2> 0 <2:12>", "ABCDEFGHCDEFG"},
-      {"a copy that ends at the place", eight + "10 10 <4:3> 0 <4:12>", "ABCDEFGHABCDEFGH"},
       {"the least fill", "11 [z] 0 0", "zzz"},
-      {"a wider fill", "11 [z] 110 <5:3>", "zzzzzzzz"},
-      {"a number wider than it needs", "0 1110 <0:8> [A]", "A"},
       {"a number of 32 bits", "0 1111 1111 1111 111 0 <1:32> [AB]", "AB"},
       {"a wider number takes 32 bits", "0 1111 1111 1111 1111 1111 1111 1111 1111 11 0 <1:32> [AB]", "AB"},
-      {"a far distance code for a near place", "0 0 <3:2> [ABCD] 10 0 00 11111110 <0:26>", "ABCDABCD"},
       {"the farthest distance code", "0 0 <3:2> [ABCD] 10 0 00 1111 1111 110 <0:32>", "ABCDABCD"},
       {"a break in the last run: zeros", "0 0 <1:2> [A]", std::string(2, '\0')},
       {"a missing prefix is a literal, and its code the padding", "0 0 <2:2> [ABC] 0 0", std::string("ABC\0", 4)},
@@ -185,18 +178,11 @@ TEST_CASE("a text is replaced by what it unpacks to, or left alone") {
   CHECK(Std(text) == "ABCDE");
   CHECK_FALSE(UnpackString(text));
   CHECK(Std(text) == "ABCDE");
-  const std::string nothing = BlockOf("", 0);
-  text.assign(nothing.data(), static_cast<int32_t>(nothing.size()));
-  CHECK(UnpackString(text));
-  CHECK(text.is_empty());
 }
 
 TEST_CASE("scrambling touches whole dwords, then each byte of the rest with the key's byte of its rank") {
   for (const auto &[plain, scrambled] :
-       std::vector<std::pair<std::string, std::string>>{{"", ""},
-                                                        {"abcd", "\x65\x51\x4A\x40"},
-                                                        {"abcde", "\x65\x51\x4A\x40\x61"},
-                                                        {"abcdefg", "\x65\x51\x4A\x40\x61\x55\x4E"}}) {
+       std::vector<std::pair<std::string, std::string>>{{"", ""}, {"abcdefg", "\x65\x51\x4A\x40\x61\x55\x4E"}}) {
     String text(plain.data(), static_cast<int32_t>(plain.size()));
     ScrambleBlock(text.data(), text.length(), 0x24293304);
     CHECK(Std(text) == scrambled);
@@ -246,11 +232,4 @@ TEST_CASE_FIXTURE(Bits, "a bit reader is at its end outside its block") {
   bits.SetBitPos(-1);
   CHECK_FALSE(bits.ReadBit());
   CHECK_FALSE(bits.EnoughBits(1));
-}
-
-TEST_CASE("a bit reader gives its block back") {
-  const uint8_t byte = 0;
-  BitReader bits;
-  { AttachedBlock attached(bits, &byte, 1); }
-  CHECK(bits.is_empty());
 }
