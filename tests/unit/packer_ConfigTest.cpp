@@ -79,25 +79,6 @@ TEST_CASE("the stored configuration is packed, scrambled, and told by one key") 
   }
 }
 
-TEST_CASE("days are numbered as the reader numbers them") {
-  const struct {
-    packer::Day day;
-    std::string record;
-  } rows[] = {
-      {{2001, 1, 5}, Numbers({2451914, 1, 5, 2001, 6})},
-      {{2000, 2, 29}, Numbers({2451603, 2, 29, 2000, 3})},
-      {{1900, 3, 1}, Numbers({2415079, 3, 1, 1900, 5})},
-      {{2099, 12, 31}, Numbers({2488068, 12, 31, 2099, 5})},
-      {{0, 0, 0}, Numbers({0, 0, 0, 0, 0})},
-  };
-  for (const auto &row : rows) {
-    CAPTURE(row.day.year);
-    Bytes record;
-    packer::PutDayRecord(record, row.day);
-    CHECK(TextOf(record) == row.record);
-  }
-}
-
 TEST_CASE("the payload holds the records one behind the other, an icon only for shortcuts") {
   packer::Product product = TestInstaller().product;
   product.flags &= ~IF_PACKED_PAYLOAD;
