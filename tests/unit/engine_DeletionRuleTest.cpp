@@ -17,11 +17,8 @@ TEST_CASE("an old file is deleted when its date or its size is the one that the 
                          Row{1, "5/17/01", 0, true},              // in the century that is nearest
                          Row{2, "5/17/2001 10:30:02", 0, true},   // from here on
                          Row{2, "5/17/2001 10:30:03", 0, false},
-                         Row{2, "5/16/2001", 0, true},
                          Row{3, "5/17/2001 10:30:02", 0, true}, // up to here
                          Row{3, "5/17/2001 10:30:01", 0, false},
-                         Row{3, "5/18/2001", 0, true},
-                         Row{4, "1,234", 1234, true},
                          Row{4, "about 1234 bytes", 1234, true},
                          Row{4, "none", 0, true},
                          Row{5, "0", 0, true},
@@ -31,7 +28,6 @@ TEST_CASE("an old file is deleted when its date or its size is the one that the 
                          Row{6, "1233", 1234, false},
                          Row{6, "-1", 0x8000'0000'0000'0000, true}, // with a sign
                          Row{0, "no date", 5, true},                // all other kinds look at nothing
-                         Row{7, "no date", 5, true},
                          Row{-1, "no date", 5, true}}) {
     CAPTURE(row.kind);
     CAPTURE(std::string(row.value));
