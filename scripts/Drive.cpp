@@ -2,9 +2,6 @@
 //
 //   wait:WORDS     waits for a window with these words in its title or any text, and prints it
 //   click:BUTTON   clicks a button of that window, by its text or number
-//   type:ID=TEXT   fills an edit control
-//   choose:ID=TEXT picks an entry of a list
-//   closed         waits until that window is closed
 //   list           prints all windows
 //   run:COMMAND    runs a command line, as the system would, to its end
 //   within:MS      how long later steps wait, 20000 at first
@@ -29,11 +26,8 @@ public:
   bool Step(const std::string &step) {
     const size_t colon = step.find(':');
     const std::string verb = step.substr(0, colon), rest = colon == std::string::npos ? "" : step.substr(colon + 1);
-    const size_t equals = rest.find('=');
-    const int id = std::atoi(rest.c_str());
-    const std::string value = equals == std::string::npos ? "" : rest.substr(equals + 1);
     if (verb == "within") {
-      time_ = id;
+      time_ = std::atoi(rest.c_str());
     } else if (verb == "list") {
       for (const Window &window : OpenWindows())
         Print(window);
@@ -44,16 +38,8 @@ public:
       if (window_)
         Print(*window_);
       return window_.has_value();
-    } else if (!window_) {
-      return false;
-    } else if (verb == "click") {
-      return Click(*window_, rest);
-    } else if (verb == "type") {
-      return SetText(*window_, id, value);
-    } else if (verb == "choose") {
-      return Choose(*window_, id, value);
     } else {
-      return verb == "closed" && WaitUntilClosed(*window_, time_);
+      return verb == "click" && window_ && Click(*window_, rest);
     }
     return true;
   }

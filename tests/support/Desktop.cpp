@@ -216,8 +216,4 @@ bool WaitForProgress(const std::string &state) {
   return WaitUntil(20000, [&] { return ShownProgress() == state; });
 }
 
-bool WaitUntilClosed(const Window &window, int milliseconds) {
-  return WaitUntil(milliseconds, [&] { return !IsWindow(window.handle); });
-}
-
 } // namespace korb::test

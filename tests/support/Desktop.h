@@ -72,7 +72,4 @@ std::string ShownProgress(const std::function<void()> &release = [] {});
 /// True as soon as the progress dialog shows this; false when it doesn't come to that.
 bool WaitForProgress(const std::string &state);
 
-/// True as soon as the window is closed; false when it is still there after `milliseconds`.
-bool WaitUntilClosed(const Window &window, int milliseconds = 20000);
-
 } // namespace korb::test

@@ -1,9 +1,8 @@
-// Where the reports of core/Failure.h end in a test program: recorded, and thrown where the program would end.
+// Where the reports of core/Failure.h end in a test program: thrown where the program would end, else dropped.
 #pragma once
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace korb::test {
 
@@ -13,8 +12,6 @@ struct TrappedFailure {
   int32_t code = 0; ///< damage code of CorruptInstaller, else 0
 };
 
-/// Texts of ReportError since the last ClearTrap, in order.
-extern std::vector<std::string> ReportedErrors;
 /// Calls of PumpMessages since the last ClearTrap.
 extern int PumpCount;
 void ClearTrap();
