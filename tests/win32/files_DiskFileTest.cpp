@@ -4,7 +4,6 @@
 #include "core/Windows.h"
 #include "files/DiskFile.h"
 #include "files/FileInfo.h"
-#include "files/LastError.h"
 #include "files/WholeFile.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/TempFolder.h"
@@ -336,15 +335,4 @@ TEST_CASE_FIXTURE(Fixture, "a date that is none, or of a closed file, is not set
   CHECK_FALSE(disk.SetModified(FileDate{2001, 13, 1, 0, 0, 0}));
   disk.Close();
   CHECK_FALSE(disk.SetModified(FileDate{2001, 1, 1, 0, 0, 0}));
-}
-
-TEST_CASE("an error has the system's words") {
-  ClearLastError();
-  CHECK(std::string(LastErrorText()).empty());
-  SetLastErrorCode(ERROR_FILE_NOT_FOUND);
-  const std::string words = LastErrorText();
-  CHECK_FALSE(words.empty());
-  CHECK(words.substr(words.size() - 2) == "\r\n");
-  SetLastErrorCode(ERROR_DISK_FULL);
-  CHECK(std::string(LastErrorText()) != words);
 }

@@ -62,12 +62,6 @@ TEST_CASE_FIXTURE(Fixture, "below no key there is none") {
   CHECK(key.OpenChild("child") == KEY_NOT_OPENED);
 }
 
-TEST_CASE_FIXTURE(Fixture, "a key is asked for under the user or the machine") {
-  CHECK(RegistryKey::SoftwareKeyExists("KorbTest", true));
-  CHECK_FALSE(RegistryKey::SoftwareKeyExists("KorbTest", false));
-  CHECK_FALSE(RegistryKey::KeyExists(user, ""));
-}
-
 TEST_CASE_FIXTURE(Fixture, "values of every kind are read as what is asked for") {
   const std::string long_text(100, 'x');
   const std::string terminator(1, '\0');
@@ -155,6 +149,7 @@ TEST_CASE_FIXTURE(Fixture, "a value is found by its path, and reading may make i
   key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default", RK_OPEN_ONLY);
   CHECK(text == "default");
   CHECK_FALSE(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
+  CHECK_FALSE(RegistryKey::KeyExists(user, ""));
   key.ReadStringAt(text, user, "Software\\KorbTest\\made\\value", "default");
   CHECK(text == ""); // the key is there now, without the value
   CHECK(RegistryKey::KeyExists(user, "Software\\KorbTest\\made"));
@@ -182,11 +177,4 @@ TEST_CASE_FIXTURE(Fixture, "a deletion of what is not there is told apart") {
   CHECK(key.DeleteChild("") == DELETE_NO_KEY);
   CHECK(key.DeleteKey(user, "KorbTest") == DELETE_NO_KEY); // no parent in the path
   CHECK(key.DeleteKeyIn(user, "Software\\NoSuchKorb", "x") == DELETE_NO_KEY);
-}
-
-TEST_CASE_FIXTURE(Fixture, "a key of a program is deleted by its path, or by its parent and name") {
-  key.OpenChild("x\\y");
-  key.Close();
-  CHECK(key.DeleteSoftwareChild("KorbTest\\x", "y", true) == DELETE_DONE);
-  CHECK(key.DeleteSoftwareKey("KorbTest\\x", true, RK_ONLY_IF_EMPTY) == DELETE_DONE);
 }
