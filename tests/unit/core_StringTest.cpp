@@ -95,6 +95,7 @@ TEST_CASE("a string takes its contents from anywhere, itself included") {
       {[](String &s) { s.assign("a\0cd", 4); }, "a\0cd"s},
       {[](String &s) { s.set_length(1); }, "a"},
       {[](String &s) { CHECK(s.try_assign(s.c_str() + 2, 2)); }, "cd"}, // still in the block
+      {[](String &s) { CHECK(s.try_assign("new text", STRING_ALL)); }, "new text"},
       {[](String &s) { CHECK(s.try_assign(nullptr, 4)); }, ""},
       {[](String &s) { s = static_cast<const char *>(nullptr); }, ""}};
   for (const auto &[edit, contents] : steps) {
