@@ -1,5 +1,4 @@
 // The small routines that everyone shares: the checksum, bits, ramps, random numbers, and the report of used-up memory.
-#include <cstdlib>
 #include <cstring>
 #include <random>
 #include <set>
