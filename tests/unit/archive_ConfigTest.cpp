@@ -100,14 +100,15 @@ TEST_CASE("colours hold with their flag, and the title's with a bitmap too") {
 TEST_CASE("the last language called English starts selected") {
   const std::pair<std::vector<std::string>, int32_t> rows[] = {
       {{"a", "b"}, 0}, {{"a", "english"}, 0}, {{"English", "b", "English", "c"}, 2}, {{"a", "English "}, 0}};
-  for (const auto &[names, expected] : rows) {
+  for (const auto &row : rows) {
+    const std::vector<std::string> &names = row.first;
     CAPTURE(names.back());
     TestInstaller installer;
     installer.product.languages.clear();
     for (const std::string &name : names)
       installer.product.languages.push_back({name, {"x"}, {}});
     ConfigRun run(installer);
-    CHECK(LanguageIndex == expected);
+    CHECK(LanguageIndex == row.second);
   }
 }
 
