@@ -162,14 +162,12 @@ bool Choose(const Window &window, int id, const std::string &entry) {
   const Control *control = window.Find(std::to_string(id));
   if (!control)
     return false;
-  const bool combo = control->kind == "ComboBox";
-  const LRESULT at = SendMessageA(control->handle, combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT,
-                                  static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(entry.c_str()));
+  const LRESULT at = SendMessageA(control->handle, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                  reinterpret_cast<LPARAM>(entry.c_str()));
   if (at < 0)
     return false;
-  SendMessageA(control->handle, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(at), 0);
-  SendMessageA(GetParent(control->handle), WM_COMMAND,
-               static_cast<WPARAM>(MAKELONG(id, combo ? CBN_SELCHANGE : LBN_SELCHANGE)),
+  SendMessageA(control->handle, LB_SETCURSEL, static_cast<WPARAM>(at), 0);
+  SendMessageA(GetParent(control->handle), WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, LBN_SELCHANGE)),
                reinterpret_cast<LPARAM>(control->handle));
   return true;
 }

@@ -55,7 +55,7 @@ Window AnswerWindow(const std::string &words, const std::string &button);
 /// Types `value` over what an edit control holds.
 bool SetText(const Window &window, int id, const std::string &value);
 
-/// Picks the entry with this text in a list box or combo box. False when it has none.
+/// Picks the entry with this text in a list box. False when it has none.
 bool Choose(const Window &window, int id, const std::string &entry);
 
 /// Presses a key of the keyboard, with another one held down when one is named, for whichever window has the focus.
