@@ -14,7 +14,7 @@ public:
   Stack(const Stack &other) : Stack() { this->append_all(other); }
   Stack(Stack &&other) noexcept : Stack() { this->take_over(other); }
   Stack &operator=(const Stack &) = default;
-  Stack &operator=(Stack &&) = default;
+  Stack &operator=(Stack &&) noexcept = default;
 
   void push(const T &value) { this->append(value); }
 
