@@ -10,6 +10,7 @@
 #include "engine/PlaceFile.h"
 #include "engine/Placement.h"
 #include "files/Directories.h"
+#include "files/DiskSpace.h"
 #include "files/FileInfo.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
@@ -90,13 +91,8 @@ bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
     AppendFileError(notes_.journal.error_report, to.path);
     return false;
   }
-  if ((record.file_flags & FF_KEEP) == 0) {
-    notes_.product_fonts += '"';
-    notes_.product_fonts += record.label;
-    notes_.product_fonts += "\" \"";
-    notes_.product_fonts += to.name;
-    notes_.product_fonts += "\" ";
-  }
+  if ((record.file_flags & FF_KEEP) == 0)
+    notes_.product_fonts.append_format("\"%s\" \"%s\" ", record.label, to.name);
   fonts_changed_ = true;
   return true;
 }
@@ -109,6 +105,8 @@ void FilePlacer::Place(const PayloadRecord &record) {
   bool replaces = false;
   if (!IsWanted(record, to.path, host_, notes_, replaces))
     return;
+  if (!OnFixedDrive(to.path))
+    ShowPendingProgress(); // a slow drive, or one that waits for its disk
   NoteShortcut(record, to.path, notes_);
   if (to.in_install_tree && !MakeDirectory(record, to.path))
     return;
