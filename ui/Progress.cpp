@@ -38,7 +38,8 @@ void ShowState() {
     SetControlText(ProgressDialog, KORB_CONTROL_STEP, StepText);
     UpdateWindow(ProgressDialog);
   }
-  PumpMessages();
+  while (PumpMessages()) { // it stops at a window that closes, with the bar's new place still queued
+  }
 }
 
 // Painting takes longer than writing a small file, and a look for messages a tenth of it.
