@@ -4,44 +4,23 @@
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "format/Words.h"
-#include "system/SystemFolders.h"
+#include "system/PathVariables.h"
 
 namespace korb {
 
 namespace {
 
-struct BatchVariable {
-  const char *name; ///< of the path variable that it is called after
-  String (*value)();
-};
-
-// Scripts in use count on these names. The drive of the installer has its colon here, unlike the path variable of that
-// name, and CommonDir is the system's folder of common files: the product's own is SharedDir.
-constexpr BatchVariable kBatchVariables[] = {
-    {path_variable::kSharedDir, [] { return CommonDir; }},
-    {path_variable::kInstallerFilepath, [] { return ProgramPath; }},
-    {path_variable::kInstallerDir, [] { return ProgramDirectory; }},
-    {path_variable::kInstallerFilename, [] { return ProgramName; }},
-    {path_variable::kInstallerDrive, [] { return DriveSpec(ProgramDrive); }},
-    {path_variable::kSystemDir, SystemFolder},
-    {path_variable::kDeviceDir, DeviceFolder},
-    {path_variable::kMediaDir, MediaFolder},
-    {path_variable::kFavoritesDir, FavoritesFolder},
-    {path_variable::kFavoritesAllDir, FavoritesAllFolder},
-    {path_variable::kFontDir, FontFolder},
-    {path_variable::kDesktopDir, DesktopFolder},
-    {path_variable::kDesktopAllDir, DesktopAllFolder},
-    {path_variable::kDocumentDir, DocumentFolder},
-    {path_variable::kDocumentAllDir, DocumentAllFolder},
-    {path_variable::kProgramsDir, ProgramFilesFolder},
-    {path_variable::kStartMenuDir, StartMenuFolder},
-    {path_variable::kStartMenuAllDir, StartMenuAllFolder},
-    {path_variable::kSMProgramsDir, StartMenuProgramsFolder},
-    {path_variable::kSMProgramsAllDir, StartMenuProgramsAllFolder},
-    {path_variable::kStartupDir, StartupFolder},
-    {path_variable::kStartupAllDir, StartupAllFolder},
-    {path_variable::kBootDrive, [] { return DriveSpec(BootDriveLetter()); }},
-    {path_variable::kCommonDir, CommonFilesFolder},
+// Scripts in use count on these names. They mean what the path variables of the same names do, but for the drive of
+// the installer, which has its colon here.
+constexpr const char *kBatchVariables[] = {
+    path_variable::kSharedDir,         path_variable::kInstallerFilepath, path_variable::kInstallerDir,
+    path_variable::kInstallerFilename, path_variable::kInstallerDrive,    path_variable::kSystemDir,
+    path_variable::kDeviceDir,         path_variable::kMediaDir,          path_variable::kFavoritesDir,
+    path_variable::kFavoritesAllDir,   path_variable::kFontDir,           path_variable::kDesktopDir,
+    path_variable::kDesktopAllDir,     path_variable::kDocumentDir,       path_variable::kDocumentAllDir,
+    path_variable::kProgramsDir,       path_variable::kStartMenuDir,      path_variable::kStartMenuAllDir,
+    path_variable::kSMProgramsDir,     path_variable::kSMProgramsAllDir,  path_variable::kStartupDir,
+    path_variable::kStartupAllDir,     path_variable::kBootDrive,         path_variable::kCommonDir,
 };
 
 /// Sets the variable that is called as a path variable is, but for the percent signs.
@@ -80,8 +59,9 @@ String BatchText(const char *directory, const String &script, bool may_pause) {
     AppendVariable(text, path_variable::kInstallDir, directory);
     AppendVariable(text, path_variable::kInstallDrive, DriveSpec(DriveLetter(directory)));
   }
-  for (const BatchVariable &variable : kBatchVariables)
-    AppendVariable(text, variable.name, variable.value());
+  for (const char *variable : kBatchVariables)
+    AppendVariable(text, variable,
+                   variable == path_variable::kInstallerDrive ? DriveSpec(ProgramDrive) : PathVariableValue(variable));
   text += may_pause ? script : WithoutPauses(script);
   text.normalize_line_ends();
   return text;

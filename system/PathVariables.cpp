@@ -71,4 +71,11 @@ void ExpandPathVariables(String &text) {
   }
 }
 
+String PathVariableValue(const char *name) {
+  for (const PathVariable &variable : kPathVariables)
+    if (variable.name == name)
+      return variable.value();
+  return String();
+}
+
 } // namespace korb
