@@ -1,5 +1,7 @@
 #include "engine/SharedFiles.h"
 
+#include <utility>
+
 #include "core/RunValues.h"
 #include "engine/SelfRegistration.h"
 #include "files/DeferredFiles.h"
@@ -8,7 +10,6 @@
 #include "format/Texts.h"
 #include "registry/RegistryKey.h"
 #include "ui/Questions.h"
-#include <utility>
 
 namespace korb {
 
