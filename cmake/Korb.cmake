@@ -164,8 +164,10 @@ function(korb_stub name)
   list(TRANSFORM arg_USES APPEND _small)
   target_link_libraries(${name} PRIVATE ${arg_USES} gcc ${arg_LIBRARIES})
   target_link_options(${name} PRIVATE ${KORB_STUB_FLAGS} ${KORB_STUB_LTO} -flto-partition=one -fwhole-program -static -nostartfiles -nodefaultlibs -Wl,-e,_WinMainCRTStartup
+    -Wl,-T,${CMAKE_SOURCE_DIR}/cmake/stub.ld
     -Wl,--gc-sections,--disable-dynamicbase,--disable-nxcompat,--disable-reloc-section,--no-insert-timestamp
     -Wl,--major-subsystem-version,4,--minor-subsystem-version,0)
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/stub.ld)
   # The names stay beside the program, for scripts/size.
   add_custom_command(TARGET ${name} POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${name}> ${CMAKE_BINARY_DIR}/${name}.sym
