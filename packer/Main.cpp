@@ -23,6 +23,7 @@
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
+#include "packer/manifest/ManifestSchema.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerReport.h"
@@ -189,6 +190,14 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                    "The installer to write, volumes beside it (the manifest's name with .exe)");
   build.add_flag("--strict", options.strict, "Warnings are errors");
   build.add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+
+  AddCommand(app, "schema", "Write the JSON Schema of manifests, by which editors complete and check them",
+             "  korbpack schema > korb.schema.json\n"
+             "  and '#:schema ./korb.schema.json' as a manifest's first line",
+             good, [] {
+               std::cout << ManifestSchema();
+               return true;
+             });
 
   const auto installer = [&] { return PathFromUtf8(options.installer); };
   CLI::App &inspect = AddCommand(

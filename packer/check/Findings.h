@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,6 +10,8 @@
 #include "packer/Product.h"
 
 namespace korb::packer {
+
+struct KeyForms;
 
 enum class Severity { kError, kWarning };
 
@@ -33,8 +34,8 @@ public:
   /// when there are errors: that is most likely their consequence.
   void Merge(const Findings &others);
 
-  /// Where the names of all keys that a manifest was asked for are gathered, if anywhere.
-  std::set<std::string, std::less<>> *asked_keys = nullptr;
+  /// Where all keys that a manifest was asked for are gathered, if anywhere.
+  KeyForms *asked_keys = nullptr;
 
   bool HasErrors() const {
     return std::any_of(list_.begin(), list_.end(), [](const Finding &f) { return f.severity == Severity::kError; });

@@ -112,7 +112,7 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
 }
 
 std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {
-  const toml::node *node = table.Find(key);
+  const toml::node *node = table.Find(key, {from_disk ? KeyForm::kFileDate : KeyForm::kDate});
   if (!node)
     return std::nullopt;
   FileTime time;

@@ -13,7 +13,7 @@ constexpr int64_t kMaxU32 = 0xFFFFFFFF;
 
 // The value of a condition or of a number: a text, or an integer or date as TOML has it.
 std::string ValueText(ManifestContext &context, ManifestTable &table, std::string_view key) {
-  const toml::node *node = table.Find(key);
+  const toml::node *node = table.Find(key, {KeyForm::kValue});
   char text[32];
   if (!node || node->is_string())
     return context.Text(table, key);

@@ -32,7 +32,7 @@ void ReadProduct(ManifestContext &context, ManifestTable table) {
   product.publisher = context.Text(table, "publisher");
   product.registry_key = context.Text(table, "registry_key");
   product.master_product = context.Text(table, "master_product");
-  if (table.Find("master_product"))
+  if (table.Has("master_product"))
     product.flags |= IF_MASTER_PRODUCT;
   const FileTime expiry = context.Time(table, "expires").value_or(FileTime{});
   product.expiry = {expiry.year, expiry.month, expiry.day};
@@ -87,7 +87,7 @@ void ReadUninstall(ManifestContext &context, ManifestTable table) {
 
 // "#RRGGBB", or the number that the archive holds, 0x00BBGGRR.
 std::optional<uint32_t> ReadColor(ManifestTable &table, std::string_view key) {
-  const toml::node *node = table.Find(key);
+  const toml::node *node = table.Find(key, {KeyForm::kColor, {}, 0, kMaxU32});
   if (!node || !node->is_string()) {
     const auto number = table.Integer(key, 0, kMaxU32);
     return number ? std::optional(static_cast<uint32_t>(*number)) : std::nullopt;
@@ -131,7 +131,7 @@ void ReadPages(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, pages] :
        {std::pair{"license", &context.product().license_pages}, std::pair{"readme", &context.product().readme_pages}}) {
     context.product().places[table.FullName(key)] = table.PlaceOfKey(key);
-    for (const toml::node *page : table.Elements(key))
+    for (const toml::node *page : table.Elements(key, {KeyForm::kPages}))
       pages->push_back(context.TextOrFile(*page, table.FullName(key)));
   }
   table.RefuseUnknown();
@@ -144,7 +144,7 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
                                                                      {"uninstall_first", &Product::uninstall_batch1},
                                                                      {"uninstall_last", &Product::uninstall_batch2}};
   for (const auto &[key, field] : batches)
-    if (const toml::node *node = table.Find(key)) {
+    if (const toml::node *node = table.Find(key, {KeyForm::kTextOrFile})) {
       context.product().places[table.FullName(key)] = PlaceOf(*node);
       context.product().*field = context.TextOrFile(*node, table.FullName(key));
     }
@@ -216,9 +216,9 @@ Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findi
   return std::move(context.manifest);
 }
 
-const std::set<std::string, std::less<>> &KnownKeys() {
+const KeyForms &KnownKeys() {
   static const auto keys = [] {
-    std::set<std::string, std::less<>> asked;
+    KeyForms asked;
     Findings findings;
     findings.asked_keys = &asked;
     ManifestContext context({}, std::nullopt, findings);

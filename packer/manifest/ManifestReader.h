@@ -6,6 +6,7 @@
 
 #include "packer/Product.h"
 #include "packer/check/Findings.h"
+#include "packer/manifest/KeyForm.h"
 
 namespace korb::packer {
 
@@ -20,8 +21,7 @@ struct Manifest {
 /// `findings`, all in one run as far as possible; the product is of use only when there is no error among them.
 Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings);
 
-/// Every key that a manifest may hold, with its table in front: "product.name", "file.source". What stands in [texts]
-/// is not among them.
-const std::set<std::string, std::less<>> &KnownKeys();
+/// Every key that a manifest may hold, tables among them. What stands in [texts] is not among them.
+const KeyForms &KnownKeys();
 
 } // namespace korb::packer

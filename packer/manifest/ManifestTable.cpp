@@ -25,9 +25,16 @@ const char *TypeName(const toml::node &node) {
   }
 }
 
+std::vector<std::string_view> WordsOf(std::span<const NamedValue> names) {
+  std::vector<std::string_view> words;
+  for (const NamedValue &named : names)
+    words.push_back(named.name);
+  return words;
+}
+
 // What to say of a key that its table doesn't know: `suggestion`, unless another table knows that very key.
 std::string Elsewhere(std::string_view key, const std::string &suggestion) {
-  for (const std::string &known : KnownKeys())
+  for (const auto &[known, form] : KnownKeys())
     if (known.ends_with("." + std::string(key)))
       return "; did you mean '" + known + "'?";
   return suggestion;
@@ -43,10 +50,10 @@ std::string ManifestTable::FullName(std::string_view key) const {
   return name_.empty() ? std::string(key) : name_ + "." + std::string(key);
 }
 
-const toml::node *ManifestTable::Find(std::string_view key) {
+const toml::node *ManifestTable::Find(std::string_view key, const KeyForm &form) {
   known_.emplace(key);
   if (findings_.asked_keys)
-    findings_.asked_keys->insert(FullName(key));
+    findings_.asked_keys->emplace(FullName(key), form); // the first to ask knows more than whom it calls
   return table_ ? table_->get(key) : nullptr;
 }
 
@@ -60,7 +67,7 @@ void ManifestTable::WrongType(std::string_view key, const toml::node &node, cons
 }
 
 std::optional<std::string> ManifestTable::Text(std::string_view key) {
-  const toml::node *node = Find(key);
+  const toml::node *node = Find(key, {KeyForm::kText});
   if (!node)
     return std::nullopt;
   if (const auto *text = node->as_string())
@@ -70,7 +77,7 @@ std::optional<std::string> ManifestTable::Text(std::string_view key) {
 }
 
 std::optional<int64_t> ManifestTable::Integer(std::string_view key, int64_t least, int64_t most) {
-  const toml::node *node = Find(key);
+  const toml::node *node = Find(key, {KeyForm::kInteger, {}, least, most});
   if (!node)
     return std::nullopt;
   const auto *integer = node->as_integer();
@@ -86,7 +93,7 @@ std::optional<int64_t> ManifestTable::Integer(std::string_view key, int64_t leas
 }
 
 std::optional<bool> ManifestTable::Boolean(std::string_view key) {
-  const toml::node *node = Find(key);
+  const toml::node *node = Find(key, {KeyForm::kBoolean});
   if (!node)
     return std::nullopt;
   if (const auto *boolean = node->as_boolean())
@@ -98,12 +105,10 @@ std::optional<bool> ManifestTable::Boolean(std::string_view key) {
 std::optional<int64_t> ManifestTable::NamedNode(std::string_view key, const toml::node &node,
                                                 std::span<const NamedValue> names) {
   const std::string &word = node.as_string()->get();
-  std::vector<std::string_view> words;
-  for (const NamedValue &named : names) {
+  for (const NamedValue &named : names)
     if (named.name == word)
       return named.value;
-    words.push_back(named.name);
-  }
+  const std::vector<std::string_view> words = WordsOf(names);
   std::string all;
   for (std::string_view known : words)
     all += (all.empty() ? "" : ", ") + std::string(known);
@@ -114,7 +119,7 @@ std::optional<int64_t> ManifestTable::NamedNode(std::string_view key, const toml
 
 std::optional<int64_t> ManifestTable::Named(std::string_view key, std::span<const NamedValue> names, int64_t least,
                                             int64_t most) {
-  const toml::node *node = Find(key);
+  const toml::node *node = Find(key, {KeyForm::kWord, WordsOf(names), least, most});
   if (!node)
     return std::nullopt;
   if (node->is_integer())
@@ -126,13 +131,15 @@ std::optional<int64_t> ManifestTable::Named(std::string_view key, std::span<cons
 }
 
 std::optional<int64_t> ManifestTable::NamedBits(std::string_view key, std::span<const NamedValue> names) {
-  const toml::node *node = Find(key);
+  constexpr int64_t kMost = 0xFFFFFFFF;
+  const KeyForm form{KeyForm::kWords, WordsOf(names), 0, kMost};
+  const toml::node *node = Find(key, form);
   if (!node)
     return std::nullopt;
   if (node->is_integer())
-    return Integer(key, 0, 0xFFFFFFFF);
+    return Integer(key, 0, kMost);
   int64_t bits = 0;
-  for (const toml::node *element : Elements(key)) {
+  for (const toml::node *element : Elements(key, form)) {
     if (!element->is_string()) {
       WrongType(key, *element, "an array of words, or an integer");
       return std::nullopt;
@@ -143,8 +150,8 @@ std::optional<int64_t> ManifestTable::NamedBits(std::string_view key, std::span<
   return bits;
 }
 
-std::vector<const toml::node *> ManifestTable::Elements(std::string_view key) {
-  const toml::node *node = Find(key);
+std::vector<const toml::node *> ManifestTable::Elements(std::string_view key, const KeyForm &form) {
+  const toml::node *node = Find(key, form);
   std::vector<const toml::node *> elements;
   if (node && node->is_array()) {
     for (const toml::node &element : *node->as_array())
@@ -157,7 +164,7 @@ std::vector<const toml::node *> ManifestTable::Elements(std::string_view key) {
 
 std::vector<std::string> ManifestTable::Texts(std::string_view key) {
   std::vector<std::string> texts;
-  for (const toml::node *element : Elements(key)) {
+  for (const toml::node *element : Elements(key, {KeyForm::kTexts})) {
     if (const auto *text = element->as_string())
       texts.push_back(text->get());
     else
@@ -168,7 +175,7 @@ std::vector<std::string> ManifestTable::Texts(std::string_view key) {
 
 std::vector<const toml::table *> ManifestTable::Tables(std::string_view key) {
   std::vector<const toml::table *> tables;
-  for (const toml::node *element : Elements(key)) {
+  for (const toml::node *element : Elements(key, {KeyForm::kTables})) {
     if (const auto *table = element->as_table())
       tables.push_back(table);
     else
@@ -178,7 +185,7 @@ std::vector<const toml::table *> ManifestTable::Tables(std::string_view key) {
 }
 
 ManifestTable ManifestTable::Table(std::string_view key) {
-  const toml::node *node = Find(key);
+  const toml::node *node = Find(key, {KeyForm::kTable});
   if (node && !node->is_table())
     WrongType(key, *node, "a table");
   return ManifestTable(node ? node->as_table() : nullptr, FullName(key), findings_);

@@ -11,6 +11,7 @@
 
 #include "packer/Words.h"
 #include "packer/check/Findings.h"
+#include "packer/manifest/KeyForm.h"
 
 namespace korb::packer {
 
@@ -25,8 +26,8 @@ public:
   ManifestTable(const toml::table *table, std::string name, Findings &findings)
       : table_(table), name_(std::move(name)), findings_(findings) {}
 
-  /// The value of `key`, or null; from now on the key is a known one.
-  const toml::node *Find(std::string_view key);
+  /// The value of `key`, or null; from now on the key is a known one, of the form that the caller will accept.
+  const toml::node *Find(std::string_view key, const KeyForm &form);
 
   // The value of a key when it is there and of the right type. A wrong one is reported and counts as absent.
   std::optional<std::string> Text(std::string_view key);
@@ -39,7 +40,7 @@ public:
   /// The texts of an array; one text alone counts as an array of one.
   std::vector<std::string> Texts(std::string_view key);
   /// The elements of an array; a table or text alone counts as an array of one.
-  std::vector<const toml::node *> Elements(std::string_view key);
+  std::vector<const toml::node *> Elements(std::string_view key, const KeyForm &form);
   /// The tables of an array of tables.
   std::vector<const toml::table *> Tables(std::string_view key);
   ManifestTable Table(std::string_view key);
@@ -47,6 +48,7 @@ public:
   /// Where `key` stands, or, when it doesn't, the table.
   Place PlaceOfKey(std::string_view key) const;
   Place PlaceOfTable() const { return table_ ? PlaceOf(*table_) : Place{}; }
+  bool Has(std::string_view key) const { return table_ && table_->contains(key); }
   bool Exists() const { return table_ != nullptr; }
   const toml::table *Raw() const { return table_; }
   std::string FullName(std::string_view key) const;

@@ -55,7 +55,7 @@ Keys DocumentedKeys(std::istream &page) {
 Keys KeysOfTheCode() {
   Keys keys;
   const auto &known = KnownKeys();
-  for (const std::string &key : known) {
+  for (const auto &[key, form] : known) {
     const size_t dot = key.find('.');
     // What all files share is told once.
     const bool shared = key.starts_with("tree.") || key.starts_with("file_defaults.");
