@@ -21,6 +21,7 @@
 #endif
 #include "packer/Build.h"
 #include "packer/CodePage.h"
+#include "packer/CommandPages.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
 #include "packer/manifest/ManifestSchema.h"
@@ -126,6 +127,7 @@ struct Options {
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
+  std::string page_of;     // page
 };
 
 // The commands. True is success.
@@ -198,6 +200,17 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                std::cout << ManifestSchema();
                return true;
              });
+
+  CLI::App &page = AddCommand(app, "page", "Write the manual page, or a script by which a shell completes the commands",
+                              "  korbpack page man > korbpack.1\n"
+                              "  korbpack page bash > /etc/bash_completion.d/korbpack",
+                              good, [&] {
+                                std::cout << (options.page_of == "man"    ? ManPage(app, VersionLine())
+                                              : options.page_of == "bash" ? BashCompletion(app)
+                                                                          : ZshCompletion(app));
+                                return true;
+                              });
+  page.add_option("for", options.page_of, "man, bash or zsh")->required()->check(CLI::IsMember({"man", "bash", "zsh"}));
 
   const auto installer = [&] { return PathFromUtf8(options.installer); };
   CLI::App &inspect = AddCommand(
