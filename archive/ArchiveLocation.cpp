@@ -58,11 +58,11 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
   if (location.section_index == location.section_count)
     FatalMessage(kNoArchive);
 
-  int32_t address;
-  ReadField(file, location.section_entry + pe::kVirtualAddressAt, 4, address);
-  ReadField(file, location.section_entry + pe::kRawSizeAt, 4, location.section_raw_size);
-  ReadField(file, location.section_entry + pe::kRawPointerAt, 4, location.section_file_pos);
-  location.section_address = static_cast<uint32_t>(address);
+  int32_t fields[3] = {}; // VirtualAddress, SizeOfRawData, PointerToRawData
+  file.ReadAt(location.section_entry + pe::kVirtualAddressAt, fields, sizeof fields);
+  location.section_address = static_cast<uint32_t>(fields[0]);
+  location.section_raw_size = fields[1];
+  location.section_file_pos = fields[2];
   if (location.section_file_pos == 0)
     CorruptInstaller(DamageCode::SectionPlace);
   if (!file.Seek(location.section_file_pos))
