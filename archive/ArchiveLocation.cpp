@@ -25,6 +25,14 @@ bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &valu
   return read;
 }
 
+/// Leaves a signature out of the file's size, since whoever signs appends it to all that was packed.
+void LeaveOutSignature(ArchiveFile &file, ArchiveLocation &location) {
+  SignatureEntry &signature = location.signature;
+  file.ReadAt(location.pe_offset + pe::kSignatureAt, &signature, pe::kSignatureEntrySize);
+  if (signature.size > 0 && signature.place == location.file_size - signature.size)
+    location.file_size = signature.place;
+}
+
 /// Sets the entry's offset and index; the index is the section count when there is no such section.
 void FindSection(ArchiveFile &file, ArchiveLocation &location) {
   for (; location.section_index < location.section_count; ++location.section_index) {
@@ -54,6 +62,7 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
   ReadField(file, location.pe_offset + pe::kOptionalHeaderSizeAt, 2, optional_header_size);
   location.section_entry = location.pe_offset + optional_header_size + pe::kOptionalHeaderAt;
 
+  LeaveOutSignature(file, location);
   FindSection(file, location);
   if (location.section_index == location.section_count)
     FatalMessage(kNoArchive);

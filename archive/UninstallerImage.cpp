@@ -75,6 +75,11 @@ void BuildUninstallerImage(ArchiveFile &file, const ArchiveLocation &location, c
   bytes.put_u16(pe_offset + pe::kSectionCountAt, location.section_count - 1);
   bytes.subtract_u32(pe_offset + pe::kInitializedDataSizeAt, raw_size);
   bytes.subtract_u32(pe_offset + pe::kImageSizeAt, raw_size);
+  // What signing filled in would lead to nothing.
+  if (location.is_signed() && bytes.holds(pe_offset + pe::kSignatureAt, pe::kSignatureEntrySize)) {
+    memset(bytes.data + pe_offset + pe::kImageChecksumAt, 0, 4);
+    memset(bytes.data + pe_offset + pe::kSignatureAt, 0, pe::kSignatureEntrySize);
+  }
   CloseSectionTable(bytes, location);
 
   const int32_t patch = config.stub_patch_offset;

@@ -78,7 +78,10 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   StoredConfig stored = StoreConfig(config);
   const size_t table_size = header::kSize + 4 * payload.sizes.size();
   size_t head = table_size + stored.block.size();
-  const size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
+  size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
+  // What fills the file up to the place of a signature would be payload here, with more of it in the volumes.
+  if (in_file && first < payload.stored.size())
+    first -= std::min(first, (head + first) % pe::kSignatureAlignment);
   if (image.SectionFilePos() + FilledSection(head + first, image) > kMaxInstaller)
     throw PackError("the installer would be larger than 2 GiB");
 
