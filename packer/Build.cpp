@@ -62,6 +62,8 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
   summary << line;
   for (const OutputFile &file : outputs)
     summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
+  if (product.Has(IF_VERIFY_STUB))
+    summary << "not to be signed: with 'options.verify_stub', it would refuse to run\n";
 }
 
 } // namespace

@@ -122,8 +122,8 @@ Ends with 0 only when all went well.)";
 struct Options {
   std::string folder = ".", new_manifest = "setup.toml"; // init
   std::string manifest, output, stub;                    // build
-  bool strict = false;
-  std::string installer; // of inspect, verify and extract
+  bool strict = false;                                   // verify, too
+  std::string installer;                                 // of inspect, verify and extract
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
@@ -221,7 +221,8 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   CLI::App &verify =
       AddCommand(app, "verify", "Make every test that the installer makes, and name the damage that it would report",
                  "  korbpack verify setup.exe           its volumes are looked for beside it", good,
-                 [installer] { return VerifyInstaller(installer(), std::cout); });
+                 [&, installer] { return VerifyInstaller(installer(), options.strict, std::cout); });
+  verify.add_flag("--strict", options.strict, "A program part that was changed, other than by signing, is a failure");
   CLI::App &extract = AddCommand(app, "extract", "Write the files of an installer to a new folder",
                                  "  korbpack extract setup.exe files", good, [&, installer] {
                                    return ExtractInstaller(installer(), PathFromUtf8(options.destination), options.page,

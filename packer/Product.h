@@ -107,6 +107,7 @@ struct PayloadPlan {
   int32_t volume_size = 0;                ///< bytes of a whole volume file, its serial included; 0 means no volumes
   std::optional<int32_t> first_part_size; ///< payload bytes in the executable; without it, as many as keep the
                                           ///< executable within volume_size
+  bool will_be_signed = false;            ///< that executable leaves room for a signature
 };
 
 /// The fields stand in the order of the configuration stream.

@@ -136,6 +136,10 @@ void CheckOptions(const Product &product, Findings &findings) {
       {IF_CONFIRM_DIRECTORY, !product.Has(IF_ASK_DIRECTORY), "options.confirm_directory",
        "has no effect without 'options.ask_directory'"},
   };
+  if (product.payload.will_be_signed && product.Has(IF_VERIFY_STUB))
+    findings.Error(product.PlaceOf("options.verify_stub"),
+                   "'options.verify_stub' can't be combined with 'product.signed': signing changes the program part, "
+                   "and the installer would refuse to run");
   for (const FlagRule &rule : rules)
     if (product.Has(rule.flag) && rule.without)
       findings.Warn(product.PlaceOf(rule.key), "'" + std::string(rule.key) + "' " + rule.message);

@@ -39,6 +39,7 @@ void ReadProduct(ManifestContext &context, ManifestTable table) {
   product.places["product.expires"] = table.PlaceOfKey("expires");
   product.places["product.excluded_platforms"] = table.PlaceOfKey("excluded_platforms");
   product.excluded_platforms = static_cast<uint32_t>(table.NamedBits("excluded_platforms", kPlatforms).value_or(0));
+  product.payload.will_be_signed = table.Boolean("signed").value_or(false);
   table.RefuseUnknown();
 }
 

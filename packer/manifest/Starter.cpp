@@ -26,6 +26,7 @@ constexpr char kHead[] = R"(# What the installer is made of. Build it with
 )";
 
 constexpr char kSettings[] = R"(#publisher = "Who made it"
+#signed = true                  # the finished installer is going to be signed
 
 [install]
 #directory = 'Thing'            # below Program Files; by default the product's name

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <span>
 
 #include "archive/ArchiveFile.h"
 #include "archive/ConfigStream.h"
@@ -186,10 +185,9 @@ void InstallerReader::ReadParts() {
   ReadConfigStream(stream, location.file_size, machine, config);
   reached = Part::kConfiguration;
 
+  program = StateOfProgram();
   String uninstaller;
   BuildUninstallerImage(source, location, header, config, uninstaller);
-  program_as_built =
-      ChecksumOf(std::span(file).first(static_cast<size_t>(location.section_file_pos))) == header.stub_checksum;
   reached = Part::kProgram;
 
   VolumesBeside host(folder_, volumes);
@@ -202,6 +200,19 @@ void InstallerReader::ReadParts() {
 
   CheckDeletions();
   reached = Part::kDeletions;
+}
+
+ProgramState InstallerReader::StateOfProgram() const {
+  Bytes part(file.begin(), file.begin() + location.section_file_pos);
+  if (ChecksumOf(part) == header.stub_checksum)
+    return ProgramState::kAsBuilt;
+  const size_t pe_header = static_cast<size_t>(location.pe_offset);
+  if (!location.is_signed() || part.size() < pe_header + pe::kSignatureAt + pe::kSignatureEntrySize)
+    return ProgramState::kChanged;
+  SetU32(part, pe_header + pe::kImageChecksumAt, 0);
+  SetU32(part, pe_header + pe::kSignatureAt, 0);
+  SetU32(part, pe_header + pe::kSignatureAt + 4, 0);
+  return ChecksumOf(part) == header.stub_checksum ? ProgramState::kSigned : ProgramState::kChanged;
 }
 
 void InstallerReader::ReadRecords() {

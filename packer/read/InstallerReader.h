@@ -27,6 +27,13 @@ enum class Part {
   kDeletions,     ///< every date that an old file is compared with is one
 };
 
+/// The executable part, by the checksum that was taken when the installer was built.
+enum class ProgramState {
+  kAsBuilt,
+  kSigned, ///< as built, but for what signing fills in
+  kChanged,
+};
+
 /// A volume file that was found beside the installer.
 struct FoundVolume {
   std::string name; ///< UTF-8
@@ -55,9 +62,8 @@ public:
   ArchiveLocation location;
   ArchiveHeader header;
   InstallConfig config;
-  String background; ///< the bitmap without its file header
-  bool program_as_built =
-      false; ///< the checksum of the executable part; an installer that was signed afterwards loses it
+  String background;                             ///< the bitmap without its file header
+  ProgramState program = ProgramState::kChanged; ///< read with the configuration
   int64_t unpacked_size = 0;
   std::vector<FoundVolume> volumes;
   std::vector<PayloadRecord> records; ///< their texts and contents stay in this object
@@ -65,6 +71,7 @@ public:
 private:
   void ReadParts();
   ArchiveCursor Section() const;
+  ProgramState StateOfProgram() const;
   void ReadRecords();
   void CheckDeletions() const;
 

@@ -132,7 +132,8 @@ private:
     return {{"position", location.section_file_pos},
             {"size", location.section_raw_size},
             {"address", HexText(location.section_address)},
-            {"file_size", location.file_size}};
+            {"file_size", installer_.file.size()},
+            {"signature_size", location.is_signed() ? location.signature.size : 0}};
   }
 
   Json TellHeader() const {
@@ -344,26 +345,33 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
   return !installer.damage;
 }
 
-bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
+bool VerifyInstaller(const std::filesystem::path &path, bool strict, std::ostream &out) {
   InstallerReader installer(path);
   installer.Read();
+  const bool changed = installer.program == ProgramState::kChanged;
   for (const PartName &part : kParts) {
     const bool good = installer.reached >= part.part;
-    out << (good ? "good     " : "DAMAGED  ") << part.what;
+    const bool is_program = part.part == Part::kProgram;
+    out << (!good ? "DAMAGED  " : is_program && changed ? "CHANGED  " : "good     ") << part.what;
     if (!good) {
-      out << ": " << installer.damage.value().what() << "\n" << ShowPath(path) << ": damaged\n";
+      out << ": " << installer.damage.value().what();
+      if (is_program && installer.program == ProgramState::kSigned)
+        out << ": an installer with 'options.verify_stub' can't be signed";
+      out << "\n" << ShowPath(path) << ": damaged\n";
       return false;
     }
-    if (part.part == Part::kProgram && !installer.program_as_built)
-      out << " (changed since it was packed, which this installer doesn't look at)";
+    if (is_program && changed)
+      out << ": not as it was built, which this installer doesn't look at";
+    if (is_program && installer.program == ProgramState::kSigned)
+      out << ", signed";
     if (part.part == Part::kPayload && !installer.volumes.empty())
       out << ", from " << installer.volumes.size() << " volume" << (installer.volumes.size() == 1 ? "" : "s");
     if (part.part == Part::kFiles)
       out << ": " << installer.records.size();
     out << "\n";
   }
-  out << ShowPath(path) << ": sound\n";
-  return true;
+  out << ShowPath(path) << (changed ? ": sound, but changed since it was built\n" : ": sound\n");
+  return !(strict && changed);
 }
 
 } // namespace korb::packer

@@ -13,7 +13,8 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
                       std::ostream &problems);
 
 /// Makes every test that the installer makes before and while it places its files, and writes a line for each. False
-/// when one fails: the line tells the damage code that a user would read.
-bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out);
+/// when one fails: the line tells the damage code that a user would read. A program part that is not as it was built
+/// counts as a failure only when `strict` is set; signing is no such change.
+bool VerifyInstaller(const std::filesystem::path &path, bool strict, std::ostream &out);
 
 } // namespace korb::packer

@@ -11,6 +11,9 @@ namespace korb::packer {
 namespace {
 
 constexpr size_t kMaxInstaller = 0x7FFF0000; // all sizes and positions are signed 32 bits
+// Left free of a volume for the signature of an installer that is going to be signed: one with a time stamp and all its
+// certificates has some 10 KB, two of them less than this.
+constexpr size_t kSignatureRoom = 32 * 1024;
 
 // The size of a section that is filled by `size` bytes.
 size_t FilledSection(size_t size, const StubImage &stub) {
@@ -31,7 +34,8 @@ size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const
   // Without a size of its own, the first part fills an executable that is as large as the other disks' files.
   const bool in_file = plan.layout == PayloadLayout::kInFile;
   const size_t begin = stub.SectionFilePos(), alignment = stub.SectionAlignment();
-  size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), begin) - begin;
+  const size_t taken = begin + (plan.will_be_signed ? kSignatureRoom : 0);
+  size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), taken) - taken;
   if (!in_file)
     room -= room % alignment;
   if (room < (in_file ? FilledSection(head, stub) : head))

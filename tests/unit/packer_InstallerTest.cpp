@@ -51,6 +51,7 @@ struct Layout {
   int32_t first_part; // -1: as large as fits
   size_t contents;
   size_t volumes;
+  bool will_be_signed = false;
 };
 
 packer::Product ProductOf(const Layout &layout) {
@@ -58,6 +59,7 @@ packer::Product ProductOf(const Layout &layout) {
   product.flags &= ~IF_PACKED_PAYLOAD;
   product.payload.layout = layout.in_file ? packer::PayloadLayout::kInFile : packer::PayloadLayout::kInSection;
   product.payload.volume_size = layout.volume_size;
+  product.payload.will_be_signed = layout.will_be_signed;
   if (layout.first_part >= 0)
     product.payload.first_part_size = layout.first_part;
   product.files[0].contents = Noise(layout.contents);
@@ -68,9 +70,20 @@ packer::Product ProductOf(const Layout &layout) {
 
 TEST_CASE("in every layout the parts of the payload add up to it, and the section fills whole pages") {
   const Layout rows[] = {
-      {false, 0, -1, 5, 0},        {false, 0, -1, 20000, 0},  {true, 0, -1, 5, 0},           {true, 0, -1, 20000, 0},
-      {false, 9000, 0, 20000, 3},  {true, 9000, 0, 20000, 3}, {false, 9000, 1, 20000, 3},    {true, 9000, 1, 20000, 3},
-      {false, 12288, -1, 9000, 1}, {true, 9000, -1, 9000, 1}, {false, 5, 20000, 19999, 152}, {true, 99000, -1, 50, 0},
+      {false, 0, -1, 5, 0},
+      {false, 0, -1, 20000, 0},
+      {true, 0, -1, 5, 0},
+      {true, 0, -1, 20000, 0},
+      {false, 9000, 0, 20000, 3},
+      {true, 9000, 0, 20000, 3},
+      {false, 9000, 1, 20000, 3},
+      {true, 9000, 1, 20000, 3},
+      {false, 12288, -1, 9000, 1},
+      {true, 9000, -1, 9000, 1},
+      {false, 5, 20000, 19999, 152},
+      {true, 99000, -1, 50, 0},
+      {false, 60000, -1, 70000, 1, true},
+      {true, 60003, -1, 70000, 1, true},
   };
   for (const Layout &row : rows) {
     CAPTURE(row.in_file);
@@ -91,7 +104,9 @@ TEST_CASE("in every layout the parts of the payload add up to it, and the sectio
     if (!row.in_file)
       CHECK(file.size() == kArchivePos + parts.raw);
     if (row.first_part < 0 && row.volume_size > 0)
-      CHECK(file.size() <= static_cast<size_t>(row.volume_size));
+      CHECK(file.size() + (row.will_be_signed ? 32768 : 0) <= static_cast<size_t>(row.volume_size));
+    if (row.volumes > 0)
+      CHECK(file.size() % 8 == 0); // a signature begins there, and nothing may come before it
     for (size_t i = 0; i < installer.volumes.size(); ++i) {
       CHECK(GetU32(installer.volumes[i], 0) == product.volume_serial + i);
       CHECK(installer.volumes[i].size() <= static_cast<size_t>(row.volume_size));
