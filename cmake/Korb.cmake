@@ -172,7 +172,5 @@ function(korb_stub name)
   add_custom_command(TARGET ${name} POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${name}> ${CMAKE_BINARY_DIR}/${name}.sym
     COMMAND ${CMAKE_STRIP} -p -s $<TARGET_FILE:${name}>)
-  # CMake's own list of system libraries would bring the C library back.
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-    LINK_LIBRARIES_STRATEGY PRESERVE_ORDER)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endfunction()
