@@ -1,5 +1,7 @@
 #include "packer/manifest/ManifestLists.h"
 
+#include <cstdio>
+
 #include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"

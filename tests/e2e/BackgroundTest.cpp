@@ -1,5 +1,6 @@
 // What the window behind a run looks like, read back from the screen.
 #include <algorithm>
+#include <cstdlib>
 
 #include "tests/support/Desktop.h"
 #include "tests/support/Doctest.h"

@@ -1,5 +1,6 @@
 // What a user sees of a run's course, and what Cancel does to it.
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 
 #include "core/Windows.h"

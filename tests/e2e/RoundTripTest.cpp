@@ -1,6 +1,7 @@
 // What an installation leaves behind, and that its uninstaller leaves nothing.
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <regex>
 

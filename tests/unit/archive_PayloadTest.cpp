@@ -1,4 +1,6 @@
 // Gathering the payload in each of its layouts, and the user who changes disks.
+#include <algorithm>
+
 #include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/Testing.h"
