@@ -34,10 +34,11 @@ using namespace korb::packer;
 
 namespace {
 
-// The stub that comes with this program: beside it, or beside it in a source tree's build folder.
+// The stub that comes with this program: beside it, where a package has its data, or in a source tree's build folder.
 fs::path FindStub(const fs::path &program) {
   const fs::path folder = program.parent_path();
-  for (const fs::path &candidate : {folder / "korb.exe", folder.parent_path() / "win32" / "korb.exe"})
+  for (const fs::path &candidate : {folder / "korb.exe", folder.parent_path() / "share" / "korb" / "korb.exe",
+                                    folder.parent_path() / "win32" / "korb.exe"})
     if (std::error_code error; fs::is_regular_file(candidate, error))
       return candidate;
   return folder / "korb.exe";
