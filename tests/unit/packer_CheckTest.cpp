@@ -127,9 +127,13 @@ TEST_CASE("code pages take what they have and name what they lack") {
   CHECK(missing == "Ж");
   for (const char *bad : {"\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\x80", "a\xC3"}) {
     CHECK(!packer::IsUtf8(bad));
-    CHECK(!packer::ToCodePage(bad, 1252, missing));
-    CHECK(missing.empty());
+    for (int page : {1252, packer::kUtf8}) {
+      CHECK(!packer::ToCodePage(bad, page, missing));
+      CHECK(missing.empty());
+    }
   }
+  CHECK(packer::ToCodePage("aЖ日🎁", packer::kUtf8, missing) == "aЖ日🎁");
   CHECK(packer::FromCodePage("a\x80\xE9\x81", 1252) == "a€é\uFFFD");
+  CHECK(packer::FromCodePage("aЖ🎁\xE6\xC2\x9B\xC2\xA0", packer::kUtf8) == "aЖ🎁\uFFFD\uFFFD\u00A0");
   CHECK(!packer::IsCodePage(437));
 }
