@@ -33,7 +33,9 @@ void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
 std::vector<OutputFile> OutputsOf(const Installer &installer, const Product &product, const fs::path &output) {
   std::vector<OutputFile> files;
   for (size_t i = 0; i < installer.volumes.size(); ++i)
-    files.push_back({output.parent_path() / VolumeFileName(product, kFirstVolumeNumber + i), &installer.volumes[i]});
+    files.push_back({output.parent_path() /
+                         PathFromUtf8(FromCodePage(VolumeFileName(product, kFirstVolumeNumber + i), product.code_page)),
+                     &installer.volumes[i]});
   files.push_back({output, &installer.executable});
   return files;
 }
@@ -52,8 +54,8 @@ void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector
 void Summarise(const Installer &installer, const Product &product, const std::vector<OutputFile> &outputs,
                std::ostream &summary) {
   char line[160];
-  summary << product.name << (product.version.empty() ? "" : " ") << product.version << ", " << product.files.size()
-          << (product.files.size() == 1 ? " file\n" : " files\n");
+  summary << FromCodePage(product.name + (product.version.empty() ? "" : " ") + product.version, product.code_page)
+          << ", " << product.files.size() << (product.files.size() == 1 ? " file\n" : " files\n");
   const double ratio = installer.plain_size == 0 ? 100.0
                                                  : 100.0 * static_cast<double>(installer.payload_size) /
                                                        static_cast<double>(installer.plain_size);

@@ -234,7 +234,8 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   inspect.add_flag("--json", options.json, "As JSON, with all texts in full");
   extract.add_option("folder", options.destination, "Where to; empty or not there yet")->required();
   for (CLI::App *command : {&inspect, &extract})
-    command->add_option("--codepage", options.page, "Code page of the installer's texts (1252)")
+    command
+        ->add_option("--codepage", options.page, "Code page of the texts of an installer that is not in UTF-8 (1252)")
         ->check([](const std::string &text) {
           return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
         });

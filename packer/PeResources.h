@@ -9,7 +9,7 @@
 
 namespace korb::packer {
 
-inline constexpr uint32_t kIconResource = 3, kVersionResource = 16;
+inline constexpr uint32_t kIconResource = 3, kVersionResource = 16, kManifestResource = 24;
 
 /// Where one resource lies in the file; the file holds all of it.
 struct Resource {

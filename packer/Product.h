@@ -1,6 +1,6 @@
 // A product as an author describes it: everything that an installer can say, ready to be written.
 //
-// Texts are single-byte, in the code page of the systems that the installer is for. Numbers are written as they are:
+// Texts are in `code_page`, that of the systems that the installer is for, or UTF-8. Numbers are written as they are:
 // ProductCheck.h tells what a reader of the archive would refuse.
 #pragma once
 
@@ -12,6 +12,7 @@
 #include "format/Archive.h"
 #include "format/Kinds.h"
 #include "packer/Bytes.h"
+#include "packer/CodePage.h"
 
 namespace korb::packer {
 
@@ -153,6 +154,7 @@ struct Product {
 
   std::vector<FileEntry> files; ///< in the order of placement
   PayloadPlan payload;
+  int code_page = kDefaultCodePage; ///< of the texts; with kUtf8 the program is told so, else it takes the system's
   CompressionLevel compression = CompressionLevel::kDefault; ///< of the payload, when it is packed
 
   /// Where the author set a value, by its key in the manifest ("product.name"); empty for a product made in code.

@@ -43,7 +43,7 @@ std::string WithDosLineEnds(const std::string &text) {
 
 std::string ManifestContext::Convert(const std::string &utf8, const Place &place, int page) {
   if (page == 0)
-    page = code_page;
+    page = product().code_page;
   std::string missing;
   if (const auto text = ToCodePage(utf8, page, missing)) {
     if (text->find('\0') != text->npos)
@@ -52,8 +52,18 @@ std::string ManifestContext::Convert(const std::string &utf8, const Place &place
   }
   findings.Error(place, missing.empty() ? "the text is no UTF-8"
                                         : "'" + missing + "' doesn't exist in code page " + std::to_string(page) +
-                                              ", in which the installer will show this text");
+                                              ", in which the installer will show this text; \"utf-8\" has it");
   return {};
+}
+
+int ManifestContext::CodePage(ManifestTable &table, std::string_view key) {
+  const Place place = table.PlaceOfKey(key);
+  product().places[table.FullName(key)] = place;
+  const auto page = table.Named(key, kCodePages, 0, 65535);
+  if (!page || IsCodePage(static_cast<int>(*page)))
+    return static_cast<int>(page.value_or(product().code_page));
+  findings.Error(place, "the code page has to be one from 1250 to 1258, or \"utf-8\"");
+  return product().code_page;
 }
 
 std::string ManifestContext::Text(ManifestTable &table, std::string_view key, std::string fallback) {
@@ -88,7 +98,8 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
     text.erase(0, 3);
   if (text.find('\0') != text.npos)
     findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is no text: it holds a byte 0");
-  return WithDosLineEnds(IsUtf8(text) ? Convert(text, table.PlaceOfKey("file"), page) : text);
+  const bool is_converted = !IsUtf8(text) && (page == 0 ? product().code_page : page) != kUtf8;
+  return WithDosLineEnds(is_converted ? text : Convert(text, table.PlaceOfKey("file"), page));
 }
 
 fs::path ManifestContext::InputPath(const std::string &name) const {

@@ -18,12 +18,15 @@ public:
   /// `utf8` in the code page of the product, or in `page`; a character that is missing there is reported.
   std::string Convert(const std::string &utf8, const Place &place, int page = 0);
 
+  /// The code page that `key` of `table` names; that of the product when it names none, or, reported, none that is.
+  int CodePage(ManifestTable &table, std::string_view key);
+
   /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. Absent:
   /// `fallback`.
   std::string Text(ManifestTable &table, std::string_view key, std::string fallback = {});
 
   /// A text that stands in the manifest, or in a file: { file = "name" }. A file that is no UTF-8 is taken as being in
-  /// the code page already. Line ends become CR LF.
+  /// the code page already, if that is another one. Line ends become CR LF.
   std::string TextOrFile(const toml::node &node, const std::string &name, int page = 0);
 
   /// The contents of an input file, `name` in UTF-8. Reports what can't be read.
@@ -43,7 +46,6 @@ public:
   std::optional<int64_t> newest;
   Findings &findings;
   Manifest manifest;
-  int code_page = 1252;
 };
 
 /// `text` with CR LF at the end of each line.

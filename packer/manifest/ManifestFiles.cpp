@@ -152,11 +152,11 @@ private:
   // The name of a tree's file, if the code page has its characters; the report says which of the files it is.
   std::optional<std::string> NameIn(const std::string &file, const Place &place) {
     std::string missing;
-    const auto name = ToCodePage(file, context_.code_page, missing);
+    const auto name = ToCodePage(file, context_.product().code_page, missing);
     if (name)
       return WithBackslashes(*name);
     context_.findings.Error(place, "the name of '" + file + "' can't be packed: '" + missing +
-                                       "' doesn't exist in code page " + std::to_string(context_.code_page));
+                                       "' doesn't exist in code page " + std::to_string(context_.product().code_page));
     return std::nullopt;
   }
 

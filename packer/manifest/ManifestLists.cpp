@@ -3,7 +3,6 @@
 #include <cstdio>
 
 #include "format/Texts.h"
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/manifest/EnglishTexts.h"
 
@@ -124,11 +123,10 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
 
 void ReadLanguage(ManifestContext &context, ManifestTable table) {
   Language language{{}, EnglishTexts(), table.PlaceOfTable()};
-  const int page = static_cast<int>(table.Integer("codepage", 0, 65535).value_or(context.code_page));
-  if (!IsCodePage(page)) {
-    context.findings.Error(table.PlaceOfKey("codepage"), "the code page has to be one from 1250 to 1258");
-    return;
-  }
+  const int page = context.CodePage(table, "codepage");
+  if (page != context.product().code_page && (page == kUtf8 || context.product().code_page == kUtf8))
+    context.findings.Error(table.PlaceOfKey("codepage"),
+                           "all languages of an installer are in UTF-8 or none: 'product.codepage' tells which");
   if (const auto name = table.Text("name"))
     language.name = context.Convert(*name, table.PlaceOfKey("name"));
   else
@@ -171,7 +169,7 @@ void ReadLanguages(ManifestContext &context, ManifestTable &root) {
     context.findings.Error(texts.PlaceOfTable(), "with [[language]], its texts stand in [language.texts]");
   if (languages.empty()) {
     Language english{kDefaultLanguage, EnglishTexts(), {}};
-    ReadTexts(context, texts.Raw(), context.code_page, english);
+    ReadTexts(context, texts.Raw(), context.product().code_page, english);
     context.product().languages.push_back(std::move(english));
   }
   for (const toml::table *table : languages)

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cstdio>
 
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
 #include "packer/manifest/ImageFile.h"
@@ -21,12 +20,7 @@ constexpr int64_t kMaxI32 = INT32_MAX, kMaxU32 = UINT32_MAX;
 
 void ReadProduct(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
-  if (const auto page = table.Integer("codepage", 0, 65535)) {
-    if (IsCodePage(static_cast<int>(*page)))
-      context.code_page = static_cast<int>(*page);
-    else
-      context.findings.Error(table.PlaceOfKey("codepage"), "the code page has to be one from 1250 to 1258");
-  }
+  product.code_page = context.CodePage(table, "codepage");
   product.name = context.Text(table, "name");
   product.version = context.Text(table, "version");
   product.publisher = context.Text(table, "publisher");

@@ -13,7 +13,7 @@
 #include "core/RunValues.h"
 #include "engine/DeletionRule.h"
 #include "format/Damage.h"
-#include "packer/CodePage.h"
+#include "packer/ActiveCodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
 
@@ -69,7 +69,8 @@ private:
 // The volumes that lie beside the installer. Nobody changes disks: a missing one is the end.
 class VolumesBeside final : public PayloadHost {
 public:
-  VolumesBeside(fs::path folder, std::vector<FoundVolume> &found) : folder_(std::move(folder)), found_(found) {}
+  VolumesBeside(fs::path folder, int page, std::vector<FoundVolume> &found)
+      : folder_(std::move(folder)), page_(page), found_(found) {}
 
   void SetProgress(int32_t) override {}
   void SetStep(int32_t, int32_t) override {}
@@ -84,7 +85,7 @@ public:
   void AskCancel() override {}
 
   ByteSource *OpenVolume(const String &path, int32_t &size) override {
-    name_ = FromCodePage(path.c_str(), kDefaultCodePage);
+    name_ = FromCodePage(path.c_str(), page_);
     std::replace_if(
         name_.begin(), name_.end(), [](char c) { return c >= 0 && (c < 0x20 || c == 0x7F); }, '?');
     bytes_.reset();
@@ -122,6 +123,7 @@ private:
   };
 
   fs::path folder_;
+  int page_;
   std::vector<FoundVolume> &found_;
   std::string name_;
   std::optional<Bytes> bytes_;
@@ -130,7 +132,7 @@ private:
 
 } // namespace
 
-InstallerReader::InstallerReader(const fs::path &path) : folder_(path.parent_path()) {
+InstallerReader::InstallerReader(const fs::path &path, int page) : code_page(page), folder_(path.parent_path()) {
   auto bytes = ReadFileBytes(path);
   if (!bytes)
     throw PackError("can't read '" + ShowPath(path) + "'");
@@ -171,6 +173,8 @@ ArchiveCursor InstallerReader::Section() const {
 }
 
 void InstallerReader::ReadParts() {
+  if (AsksForUtf8(file))
+    code_page = kUtf8;
   BytesFile source(file);
   location = LocateArchive(source);
   cursor_ = Section();
@@ -190,7 +194,7 @@ void InstallerReader::ReadParts() {
   BuildUninstallerImage(source, location, header, config, uninstaller);
   reached = Part::kProgram;
 
-  VolumesBeside host(folder_, volumes);
+  VolumesBeside host(folder_, code_page, volumes);
   AssemblePayload(source, location, header, config, String(), host, payload_, cursor_);
   unpacked_size = cursor_.length();
   reached = Part::kPayload;

@@ -11,6 +11,7 @@
 #include "archive/InstallConfig.h"
 #include "archive/PayloadRecord.h"
 #include "packer/Bytes.h"
+#include "packer/CodePage.h"
 #include "packer/read/ReportedDamage.h"
 
 namespace korb::packer {
@@ -45,7 +46,8 @@ struct FoundVolume {
 class InstallerReader {
 public:
   /// Throws PackError when there is no such file, or it is too large to be an installer.
-  explicit InstallerReader(const std::filesystem::path &path);
+  /// `page` is the code page of its texts, unless it asks for UTF-8.
+  explicit InstallerReader(const std::filesystem::path &path, int page = kDefaultCodePage);
   /// An installer that is no file; its volumes lie in `folder`.
   InstallerReader(Bytes installer, std::filesystem::path folder)
       : file(std::move(installer)), folder_(std::move(folder)) {}
@@ -64,6 +66,7 @@ public:
   InstallConfig config;
   String background;                             ///< the bitmap without its file header
   ProgramState program = ProgramState::kChanged; ///< read with the configuration
+  int code_page = kDefaultCodePage;              ///< of the texts
   int64_t unpacked_size = 0;
   std::vector<FoundVolume> volumes;
   std::vector<PayloadRecord> records; ///< their texts and contents stay in this object

@@ -6,7 +6,6 @@
 
 #include "core/RunValues.h"
 #include "format/Texts.h"
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
 #include "packer/read/InstallerReader.h"
@@ -106,8 +105,7 @@ Json WordsOf(std::span<const NamedValue> names, uint32_t bits) {
 
 class Description {
 public:
-  Description(const InstallerReader &installer, int page)
-      : installer_(installer), config_(installer.config), page_(page) {}
+  explicit Description(const InstallerReader &installer) : installer_(installer), config_(installer.config) {}
 
   // As far as it was read: a part that was not read whole has no meaning.
   Json Tell() const {
@@ -125,7 +123,7 @@ public:
 
 private:
   std::string Text(const String &text) const { return Text(text.c_str()); }
-  std::string Text(const char *text) const { return FromCodePage(text, page_); }
+  std::string Text(const char *text) const { return FromCodePage(text, installer_.code_page); }
 
   Json TellSection() const {
     const ArchiveLocation &location = installer_.location;
@@ -169,7 +167,8 @@ private:
   }
 
   Json TellProduct() const {
-    return {{"name", Text(ProductName)},
+    return {{"codepage", installer_.code_page == kUtf8 ? "utf-8" : "system"},
+            {"name", Text(ProductName)},
             {"version", Text(config_.version)},
             {"publisher", Text(config_.publisher)},
             {"registry_key", Text(config_.product_registry)},
@@ -313,7 +312,6 @@ private:
 
   const InstallerReader &installer_;
   const InstallConfig &config_;
-  int page_;
 };
 
 struct PartName {
@@ -333,9 +331,9 @@ constexpr PartName kParts[] = {{Part::kSection, "PE headers, archive section"},
 
 bool InspectInstaller(const std::filesystem::path &path, int page, bool json, std::ostream &out,
                       std::ostream &problems) {
-  InstallerReader installer(path);
+  InstallerReader installer(path, page);
   installer.Read();
-  const Json all = Description(installer, page).Tell();
+  const Json all = Description(installer).Tell();
   if (json)
     out << Written(all, 2) << "\n";
   else

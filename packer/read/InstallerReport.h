@@ -7,8 +7,9 @@
 namespace korb::packer {
 
 /// Writes everything that the installer at `path` holds, under the names of the manifest, as an outline or as JSON.
-/// `page` is the code page of its texts, which it doesn't tell. Of a damaged one, what stands before the damage is
-/// written, and the damage goes to `problems`. False when there is any. Throws PackError as InstallerReader does.
+/// `page` is the code page of its texts, unless it asks for UTF-8: it tells no other one. Of a damaged one, what stands
+/// before the damage is written, and the damage goes to `problems`. False when there is any. Throws PackError as
+/// InstallerReader does.
 bool InspectInstaller(const std::filesystem::path &path, int page, bool json, std::ostream &out,
                       std::ostream &problems);
 

@@ -77,7 +77,8 @@ std::vector<Bytes> CutVolumes(const Product &product, const Bytes &stored, size_
 } // namespace
 
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
-  const StubImage image(stub);
+  StubImage image(stub);
+  image.UseCodePage(product.code_page);
   const bool in_file = product.payload.layout == PayloadLayout::kInFile;
   StoredConfig stored = StoreConfig(config);
   const size_t table_size = header::kSize + 4 * payload.sizes.size();

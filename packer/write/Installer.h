@@ -21,7 +21,7 @@ struct Installer {
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress = {});
 
 /// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from
-/// elsewhere. Of `product` it takes the payload plan and the volumes' serial.
+/// elsewhere. Of `product` it takes the payload plan, the volumes' serial and the code page.
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub);
 
 /// File name of volume `number`, from 2.

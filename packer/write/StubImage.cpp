@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/Arithmetic.h"
+#include "packer/ActiveCodePage.h"
 #include "packer/PeResources.h"
 
 namespace korb::packer {
@@ -100,6 +101,14 @@ Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
   SetU32(out, pe_ + pe::kImageChecksumAt, 0);
   out.resize(SectionFilePos());
   return out;
+}
+
+void StubImage::UseCodePage(int page) {
+  if (page != kUtf8 && AsksForUtf8(bytes_))
+    Refuse("takes texts as UTF-8: 'product.codepage' has to be \"utf-8\"");
+  if (page == kUtf8 && !AskForUtf8(bytes_))
+    Refuse("has no place in its manifest for the setting that makes it take texts as UTF-8: use the korb.exe that "
+           "comes with this program");
 }
 
 std::optional<uint32_t> StubImage::FindIconImage(uint32_t size) const {
