@@ -68,8 +68,11 @@ private:
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
     CheckVariables(file_->arguments, file_->place, "file '" + file_->name + "': ", findings_);
+    if (HasLongPart(name_))
+      Error("a part of '" + name_ + "' has more than 255 bytes, which the installer could not find again");
     if (PathLength() > kMaxPath)
-      Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
+      Warn("its path has more than 259 " + std::string(product_.code_page == kUtf8 ? "bytes" : "characters") +
+           " where the product is proposed to go, which most systems refuse");
     const bool own_folder = Kind().folder != KindFolder::Product || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
       Warn("the folder in its name is not created there: the file fails unless the folder exists");

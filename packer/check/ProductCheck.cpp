@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "core/Text.h"
+#include "packer/check/CodePageCheck.h"
 #include "packer/check/FileCheck.h"
 #include "packer/check/ListCheck.h"
 #include "packer/check/TextCheck.h"
@@ -85,6 +86,9 @@ void CheckDirectories(const Product &product, Findings &findings) {
       findings.Error(product.PlaceOf(key), "'" + std::string(key) +
                                                "' must not hold ';', \"[Strings]\" or \"[Associations]\", which divide "
                                                "the uninstaller's record");
+  for (const auto &[key, text] : texts)
+    if (HasLongPart(text))
+      findings.Error(product.PlaceOf(key), "'" + std::string(key) + "' has a part of more than 255 bytes");
   for (size_t i = 0; i < 4; ++i) // those that lead to folders
     if (i < 2 ? !IsDirectoryText(texts[i].second) : HoldsIllegalCharacter(texts[i].second))
       findings.Error(product.PlaceOf(texts[i].first),
@@ -166,6 +170,7 @@ void CheckProduct(const Product &product, Findings &findings) {
   CheckLists(product, findings);
   CheckTexts(product, findings);
   CheckFiles(product, findings);
+  CheckCodePage(product, findings);
 }
 
 } // namespace korb::packer

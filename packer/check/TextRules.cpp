@@ -37,6 +37,13 @@ bool IsDeviceName(std::string_view part) {
          (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
 }
 
+bool HasLongPart(std::string_view path) {
+  constexpr size_t kLongestName = 255;
+  size_t length = 0;
+  return std::any_of(path.begin(), path.end(),
+                     [&](char c) { return (length = c == '\\' ? 0 : length + 1) > kLongestName; });
+}
+
 std::string ComparablePath(std::string_view path, const std::string &folder) {
   const bool is_full = path.starts_with('%') || path.starts_with('\\') || path.find(':') == 1;
   return (is_full ? std::string() : folder) + LowerCase(path);

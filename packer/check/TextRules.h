@@ -22,6 +22,10 @@ bool HoldsIllegalCharacter(std::string_view name);
 /// Whether Windows takes one part of a path for a device, with any extension, in any folder.
 bool IsDeviceName(std::string_view part);
 
+/// Whether a part of `path` has more bytes than the name of a file. Where a character has several, the system has
+/// longer names, but the program is not told of them.
+bool HasLongPart(std::string_view path);
+
 /// A path on the target system in the form in which two are compared: in small letters, and below `folder`, which is so
 /// already and ends in a backslash, unless it is full. A variable at its front is a folder that isn't known here.
 std::string ComparablePath(std::string_view path, const std::string &folder);
