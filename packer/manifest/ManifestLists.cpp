@@ -4,7 +4,7 @@
 
 #include "format/Texts.h"
 #include "packer/FileIo.h"
-#include "packer/manifest/EnglishTexts.h"
+#include "packer/manifest/ReadyTexts.h"
 
 namespace korb::packer {
 
@@ -140,7 +140,7 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
   ReadTexts(context, texts.Raw(), page, language); // they win over those of the file
   if (language.name != kDefaultLanguage) {
     std::string untranslated;
-    const std::vector<std::string> english = EnglishTexts();
+    const std::vector<std::string> &english = EnglishTexts();
     for (size_t number = 0; number < std::size(kTextRows); ++number)
       if (!english[number].empty() &&
           !context.product().places.contains("texts." + language.name + "." + std::to_string(number)))

@@ -1,8 +1,8 @@
 #include <chrono>
 
 #include "packer/Words.h"
-#include "packer/manifest/EnglishTexts.h"
 #include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/ReadyTexts.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
