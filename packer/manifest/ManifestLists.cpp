@@ -1,5 +1,6 @@
 #include "packer/manifest/ManifestLists.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "format/Texts.h"
@@ -91,19 +92,67 @@ int TextNumber(ManifestContext &context, std::string_view key, const Place &plac
   return -1;
 }
 
-void ReadTexts(ManifestContext &context, const toml::table *table, int page, Language &language) {
+constexpr std::string_view kReadyKey = "language"; // among the texts of a manifest: those that it starts from
+
+void PutText(ManifestContext &context, Language &language, int number, std::string text, const Place &place) {
+  if (language.texts.size() <= static_cast<size_t>(number))
+    language.texts.resize(static_cast<size_t>(number) + 1);
+  language.texts[static_cast<size_t>(number)] = std::move(text);
+  context.product().places["texts." + language.name + "." + std::to_string(number)] = place;
+}
+
+// What an author has to write for an installer to show `texts`: the first code page that has all their characters.
+std::string PageFor(const std::vector<std::string> &texts) {
+  const auto holds = [&](int page) {
+    std::string missing;
+    return std::ranges::all_of(texts,
+                               [&](const std::string &text) { return ToCodePage(text, page, missing).has_value(); });
+  };
+  for (int page : {kDefaultCodePage, 1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258})
+    if (holds(page))
+      return std::to_string(page);
+  return "\"utf-8\"";
+}
+
+// The texts that are ready in the language `name`, which stands at `place`.
+void TakeReadyTexts(ManifestContext &context, const std::string &name, const Place &place, int page,
+                    Language &language) {
+  const std::vector<std::string> *ready = ReadyTexts(name);
+  if (!ready) {
+    std::string all;
+    for (const TranslationFile &file : TranslationFiles())
+      all += (all.empty() ? "" : ", ") + std::string(file.language);
+    context.findings.Error(place, "there are no ready texts in '" + name + "', but in " + all);
+    return;
+  }
+  std::string lacking;
+  for (size_t number = 0; number < ready->size(); ++number) {
+    std::string missing;
+    const auto text = ToCodePage((*ready)[number], page, missing);
+    if (!text && lacking.empty())
+      lacking = missing;
+    if (!(*ready)[number].empty())
+      PutText(context, language, static_cast<int>(number), text.value_or(std::string()), place);
+  }
+  if (!lacking.empty())
+    context.findings.Error(place, "'" + lacking + "' doesn't exist in code page " + std::to_string(page) +
+                                      ": the texts in '" + name + "' need codepage = " + PageFor(*ready));
+}
+
+// `other_key` is one in `table` that names no text.
+void ReadTexts(ManifestContext &context, const toml::table *table, int page, Language &language,
+               std::string_view other_key = {}) {
   if (!table)
     return;
   for (const auto &[key, node] : *table) {
+    if (key.str() == other_key)
+      continue;
     const Place place = PlaceOf(key.source());
     const int number = TextNumber(context, key.str(), place);
     if (number < 0)
       continue;
-    if (language.texts.size() <= static_cast<size_t>(number))
-      language.texts.resize(static_cast<size_t>(number) + 1);
-    language.texts[static_cast<size_t>(number)] =
-        context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page);
-    context.product().places["texts." + language.name + "." + std::to_string(number)] = place;
+    PutText(context, language, number,
+            context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page), place);
   }
 }
 
@@ -132,12 +181,14 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
   else
     context.findings.Error(table.PlaceOfTable(), "a [[language]] needs a 'name'");
   ManifestTable texts = table.Table("texts");
-  const auto file = table.Text("file");
+  const auto ready = texts.Text(kReadyKey), file = table.Text("file");
   table.RefuseUnknown();
+  if (ready)
+    TakeReadyTexts(context, *ready, texts.PlaceOfKey(kReadyKey), page, language);
   if (file)
     if (const auto parsed = ParseTextFile(context, *file, table.PlaceOfKey("file")))
       ReadTexts(context, &*parsed, page, language);
-  ReadTexts(context, texts.Raw(), page, language); // they win over those of the file
+  ReadTexts(context, texts.Raw(), page, language, kReadyKey); // they win over those of the file
   if (language.name != kDefaultLanguage) {
     std::string untranslated;
     const std::vector<std::string> &english = EnglishTexts();
@@ -168,9 +219,14 @@ void ReadLanguages(ManifestContext &context, ManifestTable &root) {
   if (!languages.empty() && texts.Exists())
     context.findings.Error(texts.PlaceOfTable(), "with [[language]], its texts stand in [language.texts]");
   if (languages.empty()) {
-    Language english{kDefaultLanguage, EnglishTexts(), {}};
-    ReadTexts(context, texts.Raw(), context.product().code_page, english);
-    context.product().languages.push_back(std::move(english));
+    Language only{kDefaultLanguage, EnglishTexts(), {}};
+    if (const auto ready = texts.Text(kReadyKey)) {
+      if (*ready != "en")
+        only.name = *ready;
+      TakeReadyTexts(context, *ready, texts.PlaceOfKey(kReadyKey), context.product().code_page, only);
+    }
+    ReadTexts(context, texts.Raw(), context.product().code_page, only, kReadyKey);
+    context.product().languages.push_back(std::move(only));
   }
   for (const toml::table *table : languages)
     ReadLanguage(context, {table, "language", context.findings});

@@ -17,7 +17,11 @@ struct TranslationFile {
 /// All of them, by name.
 std::span<const TranslationFile> TranslationFiles();
 
-/// The built-in English wording, by number.
+/// The texts that are ready in `language`, which is the name of a file, in UTF-8 and by number; those that an author
+/// alone can say are empty. Null when there is no such file.
+const std::vector<std::string> *ReadyTexts(std::string_view language);
+
+/// Those in English, which are there in any case.
 const std::vector<std::string> &EnglishTexts();
 
 } // namespace korb::packer

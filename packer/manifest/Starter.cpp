@@ -45,6 +45,9 @@ bottom_color = "#0B2545"
 title_color = "#FFFFFF"
 #background = "picture.bmp"
 
+#[texts]
+#language = "de"                # what the installer says is English otherwise
+
 )";
 
 constexpr char kMore[] =

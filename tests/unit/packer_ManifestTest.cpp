@@ -147,6 +147,16 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
                                       "[language.texts]\nok_button='Suite'");
   CHECK(file.product.languages.at(0).texts[48] + file.product.languages[0].texts[49] == "SuiteAnnuler");
   CHECK(file.report.find("fr.toml:3:1: error: unknown text 'none'") != std::string::npos);
+
+  const Product ready = folder.Read("[texts]\nlanguage='de'\nok_button='Weiter'").product;
+  CHECK(ready.languages.at(0).name == "de");
+  CHECK(ready.languages[0].texts[48] + ready.languages[0].texts[49] == "WeiterAbbrechen");
+  folder.Write("fr.toml", "ok_button = 'Continuer'\ncancel_button = 'Quitter'");
+  const ReadResult all = folder.Read("[[language]]\nname='Fran\u00E7ais'\nfile='fr.toml'\n"
+                                     "[language.texts]\nlanguage='fr'\nok_button='Suite'");
+  const std::vector<std::string> &texts = all.product.languages.at(0).texts;
+  CHECK(texts[48] + texts[49] + texts[21] == "SuiteQuitterErreur");
+  CHECK(all.report == "");
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
