@@ -134,5 +134,5 @@ TEST_CASE("names in any script are the system's own, by hand, at an upgrade and 
   AnswerWindow("has been removed", "OK");
   REQUIRE(uninstaller.Wait());
   REQUIRE(WaitForSelfRemoval());
-  CHECK(NameOf(kPlaces[5]).empty());
+  CheckPlaces(false);
 }
