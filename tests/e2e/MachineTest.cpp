@@ -4,6 +4,7 @@
 #include "tests/support/CleanPlace.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Windows64.h"
 
 using namespace korb::test;
 
@@ -97,8 +98,8 @@ TEST_CASE("one installer finds the folders and names the system on every version
       CHECK(InstallLog("C:\\Folders") == std::string(row.name) + "\r\n\r\n");
       const std::string user = "C:\\users\\root\\", all = "C:\\users\\Public\\";
       const std::string startup = "C:\\ProgramData\\Microsoft\\Windows\\Start Menu\\Programs\\StartUp";
-      const std::string programs = " C:\\windows\\Media C:\\windows\\INF\r\n"
-                                   "C:\\Program Files C:\\Program Files\\Common Files C:\\windows\\system32\r\n";
+      const std::string programs = " C:\\windows\\Media C:\\windows\\INF\r\n" + kProgramFiles + " " + kProgramFiles +
+                                   "\\Common Files C:\\windows\\system32\r\n";
       CHECK(FileBytes("C:\\folders.txt") ==
             (empty ? "C:\\windows\\Desktop C:\\windows\\Desktop\r\nC:\\windows\\Favorites c:\\My Documents\r\n"
                      "C:\\windows\\Start Menu\\Programs\\StartUp" +
@@ -151,7 +152,7 @@ TEST_CASE("whatever refuses is reported in its own words, and the rest is instal
   CHECK(InstallLog("C:\\Refused") ==
         no_batch + no_batch + "\r\nNo directory: C:\\Refused\\file\r\n" + Words(ERROR_DIRECTORY) +
             "\r\nNot installed: C:\\Refused\\file\\a.txt\r\n\r\n" + "Failed: E:\\large\r\n" + Words(ERROR_DISK_FULL) +
-            "\r\n" + "Failed: C:\\Program Files\\Common Files\\Counted\\missing\\b.dat\r\n" +
+            "\r\n" + "Failed: " + kProgramFiles + "\\Common Files\\Counted\\missing\\b.dat\r\n" +
             Words(ERROR_PATH_NOT_FOUND) +
             "\r\nRegistry error: unable to increment shared file reference counts.\r\n\r\n"
             "Error creating registry keys:\r\nRefusing\\Key\r\n\r\n"
