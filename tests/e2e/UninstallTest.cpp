@@ -238,17 +238,6 @@ TEST_CASE("a directory goes whole by any of its names") {
   CHECK_FALSE(fs::exists("C:\\Crafted"));
 }
 
-// Symptom: the batch looked for the uninstaller in "C:\\100 Pure".
-TEST_CASE("a directory with a percent sign goes with its uninstaller") {
-  const std::string home = "C:\\100% Pure";
-  PackedProduct thing(ProductManifest("thing"));
-  thing.Pack();
-  CHECK(thing.Start("/a /d:\"" + home + "\"").Wait() == DWORD{1});
-  CHECK(fs::exists(home + "\\un\\Uninstall.exe"));
-  UninstallQuietly("Thing");
-  CHECK_FALSE(fs::exists(home));
-}
-
 TEST_CASE("a product that is not there, or that does not say where, is refused") {
   const CleanPlace place({}, {kUninstallKey + "Blank"});
   SetRegistryText(HKEY_LOCAL_MACHINE, kUninstallKey + "Blank", "Nothing", "that says where");
