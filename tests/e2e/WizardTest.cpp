@@ -244,10 +244,13 @@ TEST_CASE_FIXTURE(Place, "pages are read by keyboard, and only Enter and Alt dec
   const auto ask = [&](UINT message) { return SendMessageA(page, message, 0, 0); };
   CheckRound({kPage, kNext, kCancel});
   CHECK(ask(EM_GETSEL) == 0);
-  Press(VK_NEXT);
-  Press(VK_DOWN);
-  CHECK(WaitUntil(2000, [&] { return ask(EM_GETFIRSTVISIBLELINE) > 0 && ask(EM_GETSEL) > 0; }));
+  for (const int key : {VK_NEXT, VK_DOWN}) {
+    const LRESULT before = ask(EM_GETSEL);
+    Press(key);
+    CHECK(WaitUntil(2000, [&] { return ask(EM_GETSEL) > before; }));
+  }
   const LRESULT line = ask(EM_GETFIRSTVISIBLELINE), caret = ask(EM_GETSEL);
+  CHECK(line > 0);
   const HWND other = CreateWindowA("Static", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   SetForegroundWindow(other);
   CHECK(WaitForFocus(0));
