@@ -173,7 +173,7 @@ function(korb_stub name)
   target_link_libraries(${name} PRIVATE ${arg_USES} gcc ${arg_LIBRARIES})
   target_link_options(${name} PRIVATE ${KORB_STUB_FLAGS} ${KORB_STUB_LTO} -flto-partition=one -fwhole-program -static -nostartfiles -nodefaultlibs -Wl,-e,_WinMainCRTStartup
     -Wl,-T,${CMAKE_SOURCE_DIR}/cmake/stub.ld
-    -Wl,--gc-sections,--disable-dynamicbase,--disable-nxcompat,--disable-reloc-section,--no-insert-timestamp
+    -Wl,--gc-sections,--disable-dynamicbase,--nxcompat,--disable-reloc-section,--no-insert-timestamp
     -Wl,--major-subsystem-version,4,--minor-subsystem-version,0)
   set_target_properties(${name} PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/stub.ld)
   # The names stay beside the program, for scripts/size.
