@@ -113,7 +113,7 @@ struct PayloadPlan {
 
 /// The fields stand in the order of the configuration stream.
 struct Product {
-  uint64_t flags = IF_UNINSTALL | IF_ASK_DIRECTORY | IF_PACKED_PAYLOAD; ///< IF_... bits
+  uint64_t flags = IF_UNINSTALL | IF_ASK_DIRECTORY | IF_PACKED_PAYLOAD | IF_CUSTOM_COLORS; ///< IF_... bits
   uint16_t min_phase_ms = 0;
   uint8_t shortcut_mode = 0;
   FileTime uninstaller_date;
@@ -130,11 +130,11 @@ struct Product {
   std::string volume_base_name = "Setup";
   std::string uninstaller_name = "Uninstall.exe";
   std::string uninstall_name;
-  uint32_t title_color = 0; ///< 0x00BBGGRR
-  uint32_t top_color = 0;
-  uint32_t bottom_color = 0;
-  uint8_t title_shadow = 1;
-  Bytes background; ///< a bitmap without its 14 bytes of file header
+  uint32_t title_color = 0xFFFFFF; ///< 0x00BBGGRR
+  uint32_t top_color = 0xB06F2A;   ///< a blue that goes into a darker one: quiet behind dialogs of any theme
+  uint32_t bottom_color = 0x45250B;
+  uint8_t title_shadow = 2; ///< pixels
+  Bytes background;         ///< a bitmap without its 14 bytes of file header
   std::string master_product;
   std::string desktop_group;
   std::string pre_install_batch;

@@ -149,10 +149,10 @@ void CheckOptions(const Product &product, Findings &findings) {
       findings.Warn(product.PlaceOf(rule.key), "'" + std::string(rule.key) + "' " + rule.message);
   if (!product.master_product.empty() && !product.Has(IF_MASTER_PRODUCT))
     findings.Warn(product.PlaceOf("product.master_product"), "without its option, the master product is not asked for");
-  if (product.PlaceOf("appearance.title_color").line != 0 && product.title_color != 0 &&
-      !product.Has(IF_CUSTOM_COLORS) && product.background.empty())
+  if (product.PlaceOf("appearance.title_color").line != 0 && !product.Has(IF_CUSTOM_COLORS) &&
+      product.background.empty())
     findings.Warn(product.PlaceOf("appearance.title_color"),
-                  "'appearance.title_color' has no effect without colours or a picture for the background");
+                  "'appearance.title_color' has no effect without 'options.custom_colors' or a picture");
   if (ContainsNoCase(product.uninstall_batch2, "%InstallDir%"))
     findings.Warn(product.PlaceOf("batch.uninstall_last"), "'batch.uninstall_last' runs when the directory is gone: "
                                                            "its '%InstallDir%' is the root of the drive");

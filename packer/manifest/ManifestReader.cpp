@@ -97,19 +97,22 @@ std::optional<uint32_t> ReadColor(ManifestTable &table, std::string_view key) {
   return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | rgb >> 16;
 }
 
+/// Whether black is easier to read on a colour than white.
+bool IsLight(uint32_t color) {
+  // What the eye takes for bright: mostly green, hardly blue.
+  return 299 * (color & 0xFF) + 587 * (color >> 8 & 0xFF) + 114 * (color >> 16) > 150 * 1000;
+}
+
+/// After the options, which tell whether the colours are the system's.
 void ReadAppearance(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   const auto title = ReadColor(table, "title_color"), top = ReadColor(table, "top_color"),
              bottom = ReadColor(table, "bottom_color");
   product.places["appearance.title_color"] = table.PlaceOfKey("title_color");
-  product.title_color = title.value_or(0);
-  product.top_color = top.value_or(bottom.value_or(0));
-  product.bottom_color = bottom.value_or(top.value_or(0));
-  if (top || bottom)
-    product.flags |= IF_CUSTOM_COLORS;
-  // A shadow is black, so under a black title it would only look smeared.
-  product.title_shadow =
-      static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(product.title_color != 0 ? 1 : 0));
+  if (top || bottom) {
+    product.top_color = top ? *top : *bottom;
+    product.bottom_color = bottom.value_or(product.top_color);
+  }
   if (const auto name = table.Text("background")) {
     if (const auto file = context.ReadInput(*name, table.PlaceOfKey("background"))) {
       if (auto bitmap = BitmapOf(*file))
@@ -119,6 +122,12 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
                                "'" + *name + "' is no BMP file of a form that can be shown");
     }
   }
+  const bool is_picture = !product.background.empty();
+  product.title_color = title.value_or(IsLight(product.top_color) && !is_picture ? 0 : product.title_color);
+  // A shadow is black: under a dark title, as the system's mostly is, it would only look smeared.
+  const bool is_system = !product.Has(IF_CUSTOM_COLORS) && !is_picture;
+  const uint8_t shadow = is_system || !IsLight(product.title_color) ? 0 : product.title_shadow;
+  product.title_shadow = static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(shadow));
   table.RefuseUnknown();
 }
 
@@ -162,7 +171,7 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
-// The option word, last: a bit that a value has brought along can still be told otherwise.
+// The option word, after what brings bits along: a bit that a value has brought along can still be told otherwise.
 void ReadOptions(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   product.flags |= static_cast<uint64_t>(table.Integer("raw", INT64_MIN, INT64_MAX).value_or(0));
@@ -179,11 +188,11 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));
   ReadUninstall(context, root.Table("uninstall"));
-  ReadAppearance(context, root.Table("appearance"));
   ReadPages(context, root.Table("pages"));
   ReadBatches(context, root.Table("batch"));
   ReadPayload(context, root.Table("payload"));
   ReadOptions(context, root.Table("options"));
+  ReadAppearance(context, root.Table("appearance"));
   ReadLists(context, root);
   ReadLanguages(context, root);
   ReadFiles(context, root);

@@ -40,9 +40,8 @@ uninstall_start_menu = true     # shortcut to the uninstaller
 #uninstall = false              # no uninstaller at all
 
 [appearance]
-top_color = "#2A6FB0"
-bottom_color = "#0B2545"
-title_color = "#FFFFFF"
+#top_color = "#2A6FB0"          # the background by default, with a white title
+#bottom_color = "#0B2545"
 #background = "picture.bmp"
 
 #[texts]

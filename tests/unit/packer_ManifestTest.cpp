@@ -70,6 +70,31 @@ TEST_CASE("pictures are taken in the one form that the installer can use") {
   CHECK(folder.Read("[appearance]\nbackground = 'early.bmp'").product.background.empty());
 }
 
+TEST_CASE("the title can be read on whatever is behind it, unless the author says otherwise") {
+  const ManifestFolder folder;
+  folder.Write("night.bmp", Bitmap());
+  const struct {
+    const char *manifest;
+    uint32_t title, top, bottom;
+    int shadow;
+  } rows[] = {
+      {"", 0xFFFFFF, 0xB06F2A, 0x45250B, 2},
+      {"[appearance]\nbottom_color = '#000001'", 0xFFFFFF, 0x010000, 0x010000, 2},
+      {"[appearance]\ntop_color = '#FFFF00'", 0, 0x00FFFF, 0x00FFFF, 0},
+      {"[appearance]\ntop_color = '#FFFF00'\nbackground = 'night.bmp'", 0xFFFFFF, 0x00FFFF, 0x00FFFF, 2},
+      {"[appearance]\ntitle_color = '#000080'\ntitle_shadow = 1", 0x800000, 0xB06F2A, 0x45250B, 1},
+      {"[options]\ncustom_colors = false", 0xFFFFFF, 0xB06F2A, 0x45250B, 0}, // the title's colour is the system's
+  };
+  for (const auto &row : rows) {
+    CAPTURE(row.manifest);
+    const Product product = folder.Read(row.manifest).product;
+    CHECK(product.title_color == row.title);
+    CHECK(product.top_color == row.top);
+    CHECK(product.bottom_color == row.bottom);
+    CHECK(product.title_shadow == row.shadow);
+  }
+}
+
 TEST_CASE("every option has its bit, and no two share one") {
   const ManifestFolder folder;
   uint64_t seen = 0;
