@@ -56,13 +56,13 @@ void MakeVolatileKey(HKEY root, const char *path) {
   RegCloseKey(key);
 }
 
-/// The key becomes a link to one that can't be made.
+/// The key becomes a link to one that can't be made, below the volatile one.
 void MakeDeadLink(const std::string &path) {
   RegDeleteKeyA(HKEY_LOCAL_MACHINE, path.c_str());
   HKEY key;
   REQUIRE(RegCreateKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, nullptr, REG_OPTION_CREATE_LINK, KEY_ALL_ACCESS, nullptr,
                           &key, nullptr) == ERROR_SUCCESS);
-  const wchar_t target[] = L"\\Registry\\Machine\\Nowhere\\Deeper";
+  const wchar_t target[] = L"\\Registry\\Machine\\Software\\Refusing\\Counts";
   RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE *>(target),
                  sizeof target - sizeof(wchar_t));
   RegCloseKey(key);
