@@ -2,11 +2,25 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <set>
 
 #include "format/Record.h"
 
 namespace korb::packer {
+
+std::string ControlCharacterIn(std::string_view text) {
+  constexpr std::string_view kNamed = "\b\t\n\f\r", kLetters = "btnfr";
+  for (const char c : text) {
+    char number[8];
+    if (const size_t at = kNamed.find(c); at != kNamed.npos)
+      return std::string("\\") + kLetters[at];
+    std::snprintf(number, sizeof number, "\\u%04X", static_cast<unsigned char>(c));
+    if (static_cast<unsigned char>(c) < ' ')
+      return number;
+  }
+  return {};
+}
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);

@@ -9,6 +9,12 @@
 
 namespace korb::packer {
 
+/// What a message about a backslash that TOML has taken for the beginning of an escape sequence ends in.
+inline constexpr char kSingleQuotes[] = "write a path in single quotes, in which a backslash is nothing but itself";
+
+/// The control character that `text` holds, as TOML writes it in double quotes: "\\t". Empty when there is none.
+std::string ControlCharacterIn(std::string_view text);
+
 std::string LowerCase(std::string_view text);
 
 bool ContainsNoCase(std::string_view text, std::string_view part);

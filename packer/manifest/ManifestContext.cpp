@@ -6,6 +6,7 @@
 #include "format/Archive.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
+#include "packer/check/TextRules.h"
 
 namespace korb::packer {
 
@@ -24,6 +25,13 @@ FileTime FromSeconds(int64_t seconds) {
           static_cast<int32_t>(clock.hours().count()),
           static_cast<int32_t>(clock.minutes().count()),
           static_cast<int32_t>(clock.seconds().count())};
+}
+
+// `text` without what would be a fault of its own, or break the line of a message.
+std::string Printable(std::string text) {
+  for (char &c : text)
+    c = static_cast<unsigned char>(c) < ' ' ? '_' : c;
+  return text;
 }
 
 } // namespace
@@ -53,14 +61,25 @@ std::string ManifestContext::Convert(const std::string &utf8, const Place &place
   findings.Error(place, missing.empty() ? "the text is no UTF-8"
                                         : "'" + missing + "' doesn't exist in code page " + std::to_string(page) +
                                               ", in which the installer will show this text");
-  return {};
+  return utf8; // an empty one would be a second fault
 }
 
 std::string ManifestContext::Text(ManifestTable &table, std::string_view key, std::string fallback) {
   const Place place = table.PlaceOfKey(key);
   product().places[table.FullName(key)] = place;
   const auto text = table.Text(key);
-  return text ? Convert(*text, place) : std::move(fallback);
+  if (!text)
+    return fallback;
+  const std::string control = ControlCharacterIn(*text);
+  if (control.empty() || control == "\\u0000") // which Convert tells
+    return Convert(*text, place);
+  TellControlCharacter(table.FullName(key), control, place);
+  return Convert(Printable(*text), place);
+}
+
+void ManifestContext::TellControlCharacter(const std::string &name, const std::string &control, const Place &place) {
+  findings.Error(place, "'" + name + "' holds the control character that \"" + control + "\" is in double quotes; " +
+                            kSingleQuotes);
 }
 
 std::string ManifestContext::TextOrFile(const toml::node &node, const std::string &name, int page) {
@@ -105,6 +124,8 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
   auto bytes = ReadFileBytes(path);
   if (bytes)
     manifest.inputs.push_back(path);
+  else if (const std::string control = ControlCharacterIn(name); !control.empty())
+    TellControlCharacter(Printable(name), control, place);
   else
     findings.Error(place, "can't read the file '" + name + "'" +
                               (name.find('\\') == name.npos ? "" : "; folders of inputs are divided by '/'"));

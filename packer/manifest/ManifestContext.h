@@ -18,9 +18,12 @@ public:
   /// `utf8` in the code page of the product, or in `page`; a character that is missing there is reported.
   std::string Convert(const std::string &utf8, const Place &place, int page = 0);
 
-  /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. Absent:
-  /// `fallback`.
+  /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. One line: a
+  /// control character in it is reported. Absent: `fallback`.
   std::string Text(ManifestTable &table, std::string_view key, std::string fallback = {});
+
+  /// Reports the control character of the text `name`, in which `control` is how TOML writes it.
+  void TellControlCharacter(const std::string &name, const std::string &control, const Place &place);
 
   /// A text that stands in the manifest, or in a file: { file = "name" }. A file that is no UTF-8 is taken as being in
   /// the code page already. Line ends become CR LF.

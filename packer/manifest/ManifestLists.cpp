@@ -111,13 +111,7 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
   const auto bytes = context.ReadInput(name, place);
   if (!bytes)
     return std::nullopt;
-  try {
-    return toml::parse(std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size()),
-                       ShowPath(context.InputPath(name)));
-  } catch (const toml::parse_error &error) {
-    context.findings.Error(PlaceOf(error.source()), std::string(error.description()));
-    return std::nullopt;
-  }
+  return ParseToml(*bytes, ShowPath(context.InputPath(name)), context.findings);
 }
 
 void ReadLanguage(ManifestContext &context, ManifestTable table) {

@@ -7,6 +7,7 @@
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
+#include "packer/check/TextRules.h"
 #include "packer/manifest/ImageFile.h"
 #include "packer/manifest/ManifestFiles.h"
 #include "packer/manifest/ManifestLists.h"
@@ -137,6 +138,19 @@ void ReadPages(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+// What a batch holds that was a path in double quotes: a control character that is no line end and doesn't indent.
+std::string SpoiltPathIn(const std::string &batch) {
+  std::string rest;
+  for (size_t i = 0; i < batch.size(); ++i) {
+    const char c = batch[i], before = i == 0 ? '\n' : batch[i - 1];
+    const bool ends_line = c == '\n' || (c == '\r' && i + 1 < batch.size() && batch[i + 1] == '\n');
+    const bool indents = c == '\t' && (before == '\t' || before == ' ' || before == '\n');
+    if (!ends_line && !indents)
+      rest += c;
+  }
+  return ControlCharacterIn(rest);
+}
+
 void ReadBatches(ManifestContext &context, ManifestTable table) {
   const std::pair<const char *, std::string Product::*> batches[] = {{"pre_install", &Product::pre_install_batch},
                                                                      {"post_install", &Product::post_install_batch},
@@ -146,6 +160,8 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, field] : batches)
     if (const toml::node *node = table.Find(key)) {
       context.product().places[table.FullName(key)] = PlaceOf(*node);
+      if (const auto control = SpoiltPathIn(node->value_or(std::string())); !control.empty())
+        context.TellControlCharacter(table.FullName(key), control, PlaceOf(*node));
       context.product().*field = context.TextOrFile(*node, table.FullName(key));
     }
   table.RefuseUnknown();
@@ -204,15 +220,11 @@ Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findi
     findings.Error({}, "can't read the manifest");
     return context.manifest;
   }
-  toml::table parsed;
-  try {
-    parsed = toml::parse(std::string_view(reinterpret_cast<const char *>(text->data()), text->size()));
-  } catch (const toml::parse_error &error) {
-    findings.Error(PlaceOf(error.source()), std::string(error.description()));
+  const auto parsed = ParseToml(*text, {}, findings);
+  if (!parsed)
     return context.manifest;
-  }
   context.manifest.was_parsed = true;
-  ReadTables(context, ManifestTable(&parsed, "", findings));
+  ReadTables(context, ManifestTable(&*parsed, "", findings));
   return std::move(context.manifest);
 }
 

@@ -158,6 +158,10 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
     const std::string report = folder.Read(row.manifest).report;
     CHECK(report.substr(0, report.find("m:1:1: warning: these texts")) == row.report);
   }
+  std::string deep;
+  for (int parts = 0; parts < 100000; ++parts)
+    deep += "a.";
+  CHECK(folder.Read("x =  + deep +  # " + deep + "\n[" + deep).report == "m:2:33: error: no key has so many parts\n");
   Findings findings;
   packer::ReadManifest(folder.Path() / "absent.toml", std::nullopt, findings);
   CHECK(findings.Report("m") == "m: error: can't read the manifest\n");
