@@ -18,6 +18,7 @@ namespace korb::packer {
 namespace {
 
 constexpr size_t kMaxPath = 259;
+constexpr int32_t kFirstYear = 1601;
 constexpr char kHome[] = "%installdir%\\";
 
 class FileChecker {
@@ -44,6 +45,14 @@ public:
     CheckDeletedLater(destination);
   }
 
+  // What only all files together show.
+  void CheckIcons() {
+    for (const FileEntry *file : icons_)
+      if (!seen_.contains(InUninstallDir(file->icon)))
+        findings_.Warn(file->place, "file '" + file->name + "': no file of the product is its icon '" + file->icon +
+                                        "' in the uninstaller's directory, to which it is relative");
+  }
+
 private:
   void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
   void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
@@ -62,7 +71,7 @@ private:
       Error("'" + name_ + "' is no relative path that Windows could have");
     if (("\\" + name_ + "\\").find("\\..\\") != std::string::npos)
       Error("'..' in a name leads out of the product's directory: use 'target'");
-    if (HasUnusablePart())
+    if (HasUnusablePart(name_))
       Error("a part of '" + name_ + "' is a device, or ends in a dot or a space, which Windows drops");
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
@@ -80,7 +89,7 @@ private:
     const std::string what = "file '" + file_->name + "': ";
     const auto is_in_target = [&](std::string_view variable) { return ContainsNoCase(target, variable); };
     if (has_path_)
-      CheckPathText(target, file_->place, what, findings_);
+      CheckTargetPath();
     else
       CheckVariables(target, file_->place, what, findings_);
     if (!has_path_ && std::any_of(std::begin(kPathVariables), std::end(kPathVariables), is_in_target))
@@ -91,19 +100,22 @@ private:
            target.substr(0, 2) + " as well");
   }
 
+  void CheckTargetPath() {
+    const std::string &target = file_->target;
+    CheckPathText(target, file_->place, "file '" + file_->name + "': ", findings_);
+    const std::string path = WithSampleFolders(target);
+    if (HoldsIllegalCharacterInPath(path))
+      Error("the target '" + target + "' is no path that Windows could have");
+    else if (HasUnusablePart(path))
+      Error("a part of the target '" + target + "' is a device, or ends in a dot or a space, which Windows drops");
+    if (("\\" + target + "\\").find("\\..\\") != target.npos)
+      Warn(
+          "'..' in the target '" + target +
+          "' leads to a place that depends on where the product is installed: a path variable names a folder for sure");
+  }
+
   // Whether a file that is in use waits for the next start.
   bool MayBeReplacedLater() const { return product_.Has(IF_REPLACE_IN_USE) || Kind().replaced != KindReplaced::Always; }
-
-  bool HasUnusablePart() const {
-    for (size_t begin = 0; begin <= name_.size();) {
-      const size_t end = std::min(name_.find('\\', begin), name_.size());
-      const std::string part = name_.substr(begin, end - begin);
-      if (IsDeviceName(part) || part.ends_with(' ') || (part.ends_with('.') && part != ".."))
-        return true;
-      begin = end + 1;
-    }
-    return false;
-  }
 
   // Of the whole path, with the directory that is proposed on most systems; variables count as they are written.
   size_t PathLength() const {
@@ -154,8 +166,14 @@ private:
     if (!WantsShortcut()) {
       if (file_->flags & FF_SHORTCUTS)
         Warn("its shortcuts are left out: only kinds program and startup have those");
+      else if (!file_->label.empty() && Kind().shortcuts != KindShortcuts::None)
+        Warn("its label has no effect without a shortcut");
+      if (!file_->arguments.empty())
+        Warn("its arguments have no effect without a shortcut");
       return;
     }
+    if (!file_->icon.empty())
+      icons_.push_back(file_);
     if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
       Error("'" + file_->label + "' can't be the file name of a shortcut");
     if (!file_->label.empty()) {
@@ -176,6 +194,8 @@ private:
     if (date.month != 0 && (!IsCalendarDay(date.year, date.month, date.day) || date.hour < 0 || date.hour > 23 ||
                             date.minute < 0 || date.minute > 59 || date.second < 0 || date.second > 59))
       Error("its date doesn't exist");
+    else if (date.month != 0 && date.year < kFirstYear)
+      Error("its date is before 1601, where the dates of files begin");
   }
 
   // Where it goes, to be compared with other paths.
@@ -207,10 +227,12 @@ private:
                                      std::string(kInstallLogName), std::string(kBackgroundName)})
         if (destination == InUninstallDir(own))
           Error("the installer writes its own '" + own + "' there");
-    const auto [before, is_new] = seen_.emplace(destination, file_->place);
-    if (!is_new && !(file_->flags & FF_CONDITION))
-      Warn("it goes to the same place as " +
-           (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
+    const auto [before, is_new] = seen_.emplace(destination, file_);
+    if (!is_new && !(file_->flags & FF_CONDITION)) {
+      const Place &place = before->second->place;
+      Warn("it goes to the same place as '" + before->second->name + "'" +
+           (place.line ? " of line " + std::to_string(place.line) : std::string()));
+    }
   }
 
   // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
@@ -227,9 +249,11 @@ private:
   const Product &product_;
   Findings &findings_;
   const FileEntry *file_ = nullptr;
-  bool has_path_ = false; // an explicit destination, not only a new name
-  std::string name_;      // under which it is installed
-  std::map<std::string, Place> seen_, titles_;
+  bool has_path_ = false;                         // an explicit destination, not only a new name
+  std::string name_;                              // under which it is installed
+  std::map<std::string, const FileEntry *> seen_; // by destination
+  std::map<std::string, Place> titles_;
+  std::vector<const FileEntry *> icons_; // the files whose shortcuts have one of their own
   std::map<std::string, const Deletion *> deleted_later_;
 };
 
@@ -239,6 +263,7 @@ void CheckFiles(const Product &product, Findings &findings) {
   FileChecker checker(product, findings);
   for (const FileEntry &file : product.files)
     checker.Check(file);
+  checker.CheckIcons();
   if (product.files.empty())
     findings.Warn({}, "the product has no files");
 }

@@ -5,7 +5,9 @@
 #include <cstdio>
 #include <set>
 
+#include "files/PathText.h"
 #include "format/Record.h"
+#include "packer/Words.h"
 
 namespace korb::packer {
 
@@ -38,17 +40,55 @@ bool HoldsRecordMarker(std::string_view text) {
   return ContainsNoCase(text, kStringsHeading) || ContainsNoCase(text, kAssociationsHeading);
 }
 
+namespace {
+
+// Whether Windows takes one part of a path for a device.
+bool IsDeviceName(std::string_view part) {
+  const std::string stem = LowerCase(part.substr(0, part.find('.')));
+  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
+  return kDevices.contains(stem) ||
+         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
+}
+
+} // namespace
+
 bool HoldsIllegalCharacter(std::string_view name) {
   return std::any_of(name.begin(), name.end(), [](char c) {
     return static_cast<unsigned char>(c) < 0x20 || std::string_view("<>:\"|?*/").find(c) != std::string_view::npos;
   });
 }
 
-bool IsDeviceName(std::string_view part) {
-  const std::string stem = LowerCase(part.substr(0, part.find('.')));
-  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
-  return kDevices.contains(stem) ||
-         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
+bool HoldsIllegalCharacterInPath(std::string path) {
+  std::erase(path, ';'); // a fault of its own kind
+  return !ControlCharacterIn(path).empty() || (!path.empty() && !IsLegalPath(path.c_str()));
+}
+
+bool HasUnusablePart(std::string_view path) {
+  for (size_t begin = 0; begin <= path.size();) {
+    const size_t end = std::min(path.find('\\', begin), path.size());
+    const std::string_view part = path.substr(begin, end - begin);
+    if (IsDeviceName(part) || part.ends_with(' ') || (part.ends_with('.') && part != ".."))
+      return true;
+    begin = end + 1;
+  }
+  return false;
+}
+
+std::string WithSampleFolders(std::string text) {
+  constexpr std::pair<std::string_view, std::string_view> kSamples[] = {
+      {"%WinDir%", kSampleWindows},       {"%SystemDir%", "C:\\Windows\\System32"},
+      {"%ProgramsDir%", kSamplePrograms}, {"%BootDrive%", "C:"},
+      {"%InstallDrive%", "C:"},           {"%InstallerDrive%", "C"},
+      {"%InstallerFilename%", "s.exe"}};
+  const auto replace = [&](std::string_view name, std::string_view value) {
+    for (size_t at = 0; (at = LowerCase(text).find(LowerCase(name), at)) != text.npos; at += value.size())
+      text.replace(at, name.size(), value);
+  };
+  for (const auto &[name, value] : kSamples)
+    replace(name, value);
+  for (const std::string_view name : kPathVariables)
+    replace(name, "C:\\Sample\\Folder");
+  return text;
 }
 
 std::string ComparablePath(std::string_view path, const std::string &folder) {

@@ -25,8 +25,18 @@ bool HoldsRecordMarker(std::string_view text);
 /// Characters that Windows has in no file name, and control characters.
 bool HoldsIllegalCharacter(std::string_view name);
 
-/// Whether Windows takes one part of a path for a device, with any extension, in any folder.
-bool IsDeviceName(std::string_view part);
+/// The same in a path whose variables are replaced (WithSampleFolders), and which may begin with a drive.
+bool HoldsIllegalCharacterInPath(std::string path);
+
+/// Whether a part of `path` is none that a file or folder can have: a device, with any extension and in any folder, or a
+/// name that ends in a dot or a space, which Windows drops. ".." is one.
+bool HasUnusablePart(std::string_view path);
+
+/// The Windows directory and the Program Files folder of a machine as most are.
+inline constexpr char kSampleWindows[] = "C:\\Windows", kSamplePrograms[] = "C:\\Program Files";
+
+/// `text` with each path variable replaced by a value as it is on such a machine.
+std::string WithSampleFolders(std::string text);
 
 /// A path on the target system in the form in which two are compared: in small letters, and below `folder`, which is so
 /// already and ends in a backslash, unless it is full. A variable at its front is a folder that isn't known here.
