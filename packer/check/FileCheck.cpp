@@ -9,6 +9,8 @@
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "format/Words.h"
+#include "packer/FontFile.h"
+#include "packer/PeResources.h"
 #include "packer/Words.h"
 #include "packer/check/TextRules.h"
 #include "packer/check/VariableCheck.h"
@@ -20,6 +22,14 @@ namespace {
 constexpr size_t kMaxPath = 259;
 constexpr int32_t kFirstYear = 1601;
 constexpr char kHome[] = "%installdir%\\";
+
+// `path` with each "\\.." taken out that has a folder in front.
+std::string WithoutWaysUp(std::string path) {
+  for (size_t up, before; (up = path.find("\\..\\")) != path.npos && up > 0; path.erase(before, up + 3 - before))
+    if ((before = path.rfind('\\', up - 1)) == path.npos)
+      break;
+  return path;
+}
 
 class FileChecker {
 public:
@@ -48,7 +58,7 @@ public:
   // What only all files together show.
   void CheckIcons() {
     for (const FileEntry *file : icons_)
-      if (!seen_.contains(InUninstallDir(file->icon)))
+      if (!seen_.contains(WithoutWaysUp(InUninstallDir(file->icon))))
         findings_.Warn(file->place, "file '" + file->name + "': no file of the product is its icon '" + file->icon +
                                         "' in the uninstaller's directory, to which it is relative");
   }
@@ -137,8 +147,11 @@ private:
       return;
     case KindFont:
       return CheckFont();
-    case KindSystem:
     case KindSystemCom:
+      if (!Is32BitProgram(file_->contents))
+        Error("it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
+      [[fallthrough]];
+    case KindSystem:
       if (file_->date.month == 0)
         Warn("without a date it never replaces a file that is there");
       if (HoldsHugeNumber(file_->label))
@@ -152,8 +165,15 @@ private:
 
   // The uninstaller finds a font by what was recorded of it: its face name and a file in the fonts folder, in quotes.
   void CheckFont() {
-    if (file_->label.empty())
-      Error("a font needs its face name as 'label': without one, no font of the product is removed any more");
+    if (!IsFontFile(file_->contents))
+      Error("it is no font: a TrueType or OpenType font, a collection of them, or a .fon or .fnt file");
+    else if (file_->label.empty())
+      Error(
+          "the name of its face isn't found in it, so it needs one as 'label': without one, no font of the product is "
+          "removed any more");
+    if (product_.Has(IF_UNINSTALL) && file_->date.month != 0 && !(file_->flags & FF_KEEP))
+      Warn("with a date, it is up to date when it is installed again, is then no longer recorded as the product's, and "
+           "stays at uninstall: leave out 'date', or make it \"none\"");
     if (file_->label.find('"') != file_->label.npos || name_.find('"') != name_.npos)
       Error("neither the face name nor the name of a font may hold a quote");
     if (name_.find('\\') != name_.npos || has_path_ || (file_->flags & FF_UNINSTALL_DIR))

@@ -34,13 +34,6 @@ size_t ShownArguments(std::string_view text) {
   return shown;
 }
 
-std::string WithProductName(std::string text, const std::string &name) {
-  constexpr std::string_view kPlaceholder = "<product>";
-  for (size_t at = 0; (at = LowerCase(text).find(kPlaceholder, at)) != std::string::npos; at += name.size())
-    text.replace(at, kPlaceholder.size(), name);
-  return text;
-}
-
 // Whether a line of `text` begins with the mark that ends a saved text.
 bool HasMarkedLine(const std::string &text) {
   return text.starts_with(kTextMark) || text.find(std::string{'\n', kTextMark}) != text.npos ||

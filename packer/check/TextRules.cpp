@@ -40,18 +40,6 @@ bool HoldsRecordMarker(std::string_view text) {
   return ContainsNoCase(text, kStringsHeading) || ContainsNoCase(text, kAssociationsHeading);
 }
 
-namespace {
-
-// Whether Windows takes one part of a path for a device.
-bool IsDeviceName(std::string_view part) {
-  const std::string stem = LowerCase(part.substr(0, part.find('.')));
-  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
-  return kDevices.contains(stem) ||
-         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
-}
-
-} // namespace
-
 bool HoldsIllegalCharacter(std::string_view name) {
   return std::any_of(name.begin(), name.end(), [](char c) {
     return static_cast<unsigned char>(c) < 0x20 || std::string_view("<>:\"|?*/").find(c) != std::string_view::npos;
@@ -61,6 +49,13 @@ bool HoldsIllegalCharacter(std::string_view name) {
 bool HoldsIllegalCharacterInPath(std::string path) {
   std::erase(path, ';'); // a fault of its own kind
   return !ControlCharacterIn(path).empty() || (!path.empty() && !IsLegalPath(path.c_str()));
+}
+
+bool IsDeviceName(std::string_view part) {
+  const std::string stem = LowerCase(part.substr(0, part.find('.')));
+  static const std::set<std::string> kDevices = {"con", "prn", "aux", "nul", "clock$", "conin$", "conout$"};
+  return kDevices.contains(stem) ||
+         (stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) && stem[3] >= '0' && stem[3] <= '9');
 }
 
 bool HasUnusablePart(std::string_view path) {
@@ -94,6 +89,13 @@ std::string WithSampleFolders(std::string text) {
 std::string ComparablePath(std::string_view path, const std::string &folder) {
   const bool is_full = path.starts_with('%') || path.starts_with('\\') || path.find(':') == 1;
   return (is_full ? std::string() : folder) + LowerCase(path);
+}
+
+std::string WithProductName(std::string text, const std::string &name) {
+  constexpr std::string_view kPlaceholder = "<product>";
+  for (size_t at = 0; (at = LowerCase(text).find(kPlaceholder, at)) != std::string::npos; at += name.size())
+    text.replace(at, kPlaceholder.size(), name);
+  return text;
 }
 
 bool HoldsHugeNumber(std::string_view text, int64_t most) {

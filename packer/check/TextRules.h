@@ -28,7 +28,10 @@ bool HoldsIllegalCharacter(std::string_view name);
 /// The same in a path whose variables are replaced (WithSampleFolders), and which may begin with a drive.
 bool HoldsIllegalCharacterInPath(std::string path);
 
-/// Whether a part of `path` is none that a file or folder can have: a device, with any extension and in any folder, or a
+/// Whether Windows takes one part of a path for a device, with any extension, in any folder.
+bool IsDeviceName(std::string_view part);
+
+/// Whether a part of `path` is none that a file or folder can have: a device, or a
 /// name that ends in a dot or a space, which Windows drops. ".." is one.
 bool HasUnusablePart(std::string_view path);
 
@@ -41,6 +44,9 @@ std::string WithSampleFolders(std::string text);
 /// A path on the target system in the form in which two are compared: in small letters, and below `folder`, which is so
 /// already and ends in a backslash, unless it is full. A variable at its front is a folder that isn't known here.
 std::string ComparablePath(std::string_view path, const std::string &folder);
+
+/// `text` with `name` in place of each "<product>", in any case.
+std::string WithProductName(std::string text, const std::string &name);
 
 /// Whether one of the runs of digits in `text` is above `most`.
 bool HoldsHugeNumber(std::string_view text, int64_t most = INT32_MAX);

@@ -7,6 +7,7 @@
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/check/TextRules.h"
+#include "packer/write/Installer.h"
 
 namespace korb::packer {
 
@@ -105,7 +106,9 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
   std::string text(bytes->begin(), bytes->end());
   if (text.starts_with("\xEF\xBB\xBF"))
     text.erase(0, 3);
-  if (text.find('\0') != text.npos)
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+    findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is UTF-16: save it as UTF-8");
+  else if (text.find('\0') != text.npos)
     findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is no text: it holds a byte 0");
   return WithDosLineEnds(IsUtf8(text) ? Convert(text, table.PlaceOfKey("file"), page) : text);
 }
@@ -127,9 +130,23 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
   else if (const std::string control = ControlCharacterIn(name); !control.empty())
     TellControlCharacter(Printable(name), control, place);
   else
-    findings.Error(place, "can't read the file '" + name + "'" +
+    findings.Error(place, "can't read the file '" + name + "': " + WhyUnreadable(path) +
                               (name.find('\\') == name.npos ? "" : "; folders of inputs are divided by '/'"));
   return bytes;
+}
+
+bool ManifestContext::IsOutput(const fs::path &path) const {
+  const std::string name = ManifestPath(path.filename());
+  if (IsUnfinishedName(name))
+    return true;
+  if (output.empty() || !IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / "."))
+    return false;
+  const auto is_called = [&](const std::string &other) { return LowerCase(name) == LowerCase(other); };
+  const size_t base = manifest.product.volume_base_name.size();
+  const std::string number = name.size() > base ? name.substr(base, name.find('.', base) - base) : std::string();
+  const bool is_number = !number.empty() && number.size() < 10 && number.find_first_not_of("0123456789") == number.npos;
+  return is_called(ManifestPath(output.filename())) ||
+         (is_number && is_called(VolumeFileName(manifest.product, std::stoul(number))));
 }
 
 std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {

@@ -64,7 +64,9 @@ void ReadUninstallValue(ManifestContext &context, ManifestTable table) {
   UninstallValue value;
   value.place = table.PlaceOfTable();
   value.name = context.Text(table, "name");
-  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255).value_or(kUninstallText));
+  const toml::node *number = table.Find("value");
+  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255)
+                                        .value_or(number && number->is_integer() ? kUninstallNumber : kUninstallText));
   value.value = ValueText(context, table, "value");
   table.RefuseUnknown();
   context.product().uninstall_values.push_back(std::move(value));

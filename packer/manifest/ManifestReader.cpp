@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdio>
 
+#include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
@@ -121,19 +122,33 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
       if (auto bitmap = BitmapOf(*file))
         product.background = std::move(*bitmap);
       else
-        context.findings.Error(table.PlaceOfKey("background"),
-                               "'" + *name + "' is no BMP file of a form that can be shown");
+        context.findings.Error(table.PlaceOfKey("background"), "'" + *name + "' " + BitmapFault(*file));
     }
   }
   table.RefuseUnknown();
+}
+
+// A page is many words, none of them for a machine.
+void CheckPage(ManifestContext &context, const toml::node &page, const std::string &text) {
+  const std::string word = page.value_or(std::string());
+  std::error_code error;
+  if (!word.empty() && word.find_first_of(" \t\r\n") == word.npos &&
+      !fs::is_regular_file(context.InputPath(word), error)) // of which TextOrFile warns
+    context.findings.Warn(PlaceOf(page), "'" + word + "' is the whole text of the page, and there is no file of that " +
+                                             "name: a file is { file = \"...\" }");
+  if (text.starts_with("{\\rtf"))
+    context.findings.Warn(PlaceOf(page),
+                          "the page shows its text as it is, with all codes of RTF: save it as plain text");
 }
 
 void ReadPages(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, pages] :
        {std::pair{"license", &context.product().license_pages}, std::pair{"readme", &context.product().readme_pages}}) {
     context.product().places[table.FullName(key)] = table.PlaceOfKey(key);
-    for (const toml::node *page : table.Elements(key))
+    for (const toml::node *page : table.Elements(key)) {
       pages->push_back(context.TextOrFile(*page, table.FullName(key)));
+      CheckPage(context, *page, pages->back());
+    }
   }
   table.RefuseUnknown();
 }
@@ -196,6 +211,19 @@ void ReadOptions(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+// The program puts the name into a text before it takes that for a format, in which a percent sign has to be doubled.
+void WriteOutPercent(Product &product) {
+  std::string name;
+  for (const char c : product.name)
+    name += c == '%' ? std::string("%%") : std::string(1, c);
+  if (name == product.name)
+    return;
+  for (Language &language : product.languages)
+    for (size_t number = 0; number < std::min(language.texts.size(), std::size(kTextRows)); ++number)
+      if (*kTextRows[number].form)
+        language.texts[number] = WithProductName(language.texts[number], name);
+}
+
 void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));
@@ -207,17 +235,18 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadOptions(context, root.Table("options"));
   ReadLists(context, root);
   ReadLanguages(context, root);
+  WriteOutPercent(context.product());
   ReadFiles(context, root);
   root.RefuseUnknown();
 }
 
 } // namespace
 
-Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
-  ManifestContext context(path, newest, findings);
+Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings, const fs::path &output) {
+  ManifestContext context(path, newest, findings, output);
   const auto text = ReadFileBytes(path);
   if (!text) {
-    findings.Error({}, "can't read the manifest");
+    findings.Error({}, "can't read the manifest: " + WhyUnreadable(path));
     return context.manifest;
   }
   const auto parsed = ParseToml(*text, {}, findings);
@@ -233,7 +262,7 @@ const std::set<std::string, std::less<>> &KnownKeys() {
     std::set<std::string, std::less<>> asked;
     Findings findings;
     findings.asked_keys = &asked;
-    ManifestContext context({}, std::nullopt, findings);
+    ManifestContext context({}, std::nullopt, findings, {});
     const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
                                           "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
                                           "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
