@@ -15,11 +15,12 @@ struct BuildRequest {
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
   ProgressCallback progress = {};
-  bool strict = false; ///< a warning counts as an error
+  bool strict = false;     ///< a warning counts as an error
+  bool only_check = false; ///< nothing is packed, and nothing written
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was
-/// an error: then nothing was written.
+/// an error: then nothing was written. Whatever can be known before the packing is told before it.
 bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems);
 
 } // namespace korb::packer

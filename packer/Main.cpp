@@ -114,6 +114,7 @@ public:
 
 constexpr char kExamples[] = R"(Examples:
   korbpack init files                 write setup.toml for the files below a folder
+  korbpack check                      is there anything wrong with setup.toml?
   korbpack build                      make setup.exe of setup.toml
   korbpack verify setup.exe           is it sound?
   korbpack COMMAND --help             more on one command
@@ -145,7 +146,7 @@ bool Init(const Options &options) {
   return true;
 }
 
-bool Build(const Options &options, const fs::path &program) {
+bool Build(const Options &options, const fs::path &program, bool only_check) {
   constexpr char kUsualManifest[] = "setup.toml";
   if (options.manifest.empty() && !fs::exists(kUsualManifest))
     throw PackError("there is no '" + std::string(kUsualManifest) + "' here: 'korbpack init' writes one");
@@ -156,6 +157,7 @@ bool Build(const Options &options, const fs::path &program) {
   request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
   request.newest = ReadSourceDate();
   request.strict = options.strict;
+  request.only_check = only_check;
   std::ostringstream summary, problems; // after the line of progress, not within it
   const ProgressLine line;
   if (line.IsShown())
@@ -187,12 +189,18 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
                                "  korbpack build thing.toml -o out/thing-2.0.exe",
-                               good, [&] { return Build(options, program); });
-  build.add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
-  build.add_option("-o,--output", options.output,
-                   "The installer to write, volumes beside it (the manifest's name with .exe)");
-  build.add_flag("--strict", options.strict, "Warnings are errors");
-  build.add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+                               good, [&] { return Build(options, program, false); });
+  CLI::App &check = AddCommand(app, "check", "Make all tests of a build: nothing is packed, and nothing written",
+                               "  korbpack check                      setup.toml, as 'korbpack build' would take it\n"
+                               "  korbpack check --strict thing.toml",
+                               good, [&] { return Build(options, program, true); });
+  for (CLI::App *command : {&build, &check}) {
+    command->add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
+    command->add_option("-o,--output", options.output,
+                        "The installer to write, volumes beside it (the manifest's name with .exe)");
+    command->add_flag("--strict", options.strict, "Warnings are errors");
+    command->add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+  }
 
   AddCommand(app, "schema", "Write the JSON Schema of manifests, by which editors complete and check them",
              "  korbpack schema > korb.schema.json\n"
@@ -254,16 +262,23 @@ int main(int argc, char **argv) {
   AddCommands(app, program, options, good);
   std::vector<std::string> arguments = Arguments(argc, argv);
   std::reverse(arguments.begin(), arguments.end());
+  int status = 1;
   try {
     app.parse(std::move(arguments)); // and runs the command
     if (app.get_subcommands().empty())
       std::cerr << app.help();
+    status = good ? 0 : 1;
   } catch (const CLI::ParseError &end) {
-    return app.exit(end);
+    status = app.exit(end);
   } catch (const std::bad_alloc &) {
     std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }
-  return good ? 0 : 1;
+  // What a full disk has swallowed shows when the last of it is to be written.
+  if (!std::cout.flush()) {
+    std::cerr << "korbpack: error: can't write the output\n";
+    return 1;
+  }
+  return status;
 }

@@ -21,6 +21,13 @@ struct Resource {
 /// without such resources give none.
 std::vector<Resource> FindResources(const Bytes &file, uint32_t type);
 
+/// Whether `file` is a program or library, and whether one of 32 bits. Any bytes are a file.
+bool IsProgram(const Bytes &file);
+bool Is32BitProgram(const Bytes &file);
+
+/// Whether `file` is an installer, sound or not. Any bytes are a file.
+bool CarriesArchive(const Bytes &file);
+
 /// The text "FileVersion" of a PE file, 32 or 64 bits wide: the US English one in code page 1252, which is what an
 /// installer compares with, else the first one, else the number of the fixed part. Nothing when `file` has none. Any
 /// bytes are a file.

@@ -30,6 +30,8 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   if (IsBlank(deletion.name.c_str()))
     error("it has no name");
   CheckPathText(deletion.name, deletion.place, "old file: ", findings);
+  if (deletion.name.ends_with('\\') || deletion.name.ends_with('/'))
+    error("it is a folder, but only files are deleted: name them one by one");
   if (deletion.name == kDeletionsEnd)
     error("this name ends the list");
   if (deletion.name.find_first_of("*?") != deletion.name.npos)
@@ -86,6 +88,9 @@ void CheckOwner(const Association &association, const Product &product, Findings
     warn("'" + association.file_class + "' belongs to Windows");
 }
 
+// What the shell replaces by the file that is opened.
+constexpr const char *kDocumentMarks[] = {"%1", "%L", "%l", "%V", "%v", "%D", "%d", "%*"};
+
 void CheckAssociation(const Association &association, const Product &product, Findings &findings) {
   const auto error = [&](const char *message) {
     findings.Error(association.place, "association of '" + association.extension + "': " + message);
@@ -102,6 +107,11 @@ void CheckAssociation(const Association &association, const Product &product, Fi
     CheckVariables(*text, association.place, "association of '" + association.extension + "': ", findings);
   if (IsBlank(association.command.c_str()))
     findings.Warn(association.place, "association of '" + association.extension + "': its verb has no command");
+  else if (std::none_of(std::begin(kDocumentMarks), std::end(kDocumentMarks),
+                        [&](const char *mark) { return association.command.find(mark) != std::string::npos; }))
+    findings.Warn(association.place, "association of '" + association.extension +
+                                         "': its command gets no file to open: write \"%1\", with quotes, where the "
+                                         "name of the file belongs");
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
     if (text->find("~!~") != text->npos || text->find_first_of("\r\n") != text->npos || HoldsRecordMarker(*text))
       error("extension, class and verb must not hold \"~!~\", a line end, \"[Strings]\" or \"[Associations]\"");

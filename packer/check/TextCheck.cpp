@@ -13,6 +13,8 @@ namespace korb::packer {
 
 namespace {
 
+constexpr int64_t kWidest = 999; // characters of a conversion
+
 // The kind of argument that a conversion takes, 0 for none that the program knows.
 char ArgumentKind(char conversion) {
   if (conversion != 0 && std::strchr("diuxXo", conversion))
@@ -30,13 +32,6 @@ size_t ShownArguments(std::string_view text) {
       ++shown;
   }
   return shown;
-}
-
-std::string WithProductName(std::string text, const std::string &name) {
-  constexpr std::string_view kPlaceholder = "<product>";
-  for (size_t at = 0; (at = LowerCase(text).find(kPlaceholder, at)) != std::string::npos; at += name.size())
-    text.replace(at, kPlaceholder.size(), name);
-  return text;
 }
 
 // Whether a line of `text` begins with the mark that ends a saved text.
@@ -131,6 +126,8 @@ std::string FormatFault(std::string_view text, std::string_view form) {
     if (i < text.size() && text[i] == '%' && i == begin + 1)
       continue;
     const std::string conversion(text.substr(begin, i - begin + 1));
+    if (HoldsHugeNumber(conversion, kWidest))
+      return "'" + conversion + "' makes it wider than any screen";
     const char kind = i < text.size() ? ArgumentKind(text[i]) : '\0';
     if (kind == '\0')
       return "'" + conversion + "' is no conversion; a percent sign is written as %%";

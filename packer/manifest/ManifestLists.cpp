@@ -66,7 +66,9 @@ void ReadUninstallValue(ManifestContext &context, ManifestTable table) {
   UninstallValue value;
   value.place = table.PlaceOfTable();
   value.name = context.Text(table, "name");
-  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255).value_or(kUninstallText));
+  const toml::node *number = table.Find("value", {KeyForm::kValue});
+  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255)
+                                        .value_or(number && number->is_integer() ? kUninstallNumber : kUninstallText));
   value.value = ValueText(context, table, "value");
   table.RefuseUnknown();
   context.product().uninstall_values.push_back(std::move(value));
@@ -161,13 +163,7 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
   const auto bytes = context.ReadInput(name, place);
   if (!bytes)
     return std::nullopt;
-  try {
-    return toml::parse(std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size()),
-                       ShowPath(context.InputPath(name)));
-  } catch (const toml::parse_error &error) {
-    context.findings.Error(PlaceOf(error.source()), std::string(error.description()));
-    return std::nullopt;
-  }
+  return ParseToml(*bytes, ShowPath(context.InputPath(name)), context.findings);
 }
 
 void ReadLanguage(ManifestContext &context, ManifestTable table) {

@@ -4,8 +4,11 @@
 #include <charconv>
 #include <cstdio>
 
+#include "format/Texts.h"
+#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
+#include "packer/check/TextRules.h"
 #include "packer/manifest/ImageFile.h"
 #include "packer/manifest/ManifestFiles.h"
 #include "packer/manifest/ManifestLists.h"
@@ -118,8 +121,7 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
       if (auto bitmap = BitmapOf(*file))
         product.background = std::move(*bitmap);
       else
-        context.findings.Error(table.PlaceOfKey("background"),
-                               "'" + *name + "' is no BMP file of a form that can be shown");
+        context.findings.Error(table.PlaceOfKey("background"), "'" + *name + "' " + BitmapFault(*file));
     }
   }
   const bool is_picture = !product.background.empty();
@@ -131,14 +133,42 @@ void ReadAppearance(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+// A page is many words, none of them for a machine.
+void CheckPage(ManifestContext &context, const toml::node &page, const std::string &text) {
+  const std::string word = page.value_or(std::string());
+  std::error_code error;
+  if (!word.empty() && word.find_first_of(" \t\r\n") == word.npos &&
+      !fs::is_regular_file(context.InputPath(word), error)) // of which TextOrFile warns
+    context.findings.Warn(PlaceOf(page), "'" + word + "' is the whole text of the page, and there is no file of that " +
+                                             "name: a file is { file = \"...\" }");
+  if (text.starts_with("{\\rtf"))
+    context.findings.Warn(PlaceOf(page),
+                          "the page shows its text as it is, with all codes of RTF: save it as plain text");
+}
+
 void ReadPages(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, pages] :
        {std::pair{"license", &context.product().license_pages}, std::pair{"readme", &context.product().readme_pages}}) {
     context.product().places[table.FullName(key)] = table.PlaceOfKey(key);
-    for (const toml::node *page : table.Elements(key, {KeyForm::kPages}))
+    for (const toml::node *page : table.Elements(key, {KeyForm::kPages})) {
       pages->push_back(context.TextOrFile(*page, table.FullName(key)));
+      CheckPage(context, *page, pages->back());
+    }
   }
   table.RefuseUnknown();
+}
+
+// What a batch holds that was a path in double quotes: a control character that is no line end and doesn't indent.
+std::string SpoiltPathIn(const std::string &batch) {
+  std::string rest;
+  for (size_t i = 0; i < batch.size(); ++i) {
+    const char c = batch[i], before = i == 0 ? '\n' : batch[i - 1];
+    const bool ends_line = c == '\n' || (c == '\r' && i + 1 < batch.size() && batch[i + 1] == '\n');
+    const bool indents = c == '\t' && (before == '\t' || before == ' ' || before == '\n');
+    if (!ends_line && !indents)
+      rest += c;
+  }
+  return ControlCharacterIn(rest);
 }
 
 void ReadBatches(ManifestContext &context, ManifestTable table) {
@@ -150,6 +180,8 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, field] : batches)
     if (const toml::node *node = table.Find(key, {KeyForm::kTextOrFile})) {
       context.product().places[table.FullName(key)] = PlaceOf(*node);
+      if (const auto control = SpoiltPathIn(node->value_or(std::string())); !control.empty())
+        context.TellControlCharacter(table.FullName(key), control, PlaceOf(*node));
       context.product().*field = context.TextOrFile(*node, table.FullName(key));
     }
   table.RefuseUnknown();
@@ -184,6 +216,19 @@ void ReadOptions(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+// The program puts the name into a text before it takes that for a format, in which a percent sign has to be doubled.
+void WriteOutPercent(Product &product) {
+  std::string name;
+  for (const char c : product.name)
+    name += c == '%' ? std::string("%%") : std::string(1, c);
+  if (name == product.name)
+    return;
+  for (Language &language : product.languages)
+    for (size_t number = 0; number < std::min(language.texts.size(), std::size(kTextRows)); ++number)
+      if (*kTextRows[number].form)
+        language.texts[number] = WithProductName(language.texts[number], name);
+}
+
 void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));
@@ -195,28 +240,25 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadAppearance(context, root.Table("appearance"));
   ReadLists(context, root);
   ReadLanguages(context, root);
+  WriteOutPercent(context.product());
   ReadFiles(context, root);
   root.RefuseUnknown();
 }
 
 } // namespace
 
-Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
-  ManifestContext context(path, newest, findings);
+Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings, const fs::path &output) {
+  ManifestContext context(path, newest, findings, output);
   const auto text = ReadFileBytes(path);
   if (!text) {
-    findings.Error({}, "can't read the manifest");
+    findings.Error({}, "can't read the manifest: " + WhyUnreadable(path));
     return context.manifest;
   }
-  toml::table parsed;
-  try {
-    parsed = toml::parse(std::string_view(reinterpret_cast<const char *>(text->data()), text->size()));
-  } catch (const toml::parse_error &error) {
-    findings.Error(PlaceOf(error.source()), std::string(error.description()));
+  const auto parsed = ParseToml(*text, {}, findings);
+  if (!parsed)
     return context.manifest;
-  }
   context.manifest.was_parsed = true;
-  ReadTables(context, ManifestTable(&parsed, "", findings));
+  ReadTables(context, ManifestTable(&*parsed, "", findings));
   return std::move(context.manifest);
 }
 
@@ -225,7 +267,7 @@ const KeyForms &KnownKeys() {
     KeyForms asked;
     Findings findings;
     findings.asked_keys = &asked;
-    ManifestContext context({}, std::nullopt, findings);
+    ManifestContext context({}, std::nullopt, findings, {});
     const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
                                           "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
                                           "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");

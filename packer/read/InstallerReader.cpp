@@ -15,7 +15,9 @@
 #include "format/Damage.h"
 #include "packer/ActiveCodePage.h"
 #include "packer/FileIo.h"
+#include "packer/PeResources.h"
 #include "packer/Product.h"
+#include "packer/check/TextRules.h"
 
 namespace korb::packer {
 
@@ -66,6 +68,11 @@ private:
   String &background_;
 };
 
+// Whether what begins no installer has no look of a damaged one: a program without an archive, or no program at all.
+bool IsOtherFile(const Bytes &file) {
+  return file.size() < 2 || file[0] != 'M' || file[1] != 'Z' || (IsProgram(file) && !CarriesArchive(file));
+}
+
 // The volumes that lie beside the installer. Nobody changes disks: a missing one is the end.
 class VolumesBeside final : public PayloadHost {
 public:
@@ -91,7 +98,7 @@ public:
     bytes_.reset();
     // A name that leads to another folder is not followed.
     if (name_.find_first_of("/\\:") == name_.npos)
-      bytes_ = ReadFileBytes(folder_ / PathFromUtf8(name_));
+      bytes_ = ReadFileBytes(InFolder(name_));
     if (!bytes_ || bytes_->size() > INT32_MAX)
       return nullptr;
     source_ = Source(*bytes_);
@@ -104,6 +111,17 @@ public:
   }
 
 private:
+  // The file in the folder; in any case of its letters, as Windows looks for it.
+  fs::path InFolder(const std::string &name) const {
+    std::error_code error;
+    const fs::path wanted = folder_ / PathFromUtf8(name);
+    if (!fs::exists(wanted, error))
+      for (const auto &entry : fs::directory_iterator(folder_.empty() ? fs::path(".") : folder_, error))
+        if (LowerCase(ManifestPath(entry.path().filename())) == LowerCase(name))
+          return entry.path();
+    return wanted;
+  }
+
   class Source final : public ByteSource {
   public:
     Source() = default;
@@ -153,7 +171,10 @@ void InstallerReader::Read() {
   try {
     ReadParts();
   } catch (const ReportedDamage &report) {
-    damage = report;
+    const bool is_other = reached == Part::kNone && IsOtherFile(file);
+    damage = is_other ? ReportedDamage("it carries no archive, so it is no installer that korbpack has built", 0)
+             : report.text.starts_with("Out Of Memory") ? ReportedDamage("there is not enough memory to read it", 0)
+                                                        : report;
   }
 }
 

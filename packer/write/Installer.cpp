@@ -115,6 +115,21 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   return installer;
 }
 
+bool TryInstaller(const Product &product, const Bytes &stub) {
+  const StubImage image(stub);
+  uint64_t payload = 0;
+  for (const FileEntry &file : product.files)
+    payload += file.contents.size();
+  if (payload > INT32_MAX)
+    throw PackError("the files add up to more than 2 GiB");
+  const size_t head = header::kSize + 4 * product.files.size() + StoreConfig(WriteConfig(product)).block.size();
+  FirstPartSize(product.payload, static_cast<size_t>(payload), head, image);
+  // What is packed can be told for sure when it is a hundred times the size of what it would have to fit into.
+  constexpr uint64_t kBestRatio = 100;
+  const uint64_t least = product.Has(IF_PACKED_PAYLOAD) ? payload / kBestRatio : payload;
+  return product.payload.layout == PayloadLayout::kInFile && least > FilledSection(head, image) - head;
+}
+
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress) {
   return AssembleInstaller(product, WriteConfig(product), WritePayload(product, progress), stub);
 }

@@ -40,7 +40,8 @@ TEST_CASE("what the installer or the uninstaller would trip over or lose is refu
 TEST_CASE("products that no manifest brings, and the limits of long lists, are looked at as well") {
   const auto associate = [](Product &p, size_t count) {
     packer::Association association;
-    association.extension = association.file_class = association.verb = association.command = "x";
+    association.extension = association.file_class = association.verb = "x";
+    association.command = "%1";
     p.associations.assign(count, association);
   };
   const struct {
@@ -66,7 +67,7 @@ TEST_CASE("products that no manifest brings, and the limits of long lists, are l
        [](auto &p) { p.files[0].name.assign(238, 'x'); }},
       {"", [](auto &p) { p.files[0].name.assign(236, 'x'); }},
       {"error: file 'thing.exe': its date doesn't exist", [](auto &p) { p.files[0].date = {2001, 2, 30, 0, 0, 0}; }},
-      {"warning: file 'thing.exe': it goes to the same place as another",
+      {"warning: file 'thing.exe': it goes to the same place as 'thing.exe'",
        [](auto &p) { p.files.push_back(p.files[0]); }},
       {"error: there are 1002 old files, but 1001 at most can be packed",
        [](auto &p) {
@@ -96,6 +97,7 @@ TEST_CASE("a text is held to the arguments that it is given") {
       {"%-10.3ld 5%%", "d", ""},
       {"%s %s", "s", "'%s' has no argument: there are only 1"},
       {"%n", "s", "'%n' is no conversion; a percent sign is written as %%"},
+      {"%1000d", "d", "'%1000d' makes it wider than any screen"},
       {"%*d", "d", "'%*' is no conversion; a percent sign is written as %%"},
   };
   for (const auto &row : formats)

@@ -58,9 +58,7 @@ TEST_CASE("verify names the damage that the installer would report") {
       {"PE headers, archive section: the file is cut off: 1 bytes of the archive's section are missing, so Windows "
        "won't start it",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
-      {"PE headers, archive section: This program performs installations and uninstallations. There is no installation "
-       "archive present. No Uninstallation parameters were specified.  You should not delete this program or execute "
-       "it directly.",
+      {"PE headers, archive section: it carries no archive, so it is no installer that korbpack has built",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kSectionEntry, ".other"); }; }},
       {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},
