@@ -4,8 +4,6 @@
 #include <list>
 
 #ifdef _WIN32
-#include <mutex>
-
 #include "core/Windows.h"
 
 #include <fcntl.h>
@@ -26,20 +24,34 @@ std::list<fs::path> unfinished;
 
 #ifdef _WIN32
 
-std::mutex guard; // the system calls its handler in a thread of its own
+// The system calls its handler in a thread of its own.
+class Lock {
+public:
+  Lock() { EnterCriticalSection(&Section()); }
+  ~Lock() { LeaveCriticalSection(&Section()); }
+  Lock(const Lock &) = delete;
+
+private:
+  static CRITICAL_SECTION &Section() {
+    static CRITICAL_SECTION section;
+    static const bool is_made = (InitializeCriticalSection(&section), true);
+    (void)is_made;
+    return section;
+  }
+};
 
 BOOL WINAPI RemoveAll(DWORD) {
-  const std::lock_guard lock(guard);
+  const Lock lock;
   for (const fs::path &path : unfinished)
     DeleteFileW(path.c_str());
   return FALSE; // as if there were no handler
 }
 
 void Change(void (*change)(const fs::path &), const fs::path &path) {
+  const Lock lock;
+  change(path);
   static const bool is_asked = SetConsoleCtrlHandler(RemoveAll, TRUE) != 0;
   (void)is_asked;
-  const std::lock_guard lock(guard);
-  change(path);
 }
 
 #else
