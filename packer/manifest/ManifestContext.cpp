@@ -150,14 +150,15 @@ bool ManifestContext::IsOutput(const fs::path &path) const {
   const std::string name = ManifestPath(path.filename());
   if (IsUnfinishedName(name))
     return true;
-  if (output.empty() || !IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / "."))
+  if (output.empty())
     return false;
   const auto is_called = [&](const std::string &other) { return LowerCase(name) == LowerCase(other); };
   const size_t base = manifest.product.volume_base_name.size();
   const std::string number = name.size() > base ? name.substr(base, name.find('.', base) - base) : std::string();
   const bool is_number = !number.empty() && number.size() < 10 && number.find_first_not_of("0123456789") == number.npos;
-  return is_called(ManifestPath(output.filename())) ||
-         (is_number && is_called(VolumeFileName(manifest.product, std::stoul(number))));
+  return (is_called(ManifestPath(output.filename())) ||
+          (is_number && is_called(VolumeFileName(manifest.product, std::stoul(number))))) &&
+         IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / ".");
 }
 
 std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {

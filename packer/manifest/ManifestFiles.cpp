@@ -143,9 +143,9 @@ public:
       one.entry.name = into + *name;
       if (!target.empty())
         one.entry.target = target + *name;
-      Take(path, place, one);
-      const std::vector<FileEntry> &files = context_.product().files;
-      if (!files.empty() && CarriesArchive(files.back().contents))
+      if (!Take(path, place, one))
+        continue;
+      if (CarriesArchive(context_.product().files.back().contents))
         context_.findings.Warn(place, "'" + path +
                                           "' is an installer itself, maybe an earlier one of this product: "
                                           "'exclude' it, or give it a [[file]]");
@@ -278,10 +278,11 @@ private:
     return fs::absolute(path, error).lexically_normal().generic_string();
   }
 
-  void Take(const std::string &source, const Place &place, Settings &settings) {
+  // Adds a file with what is in `source`; false, and reported, when that can't be read.
+  bool Take(const std::string &source, const Place &place, Settings &settings) {
     auto contents = context_.ReadInput(source, place);
     if (!contents)
-      return;
+      return false;
     settings.entry.contents = std::move(*contents);
     if (!settings.has_label && RowOf(settings.entry.kind).replaced == KindReplaced::ByNewerVersionAndDate)
       settings.entry.label = VersionLabel(settings.entry.contents);
@@ -291,6 +292,7 @@ private:
     if (settings.entry.kind == KindFont && !settings.is_date_said)
       settings.date = FileTime{};
     Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
+    return true;
   }
 
   // The first name of the font that the code page has all characters of, or nothing.
