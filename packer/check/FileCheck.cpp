@@ -116,7 +116,9 @@ private:
   void CheckTargetPath() {
     const std::string &target = file_->target;
     CheckPathText(target, file_->place, "file '" + file_->name + "': ", findings_);
-    const std::string path = WithSampleFolders(target);
+    std::string path = WithSampleFolders(target);
+    if (path.starts_with("\\\\.\\"))
+      path.erase(0, 4); // of a device's full name, which nobody gives by chance
     if (HoldsIllegalCharacterInPath(path))
       Error("the target '" + target + "' is no path that Windows could have");
     else if (HasUnusablePart(path))
@@ -152,7 +154,7 @@ private:
       return CheckFont();
     case KindSystemCom:
       if (!Is32BitProgram(file_->contents))
-        Error("it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
+        Warn("it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
       [[fallthrough]];
     case KindSystem:
       if (file_->date.month == 0)

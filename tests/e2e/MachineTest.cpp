@@ -74,7 +74,7 @@ TEST_CASE("libraries register themselves and fonts are made known, the broken on
   PackedProduct product(ProductManifest("register"));
   for (const char *file : {"atlas_com.dll", "atlas_core.dll", "korb-blocks.ttf"})
     product.Write(file, FileBytes(file));
-  product.Pack();
+  product.PackSpoiled([](auto &) {}); // the packer knows that one font is none
   product.Install();
   const std::string log = InstallLog("C:\\Register"), library = "Registering COM File \"C:\\windows\\system32\\";
   CHECK(log == library + "atlas_com.dll\"...OK\r\n" + library + "no library.dll\"...LoadLibrary() Failed\r\n" +
