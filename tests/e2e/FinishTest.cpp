@@ -1,5 +1,6 @@
 // The batches of a run, its end, and what waits for the next start of the machine.
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "tests/support/CleanPlace.h"
@@ -159,6 +160,8 @@ TEST_CASE("what is in use waits for the restart that the run asks for") {
     WriteFileBytes("C:\\go", "");
     CHECK(setup.Wait() == DWORD{1});
     CHECK(Becomes([&] { return !Exists(home + "old file.txt") && !Exists(temporary); }));
+    // The system may hold what it has just renamed for a moment.
+    CHECK(Becomes([&] { return std::ifstream(home + "used file.txt").good(); }));
     CHECK(FileBytes(home + "used file.txt") == "new");
     CHECK(Exists(home + "other.txt"));
   }
