@@ -69,7 +69,7 @@ void TryToBuild(const Product &product, const Bytes &stub, const fs::path &outpu
     TryOutput(volume);
   }
   if (TryInstaller(product, stub) && product.Has(IF_UNINSTALL))
-    findings.Warn(product.PlaceOf("payload.layout"), kTail);
+    findings.Warn(product.PlaceOf("payload.layout"), Warning::kPayloadInUninstaller, kTail);
 }
 
 // Volumes of an earlier installer that had more of them: whoever copies the folder would copy them too.

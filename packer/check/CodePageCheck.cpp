@@ -92,7 +92,7 @@ void CheckCodePage(const Product &product, Findings &findings) {
   const Affected files = FilesOf(product), texts = TextsOf(product);
   if (files.IsEmpty() && texts.IsEmpty())
     return;
-  findings.Warn(product.PlaceOf("product.codepage"),
+  findings.Warn(product.PlaceOf("product.codepage"), Warning::kUtf8OnOldSystems,
                 "systems before Windows 10 1903 don't know UTF-8 and will have these wrongly: " + texts.Tell() +
                     (files.IsEmpty() || texts.IsEmpty() ? "" : "; ") + (files.IsEmpty() ? "" : "files ") +
                     files.Tell());

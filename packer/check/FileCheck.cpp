@@ -49,7 +49,7 @@ public:
     CheckShortcut();
     CheckDate();
     if (file.attributes & ~kSettableAttributes)
-      Warn("only the attributes 0x1127 are given to a file");
+      Warn(Warning::kUnsettableAttributes, "only the attributes 0x1127 are given to a file");
     const std::string destination = Destination();
     CheckTwice(destination);
     CheckDeletedLater(destination);
@@ -59,13 +59,16 @@ public:
   void CheckIcons() {
     for (const FileEntry *file : icons_)
       if (!seen_.contains(WithoutWaysUp(InUninstallDir(file->icon))))
-        findings_.Warn(file->place, "file '" + file->name + "': no file of the product is its icon '" + file->icon +
-                                        "' in the uninstaller's directory, to which it is relative");
+        findings_.Warn(file->place, Warning::kMissingIcon,
+                       "file '" + file->name + "': no file of the product is its icon '" + file->icon +
+                           "' in the uninstaller's directory, to which it is relative");
   }
 
 private:
   void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
-  void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
+  void Warn(Warning warning, const std::string &message) {
+    findings_.Warn(file_->place, warning, "file '" + file_->name + "': " + message);
+  }
 
   bool Is(uint32_t kind) const { return file_->kind == kind; }
   const KindRow &Kind() const { return RowOf(file_->kind); }
@@ -90,11 +93,13 @@ private:
     if (HasLongPart(name_))
       Error("a part of '" + name_ + "' has more than 255 bytes, which the installer could not find again");
     if (PathLength() > kMaxPath)
-      Warn("its path has more than 259 " + std::string(product_.code_page == kUtf8 ? "bytes" : "characters") +
-           " where the product is proposed to go, which most systems refuse");
+      Warn(Warning::kPathTooLong, "its path has more than 259 " +
+                                      std::string(product_.code_page == kUtf8 ? "bytes" : "characters") +
+                                      " where the product is proposed to go, which most systems refuse");
     const bool own_folder = Kind().folder != KindFolder::Product || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
-      Warn("the folder in its name is not created there: the file fails unless the folder exists");
+      Warn(Warning::kFolderNotCreated,
+           "the folder in its name is not created there: the file fails unless the folder exists");
   }
 
   void CheckTarget() {
@@ -106,11 +111,13 @@ private:
     else
       CheckVariables(target, file_->place, what, findings_);
     if (!has_path_ && std::any_of(std::begin(kPathVariables), std::end(kPathVariables), is_in_target))
-      Warn("the target '" + target +
-           "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
+      Warn(Warning::kVariableInName,
+           "the target '" + target +
+               "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
     if (has_path_ && target.find(':') == 1 && (target[0] | 0x20) != 'c' && MayBeReplacedLater())
-      Warn("if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
-           target.substr(0, 2) + " as well");
+      Warn(Warning::kRestartOnOtherDrive,
+           "if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
+               target.substr(0, 2) + " as well");
   }
 
   void CheckTargetPath() {
@@ -124,9 +131,9 @@ private:
     else if (HasUnusablePart(path))
       Error("a part of the target '" + target + "' is a device, or ends in a dot or a space, which Windows drops");
     if (("\\" + target + "\\").find("\\..\\") != target.npos)
-      Warn(
-          "'..' in the target '" + target +
-          "' leads to a place that depends on where the product is installed: a path variable names a folder for sure");
+      Warn(Warning::kParentInTarget, "'..' in the target '" + target +
+                                         "' leads to a place that depends on where the product is installed: a path "
+                                         "variable names a folder for sure");
   }
 
   // Whether a file that is in use waits for the next start.
@@ -158,7 +165,7 @@ private:
       [[fallthrough]];
     case KindSystem:
       if (file_->date.month == 0)
-        Warn("without a date it never replaces a file that is there");
+        Warn(Warning::kUndatedSystemFile, "without a date it never replaces a file that is there");
       if (HoldsHugeNumber(file_->label))
         Error("a number of its version doesn't fit into 32 bits");
       return;
@@ -177,7 +184,8 @@ private:
           "the name of its face isn't found in it, so it needs one as 'label': without one, no font of the product is "
           "removed any more");
     if (product_.Has(IF_UNINSTALL) && file_->date.month != 0 && !(file_->flags & FF_KEEP))
-      Warn("with a date, it is up to date when it is installed again, is then no longer recorded as the product's, and "
+      Warn(Warning::kDatedFont,
+           "with a date, it is up to date when it is installed again, is then no longer recorded as the product's, and "
            "stays at uninstall: leave out 'date', or make it \"none\"");
     if (file_->label.find('"') != file_->label.npos || name_.find('"') != name_.npos)
       Error("neither the face name nor the name of a font may hold a quote");
@@ -187,14 +195,14 @@ private:
 
   void CheckShortcut() {
     if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
-      Warn("its icon is left out, since only desktop and start menu shortcuts have one");
+      Warn(Warning::kNoEffect, "its icon is left out, since only desktop and start menu shortcuts have one");
     if (!WantsShortcut()) {
       if (file_->flags & FF_SHORTCUTS)
-        Warn("its shortcuts are left out: only kinds program and startup have those");
+        Warn(Warning::kNoEffect, "its shortcuts are left out: only kinds program and startup have those");
       else if (!file_->label.empty() && Kind().shortcuts != KindShortcuts::None)
-        Warn("its label has no effect without a shortcut");
+        Warn(Warning::kNoEffect, "its label has no effect without a shortcut");
       if (!file_->arguments.empty())
-        Warn("its arguments have no effect without a shortcut");
+        Warn(Warning::kNoEffect, "its arguments have no effect without a shortcut");
       return;
     }
     if (!file_->icon.empty())
@@ -206,7 +214,7 @@ private:
       const auto [before, is_new] =
           titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
       if (!is_new)
-        Warn("its shortcut has the title of an earlier one, which it replaces");
+        Warn(Warning::kSameShortcut, "its shortcut has the title of an earlier one, which it replaces");
     }
     for (const Language &language : product_.languages)
       if (file_->label.empty() &&
@@ -255,8 +263,8 @@ private:
     const auto [before, is_new] = seen_.emplace(destination, file_);
     if (!is_new && !(file_->flags & FF_CONDITION)) {
       const Place &place = before->second->place;
-      Warn("it goes to the same place as '" + before->second->name + "'" +
-           (place.line ? " of line " + std::to_string(place.line) : std::string()));
+      Warn(Warning::kSameDestination, "it goes to the same place as '" + before->second->name + "'" +
+                                          (place.line ? " of line " + std::to_string(place.line) : std::string()));
     }
   }
 
@@ -265,7 +273,7 @@ private:
   void CheckDeletedLater(const std::string &destination) {
     const auto found = deleted_later_.find(destination);
     if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)
-      findings_.Warn(found->second->place,
+      findings_.Warn(found->second->place, Warning::kDeletedWhenInUse,
                      "old file '" + found->second->name +
                          "': the product brings a file to the same place; when the old one is in use, the restart may "
                          "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that");
@@ -290,7 +298,7 @@ void CheckFiles(const Product &product, Findings &findings) {
     checker.Check(file);
   checker.CheckIcons();
   if (product.files.empty())
-    findings.Warn({}, "the product has no files");
+    findings.Warn({}, Warning::kNoFiles, "the product has no files");
 }
 
 } // namespace korb::packer

@@ -45,7 +45,7 @@ void CheckNames(const Product &product, Findings &findings) {
   if (HoldsHugeNumber(product.version))
     error("product.version", "holds a number that doesn't fit into 32 bits");
   if (!product.version.empty() && product.version.find_first_of("0123456789") == product.version.npos)
-    findings.Warn(product.PlaceOf("product.version"),
+    findings.Warn(product.PlaceOf("product.version"), Warning::kVersionWithoutNumber,
                   "'product.version' has no number in it, so it is older than every other version");
   const std::string &volumes = product.volume_base_name;
   if (IsBlank(volumes.c_str()) || HoldsIllegalCharacter(volumes) || volumes.find('\\') != volumes.npos)
@@ -54,19 +54,21 @@ void CheckNames(const Product &product, Findings &findings) {
   if (expiry.month != 0 && (!IsCalendarDay(expiry.year, expiry.month, expiry.day) || expiry.year < 1600))
     error("product.expires", "is a day that doesn't exist");
   else if (expiry.month != 0 && IsOver(expiry))
-    findings.Warn(product.PlaceOf("product.expires"), "'product.expires' is over: the installer won't run");
+    findings.Warn(product.PlaceOf("product.expires"), Warning::kExpired,
+                  "'product.expires' is over: the installer won't run");
   if (product.excluded_platforms & 1)
-    findings.Warn(product.PlaceOf("product.excluded_platforms"),
+    findings.Warn(product.PlaceOf("product.excluded_platforms"), Warning::kCurrentWindowsExcluded,
                   "\"other\" is every Windows after XP: the installer won't run on any of them");
   const std::string &key = product.registry_key;
   if (LowerCase(key).starts_with("hklm\\") || LowerCase(key).starts_with("hkcu\\") ||
       LowerCase(key).starts_with("hkey_"))
     error("product.registry_key", "is a key below Software, of the machine and of the user: leave out the root");
   else if (LowerCase(key).starts_with("software\\"))
-    findings.Warn(product.PlaceOf("product.registry_key"), "'product.registry_key' stands below Software already");
+    findings.Warn(product.PlaceOf("product.registry_key"), Warning::kSoftwareKey,
+                  "'product.registry_key' stands below Software already");
   else if (!key.empty() && key.find('\\') == key.npos && product.Has(IF_UNINSTALL))
     findings.Warn(
-        product.PlaceOf("product.registry_key"),
+        product.PlaceOf("product.registry_key"), Warning::kPublisherKeyRemoved,
         "'product.registry_key' is removed at uninstall with all that it holds: below a publisher's key it would "
         "take only the product's own");
 }
@@ -162,7 +164,7 @@ void CheckInstallDir(const Product &product, Findings &findings) {
   const bool is_below_windows = ContainsNoCase(path.c_str(), kSampleWindows + std::string("\\")) &&
                                 !SamePath(path, WithSampleFolders("%SystemDir%").c_str());
   if (!text.empty() && !is_below_windows && !MayDeleteWhole(path, kSampleWindows, kSamplePrograms))
-    findings.Warn(place,
+    findings.Warn(place, Warning::kDirectoryNotOwn,
                   "'install.directory' is no folder of the product's own: the files, the uninstaller and its record "
                   "get among what is there");
 }
@@ -183,7 +185,7 @@ void CheckDirectories(const Product &product, Findings &findings) {
   if (subdir.starts_with('\\'))
     findings.Error(product.PlaceOf("uninstall.directory"), "'uninstall.directory' has to be relative");
   if (subdir.find('\\') < subdir.size() - 1 && !subdir.empty())
-    findings.Warn(product.PlaceOf("uninstall.directory"),
+    findings.Warn(product.PlaceOf("uninstall.directory"), Warning::kNestedUninstaller,
                   "of several levels, the uninstaller removes the last one only");
   const std::string &uninstaller = product.uninstaller_name;
   if (product.Has(IF_UNINSTALL) &&
@@ -205,6 +207,7 @@ struct FlagRule {
   bool without; // what makes it idle
   const char *key;
   const char *message;
+  Warning warning = Warning::kNoEffect;
 };
 
 void CheckOptions(const Product &product, Findings &findings) {
@@ -218,10 +221,12 @@ void CheckOptions(const Product &product, Findings &findings) {
       {IF_UNINSTALL_DESKTOP, no_uninstaller, "options.uninstall_desktop", idle},
       {IF_UNINSTALL_IN_FOLDER, no_uninstaller, "options.uninstall_in_folder", idle},
       {IF_NO_UNINSTALL_RECORDS, !no_uninstaller, "options.no_uninstall_records",
-       "makes the uninstaller delete the whole installation directory, the user's own files in it too"},
+       "makes the uninstaller delete the whole installation directory, the user's own files in it too",
+       Warning::kDeletedWhole},
       {IF_BACKGROUND_BITMAP, product.background.empty(), "options.background_bitmap",
        "has no effect without 'appearance.background'"},
-      {IF_REBOOT_NEEDED, true, "options.reboot_needed", "makes every installation ask for a restart"},
+      {IF_REBOOT_NEEDED, true, "options.reboot_needed", "makes every installation ask for a restart",
+       Warning::kRestartAlways},
       {IF_CONFIRM_DIRECTORY, !product.Has(IF_ASK_DIRECTORY), "options.confirm_directory",
        "has no effect without 'options.ask_directory'"},
   };
@@ -231,18 +236,21 @@ void CheckOptions(const Product &product, Findings &findings) {
                    "and the installer would refuse to run");
   for (const FlagRule &rule : rules)
     if (product.Has(rule.flag) && rule.without)
-      findings.Warn(product.PlaceOf(rule.key), "'" + std::string(rule.key) + "' " + rule.message);
+      findings.Warn(product.PlaceOf(rule.key), rule.warning, "'" + std::string(rule.key) + "' " + rule.message);
   if (!product.master_product.empty() && !product.Has(IF_MASTER_PRODUCT))
-    findings.Warn(product.PlaceOf("product.master_product"), "without its option, the master product is not asked for");
+    findings.Warn(product.PlaceOf("product.master_product"), Warning::kNoEffect,
+                  "without its option, the master product is not asked for");
   if (product.PlaceOf("appearance.title_color").line != 0 && !product.Has(IF_CUSTOM_COLORS) &&
       product.background.empty())
-    findings.Warn(product.PlaceOf("appearance.title_color"),
+    findings.Warn(product.PlaceOf("appearance.title_color"), Warning::kNoEffect,
                   "'appearance.title_color' has no effect without 'options.custom_colors' or a picture");
   if (ContainsNoCase(product.uninstall_batch2, "%InstallDir%"))
-    findings.Warn(product.PlaceOf("batch.uninstall_last"), "'batch.uninstall_last' runs when the directory is gone: "
-                                                           "its '%InstallDir%' is the root of the drive");
+    findings.Warn(product.PlaceOf("batch.uninstall_last"), Warning::kDirectoryGone,
+                  "'batch.uninstall_last' runs when the directory is gone: "
+                  "its '%InstallDir%' is the root of the drive");
   if (product.stub_patch_offset > 0 && no_uninstaller)
-    findings.Warn(product.PlaceOf("uninstall.patch_offset"), "without an uninstaller there is nothing to patch");
+    findings.Warn(product.PlaceOf("uninstall.patch_offset"), Warning::kNoEffect,
+                  "without an uninstaller there is nothing to patch");
 }
 
 } // namespace

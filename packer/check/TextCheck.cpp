@@ -55,7 +55,7 @@ public:
         CheckSaved(static_cast<size_t>(row.number));
     CheckTextUninstallerTitle();
     if (product_.Has(IF_NOTICE) && IsBlank(Text(kTextNotice).c_str()))
-      Warn(kTextNotice, "is blank, so no notice is shown");
+      Warn(kTextNotice, Warning::kBlankNotice, "is blank, so no notice is shown");
   }
 
 private:
@@ -66,7 +66,9 @@ private:
   void Error(size_t number, const std::string &message) {
     findings_.Error(PlaceOf(number), Describe(number) + message);
   }
-  void Warn(size_t number, const std::string &message) { findings_.Warn(PlaceOf(number), Describe(number) + message); }
+  void Warn(size_t number, Warning warning, const std::string &message) {
+    findings_.Warn(PlaceOf(number), warning, Describe(number) + message);
+  }
 
   std::string Describe(size_t number) const {
     return "text " + std::to_string(number) + " (" + kTextRows[number].name + ") of '" + language_.name + "' ";
@@ -88,7 +90,7 @@ private:
     for (char kind : form == "-" ? std::string_view() : form)
       wanted += std::string(" %") + kind;
     if (!IsBlank(text.c_str()) && !wanted.empty() && ShownArguments(text) < form.size())
-      Warn(number, "doesn't show all that it is given, which is" + wanted);
+      Warn(number, Warning::kUnshownArgument, "doesn't show all that it is given, which is" + wanted);
   }
 
   void CheckSaved(size_t number) {

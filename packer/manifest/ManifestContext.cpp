@@ -98,7 +98,7 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
     const std::string &word = text->get();
     if (std::error_code error;
         !word.empty() && word.find_first_of(" \t\r\n") == word.npos && fs::is_regular_file(InputPath(word), error))
-      findings.Warn(PlaceOf(node),
+      findings.Warn(PlaceOf(node), Warning::kTextIsFileName,
                     "'" + word + "' is the text itself: the file of that name is { file = \"" + word + "\" }");
     return WithDosLineEnds(Convert(word, PlaceOf(node), page));
   }

@@ -146,9 +146,10 @@ public:
       if (!Take(path, place, one))
         continue;
       if (CarriesArchive(context_.product().files.back().contents))
-        context_.findings.Warn(place, "'" + path +
-                                          "' is an installer itself, maybe an earlier one of this product: "
-                                          "'exclude' it, or give it a [[file]]");
+        context_.findings.Warn(place, Warning::kNestedInstaller,
+                               "'" + path +
+                                   "' is an installer itself, maybe an earlier one of this product: "
+                                   "'exclude' it, or give it a [[file]]");
     }
   }
 
@@ -178,7 +179,7 @@ private:
                       [&](const std::string &file) { return MatchesPattern(file, pattern); }))
         return;
       const bool is_folder = pattern.ends_with('/');
-      context_.findings.Warn(table.PlaceOfKey(key),
+      context_.findings.Warn(table.PlaceOfKey(key), Warning::kIdlePattern,
                              "no file of '" + source + "' fits '" + pattern + "'" +
                                  (is_folder                  ? ": what is in a folder is '" + pattern + "**'"
                                   : pattern.starts_with('/') ? ": patterns are relative, without a '/' in front"

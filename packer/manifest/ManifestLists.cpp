@@ -193,7 +193,8 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
           !context.product().places.contains("texts." + language.name + "." + std::to_string(number)))
         untranslated += std::string(untranslated.empty() ? "" : ", ") + kTextRows[number].name;
     if (!untranslated.empty())
-      context.findings.Warn(language.place, "these texts of '" + language.name + "' stay English: " + untranslated);
+      context.findings.Warn(language.place, Warning::kUntranslatedText,
+                            "these texts of '" + language.name + "' stay English: " + untranslated);
   }
   context.product().languages.push_back(std::move(language));
 }

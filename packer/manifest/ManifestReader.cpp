@@ -139,10 +139,11 @@ void CheckPage(ManifestContext &context, const toml::node &page, const std::stri
   std::error_code error;
   if (!word.empty() && word.find_first_of(" \t\r\n") == word.npos &&
       !fs::is_regular_file(context.InputPath(word), error)) // of which TextOrFile warns
-    context.findings.Warn(PlaceOf(page), "'" + word + "' is the whole text of the page, and there is no file of that " +
-                                             "name: a file is { file = \"...\" }");
+    context.findings.Warn(PlaceOf(page), Warning::kTextIsFileName,
+                          "'" + word + "' is the whole text of the page, and there is no file of that " +
+                              "name: a file is { file = \"...\" }");
   if (text.starts_with("{\\rtf"))
-    context.findings.Warn(PlaceOf(page),
+    context.findings.Warn(PlaceOf(page), Warning::kRtfPage,
                           "the page shows its text as it is, with all codes of RTF: save it as plain text");
 }
 

@@ -63,18 +63,20 @@ TEST_CASE("products that no manifest brings, and the limits of long lists, are l
        }},
       {"error: an installer has from 1 to 100 languages", [](auto &p) { p.languages.clear(); }},
       {"warning: file '" + std::string(238, 'x') +
-           "': its path has more than 259 characters where the product is proposed to go, which most systems refuse",
+           "': its path has more than 259 characters where the product is proposed to go, which most systems refuse "
+           "[path-too-long]",
        [](auto &p) { p.files[0].name.assign(238, 'x'); }},
       {"", [](auto &p) { p.files[0].name.assign(236, 'x'); }},
       {"error: file 'thing.exe': its date doesn't exist", [](auto &p) { p.files[0].date = {2001, 2, 30, 0, 0, 0}; }},
-      {"warning: file 'thing.exe': it goes to the same place as 'thing.exe'",
+      {"warning: file 'thing.exe': it goes to the same place as 'thing.exe' [same-destination]",
        [](auto &p) { p.files.push_back(p.files[0]); }},
       {"error: there are 1002 old files, but 1001 at most can be packed",
        [](auto &p) {
          p.deletions.assign(1002, {"x", 0, "", 0, {}});
        }},
       {"", [&](auto &p) { associate(p, 499); }},
-      {"warning: the uninstaller takes back no more than 499 associations", [&](auto &p) { associate(p, 500); }},
+      {"warning: the uninstaller takes back no more than 499 associations [too-many-associations]",
+       [&](auto &p) { associate(p, 500); }},
   };
   for (const auto &row : rows) {
     Product product;
