@@ -95,6 +95,10 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
   std::snprintf(line, sizeof line, "payload %zu bytes, stored as %zu (%.1f %%); configuration %zu bytes\n",
                 installer.plain_size, installer.payload_size, ratio, installer.config_size);
   summary << line;
+  if (installer.storing == Storing::kNotSmaller)
+    summary << "stored unpacked: packing would not make it half a percent smaller\n";
+  else if (installer.storing == Storing::kNotUnpackable)
+    summary << "stored unpacked: packed, it would have more than the 268,435,455 bytes that can be unpacked\n";
   for (const OutputFile &file : outputs)
     summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
   if (product.Has(IF_VERIFY_STUB))

@@ -271,7 +271,9 @@ int main(int argc, char **argv) {
   } catch (const CLI::ParseError &end) {
     status = app.exit(end);
   } catch (const std::bad_alloc &) {
-    std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
+    std::cerr
+        << "korbpack: error: there is not enough memory for a product of this size; with 'packed_payload = false' in "
+           "[options] it takes a quarter of that\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }
