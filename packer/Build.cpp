@@ -4,7 +4,6 @@
 
 #include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
-#include "packer/manifest/ManifestReader.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 
@@ -114,14 +113,15 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   };
   Findings findings;
   tell("reading");
-  Manifest manifest = ReadManifest(request.manifest, request.newest, findings, request.output);
+  Manifest manifest = ReadManifest(request.manifest, request.newest, findings, {request.output, request.variables});
+  const fs::path output = manifest.output;
   Product &product = manifest.product;
   if (manifest.was_parsed) {
     Findings faults;
     CheckProduct(product, faults);
     findings.Merge(faults);
   }
-  const std::string name = ShowPath(request.manifest);
+  const std::string name = request.manifest == kStandardInput ? "<stdin>" : ShowPath(request.manifest);
   try {
     auto stub = ReadFileBytes(request.stub);
     if (!stub)
@@ -131,7 +131,7 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     manifest.inputs.push_back(request.stub);
     if (!findings.HasErrors())
       try {
-        TryToBuild(product, *stub, request.output, manifest.inputs, findings);
+        TryToBuild(product, *stub, output, manifest.inputs, findings);
       } catch (const PackError &error) {
         findings.Error({}, error.what());
       }
@@ -150,11 +150,11 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
       if (request.strict)
         throw PackError(kStrict);
     }
-    const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
+    const std::vector<OutputFile> outputs = OutputsOf(installer, product, output);
     RefuseToOverwrite(outputs, manifest.inputs);
     tell("writing");
     WriteOutputFiles(outputs);
-    TellOldVolumes(installer, product, request.output, problems);
+    TellOldVolumes(installer, product, output, problems);
     Summarise(installer, product, outputs, summary);
     return true;
   } catch (const PackError &error) {

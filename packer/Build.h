@@ -5,18 +5,20 @@
 #include <optional>
 #include <ostream>
 
+#include "packer/manifest/ManifestReader.h"
 #include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
 
 struct BuildRequest {
-  std::filesystem::path manifest;
-  std::filesystem::path output;  ///< of the installer; its volumes go beside it
-  std::filesystem::path stub;    ///< the program without an archive
-  std::optional<int64_t> newest; ///< see ReadManifest
+  std::filesystem::path manifest; ///< kStandardInput: it is read from there
+  std::filesystem::path output;   ///< of the installer, volumes beside it; empty: what the manifest says
+  std::filesystem::path stub;     ///< the program without an archive
+  std::optional<int64_t> newest;  ///< see ReadManifest
   ProgressCallback progress = {};
   bool strict = false;     ///< a warning counts as an error
   bool only_check = false; ///< nothing is packed, and nothing written
+  GivenVariables variables = {};
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was

@@ -124,6 +124,7 @@ Ends with 0 only when all went well.)";
 struct Options {
   std::string folder = ".", new_manifest = "setup.toml"; // init
   std::string manifest, output, stub;                    // build
+  std::vector<std::string> variables;                    // build: name=value
   bool strict = false;                                   // verify, too
   std::string installer;                                 // of inspect, verify and extract
   int page = kDefaultCodePage;
@@ -152,8 +153,11 @@ bool Build(const Options &options, const fs::path &program, bool only_check) {
     throw PackError("there is no '" + std::string(kUsualManifest) + "' here: 'korbpack init' writes one");
   BuildRequest request;
   request.manifest = options.manifest.empty() ? fs::path(kUsualManifest) : PathFromUtf8(options.manifest);
-  request.output =
-      options.output.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(options.output);
+  request.output = PathFromUtf8(options.output);
+  for (const std::string &variable : options.variables) {
+    const size_t equals = variable.find('=');
+    request.variables[variable.substr(0, equals)] = variable.substr(equals + 1);
+  }
   request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
   request.newest = ReadSourceDate();
   request.strict = options.strict;
@@ -188,16 +192,26 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
-                               "  korbpack build thing.toml -o out/thing-2.0.exe",
+                               "  korbpack build thing.toml -o out/thing-2.0.exe\n"
+                               "  korbpack build -D version=2.0 -D channel=beta",
                                good, [&] { return Build(options, program, false); });
   CLI::App &check = AddCommand(app, "check", "Make all tests of a build: nothing is packed, and nothing written",
                                "  korbpack check                      setup.toml, as 'korbpack build' would take it\n"
                                "  korbpack check --strict thing.toml",
                                good, [&] { return Build(options, program, true); });
   for (CLI::App *command : {&build, &check}) {
-    command->add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
+    command->add_option("manifest", options.manifest,
+                        "The manifest, a TOML file (setup.toml); - for the standard input");
     command->add_option("-o,--output", options.output,
-                        "The installer to write, volumes beside it (the manifest's name with .exe)");
+                        "The installer to write, volumes beside it (what the manifest says, or its name with .exe)");
+    command->add_option("-D,--define", options.variables, "The value of a variable of the manifest, ${NAME}")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false)
+        ->check([](const std::string &text) {
+          return text.find('=') != text.npos && IsVariableName(text.substr(0, text.find('=')))
+                     ? std::string()
+                     : "'" + text + "' is no NAME=VALUE";
+        });
     command->add_flag("--strict", options.strict, "Warnings are errors");
     command->add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
   }
