@@ -184,7 +184,7 @@ TEST_CASE("extract writes every file with its date, and nothing outside its fold
 TEST_CASE("the manifest to begin with builds as it is, also where it lies among the files") {
   for (const char *manifest : {"setup.toml", "files/setup.toml"}) {
     const Shelf shelf;
-    shelf.Write("files/The 'App'.exe", "MZ");
+    shelf.Write("files/The 'App' ${1}.exe", "MZ");
     shelf.Write("files/LICENSE.txt", "be nice");
     shelf.Write("files/sub/data", "x");
     const auto place = shelf.Path() / manifest;
