@@ -41,7 +41,7 @@ struct Synonym {
 };
 
 const Synonym kSynonyms[] = {
-    {"destination", {"install.directory", "file.target", "tree.target", "file_defaults.target"}},
+    {"destination", {"install.directory", "file.target", "tree.target"}},
     {"dest", {"install.directory", "file.target", "tree.target"}},
     {"path", {"install.directory", "file.target", "tree.source", "delete.name"}},
     {"folder", {"install.directory", "tree.source"}},
