@@ -230,9 +230,9 @@ UsageError NotExpected(const CLI::App &app, const std::vector<std::string> &rest
     for (const std::string &name : option->get_lnames())
       names.push_back("--" + name);
   const std::vector<std::string_view> views(names.begin(), names.end());
-  const std::string near = word.starts_with("--") ? Suggestion(word.substr(0, word.find('=')), views) : std::string();
+  const std::string meant = word.starts_with("--") ? Suggestion(word.substr(0, word.find('=')), views) : std::string();
   const std::string of = commands.empty() ? "korbpack" : "'korbpack " + command.get_name() + "'";
-  return UsageError(of + (word.starts_with('-') ? " has no option '" : " doesn't take '") + word + "'" + near);
+  return UsageError(of + (word.starts_with('-') ? " has no option '" : " doesn't take '") + word + "'" + meant);
 }
 
 // The page that `help` shows, of all commands or of one.
