@@ -4,8 +4,8 @@ namespace korb::packer {
 
 namespace {
 
-constexpr uint32_t kBlock = 1u << 12; // positions that are in the trees together, or not
-constexpr uint32_t kLivelyShare = 32; // what part of a block's positions need five bytes that occurred before
+constexpr uint32_t kBlock = 1u << 12;                    // positions that are in the trees together, or not
+constexpr uint32_t kLivelyShare = 32;                    // what part of a block's positions need a match
 constexpr uint32_t kAwakeningShare = 64, kProbeStep = 2; // the same after a block without, where every second is asked
 constexpr int kRecentBits = 16;
 constexpr uint32_t kNearBytes = 5;
@@ -47,7 +47,7 @@ void MatchScan::Look(MatchCell &cell) {
 bool MatchScan::Awakens(uint32_t begin, uint32_t end) {
   uint32_t found = 0;
   for (uint32_t position = begin; position < end && size_ - position >= kHashedBytes; position += kProbeStep) {
-    const uint64_t hash = HashBytes(LoadBytes(data_.data() + position, kHashedBytes), kNearBytes);
+    const uint64_t hash = HashBytes(LoadBytes(data_.data() + position, kHashedBytes), kMinMatch);
     uint32_t &recent = recent_[static_cast<size_t>(hash >> (64 - kRecentBits))];
     const uint32_t print = static_cast<uint32_t>(hash >> 16);
     found += recent == print;
@@ -83,7 +83,7 @@ bool MatchScan::IsTakenWhole(uint32_t position, const MatchCell &cell) {
   return runs_.LengthAt(position) >= kTakenWhole;
 }
 
-// Whether five bytes from `position` on were found again.
+// Whether a match begins at `position`. One of the least length counts: columns of numbers have hardly any longer.
 bool MatchScan::LookAt(uint32_t position, MatchCell &cell) {
   const uint8_t *here = data_.data() + position;
   const uint32_t left = size_ - position, limit = std::min(left, nice_length_);
@@ -106,7 +106,7 @@ bool MatchScan::LookAt(uint32_t position, MatchCell &cell) {
     const uint64_t hash = HashBytes(bytes, kTreeBytes);
     cell.queries[static_cast<size_t>(hash >> 63)].push_back({position, static_cast<uint32_t>(hash >> 32)});
   }
-  return longest >= kNearBytes;
+  return longest > 0;
 }
 
 } // namespace korb::packer

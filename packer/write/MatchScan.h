@@ -7,7 +7,7 @@ namespace korb::packer {
 
 /// Finds what takes one look at a small table: for each position the latest occurrences of its 4 and of its 5 bytes,
 /// the nearest and thus the cheapest that there are; and decides where the trees are to be searched at all. They are
-/// not where a copy or fill will be taken whole, nor in dull blocks, where hardly any five bytes have occurred before:
+/// not where a copy or fill will be taken whole, nor in dull blocks, where hardly any four bytes have occurred before:
 /// such data has been packed already, or is noise, and would cost the most time of all for nothing.
 class MatchScan {
 public:
@@ -35,7 +35,7 @@ private:
   Repeats repeats_;
   ByteRuns runs_;
   Latest latest4_, latest5_;
-  std::vector<uint32_t> recent_; // by hash: the print of the five bytes in dull blocks
+  std::vector<uint32_t> recent_; // by hash: the print of the four bytes in dull blocks
   size_t repeat_ = 0;            // of the cell: those before it are over
   bool is_dull_ = false;         // the last block
 };

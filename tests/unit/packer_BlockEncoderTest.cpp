@@ -141,6 +141,14 @@ TEST_CASE("text after noise is packed as well as alone") {
   CHECK(packed.size() < noise + PackBlock(text).size() * 102 / 100);
 }
 
+TEST_CASE("a column of numbers, with hardly a match of five bytes, is no noise") {
+  std::string text;
+  for (int number = 1; number <= 8000; ++number)
+    text += std::to_string(number) + "\n";
+  const Bytes column(text.begin(), text.end());
+  CHECK(PackBlock(column, CompressionLevel::kDefault).size() * 100 < column.size() * 70);
+}
+
 TEST_CASE("what packing would come to is told before, and a block that passes its limit is given up") {
   const Bytes noise = Random(1500000, 256, 4), text = Words(1000000);
   Bytes plain = noise;
