@@ -17,6 +17,7 @@
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
+#include "packer/release/NoMachine.h"
 
 namespace korb::packer {
 
@@ -48,23 +49,6 @@ private:
   }
 
   const Bytes &bytes_;
-};
-
-// No machine: folders have no names, so directories stay as the archive gives them.
-class NoMachine final : public ConfigHost {
-public:
-  explicit NoMachine(String &background) : background_(background) {}
-  void CreateMainWindow() override {}
-  String CommonFilesFolder() override { return String(); }
-  String ProgramFilesFolder() override { return String(); }
-  String WindowsDirectory() override { return "<os>"; }
-  void ExpandPathVariables(String &) override {}
-  void NormalisePath(String &, const String &) override {}
-  void CreateDirectoryTree(const String &) override {}
-  void LoadBackground(const String &block) override { background_ = block; }
-
-private:
-  String &background_;
 };
 
 // The volumes that lie beside the installer. Nobody changes disks: a missing one is the end.
