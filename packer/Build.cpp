@@ -5,6 +5,7 @@
 #include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
 #include "packer/manifest/ManifestReader.h"
+#include "packer/release/Upgrade.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 
@@ -49,6 +50,17 @@ void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector
   }
 }
 
+UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest, Findings &findings) {
+  manifest.earlier.insert(manifest.earlier.end(), request.after.begin(), request.after.end());
+  if (manifest.earlier.empty() || findings.HasErrors())
+    return {};
+  std::vector<Release> earlier;
+  for (const fs::path &path : manifest.earlier)
+    earlier.push_back(request.read_release(path));
+  manifest.inputs.insert(manifest.inputs.end(), manifest.earlier.begin(), manifest.earlier.end());
+  return PlanUpgrade(earlier, manifest.product.PlaceOf("upgrade.from"), manifest.product, findings);
+}
+
 void Summarise(const Installer &installer, const Product &product, const std::vector<OutputFile> &outputs,
                std::ostream &summary) {
   char line[160];
@@ -86,7 +98,10 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
       findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "'");
     else if (!findings.HasErrors())
       LocatePatch(product, StubImage(*stub), findings);
+    const UpgradeResult upgrade = ReadAndPlanUpgrade(request, manifest, findings);
     problems << findings.Report(ShowPath(request.manifest));
+    for (const std::string &note : upgrade.notes)
+      problems << ShowPath(request.manifest) << ": note: " << note << "\n";
     if (findings.HasErrors())
       return false;
     if (request.strict && !findings.IsEmpty())
@@ -104,6 +119,9 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     tell("writing");
     WriteOutputFiles(outputs);
     Summarise(installer, product, outputs, summary);
+    if (!manifest.earlier.empty())
+      summary << "an upgrade takes away " << upgrade.deletions << " old files and " << upgrade.folders
+              << " folders that it leaves empty\n";
     return true;
   } catch (const PackError &error) {
     problems << ShowPath(request.manifest) << ": error: " << error.what() << "\n";

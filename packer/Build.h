@@ -2,9 +2,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <ostream>
+#include <vector>
 
+#include "packer/release/Release.h"
 #include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
@@ -15,7 +18,10 @@ struct BuildRequest {
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
   ProgressCallback progress = {};
-  bool strict = false; ///< a warning counts as an error
+  bool strict = false;                           ///< a warning counts as an error
+  std::vector<std::filesystem::path> after = {}; ///< earlier installers, beside those that the manifest names
+  /// Reads an earlier installer; throws PackError. Needed only where there are any: see ReadRelease.
+  std::function<Release(const std::filesystem::path &)> read_release = {};
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was

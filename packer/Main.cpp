@@ -28,6 +28,7 @@
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerReport.h"
+#include "packer/read/ReadRelease.h"
 
 namespace fs = std::filesystem;
 using namespace korb::packer;
@@ -122,6 +123,7 @@ Ends with 0 only when all went well.)";
 struct Options {
   std::string folder = ".", new_manifest = "setup.toml"; // init
   std::string manifest, output, stub;                    // build
+  std::vector<std::string> after;
   bool strict = false;
   std::string installer; // of inspect, verify and extract
   int page = kDefaultCodePage;
@@ -155,6 +157,9 @@ bool Build(const Options &options, const fs::path &program) {
   request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
   request.newest = ReadSourceDate();
   request.strict = options.strict;
+  for (const std::string &name : options.after)
+    request.after.push_back(PathFromUtf8(name));
+  request.read_release = ReadRelease;
   std::ostringstream summary, problems; // after the line of progress, not within it
   const ProgressLine line;
   if (line.IsShown())
@@ -185,11 +190,14 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
-                               "  korbpack build thing.toml -o out/thing-2.0.exe",
+                               "  korbpack build thing.toml -o out/thing-2.0.exe\n"
+                               "  korbpack build thing.toml --after releases/*.exe",
                                good, [&] { return Build(options, program); });
   build.add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
   build.add_option("-o,--output", options.output,
                    "The installer to write, volumes beside it (the manifest's name with .exe)");
+  build.add_option("--after", options.after,
+                   "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade");
   build.add_flag("--strict", options.strict, "Warnings are errors");
   build.add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
 

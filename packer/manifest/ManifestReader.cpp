@@ -167,6 +167,13 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+void ReadUpgrade(ManifestContext &context, ManifestTable table) {
+  context.product().places["upgrade.from"] = table.PlaceOfKey("from");
+  for (const std::string &name : table.Texts("from"))
+    context.manifest.earlier.push_back(context.InputPath(name));
+  table.RefuseUnknown();
+}
+
 // The option word, last: a bit that a value has brought along can still be told otherwise.
 void ReadOptions(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
@@ -188,6 +195,7 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadPages(context, root.Table("pages"));
   ReadBatches(context, root.Table("batch"));
   ReadPayload(context, root.Table("payload"));
+  ReadUpgrade(context, root.Table("upgrade"));
   ReadOptions(context, root.Table("options"));
   ReadLists(context, root);
   ReadLanguages(context, root);
@@ -222,9 +230,10 @@ const KeyForms &KnownKeys() {
     Findings findings;
     findings.asked_keys = &asked;
     ManifestContext context({}, std::nullopt, findings);
-    const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
-                                          "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
-                                          "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
+    const toml::table least =
+        toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
+                    "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                    "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
     ReadTables(context, ManifestTable(&least, "", findings));
     return asked;
   }();

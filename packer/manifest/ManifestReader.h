@@ -12,8 +12,9 @@ namespace korb::packer {
 
 struct Manifest {
   Product product;
-  std::vector<std::filesystem::path> inputs; ///< every file that was read, the manifest first
-  bool was_parsed = false;                   ///< false: it is no TOML, and nothing else is known of it
+  std::vector<std::filesystem::path> inputs;  ///< every file that was read, the manifest first
+  std::vector<std::filesystem::path> earlier; ///< installers that `upgrade.from` names
+  bool was_parsed = false;                    ///< false: it is no TOML, and nothing else is known of it
 };
 
 /// Reads the manifest at `path` and the files that it names, which are relative to its folder. `newest` is the newest

@@ -175,6 +175,7 @@ void InstallerReader::ReadParts() {
   program_as_built =
       ChecksumOf(std::span(file).first(static_cast<size_t>(location.section_file_pos))) == header.stub_checksum;
   reached = Part::kProgram;
+  uninstaller_size = uninstaller.length();
 
   VolumesBeside host(folder_, volumes);
   AssemblePayload(source, location, header, config, String(), host, payload_, cursor_);

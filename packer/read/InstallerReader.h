@@ -59,6 +59,7 @@ public:
   bool program_as_built =
       false; ///< the checksum of the executable part; an installer that was signed afterwards loses it
   int64_t unpacked_size = 0;
+  int32_t uninstaller_size = 0; ///< bytes
   std::vector<FoundVolume> volumes;
   std::vector<PayloadRecord> records; ///< their texts and contents stay in this object
 
