@@ -120,8 +120,8 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
     WriteOutputFiles(outputs);
     Summarise(installer, product, outputs, summary);
     if (!manifest.earlier.empty())
-      summary << "an upgrade takes away " << upgrade.deletions << " old files and " << upgrade.folders
-              << " folders that it leaves empty\n";
+      summary << "an upgrade takes away " << upgrade.deletions << " old files and shortcuts, and " << upgrade.folders
+              << " folders\n";
     return true;
   } catch (const PackError &error) {
     problems << ShowPath(request.manifest) << ": error: " << error.what() << "\n";

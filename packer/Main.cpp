@@ -27,6 +27,7 @@
 #include "packer/manifest/ManifestSchema.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
+#include "packer/read/InstallerDiff.h"
 #include "packer/read/InstallerReport.h"
 #include "packer/read/ReadRelease.h"
 
@@ -129,6 +130,7 @@ struct Options {
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
+  std::string later;       // diff
   std::string page_of;     // page
 };
 
@@ -235,11 +237,20 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                    return ExtractInstaller(installer(), PathFromUtf8(options.destination), options.page,
                                                            std::cout, std::cerr);
                                  });
-  for (CLI::App *command : {&inspect, &verify, &extract})
+  CLI::App &diff = AddCommand(app, "diff", "Show what changes for a user between two installers",
+                              "  korbpack diff thing-1.0.exe thing-1.1.exe", good, [&, installer] {
+                                const Release before = ReadRelease(installer());
+                                const Release after = ReadRelease(PathFromUtf8(options.later));
+                                WriteDiff(before, after, options.page, options.json, std::cout);
+                                return true;
+                              });
+  for (CLI::App *command : {&inspect, &verify, &extract, &diff})
     command->add_option("installer", options.installer, "The installer")->required();
-  inspect.add_flag("--json", options.json, "As JSON, with all texts in full");
+  diff.add_option("later", options.later, "The installer to compare it with")->required();
+  for (CLI::App *command : {&inspect, &diff})
+    command->add_flag("--json", options.json, "As JSON, with all texts in full");
   extract.add_option("folder", options.destination, "Where to; empty or not there yet")->required();
-  for (CLI::App *command : {&inspect, &extract})
+  for (CLI::App *command : {&inspect, &extract, &diff})
     command->add_option("--codepage", options.page, "Code page of the installer's texts (1252)")
         ->check([](const std::string &text) {
           return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
