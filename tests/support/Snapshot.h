@@ -19,6 +19,9 @@ Snapshot TakeSnapshot();
 /// A line for each difference: "gone NAME", "new NAME", "other NAME".
 std::vector<std::string> Differences(const Snapshot &before, const Snapshot &after);
 
+/// All that is below a folder, but the test's own folders.
+void AddFolder(Snapshot &all, const std::string &path);
+
 /// A key and all that is below it.
 void AddKey(Snapshot &all, HKEY root, const std::string &path);
 
