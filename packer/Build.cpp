@@ -1,9 +1,11 @@
 #include "packer/Build.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
+#include "packer/manifest/FileTree.h"
 #include "packer/manifest/ManifestReader.h"
 #include "packer/release/Upgrade.h"
 #include "packer/write/Installer.h"
@@ -50,15 +52,37 @@ void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector
   }
 }
 
+// The files that an earlier installer's name means: itself, or those of its folder that fit it as a pattern. The one
+// that is about to be written is none of them.
+std::vector<fs::path> InstallersOf(const fs::path &name, const fs::path &output) {
+  const std::string pattern = ShowPath(name.filename());
+  if (pattern.find_first_of("*?") == pattern.npos)
+    return {name};
+  std::vector<fs::path> found;
+  std::error_code error;
+  for (const auto &entry : fs::directory_iterator(name.has_parent_path() ? name.parent_path() : ".", error))
+    if (entry.is_regular_file(error) && MatchesPattern(ShowPath(entry.path().filename()), pattern) &&
+        !IsSameFile(entry.path(), output))
+      found.push_back(entry.path());
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
 UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest, Findings &findings) {
   manifest.earlier.insert(manifest.earlier.end(), request.after.begin(), request.after.end());
   if (manifest.earlier.empty() || findings.HasErrors())
     return {};
+  const Place place = manifest.product.PlaceOf("upgrade.from");
   std::vector<Release> earlier;
-  for (const fs::path &path : manifest.earlier)
-    earlier.push_back(request.read_release(path));
-  manifest.inputs.insert(manifest.inputs.end(), manifest.earlier.begin(), manifest.earlier.end());
-  return PlanUpgrade(earlier, manifest.product.PlaceOf("upgrade.from"), manifest.product, findings);
+  for (const fs::path &name : manifest.earlier) {
+    const std::vector<fs::path> paths = InstallersOf(name, request.output);
+    for (const fs::path &path : paths)
+      earlier.push_back(request.read_release(path));
+    manifest.inputs.insert(manifest.inputs.end(), paths.begin(), paths.end());
+    if (paths.empty())
+      findings.Warn(place, "no earlier installer is called '" + ShowPath(name) + "'");
+  }
+  return PlanUpgrade(earlier, place, manifest.product, findings);
 }
 
 void Summarise(const Installer &installer, const Product &product, const std::vector<OutputFile> &outputs,

@@ -18,8 +18,9 @@ struct BuildRequest {
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
   ProgressCallback progress = {};
-  bool strict = false;                           ///< a warning counts as an error
-  std::vector<std::filesystem::path> after = {}; ///< earlier installers, beside those that the manifest names
+  bool strict = false; ///< a warning counts as an error
+  /// Earlier installers beside those that the manifest names, or patterns of their names.
+  std::vector<std::filesystem::path> after = {};
   /// Reads an earlier installer; throws PackError. Needed only where there are any: see ReadRelease.
   std::function<Release(const std::filesystem::path &)> read_release = {};
 };

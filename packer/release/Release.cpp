@@ -1,6 +1,8 @@
 #include "packer/release/Release.h"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 #include <map>
 
 #include "archive/ConfigStream.h"
@@ -38,19 +40,28 @@ std::string StandIn(const char *variable) {
   return std::string(is_home ? kDriveOfInstallation : kOtherDrive) + "\\<" + name + ">";
 }
 
+const auto &StandIns() {
+  static const auto all = [] {
+    std::array<std::string, std::size(kPathVariableNames)> values;
+    std::transform(std::begin(kPathVariableNames), std::end(kPathVariableNames), values.begin(), StandIn);
+    return values;
+  }();
+  return all;
+}
+
 void Expand(String &text) {
-  for (const char *variable : kPathVariableNames)
-    text.replace(variable, StandIn(variable).c_str(), FIND_IGNORE_CASE);
+  for (size_t i = 0; i < StandIns().size(); ++i)
+    text.replace(kPathVariableNames[i], StandIns()[i].c_str(), FIND_IGNORE_CASE);
 }
 
 // `path` with its variable in place of what stands in for it.
 ReleasePath PathOf(const String &path) {
   ReleasePath known{path.c_str()};
-  for (const char *variable : kPathVariableNames) {
-    const std::string folder = StandIn(variable);
+  for (size_t i = 0; i < StandIns().size(); ++i) {
+    const std::string &folder = StandIns()[i];
     if (folder.size() < 4 || !known.text.starts_with(folder + "\\"))
       continue;
-    known.text.replace(0, folder.size(), variable);
+    known.text.replace(0, folder.size(), kPathVariableNames[i]);
     String again(known.text.c_str());
     Expand(again);
     NormalisePath(again, StandIn(path_variable::kInstallDir).c_str());

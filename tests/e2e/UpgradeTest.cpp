@@ -32,7 +32,7 @@ const std::string kReleases[] = {
     "[uninstall]\nprogram = 'Undo.exe'\ndate = 2001-02-03\n[install]\nmin_phase_ms = 0\n[upgrade]\nfrom = '1.exe'\n" +
         Text("thing.txt", "two!", "start_menu = true\nlabel = 'Thing two'\n") + Text("help/told.txt", "told again") +
         Text("help/read only.txt", "second", "attributes = ['read-only']\n"),
-    "[uninstall]\ndate = 2001-02-03\n[install]\nmin_phase_ms = 0\n[upgrade]\nfrom = ['1.exe', '2.exe']\n" +
+    "[uninstall]\ndate = 2001-02-03\n[install]\nmin_phase_ms = 0\n[upgrade]\nfrom = '?.exe'\n" +
         Text("thing.txt", "three", "start_menu = true\nlabel = 'Thing three'\n") + Text("first/new.txt", "new"),
 };
 
