@@ -8,6 +8,7 @@
 #include "files/DiskFile.h"
 #include "files/ProgramPaths.h"
 #include "system/OsIdentity.h"
+#include "ui/Dialogs.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
@@ -16,6 +17,7 @@ using namespace korb;
 /// The first code of the program's own. `arguments` is the command line without the program's name. Every road ends in
 /// ExitInstaller.
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, char *arguments, int) {
+  InitControls();
   InitPaths();
   InstanceHandle = instance;
   OsNameInTexts = OsDisplayName();

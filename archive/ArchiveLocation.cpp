@@ -25,6 +25,14 @@ bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &valu
   return read;
 }
 
+/// Leaves a signature out of the file's size, since whoever signs appends it to all that was packed.
+void LeaveOutSignature(ArchiveFile &file, ArchiveLocation &location) {
+  SignatureEntry &signature = location.signature;
+  file.ReadAt(location.pe_offset + pe::kSignatureAt, &signature, pe::kSignatureEntrySize);
+  if (signature.size > 0 && signature.place == location.file_size - signature.size)
+    location.file_size = signature.place;
+}
+
 /// Sets the entry's offset and index; the index is the section count when there is no such section.
 void FindSection(ArchiveFile &file, ArchiveLocation &location) {
   for (; location.section_index < location.section_count; ++location.section_index) {
@@ -54,15 +62,16 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
   ReadField(file, location.pe_offset + pe::kOptionalHeaderSizeAt, 2, optional_header_size);
   location.section_entry = location.pe_offset + optional_header_size + pe::kOptionalHeaderAt;
 
+  LeaveOutSignature(file, location);
   FindSection(file, location);
   if (location.section_index == location.section_count)
     FatalMessage(kNoArchive);
 
-  int32_t address;
-  ReadField(file, location.section_entry + pe::kVirtualAddressAt, 4, address);
-  ReadField(file, location.section_entry + pe::kRawSizeAt, 4, location.section_raw_size);
-  ReadField(file, location.section_entry + pe::kRawPointerAt, 4, location.section_file_pos);
-  location.section_address = static_cast<uint32_t>(address);
+  int32_t fields[3] = {}; // VirtualAddress, SizeOfRawData, PointerToRawData
+  file.ReadAt(location.section_entry + pe::kVirtualAddressAt, fields, sizeof fields);
+  location.section_address = static_cast<uint32_t>(fields[0]);
+  location.section_raw_size = fields[1];
+  location.section_file_pos = fields[2];
   if (location.section_file_pos == 0)
     CorruptInstaller(DamageCode::SectionPlace);
   if (!file.Seek(location.section_file_pos))

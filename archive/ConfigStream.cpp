@@ -1,5 +1,6 @@
 #include "archive/ConfigStream.h"
 
+#include "archive/NameDefaults.h"
 #include "core/Failure.h"
 #include "core/RunValues.h"
 #include "core/Text.h"
@@ -87,13 +88,8 @@ void ConfigReader::ReadProduct() {
 
   String &group = config_.product_start_menu;
   Text(group);
-  if (group.is_empty()) {
-    if (!config_.publisher.is_empty()) {
-      group = config_.publisher;
-      group += '\\';
-    }
-    group += ProductName;
-  }
+  if (group.is_empty())
+    AppendDefaultGroup(group, config_.publisher, ProductName);
 
   Text(config_.default_install_dir);
   SettleInstallDir();
@@ -109,7 +105,7 @@ void ConfigReader::SettleCommonDir() {
     return;
   }
   if (CommonDir.is_empty())
-    CommonDir = IsBlank(config_.publisher) ? ProductName : config_.publisher;
+    CommonDir = DefaultCommonDir(config_.publisher, ProductName);
   host_.NormalisePath(CommonDir, host_.CommonFilesFolder());
   host_.CreateDirectoryTree(CommonDir);
 }

@@ -49,7 +49,7 @@ void AppendTail(ArchiveFile &file, const ArchiveLocation &location, String &imag
 
 /// Takes the archive's entry out of the section table. The step after the last entry brings the bytes after the table
 /// up into its place, so that the table ends as it did before, in the zeros of the header area.
-void CloseSectionTable(ImageBytes image, const ArchiveLocation &location) {
+void CloseSectionTable(ImageBytes &image, const ArchiveLocation &location) {
   int32_t entry = location.section_entry;
   for (int32_t index = location.section_index; index <= location.section_count; ++index) {
     if (image.holds(entry, 2 * pe::kSectionEntrySize))
@@ -71,9 +71,15 @@ void BuildUninstallerImage(ArchiveFile &file, const ArchiveLocation &location, c
   AppendTail(file, location, image);
 
   ImageBytes bytes{image.data(), image.length()};
-  bytes.put_u16(location.pe_offset + pe::kSectionCountAt, location.section_count - 1);
-  bytes.subtract_u32(location.pe_offset + pe::kInitializedDataSizeAt, location.section_raw_size);
-  bytes.subtract_u32(location.pe_offset + pe::kImageSizeAt, location.section_raw_size);
+  const int32_t pe_offset = location.pe_offset, raw_size = location.section_raw_size;
+  bytes.put_u16(pe_offset + pe::kSectionCountAt, location.section_count - 1);
+  bytes.subtract_u32(pe_offset + pe::kInitializedDataSizeAt, raw_size);
+  bytes.subtract_u32(pe_offset + pe::kImageSizeAt, raw_size);
+  // What signing filled in would lead to nothing.
+  if (location.is_signed() && bytes.holds(pe_offset + pe::kSignatureAt, pe::kSignatureEntrySize)) {
+    memset(bytes.data + pe_offset + pe::kImageChecksumAt, 0, 4);
+    memset(bytes.data + pe_offset + pe::kSignatureAt, 0, pe::kSignatureEntrySize);
+  }
   CloseSectionTable(bytes, location);
 
   const int32_t patch = config.stub_patch_offset;

@@ -111,11 +111,12 @@ function(korb_win32_test name)
   endif()
 endfunction()
 
-# korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...] [SCREEN <width>x<height>]):
-# whole runs of the program that ships, which lies beside the test, with the programs of WITH and the files of BESIDE. E:
-# is a small floppy disk, where this machine mounts one. With a screen, the test sees what windows paint.
+# korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...] [SCREEN <width>x<height>]
+# [WIN64]): whole runs of the program that ships, which lies beside the test, with the programs of WITH and the files of
+# BESIDE. E: is a small floppy disk, where this machine mounts one. With a screen, the test sees what windows paint. With
+# WIN64 it runs on a 64-bit Windows too, as e2e_<name>_win64.
 function(korb_e2e_test name)
-  cmake_parse_arguments(arg "" "SCREEN" "USES;WITH;BESIDE" ${ARGN})
+  cmake_parse_arguments(arg "WIN64" "SCREEN" "USES;WITH;BESIDE" ${ARGN})
   list(TRANSFORM arg_BESIDE PREPEND "--with;")
   list(TRANSFORM arg_WITH REPLACE "(.+)" "--with;$<TARGET_FILE:\\1>" OUTPUT_VARIABLE with)
   if(arg_SCREEN)
@@ -123,11 +124,18 @@ function(korb_e2e_test name)
   endif()
   list(TRANSFORM arg_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
+  set(run_with --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --floppy 256 ${screen})
   korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
-    RUN_WITH --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --floppy 256 ${screen})
+    RUN_WITH ${run_with})
   add_dependencies(e2e_${name} korb ${arg_WITH})
-  set_tests_properties(e2e_${name} PROPERTIES ENVIRONMENT
+  set(tests e2e_${name})
+  if(arg_WIN64)
+    add_test(NAME e2e_${name}_win64 COMMAND ${support}/run-wine --win64 ${run_with} ${CMAKE_BINARY_DIR}
+      $<TARGET_FILE:e2e_${name}>)
+    list(APPEND tests e2e_${name}_win64)
+  endif()
+  set_tests_properties(${tests} PROPERTIES TIMEOUT 300 ENVIRONMENT
     "KORB_E2E=${CMAKE_CURRENT_SOURCE_DIR};KORB_EXAMPLES=${CMAKE_SOURCE_DIR}/examples")
 endfunction()
 
@@ -165,14 +173,12 @@ function(korb_stub name)
   target_link_libraries(${name} PRIVATE ${arg_USES} gcc ${arg_LIBRARIES})
   target_link_options(${name} PRIVATE ${KORB_STUB_FLAGS} ${KORB_STUB_LTO} -flto-partition=one -fwhole-program -static -nostartfiles -nodefaultlibs -Wl,-e,_WinMainCRTStartup
     -Wl,-T,${CMAKE_SOURCE_DIR}/cmake/stub.ld
-    -Wl,--gc-sections,--disable-dynamicbase,--disable-nxcompat,--disable-reloc-section,--no-insert-timestamp
+    -Wl,--gc-sections,--disable-dynamicbase,--nxcompat,--disable-reloc-section,--no-insert-timestamp
     -Wl,--major-subsystem-version,4,--minor-subsystem-version,0)
   set_target_properties(${name} PROPERTIES LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/stub.ld)
   # The names stay beside the program, for scripts/size.
   add_custom_command(TARGET ${name} POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:${name}> ${CMAKE_BINARY_DIR}/${name}.sym
     COMMAND ${CMAKE_STRIP} -p -s $<TARGET_FILE:${name}>)
-  # CMake's own list of system libraries would bring the C library back.
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}
-    LINK_LIBRARIES_STRATEGY PRESERVE_ORDER)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endfunction()

@@ -22,8 +22,10 @@ bool IsBelowRoot(const char *path) {
 bool MayDeleteWhole(const String &directory, const String &windows, const String &program_files) {
   String path(directory);
   path.trim_right_set("\\. "); // what the system drops; a root is no full path now
+  // A 64-bit Windows has two folders of all programs, and tells a 32-bit program of "C:\Program Files (x86)".
+  const char *const rest = &program_files[path.length()]; // looked at only where the texts agree so far
   return IsBelowRoot(path) && text_compare_no_case(path, windows, windows.length()) != 0 &&
-         !path.equals_no_case(program_files);
+         (text_compare_no_case(path, program_files, path.length()) != 0 || (*rest != '\0' && rest[1] != '('));
 }
 
 } // namespace korb

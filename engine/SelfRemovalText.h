@@ -10,6 +10,6 @@ inline constexpr char kSelfRemovalBatch[] = "c:\\delunins.bat";
 
 /// The batch: deletes `program` as soon as that is possible, then the directories as far as they are empty, then
 /// itself. Nothing is removed in `subdirectory`, relative to `install_dir`, when it is empty.
-String SelfRemovalText(const String &program, const String &install_dir, const String &subdirectory);
+String SelfRemovalText(const char *program, const char *install_dir, const char *subdirectory);
 
 } // namespace korb

@@ -79,7 +79,7 @@ String SystemName(const char *path) {
       CloseHandle(directory);
     }
   }
-  return ShortPath(followed[kFollowedPrefix + 1] == ':' ? followed + kFollowedPrefix : full);
+  return followed[kFollowedPrefix + 1] == ':' ? String(followed + kFollowedPrefix) : ShortPath(full);
 }
 
 bool CreateDirectoryTree(const char *path) {

@@ -11,10 +11,10 @@ String CurrentDirectory();
 bool DirectoryExists(const char *path);
 /// The same, and no box of the system complains of a drive without a disk.
 bool QuietDirectoryExists(const char *path);
-/// The one name that the system has for a directory, whatever it is called by: full, short where it has a short name,
-/// and with links and substituted drives followed where the system tells them (from Windows Vista on; none to a
-/// network). For comparing only: characters outside the code page are lost. Empty for a path that is too long; a path
-/// to nothing is made full.
+/// The one name that the system has for a directory, whatever it is called by. From Windows Vista on that is the long
+/// one, with links and substituted drives followed (none to a network). Before, and for a path to nothing, it is the
+/// full one, short where it has a short name. For comparing only: characters outside the code page are lost. Empty for
+/// a path that is too long.
 String SystemName(const char *path);
 
 /// Creates `path` and what is missing above it, other than a root. True when the directory exists at the end, and for a

@@ -19,6 +19,7 @@ namespace {
 
 constexpr DWORD kEnvironmentLimit = 31999;
 constexpr INT_PTR kShellSuccess = 32;
+constexpr DWORD kPathBytes = 3 * MAX_PATH; ///< of as many characters of UTF-8
 
 } // namespace
 
@@ -28,10 +29,10 @@ void InitPaths() {
     return;
   filled = true;
   // A path that does not fit is not written, or is cut off without its terminator.
-  char path[MAX_PATH + 1] = {};
+  char path[kPathBytes + 1] = {};
   GetWindowsDirectoryA(path, MAX_PATH);
   WindowsDirectory = path;
-  GetModuleFileNameA(nullptr, path, MAX_PATH);
+  GetModuleFileNameA(nullptr, path, kPathBytes);
   ProgramPath = path;
   ProgramName = FilePart(ProgramPath);
   ProgramDirectory = DirectoryPart(ProgramPath);

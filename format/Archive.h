@@ -33,6 +33,11 @@ inline constexpr int32_t kOptionalHeaderSizeAt = 0x14;  ///< u16 SizeOfOptionalH
 inline constexpr int32_t kOptionalHeaderAt = 0x18;      ///< the section table follows it
 inline constexpr int32_t kInitializedDataSizeAt = 0x20; ///< u32 SizeOfInitializedData
 inline constexpr int32_t kImageSizeAt = 0x50;           ///< u32 SizeOfImage
+// Signing fills these in, and appends the signature to the file:
+inline constexpr int32_t kImageChecksumAt = 0x58; ///< u32 CheckSum
+inline constexpr int32_t kSignatureAt = 0x98;     ///< u32 place in the file, u32 size
+inline constexpr int32_t kSignatureEntrySize = 8;
+inline constexpr int32_t kSignatureAlignment = 8; ///< of its place: the file is filled up with zeros
 // A section table entry:
 inline constexpr int32_t kSectionEntrySize = 40;
 inline constexpr int32_t kSectionNameSize = 8;

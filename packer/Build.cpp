@@ -17,6 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr char kTail[] = "with 'payload.layout' \"file\", a part of the payload stays in the uninstaller";
 constexpr char kStrict[] = "nothing is written: with --strict, warnings are errors";
 
 // An icon without a place goes over the one of the stub's own that has the same form.
@@ -36,20 +37,50 @@ void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
 std::vector<OutputFile> OutputsOf(const Installer &installer, const Product &product, const fs::path &output) {
   std::vector<OutputFile> files;
   for (size_t i = 0; i < installer.volumes.size(); ++i)
-    files.push_back({output.parent_path() / VolumeFileName(product, kFirstVolumeNumber + i), &installer.volumes[i]});
+    files.push_back({output.parent_path() /
+                         PathFromUtf8(FromCodePage(VolumeFileName(product, kFirstVolumeNumber + i), product.code_page)),
+                     &installer.volumes[i]});
   files.push_back({output, &installer.executable});
   return files;
 }
 
+void RefuseToOverwrite(const fs::path &output, const std::vector<fs::path> &inputs) {
+  for (const fs::path &input : inputs)
+    if (IsSameFile(output, input))
+      throw PackError("'" + ShowPath(output) + "' would overwrite a file that it is made from");
+}
+
 void RefuseToOverwrite(const std::vector<OutputFile> &outputs, const std::vector<fs::path> &inputs) {
   for (size_t i = 0; i < outputs.size(); ++i) {
-    for (const fs::path &input : inputs)
-      if (IsSameFile(outputs[i].path, input))
-        throw PackError("'" + ShowPath(outputs[i].path) + "' would overwrite a file that it is made from");
+    RefuseToOverwrite(outputs[i].path, inputs);
     for (size_t j = 0; j < i; ++j)
       if (IsSameFile(outputs[i].path, outputs[j].path))
         throw PackError("'" + ShowPath(outputs[i].path) + "' would be the installer and a volume at once");
   }
+}
+
+// All that is known before the packing of what will be written. Warnings are added to `findings`.
+void TryToBuild(const Product &product, const Bytes &stub, const fs::path &output, const std::vector<fs::path> &inputs,
+                Findings &findings) {
+  RefuseToOverwrite(output, inputs);
+  TryOutput(output);
+  if (product.payload.volume_size > 0) {
+    const fs::path volume = output.parent_path() / VolumeFileName(product, kFirstVolumeNumber);
+    if (IsSameFile(output, volume))
+      throw PackError("'" + ShowPath(output) + "' would be the installer and a volume at once");
+    RefuseToOverwrite(volume, inputs);
+    TryOutput(volume);
+  }
+  if (TryInstaller(product, stub) && product.Has(IF_UNINSTALL))
+    findings.Warn(product.PlaceOf("payload.layout"), Warning::kPayloadInUninstaller, kTail);
+}
+
+// Volumes of an earlier installer that had more of them: whoever copies the folder would copy them too.
+void TellOldVolumes(const Installer &installer, const Product &product, const fs::path &output,
+                    std::ostream &problems) {
+  const fs::path next = output.parent_path() / VolumeFileName(product, kFirstVolumeNumber + installer.volumes.size());
+  if (std::error_code error; product.payload.volume_size > 0 && fs::exists(next, error))
+    problems << ShowPath(next) << ": warning: it is left of an earlier installer, and no part of this one\n";
 }
 
 // The files that an earlier installer's name means: itself, or those of its folder that fit it as a pattern. The one
@@ -70,26 +101,32 @@ std::vector<fs::path> InstallersOf(const fs::path &name, const fs::path &output)
 
 UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest, Findings &findings) {
   manifest.earlier.insert(manifest.earlier.end(), request.after.begin(), request.after.end());
-  if (manifest.earlier.empty() || findings.HasErrors())
+  if (manifest.earlier.empty())
     return {};
   const Place place = manifest.product.PlaceOf("upgrade.from");
+  // An installer doesn't tell the page of its texts, unless that is UTF-8.
+  const int page = manifest.product.code_page == kUtf8 ? kDefaultCodePage : manifest.product.code_page;
   std::vector<Release> earlier;
   for (const fs::path &name : manifest.earlier) {
     const std::vector<fs::path> paths = InstallersOf(name, request.output);
     for (const fs::path &path : paths)
-      earlier.push_back(request.read_release(path));
+      earlier.push_back(request.read_release(path, page));
     manifest.inputs.insert(manifest.inputs.end(), paths.begin(), paths.end());
     if (paths.empty())
-      findings.Warn(place, "no earlier installer is called '" + ShowPath(name) + "'");
+      findings.Warn(place, Warning::kNoEarlierInstaller, "no earlier installer is called '" + ShowPath(name) + "'");
   }
   return PlanUpgrade(earlier, place, manifest.product, findings);
+}
+
+void SummariseProduct(const Product &product, std::ostream &summary) {
+  summary << FromCodePage(product.name + (product.version.empty() ? "" : " ") + product.version, product.code_page)
+          << ", " << product.files.size() << (product.files.size() == 1 ? " file\n" : " files\n");
 }
 
 void Summarise(const Installer &installer, const Product &product, const std::vector<OutputFile> &outputs,
                std::ostream &summary) {
   char line[160];
-  summary << product.name << (product.version.empty() ? "" : " ") << product.version << ", " << product.files.size()
-          << (product.files.size() == 1 ? " file\n" : " files\n");
+  SummariseProduct(product, summary);
   const double ratio = installer.plain_size == 0 ? 100.0
                                                  : 100.0 * static_cast<double>(installer.payload_size) /
                                                        static_cast<double>(installer.plain_size);
@@ -98,6 +135,14 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
   summary << line;
   for (const OutputFile &file : outputs)
     summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
+  if (product.Has(IF_VERIFY_STUB))
+    summary << "not to be signed: with 'options.verify_stub', it would refuse to run\n";
+}
+
+void SummariseUpgrade(const Manifest &manifest, const UpgradeResult &upgrade, std::ostream &summary) {
+  if (!manifest.earlier.empty())
+    summary << "an upgrade takes away " << upgrade.deletions << " old files and shortcuts, and " << upgrade.folders
+            << " folders\n";
 }
 
 } // namespace
@@ -109,46 +154,62 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   };
   Findings findings;
   tell("reading");
-  Manifest manifest = ReadManifest(request.manifest, request.newest, findings);
+  Manifest manifest = ReadManifest(request.manifest, request.newest, findings, request.output);
   Product &product = manifest.product;
   if (manifest.was_parsed) {
     Findings faults;
     CheckProduct(product, faults);
     findings.Merge(faults);
   }
+  const std::string name = ShowPath(request.manifest);
   try {
     auto stub = ReadFileBytes(request.stub);
     if (!stub)
-      findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "'");
+      findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "': " + WhyUnreadable(request.stub));
     else if (!findings.HasErrors())
       LocatePatch(product, StubImage(*stub), findings);
-    const UpgradeResult upgrade = ReadAndPlanUpgrade(request, manifest, findings);
-    problems << findings.Report(ShowPath(request.manifest));
+    manifest.inputs.push_back(request.stub);
+    UpgradeResult upgrade;
+    if (!findings.HasErrors())
+      try {
+        upgrade = ReadAndPlanUpgrade(request, manifest, findings);
+      } catch (const PackError &error) {
+        findings.Error(product.PlaceOf("upgrade.from"), error.what());
+      }
+    if (!findings.HasErrors())
+      try {
+        TryToBuild(product, *stub, request.output, manifest.inputs, findings);
+      } catch (const PackError &error) {
+        findings.Error({}, error.what());
+      }
+    problems << findings.Report(name);
     for (const std::string &note : upgrade.notes)
-      problems << ShowPath(request.manifest) << ": note: " << note << "\n";
+      problems << name << ": note: " << note << "\n";
     if (findings.HasErrors())
       return false;
     if (request.strict && !findings.IsEmpty())
       throw PackError(kStrict);
+    if (request.only_check) {
+      SummariseProduct(product, summary);
+      SummariseUpgrade(manifest, upgrade, summary);
+      return true;
+    }
     const Installer installer = BuildInstaller(product, *stub, request.progress);
-    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0) {
-      problems << ShowPath(request.manifest) << ": warning: with 'payload.layout' \"file\", " << installer.tail_size
-               << " bytes of the payload stay in the uninstaller\n";
+    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0 && !TryInstaller(product, *stub)) {
+      problems << name << ": warning: " << kTail << "\n";
       if (request.strict)
         throw PackError(kStrict);
     }
     const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
-    manifest.inputs.push_back(request.stub);
     RefuseToOverwrite(outputs, manifest.inputs);
     tell("writing");
     WriteOutputFiles(outputs);
+    TellOldVolumes(installer, product, request.output, problems);
     Summarise(installer, product, outputs, summary);
-    if (!manifest.earlier.empty())
-      summary << "an upgrade takes away " << upgrade.deletions << " old files and shortcuts, and " << upgrade.folders
-              << " folders\n";
+    SummariseUpgrade(manifest, upgrade, summary);
     return true;
   } catch (const PackError &error) {
-    problems << ShowPath(request.manifest) << ": error: " << error.what() << "\n";
+    problems << name << ": error: " << error.what() << "\n";
     return false;
   }
 }

@@ -18,15 +18,17 @@ struct BuildRequest {
   std::filesystem::path stub;    ///< the program without an archive
   std::optional<int64_t> newest; ///< see ReadManifest
   ProgressCallback progress = {};
-  bool strict = false; ///< a warning counts as an error
+  bool strict = false;     ///< a warning counts as an error
+  bool only_check = false; ///< nothing is packed, and nothing written
   /// Earlier installers beside those that the manifest names, or patterns of their names.
   std::vector<std::filesystem::path> after = {};
-  /// Reads an earlier installer; throws PackError. Needed only where there are any: see ReadRelease.
-  std::function<Release(const std::filesystem::path &)> read_release = {};
+  /// Reads an earlier installer whose texts are in code page `page`, unless it tells another; throws PackError. Needed
+  /// only where there are any: see ReadRelease.
+  std::function<Release(const std::filesystem::path &, int page)> read_release = {};
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was
-/// an error: then nothing was written.
+/// an error: then nothing was written. Whatever can be known before the packing is told before it.
 bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems);
 
 } // namespace korb::packer

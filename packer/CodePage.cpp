@@ -8,6 +8,8 @@ namespace korb::packer {
 
 namespace {
 
+constexpr uint32_t kReplacement = 0xFFFD;
+
 struct PageTable {
   int number;
   uint16_t upper[128]; // the characters of bytes 0x80 to 0xFF; 0 for none
@@ -181,8 +183,8 @@ void PutUtf8(std::string &out, uint32_t character) {
 } // namespace
 
 bool IsCodePage(int page) {
-  return std::any_of(std::begin(kPages), std::end(kPages),
-                     [&](const PageTable &table) { return table.number == page; });
+  return page == kUtf8 || std::any_of(std::begin(kPages), std::end(kPages),
+                                      [&](const PageTable &table) { return table.number == page; });
 }
 
 bool IsUtf8(std::string_view text) {
@@ -193,6 +195,10 @@ bool IsUtf8(std::string_view text) {
 }
 
 std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::string &missing) {
+  if (page == kUtf8) {
+    missing.clear();
+    return IsUtf8(utf8) ? std::optional(std::string(utf8)) : std::nullopt;
+  }
   const PageTable &table = TableOf(page);
   std::string out;
   while (!utf8.empty()) {
@@ -215,12 +221,25 @@ std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::stri
 }
 
 std::string FromCodePage(std::string_view text, int page) {
-  const PageTable &table = TableOf(page);
   std::string out;
+  if (page == kUtf8) {
+    while (!text.empty()) {
+      const std::string_view before = text;
+      const int32_t character = TakeUtf8(text);
+      if (character < 0)
+        text.remove_prefix(1);
+      if (character < 0 || (character >= 0x80 && character < 0xA0))
+        PutUtf8(out, kReplacement);
+      else
+        out += before.substr(0, before.size() - text.size());
+    }
+    return out;
+  }
+  const PageTable &table = TableOf(page);
   for (char c : text) {
     const uint8_t byte = static_cast<uint8_t>(c);
     const uint16_t character = byte < 0x80 ? byte : table.upper[byte - 0x80];
-    PutUtf8(out, character == 0 && byte != 0 ? 0xFFFD : character);
+    PutUtf8(out, character == 0 && byte != 0 ? kReplacement : character);
   }
   return out;
 }

@@ -1,4 +1,5 @@
-// Manifests are UTF-8; the systems that an installer runs on show its texts in a single-byte code page.
+// Manifests are UTF-8; an installer's texts are in a single-byte code page of the systems that it runs on, or in UTF-8
+// where they take that for one.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +10,9 @@
 namespace korb::packer {
 
 inline constexpr int kDefaultCodePage = 1252;
+inline constexpr int kUtf8 = 65001; ///< as Windows numbers it
 
-/// Whether `page` is one of the pages known here, 1250 to 1258.
+/// Whether `page` is one of the pages known here: 1250 to 1258, and kUtf8.
 bool IsCodePage(int page);
 
 /// Whether `text` is well-formed UTF-8.
@@ -20,8 +22,9 @@ bool IsUtf8(std::string_view text);
 /// that character in UTF-8, or empty when the text is no UTF-8.
 std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::string &missing);
 
-/// `text` of code page `page`, which must be known, in UTF-8. A byte that the page doesn't use becomes U+FFFD, so that
-/// nothing but what is below 0x20, and 0x7F, controls a terminal.
+/// `text` of code page `page`, which must be known, in UTF-8. A byte that the page doesn't use, or that begins no
+/// well-formed character, becomes U+FFFD, and so do the control characters above 0x7F: nothing but what is below 0x20,
+/// and 0x7F, controls a terminal.
 std::string FromCodePage(std::string_view text, int page);
 
 } // namespace korb::packer

@@ -36,10 +36,11 @@ using namespace korb::packer;
 
 namespace {
 
-// The stub that comes with this program: beside it, or beside it in a source tree's build folder.
+// The stub that comes with this program: beside it, where a package has its data, or in a source tree's build folder.
 fs::path FindStub(const fs::path &program) {
   const fs::path folder = program.parent_path();
-  for (const fs::path &candidate : {folder / "korb.exe", folder.parent_path() / "win32" / "korb.exe"})
+  for (const fs::path &candidate : {folder / "korb.exe", folder.parent_path() / "share" / "korb" / "korb.exe",
+                                    folder.parent_path() / "win32" / "korb.exe"})
     if (std::error_code error; fs::is_regular_file(candidate, error))
       return candidate;
   return folder / "korb.exe";
@@ -115,6 +116,7 @@ public:
 
 constexpr char kExamples[] = R"(Examples:
   korbpack init files                 write setup.toml for the files below a folder
+  korbpack check                      is there anything wrong with setup.toml?
   korbpack build                      make setup.exe of setup.toml
   korbpack verify setup.exe           is it sound?
   korbpack COMMAND --help             more on one command
@@ -126,6 +128,8 @@ struct Options {
   std::string manifest, output, stub;                    // build
   std::vector<std::string> after;
   bool strict = false;
+  std::string installer; // of inspect, verify and extract
+  bool strict = false;   // verify, too
   std::string installer; // of inspect, verify and extract
   int page = kDefaultCodePage;
   bool json = false;
@@ -148,7 +152,7 @@ bool Init(const Options &options) {
   return true;
 }
 
-bool Build(const Options &options, const fs::path &program) {
+bool Build(const Options &options, const fs::path &program, bool only_check) {
   constexpr char kUsualManifest[] = "setup.toml";
   if (options.manifest.empty() && !fs::exists(kUsualManifest))
     throw PackError("there is no '" + std::string(kUsualManifest) + "' here: 'korbpack init' writes one");
@@ -159,6 +163,7 @@ bool Build(const Options &options, const fs::path &program) {
   request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
   request.newest = ReadSourceDate();
   request.strict = options.strict;
+  request.only_check = only_check;
   for (const std::string &name : options.after)
     request.after.push_back(PathFromUtf8(name));
   request.read_release = ReadRelease;
@@ -194,14 +199,20 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                "  korbpack build                      setup.toml becomes setup.exe\n"
                                "  korbpack build thing.toml -o out/thing-2.0.exe\n"
                                "  korbpack build thing.toml --after releases/*.exe",
-                               good, [&] { return Build(options, program); });
-  build.add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
-  build.add_option("-o,--output", options.output,
-                   "The installer to write, volumes beside it (the manifest's name with .exe)");
-  build.add_option("--after", options.after,
-                   "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade");
-  build.add_flag("--strict", options.strict, "Warnings are errors");
-  build.add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+                               good, [&] { return Build(options, program, false); });
+  CLI::App &check = AddCommand(app, "check", "Make all tests of a build: nothing is packed, and nothing written",
+                               "  korbpack check                      setup.toml, as 'korbpack build' would take it\n"
+                               "  korbpack check --strict thing.toml",
+                               good, [&] { return Build(options, program, true); });
+  for (CLI::App *command : {&build, &check}) {
+    command->add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
+    command->add_option("-o,--output", options.output,
+                        "The installer to write, volumes beside it (the manifest's name with .exe)");
+    command->add_option("--after", options.after,
+                        "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade");
+    command->add_flag("--strict", options.strict, "Warnings are errors");
+    command->add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+  }
 
   AddCommand(app, "schema", "Write the JSON Schema of manifests, by which editors complete and check them",
              "  korbpack schema > korb.schema.json\n"
@@ -231,7 +242,8 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   CLI::App &verify =
       AddCommand(app, "verify", "Make every test that the installer makes, and name the damage that it would report",
                  "  korbpack verify setup.exe           its volumes are looked for beside it", good,
-                 [installer] { return VerifyInstaller(installer(), std::cout); });
+                 [&, installer] { return VerifyInstaller(installer(), options.strict, std::cout); });
+  verify.add_flag("--strict", options.strict, "A program part that was changed, other than by signing, is a failure");
   CLI::App &extract = AddCommand(app, "extract", "Write the files of an installer to a new folder",
                                  "  korbpack extract setup.exe files", good, [&, installer] {
                                    return ExtractInstaller(installer(), PathFromUtf8(options.destination), options.page,
@@ -239,9 +251,9 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                  });
   CLI::App &diff = AddCommand(app, "diff", "Show what changes for a user between two installers",
                               "  korbpack diff thing-1.0.exe thing-1.1.exe", good, [&, installer] {
-                                const Release before = ReadRelease(installer());
-                                const Release after = ReadRelease(PathFromUtf8(options.later));
-                                WriteDiff(before, after, options.page, options.json, std::cout);
+                                const Release before = ReadRelease(installer(), options.page);
+                                const Release after = ReadRelease(PathFromUtf8(options.later), options.page);
+                                WriteDiff(before, after, options.json, std::cout);
                                 return true;
                               });
   for (CLI::App *command : {&inspect, &verify, &extract, &diff})
@@ -251,7 +263,8 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
     command->add_flag("--json", options.json, "As JSON, with all texts in full");
   extract.add_option("folder", options.destination, "Where to; empty or not there yet")->required();
   for (CLI::App *command : {&inspect, &extract, &diff})
-    command->add_option("--codepage", options.page, "Code page of the installer's texts (1252)")
+    command
+        ->add_option("--codepage", options.page, "Code page of the texts of an installer that is not in UTF-8 (1252)")
         ->check([](const std::string &text) {
           return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
         });
@@ -270,16 +283,23 @@ int main(int argc, char **argv) {
   AddCommands(app, program, options, good);
   std::vector<std::string> arguments = Arguments(argc, argv);
   std::reverse(arguments.begin(), arguments.end());
+  int status = 1;
   try {
     app.parse(std::move(arguments)); // and runs the command
     if (app.get_subcommands().empty())
       std::cerr << app.help();
+    status = good ? 0 : 1;
   } catch (const CLI::ParseError &end) {
-    return app.exit(end);
+    status = app.exit(end);
   } catch (const std::bad_alloc &) {
     std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }
-  return good ? 0 : 1;
+  // What a full disk has swallowed shows when the last of it is to be written.
+  if (!std::cout.flush()) {
+    std::cerr << "korbpack: error: can't write the output\n";
+    return 1;
+  }
+  return status;
 }

@@ -17,6 +17,9 @@ public:
   explicit ResourceReader(const Bytes &file) : file_(file) {}
 
   std::vector<Resource> Find(uint32_t type);
+  bool ReadHeaders(); // false when it is no program or library
+  bool IsNarrow() const { return magic_ == kPe32; }
+  bool HasSection(std::string_view name) const;
 
 private:
   bool Holds(uint64_t at, uint64_t count) const { return at + count <= file_.size(); }
@@ -24,6 +27,8 @@ private:
   std::optional<uint64_t> FileOffset(uint32_t address) const;
 
   const Bytes &file_;
+  uint64_t optional_ = 0; // the optional header
+  uint16_t magic_ = 0;
   uint64_t table_ = 0; // the section table
   uint32_t sections_ = 0;
 };
@@ -40,19 +45,36 @@ std::optional<uint64_t> ResourceReader::FileOffset(uint32_t address) const {
   return std::nullopt;
 }
 
+bool ResourceReader::ReadHeaders() {
+  if (!Holds(pe::kHeaderOffsetAt, 4) || file_[0] != 'M' || file_[1] != 'Z')
+    return false;
+  const uint64_t header = GetU32(file_, pe::kHeaderOffsetAt);
+  optional_ = header + pe::kOptionalHeaderAt;
+  if (!Holds(optional_, kWideDirectoriesAt))
+    return false;
+  sections_ = GetU16(file_, header + pe::kSectionCountAt);
+  table_ = optional_ + GetU16(file_, header + pe::kOptionalHeaderSizeAt);
+  magic_ = GetU16(file_, optional_);
+  return magic_ == kPe32 || magic_ == kPe32Plus;
+}
+
+bool ResourceReader::HasSection(std::string_view name) const {
+  for (uint32_t i = 0; i < sections_; ++i) {
+    const uint64_t entry = table_ + i * pe::kSectionEntrySize;
+    if (!Holds(entry, pe::kSectionEntrySize))
+      break;
+    const std::string_view text(reinterpret_cast<const char *>(file_.data()) + entry, pe::kSectionNameSize);
+    if (text.substr(0, text.find('\0')) == name)
+      return true;
+  }
+  return false;
+}
+
 // The place of the resource tree, which has one when the headers lead to it.
 std::optional<uint64_t> ResourceReader::Root() {
-  if (!Holds(pe::kHeaderOffsetAt, 4) || file_[0] != 'M' || file_[1] != 'Z')
+  if (!ReadHeaders())
     return std::nullopt;
-  const uint64_t header = GetU32(file_, pe::kHeaderOffsetAt), optional = header + pe::kOptionalHeaderAt;
-  if (!Holds(optional, kWideDirectoriesAt))
-    return std::nullopt;
-  sections_ = GetU16(file_, header + pe::kSectionCountAt);
-  table_ = optional + GetU16(file_, header + pe::kOptionalHeaderSizeAt);
-  const uint16_t magic = GetU16(file_, optional);
-  if (magic != kPe32 && magic != kPe32Plus)
-    return std::nullopt;
-  const uint64_t directories = optional + (magic == kPe32 ? kDirectoriesAt : kWideDirectoriesAt);
+  const uint64_t directories = optional_ + (magic_ == kPe32 ? kDirectoriesAt : kWideDirectoriesAt);
   if (!Holds(directories, 8 * (kResourceDirectory + 1)) || GetU32(file_, directories - 4) <= kResourceDirectory)
     return std::nullopt;
   return FileOffset(GetU32(file_, directories + 8 * kResourceDirectory));
@@ -179,6 +201,20 @@ private:
 
 std::vector<Resource> FindResources(const Bytes &file, uint32_t type) {
   return ResourceReader(file).Find(type);
+}
+
+bool IsProgram(const Bytes &file) {
+  return ResourceReader(file).ReadHeaders();
+}
+
+bool Is32BitProgram(const Bytes &file) {
+  ResourceReader reader(file);
+  return reader.ReadHeaders() && reader.IsNarrow();
+}
+
+bool CarriesArchive(const Bytes &file) {
+  ResourceReader reader(file);
+  return reader.ReadHeaders() && reader.HasSection(kArchiveSectionName);
 }
 
 std::optional<std::string> FileVersionOf(const Bytes &file) {

@@ -9,7 +9,7 @@
 
 namespace korb::packer {
 
-inline constexpr uint32_t kIconResource = 3, kVersionResource = 16;
+inline constexpr uint32_t kIconResource = 3, kVersionResource = 16, kManifestResource = 24;
 
 /// Where one resource lies in the file; the file holds all of it.
 struct Resource {
@@ -20,6 +20,13 @@ struct Resource {
 /// The resources of `type` in a PE file, 32 or 64 bits wide, in the order of its tables. Any bytes are a file; those
 /// without such resources give none.
 std::vector<Resource> FindResources(const Bytes &file, uint32_t type);
+
+/// Whether `file` is a program or library, and whether one of 32 bits. Any bytes are a file.
+bool IsProgram(const Bytes &file);
+bool Is32BitProgram(const Bytes &file);
+
+/// Whether `file` is an installer, sound or not. Any bytes are a file.
+bool CarriesArchive(const Bytes &file);
 
 /// The text "FileVersion" of a PE file, 32 or 64 bits wide: the US English one in code page 1252, which is what an
 /// installer compares with, else the first one, else the number of the fixed part. Nothing when `file` has none. Any

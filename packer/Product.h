@@ -1,6 +1,6 @@
 // A product as an author describes it: everything that an installer can say, ready to be written.
 //
-// Texts are single-byte, in the code page of the systems that the installer is for. Numbers are written as they are:
+// Texts are in `code_page`, that of the systems that the installer is for, or UTF-8. Numbers are written as they are:
 // ProductCheck.h tells what a reader of the archive would refuse.
 #pragma once
 
@@ -12,6 +12,7 @@
 #include "format/Archive.h"
 #include "format/Kinds.h"
 #include "packer/Bytes.h"
+#include "packer/CodePage.h"
 
 namespace korb::packer {
 
@@ -107,11 +108,12 @@ struct PayloadPlan {
   int32_t volume_size = 0;                ///< bytes of a whole volume file, its serial included; 0 means no volumes
   std::optional<int32_t> first_part_size; ///< payload bytes in the executable; without it, as many as keep the
                                           ///< executable within volume_size
+  bool will_be_signed = false;            ///< that executable leaves room for a signature
 };
 
 /// The fields stand in the order of the configuration stream.
 struct Product {
-  uint64_t flags = IF_UNINSTALL | IF_ASK_DIRECTORY | IF_PACKED_PAYLOAD; ///< IF_... bits
+  uint64_t flags = IF_UNINSTALL | IF_ASK_DIRECTORY | IF_PACKED_PAYLOAD | IF_CUSTOM_COLORS; ///< IF_... bits
   uint16_t min_phase_ms = 0;
   uint8_t shortcut_mode = 0;
   FileTime uninstaller_date;
@@ -128,11 +130,11 @@ struct Product {
   std::string volume_base_name = "Setup";
   std::string uninstaller_name = "Uninstall.exe";
   std::string uninstall_name;
-  uint32_t title_color = 0; ///< 0x00BBGGRR
-  uint32_t top_color = 0;
-  uint32_t bottom_color = 0;
-  uint8_t title_shadow = 1;
-  Bytes background; ///< a bitmap without its 14 bytes of file header
+  uint32_t title_color = 0xFFFFFF; ///< 0x00BBGGRR
+  uint32_t top_color = 0xB06F2A;   ///< a blue that goes into a darker one: quiet behind dialogs of any theme
+  uint32_t bottom_color = 0x45250B;
+  uint8_t title_shadow = 2; ///< pixels
+  Bytes background;         ///< a bitmap without its 14 bytes of file header
   std::string master_product;
   std::string desktop_group;
   std::string pre_install_batch;
@@ -152,6 +154,7 @@ struct Product {
 
   std::vector<FileEntry> files; ///< in the order of placement
   PayloadPlan payload;
+  int code_page = kDefaultCodePage; ///< of the texts; with kUtf8 the program is told so, else it takes the system's
   CompressionLevel compression = CompressionLevel::kDefault; ///< of the payload, when it is packed
 
   /// Where the author set a value, by its key in the manifest ("product.name"); empty for a product made in code.

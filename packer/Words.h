@@ -12,6 +12,7 @@
 #include "format/Archive.h"
 #include "format/Kinds.h"
 #include "format/Words.h"
+#include "packer/CodePage.h"
 
 namespace korb::packer {
 
@@ -37,6 +38,7 @@ inline constexpr NamedValue kValueKinds[] = {
     {"text", kUninstallText}, {"expand", kUninstallExpandText}, {"number", kUninstallNumber}};
 inline constexpr NamedValue kShortcutModes[] = {{"user", 0}, {"all-users", kShortcutsForAllUsers}};
 inline constexpr NamedValue kLayouts[] = {{"section", 0}, {"file", 1}};
+inline constexpr NamedValue kCodePages[] = {{"utf-8", kUtf8}, {"UTF-8", kUtf8}}; ///< those that have a word
 inline constexpr NamedValue kCompressionLevels[] = {{"default", 0}, {"best", 1}};
 /// As the program tells systems apart; "other" is everything that came later or is not known.
 inline constexpr NamedValue kPlatforms[] = {{"other", OS_OTHER},   {"win32s", OS_WIN32S},     {"95", OS_WINDOWS_95},

@@ -23,6 +23,7 @@ constexpr char kClassName[] = "KRB Window Class";
 constexpr int kLargestTitle = 26; // points
 constexpr int kSmallestTitle = 6;
 constexpr int kTitleLeft = 2;
+constexpr int kWideRoom = 2048; ///< UTF-16 units, more than a screen has room for
 
 /// The window's; it is made with them and never painted without.
 const Looks *window_looks = nullptr;
@@ -43,16 +44,24 @@ HFONT TitleFont(int height) {
                      PROOF_QUALITY, DEFAULT_PITCH, "Times New Roman");
 }
 
+/// What a text is in UTF-16, and how many units that are, 0 where there are too many: bytes would be drawn in the
+/// system's code page, though the program may have asked for UTF-8.
+WCHAR wide_text[kWideRoom];
+int MakeWide(const char *text, int length) {
+  return MultiByteToWideChar(CP_ACP, 0, text, length, wide_text, kWideRoom);
+}
+
 /// The largest size in which all of the title, taken as one line, is no wider than the window. The font is left
 /// selected and is the caller's; `old_font` is what was selected before, `height` the font's in pixels.
 HFONT SelectTitleFont(HDC hdc, int width, HGDIOBJ &old_font, int &height) {
+  const int length = MakeWide(MainTitle, MainTitle.length());
   for (int size = kLargestTitle;; --size) {
     height = GetDeviceCaps(hdc, LOGPIXELSY) * size / 72;
     const HFONT font = TitleFont(height);
     old_font = SelectObject(hdc, font);
     SIZE extent;
     if (size <= kSmallestTitle ||
-        (GetTextExtentPoint32A(hdc, MainTitle, MainTitle.length(), &extent) && extent.cx + kTitleLeft < width))
+        (GetTextExtentPoint32W(hdc, wide_text, length, &extent) && extent.cx + kTitleLeft < width))
       return font;
     SelectObject(hdc, old_font);
     DeleteObject(font);
@@ -67,7 +76,7 @@ void DrawTitleLines(HDC hdc, int x, int y, int line_height, const String &text) 
     int32_t end = next;
     while (end > start && is_space(text.char_at(end - 1)))
       --end;
-    TextOutA(hdc, x, y, text.c_str() + start, end - start);
+    TextOutW(hdc, x, y, wide_text, MakeWide(text.c_str() + start, end - start));
     start = next;
   }
 }

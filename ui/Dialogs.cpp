@@ -1,13 +1,19 @@
 #include "ui/Dialogs.h"
 
 #include "core/Failure.h"
+#include "files/SystemFunction.h"
 #include "ui/DialogControls.h"
 #include "ui/TextLookup.h"
 #include "ui/WindowHandles.h"
 
+#include <commctrl.h>
+
 namespace korb {
 
 namespace {
+
+constexpr char kControls[] = "comctl32.dll";
+constexpr uint16_t kFirstWithManifests = 0x0501; // major, minor
 
 /// Fits `size` into the screen and gives where it starts.
 int Center(int screen, int &size) {
@@ -17,6 +23,16 @@ int Center(int screen, int &size) {
 }
 
 } // namespace
+
+void InitControls() {
+  // Windows XP shows no dialog at all unless the version of the library that the manifest names is loaded. To a system
+  // that reads manifests the bare name is that, never a file in the program's folder; to others it could be one.
+  const uint16_t version = static_cast<uint16_t>(GetVersion());
+  if (__builtin_bswap16(version) >= kFirstWithManifests)
+    LoadLibraryA(kControls);
+  else if (const auto init = KORB_SYSTEM_FUNCTION(kControls, InitCommonControls))
+    init();
+}
 
 INT_PTR RunDialog(const char *name, DLGPROC procedure, const void *parameter) {
   return DialogBoxParamA(InstanceHandle, name, DialogOwner(), procedure, reinterpret_cast<LPARAM>(parameter));

@@ -7,6 +7,9 @@
 
 namespace korb {
 
+/// Makes the system ready for the controls of dialogs and boxes. Comes before the first of either.
+void InitControls();
+
 /// Runs the modal dialog of this name over the background window and gives what it ended with; -1 when it could not be
 /// made. The procedure gets `parameter` as it is made.
 INT_PTR RunDialog(const char *name, DLGPROC procedure, const void *parameter);

@@ -3,7 +3,6 @@
 #include "core/MessagePump.h"
 #include "core/RunValues.h"
 #include "core/String.h"
-#include "files/SystemFunction.h"
 #include "format/Texts.h"
 #include "ui/DialogControls.h"
 #include "ui/Dialogs.h"
@@ -49,27 +48,17 @@ void ShowInTime() {
     ShowState();
 }
 
-/// Some systems paint the bar from a theme's pictures, which takes as long as writing thirty files. An empty name would
-/// not do: some take it for none.
-void PaintPlainly(HWND window) {
-  const auto set_theme = reinterpret_cast<HRESULT(WINAPI *)(HWND, const wchar_t *, const wchar_t *)>(
-      SystemFunction("uxtheme.dll", "SetWindowTheme"));
-  if (set_theme)
-    set_theme(window, L" ", L" ");
-}
-
-/// The bar lies over its frame, a pixel beyond it on each side. It gets its size last: the edge that a plainly painted
-/// bar has takes its room as the size changes.
+/// The bar lies over its frame, a pixel beyond it on each side. Without a theme its trough would have the dialog's own
+/// colour, and nobody would see where it ends.
 void MakeBar(HWND dialog) {
   WINDOWPLACEMENT frame;
   frame.length = sizeof frame;
   GetWindowPlacement(GetDlgItem(dialog, KORB_CONTROL_BAR_PLACE), &frame);
   const RECT &place = frame.rcNormalPosition;
-  ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, dialog, nullptr,
-                                InstanceHandle, nullptr);
-  PaintPlainly(ProgressBar);
-  MoveWindow(ProgressBar, place.left - 1, place.top - 1, place.right - place.left + 3, place.bottom - place.top + 3,
-             TRUE);
+  ProgressBar = CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD | WS_VISIBLE | PBS_SMOOTH, place.left - 1,
+                                place.top - 1, place.right - place.left + 3, place.bottom - place.top + 3, dialog,
+                                nullptr, InstanceHandle, nullptr);
+  SendMessageA(ProgressBar, PBM_SETBKCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOW)));
 }
 
 /// Nothing that is being removed can be taken back.
@@ -98,10 +87,6 @@ INT_PTR CALLBACK ProgressProcedure(HWND dialog, UINT message, WPARAM word, LPARA
 } // namespace
 
 void CreateProgressDialog() {
-  // Older systems know the bar's class from here on.
-  const auto init_controls = KORB_SYSTEM_FUNCTION("comctl32.dll", InitCommonControls);
-  if (init_controls)
-    init_controls();
   ProgressDialog = CreateDialogParamA(InstanceHandle, "ProgressDlg", DialogOwner(), ProgressProcedure, 0);
 }
 

@@ -17,7 +17,7 @@ set(CPACK_GENERATOR External)
 set(CPACK_EXTERNAL_ENABLE_STAGING ON)
 set(CPACK_EXTERNAL_PACKAGE_SCRIPT "${CMAKE_CURRENT_LIST_DIR}/KorbPackage.cmake")
 
-find_program(KORBPACK_EXECUTABLE korbpack HINTS "${CMAKE_CURRENT_LIST_DIR}/../../../../bin" "${CMAKE_CURRENT_LIST_DIR}/../..")
+find_program(KORBPACK_EXECUTABLE korbpack HINTS "${CMAKE_CURRENT_LIST_DIR}/../../../bin" "${CMAKE_CURRENT_LIST_DIR}/..")
 if(NOT KORBPACK_EXECUTABLE)
   message(FATAL_ERROR "KorbCPack: there is no korbpack: set KORBPACK_EXECUTABLE to it")
 endif()

@@ -9,6 +9,8 @@
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "format/Words.h"
+#include "packer/FontFile.h"
+#include "packer/PeResources.h"
 #include "packer/Words.h"
 #include "packer/check/TextRules.h"
 #include "packer/check/VariableCheck.h"
@@ -18,7 +20,16 @@ namespace korb::packer {
 namespace {
 
 constexpr size_t kMaxPath = 259;
+constexpr int32_t kFirstYear = 1601;
 constexpr char kHome[] = "%installdir%\\";
+
+// `path` with each "\\.." taken out that has a folder in front.
+std::string WithoutWaysUp(std::string path) {
+  for (size_t up, before; (up = path.find("\\..\\")) != path.npos && up > 0; path.erase(before, up + 3 - before))
+    if ((before = path.rfind('\\', up - 1)) == path.npos)
+      break;
+  return path;
+}
 
 class FileChecker {
 public:
@@ -38,15 +49,26 @@ public:
     CheckShortcut();
     CheckDate();
     if (file.attributes & ~kSettableAttributes)
-      Warn("only the attributes 0x1127 are given to a file");
+      Warn(Warning::kUnsettableAttributes, "only the attributes 0x1127 are given to a file");
     const std::string destination = Destination();
     CheckTwice(destination);
     CheckDeletedLater(destination);
   }
 
+  // What only all files together show.
+  void CheckIcons() {
+    for (const FileEntry *file : icons_)
+      if (!seen_.contains(WithoutWaysUp(InUninstallDir(file->icon))))
+        findings_.Warn(file->place, Warning::kMissingIcon,
+                       "file '" + file->name + "': no file of the product is its icon '" + file->icon +
+                           "' in the uninstaller's directory, to which it is relative");
+  }
+
 private:
   void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
-  void Warn(const std::string &message) { findings_.Warn(file_->place, "file '" + file_->name + "': " + message); }
+  void Warn(Warning warning, const std::string &message) {
+    findings_.Warn(file_->place, warning, "file '" + file_->name + "': " + message);
+  }
 
   bool Is(uint32_t kind) const { return file_->kind == kind; }
   const KindRow &Kind() const { return RowOf(file_->kind); }
@@ -62,17 +84,22 @@ private:
       Error("'" + name_ + "' is no relative path that Windows could have");
     if (("\\" + name_ + "\\").find("\\..\\") != std::string::npos)
       Error("'..' in a name leads out of the product's directory: use 'target'");
-    if (HasUnusablePart())
+    if (HasUnusablePart(name_))
       Error("a part of '" + name_ + "' is a device, or ends in a dot or a space, which Windows drops");
     for (const std::string *text : {&file_->name, &file_->target})
       if (HoldsRecordMarker(*text) || text->find(';') != text->npos)
         Error("a name must not hold ';', \"[Strings]\" or \"[Associations]\", which divide the uninstaller's record");
     CheckVariables(file_->arguments, file_->place, "file '" + file_->name + "': ", findings_);
+    if (HasLongPart(name_))
+      Error("a part of '" + name_ + "' has more than 255 bytes, which the installer could not find again");
     if (PathLength() > kMaxPath)
-      Warn("its path has more than 259 characters where the product is proposed to go, which most systems refuse");
+      Warn(Warning::kPathTooLong, "its path has more than 259 " +
+                                      std::string(product_.code_page == kUtf8 ? "bytes" : "characters") +
+                                      " where the product is proposed to go, which most systems refuse");
     const bool own_folder = Kind().folder != KindFolder::Product || (file_->flags & FF_UNINSTALL_DIR);
     if (own_folder && !has_path_ && !Is(KindFont) && name_.find('\\') != name_.npos)
-      Warn("the folder in its name is not created there: the file fails unless the folder exists");
+      Warn(Warning::kFolderNotCreated,
+           "the folder in its name is not created there: the file fails unless the folder exists");
   }
 
   void CheckTarget() {
@@ -80,30 +107,37 @@ private:
     const std::string what = "file '" + file_->name + "': ";
     const auto is_in_target = [&](std::string_view variable) { return ContainsNoCase(target, variable); };
     if (has_path_)
-      CheckPathText(target, file_->place, what, findings_);
+      CheckTargetPath();
     else
       CheckVariables(target, file_->place, what, findings_);
     if (!has_path_ && std::any_of(std::begin(kPathVariables), std::end(kPathVariables), is_in_target))
-      Warn("the target '" + target +
-           "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
+      Warn(Warning::kVariableInName,
+           "the target '" + target +
+               "' is a file's name, in which no path variable is replaced: a folder ends in a backslash");
     if (has_path_ && target.find(':') == 1 && (target[0] | 0x20) != 'c' && MayBeReplacedLater())
-      Warn("if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
-           target.substr(0, 2) + " as well");
+      Warn(Warning::kRestartOnOtherDrive,
+           "if it is in use, it is replaced at the restart only where the directory for temporary files is on drive " +
+               target.substr(0, 2) + " as well");
+  }
+
+  void CheckTargetPath() {
+    const std::string &target = file_->target;
+    CheckPathText(target, file_->place, "file '" + file_->name + "': ", findings_);
+    std::string path = WithSampleFolders(target);
+    if (path.starts_with("\\\\.\\"))
+      path.erase(0, 4); // of a device's full name, which nobody gives by chance
+    if (HoldsIllegalCharacterInPath(path))
+      Error("the target '" + target + "' is no path that Windows could have");
+    else if (HasUnusablePart(path))
+      Error("a part of the target '" + target + "' is a device, or ends in a dot or a space, which Windows drops");
+    if (("\\" + target + "\\").find("\\..\\") != target.npos)
+      Warn(Warning::kParentInTarget, "'..' in the target '" + target +
+                                         "' leads to a place that depends on where the product is installed: a path "
+                                         "variable names a folder for sure");
   }
 
   // Whether a file that is in use waits for the next start.
   bool MayBeReplacedLater() const { return product_.Has(IF_REPLACE_IN_USE) || Kind().replaced != KindReplaced::Always; }
-
-  bool HasUnusablePart() const {
-    for (size_t begin = 0; begin <= name_.size();) {
-      const size_t end = std::min(name_.find('\\', begin), name_.size());
-      const std::string part = name_.substr(begin, end - begin);
-      if (IsDeviceName(part) || part.ends_with(' ') || (part.ends_with('.') && part != ".."))
-        return true;
-      begin = end + 1;
-    }
-    return false;
-  }
 
   // Of the whole path, with the directory that is proposed on most systems; variables count as they are written.
   size_t PathLength() const {
@@ -125,10 +159,13 @@ private:
       return;
     case KindFont:
       return CheckFont();
-    case KindSystem:
     case KindSystemCom:
+      if (!Is32BitProgram(file_->contents))
+        Warn("it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
+      [[fallthrough]];
+    case KindSystem:
       if (file_->date.month == 0)
-        Warn("without a date it never replaces a file that is there");
+        Warn(Warning::kUndatedSystemFile, "without a date it never replaces a file that is there");
       if (HoldsHugeNumber(file_->label))
         Error("a number of its version doesn't fit into 32 bits");
       return;
@@ -140,8 +177,16 @@ private:
 
   // The uninstaller finds a font by what was recorded of it: its face name and a file in the fonts folder, in quotes.
   void CheckFont() {
-    if (file_->label.empty())
-      Error("a font needs its face name as 'label': without one, no font of the product is removed any more");
+    if (!IsFontFile(file_->contents))
+      Error("it is no font: a TrueType or OpenType font, a collection of them, or a .fon or .fnt file");
+    else if (file_->label.empty())
+      Error(
+          "the name of its face isn't found in it, so it needs one as 'label': without one, no font of the product is "
+          "removed any more");
+    if (product_.Has(IF_UNINSTALL) && file_->date.month != 0 && !(file_->flags & FF_KEEP))
+      Warn(Warning::kDatedFont,
+           "with a date, it is up to date when it is installed again, is then no longer recorded as the product's, and "
+           "stays at uninstall: leave out 'date', or make it \"none\"");
     if (file_->label.find('"') != file_->label.npos || name_.find('"') != name_.npos)
       Error("neither the face name nor the name of a font may hold a quote");
     if (name_.find('\\') != name_.npos || has_path_ || (file_->flags & FF_UNINSTALL_DIR))
@@ -150,12 +195,18 @@ private:
 
   void CheckShortcut() {
     if (!file_->icon.empty() && !(file_->flags & FF_SHORTCUTS))
-      Warn("its icon is left out, since only desktop and start menu shortcuts have one");
+      Warn(Warning::kNoEffect, "its icon is left out, since only desktop and start menu shortcuts have one");
     if (!WantsShortcut()) {
       if (file_->flags & FF_SHORTCUTS)
-        Warn("its shortcuts are left out: only kinds program and startup have those");
+        Warn(Warning::kNoEffect, "its shortcuts are left out: only kinds program and startup have those");
+      else if (!file_->label.empty() && Kind().shortcuts != KindShortcuts::None)
+        Warn(Warning::kNoEffect, "its label has no effect without a shortcut");
+      if (!file_->arguments.empty())
+        Warn(Warning::kNoEffect, "its arguments have no effect without a shortcut");
       return;
     }
+    if (!file_->icon.empty())
+      icons_.push_back(file_);
     if (HoldsIllegalCharacter(file_->label) || HoldsRecordMarker(file_->label))
       Error("'" + file_->label + "' can't be the file name of a shortcut");
     if (!file_->label.empty()) {
@@ -163,7 +214,7 @@ private:
       const auto [before, is_new] =
           titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
       if (!is_new)
-        Warn("its shortcut has the title of an earlier one, which it replaces");
+        Warn(Warning::kSameShortcut, "its shortcut has the title of an earlier one, which it replaces");
     }
     for (const Language &language : product_.languages)
       if (file_->label.empty() &&
@@ -176,6 +227,8 @@ private:
     if (date.month != 0 && (!IsCalendarDay(date.year, date.month, date.day) || date.hour < 0 || date.hour > 23 ||
                             date.minute < 0 || date.minute > 59 || date.second < 0 || date.second > 59))
       Error("its date doesn't exist");
+    else if (date.month != 0 && date.year < kFirstYear)
+      Error("its date is before 1601, where the dates of files begin");
   }
 
   // Where it goes, to be compared with other paths.
@@ -207,10 +260,12 @@ private:
                                      std::string(kInstallLogName), std::string(kBackgroundName)})
         if (destination == InUninstallDir(own))
           Error("the installer writes its own '" + own + "' there");
-    const auto [before, is_new] = seen_.emplace(destination, file_->place);
-    if (!is_new && !(file_->flags & FF_CONDITION))
-      Warn("it goes to the same place as " +
-           (before->second.line ? "the one of line " + std::to_string(before->second.line) : std::string("another")));
+    const auto [before, is_new] = seen_.emplace(destination, file_);
+    if (!is_new && !(file_->flags & FF_CONDITION)) {
+      const Place &place = before->second->place;
+      Warn(Warning::kSameDestination, "it goes to the same place as '" + before->second->name + "'" +
+                                          (place.line ? " of line " + std::to_string(place.line) : std::string()));
+    }
   }
 
   // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
@@ -218,7 +273,7 @@ private:
   void CheckDeletedLater(const std::string &destination) {
     const auto found = deleted_later_.find(destination);
     if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)
-      findings_.Warn(found->second->place,
+      findings_.Warn(found->second->place, Warning::kDeletedWhenInUse,
                      "old file '" + found->second->name +
                          "': the product brings a file to the same place; when the old one is in use, the restart may "
                          "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that");
@@ -227,9 +282,11 @@ private:
   const Product &product_;
   Findings &findings_;
   const FileEntry *file_ = nullptr;
-  bool has_path_ = false; // an explicit destination, not only a new name
-  std::string name_;      // under which it is installed
-  std::map<std::string, Place> seen_, titles_;
+  bool has_path_ = false;                         // an explicit destination, not only a new name
+  std::string name_;                              // under which it is installed
+  std::map<std::string, const FileEntry *> seen_; // by destination
+  std::map<std::string, Place> titles_;
+  std::vector<const FileEntry *> icons_; // the files whose shortcuts have one of their own
   std::map<std::string, const Deletion *> deleted_later_;
 };
 
@@ -239,8 +296,9 @@ void CheckFiles(const Product &product, Findings &findings) {
   FileChecker checker(product, findings);
   for (const FileEntry &file : product.files)
     checker.Check(file);
+  checker.CheckIcons();
   if (product.files.empty())
-    findings.Warn({}, "the product has no files");
+    findings.Warn({}, Warning::kNoFiles, "the product has no files");
 }
 
 } // namespace korb::packer

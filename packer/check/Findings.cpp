@@ -51,7 +51,7 @@ std::string Findings::Report(const std::string &file) const {
     if (finding.place.line != 0)
       report += ":" + std::to_string(finding.place.line) + ":" + std::to_string(finding.place.column);
     report += finding.severity == Severity::kError ? ": error: " : ": warning: ";
-    report += finding.message + "\n";
+    report += finding.message + (finding.name.empty() ? "" : " [" + std::string(finding.name) + "]") + "\n";
   }
   return report;
 }

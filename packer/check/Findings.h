@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "packer/Product.h"
+#include "packer/check/WarningNames.h"
 
 namespace korb::packer {
 
@@ -19,6 +20,7 @@ struct Finding {
   Severity severity;
   Place place;
   std::string message;
+  std::string_view name = {}; ///< of a warning
 };
 
 class Findings {
@@ -26,8 +28,8 @@ public:
   void Error(const Place &place, std::string message) {
     list_.push_back({Severity::kError, place, std::move(message)});
   }
-  void Warn(const Place &place, std::string message) {
-    list_.push_back({Severity::kWarning, place, std::move(message)});
+  void Warn(const Place &place, Warning warning, std::string message) {
+    list_.push_back({Severity::kWarning, place, std::move(message), NameOf(warning)});
   }
 
   /// Adds what `others` holds, without what stands at the place of an error, or is warned of the product as a whole
@@ -43,7 +45,8 @@ public:
   bool IsEmpty() const { return list_.empty(); }
   const std::vector<Finding> &List() const { return list_; }
 
-  /// One line for each finding, in the order of the file: "file:line:column: error: message".
+  /// One line for each finding, in the order of the file: "file:line:column: error: message". A
+  /// warning's name follows it, in brackets.
   std::string Report(const std::string &file) const;
 
 private:

@@ -30,12 +30,15 @@ void CheckDeletion(const Deletion &deletion, Findings &findings) {
   if (IsBlank(deletion.name.c_str()))
     error("it has no name");
   CheckPathText(deletion.name, deletion.place, "old file: ", findings);
+  if (deletion.name.ends_with('\\') || deletion.name.ends_with('/'))
+    error("it is a folder, but only files are deleted: name them one by one");
   if (deletion.name == kDeletionsEnd)
     error("this name ends the list");
   if (deletion.name.find_first_of("*?") != deletion.name.npos)
     error("'*' and '?' choose no files here: name them one by one");
   if (deletion.kind == kDeleteAlways && !deletion.value.empty())
-    findings.Warn(deletion.place, "old file '" + deletion.name + "': without a 'when' it goes whatever its 'value'");
+    findings.Warn(deletion.place, Warning::kNoEffect,
+                  "old file '" + deletion.name + "': without a 'when' it goes whatever its 'value'");
   if (!IsReadable(deletion))
     error("its condition needs a date, such as 2001-02-03 without quotes or \"5-Jan-2001\"");
   if (deletion.kind >= kDeleteSizeEqual && deletion.kind <= kDeleteSizeUpTo) {
@@ -73,9 +76,10 @@ bool FindsOwnType(const Association &association, const Product &product) {
 // The uninstaller takes the type of an association for the product's own, and removes it whole if it has an icon.
 void CheckOwner(const Association &association, const Product &product, Findings &findings) {
   const auto warn = [&](const std::string &message) {
-    findings.Warn(association.place, "association of '" + association.extension + "': " + message +
-                                         ", and the uninstaller may remove that type: give a 'class' of the "
-                                         "product's own");
+    findings.Warn(association.place, Warning::kForeignFileType,
+                  "association of '" + association.extension + "': " + message +
+                      ", and the uninstaller may remove that type: give a 'class' of the "
+                      "product's own");
   };
   const auto is_class = [&](const char *type) { return LowerCase(type) == LowerCase(association.file_class); };
   if (!product.Has(IF_UNINSTALL))
@@ -85,6 +89,9 @@ void CheckOwner(const Association &association, const Product &product, Findings
   else if (std::any_of(std::begin(kWindowsTypes), std::end(kWindowsTypes), is_class))
     warn("'" + association.file_class + "' belongs to Windows");
 }
+
+// What the shell replaces by the file that is opened.
+constexpr const char *kDocumentMarks[] = {"%1", "%L", "%l", "%V", "%v", "%D", "%d", "%*"};
 
 void CheckAssociation(const Association &association, const Product &product, Findings &findings) {
   const auto error = [&](const char *message) {
@@ -101,7 +108,14 @@ void CheckAssociation(const Association &association, const Product &product, Fi
   for (const std::string *text : {&association.command, &association.icon})
     CheckVariables(*text, association.place, "association of '" + association.extension + "': ", findings);
   if (IsBlank(association.command.c_str()))
-    findings.Warn(association.place, "association of '" + association.extension + "': its verb has no command");
+    findings.Warn(association.place, Warning::kVerbWithoutCommand,
+                  "association of '" + association.extension + "': its verb has no command");
+  else if (std::none_of(std::begin(kDocumentMarks), std::end(kDocumentMarks),
+                        [&](const char *mark) { return association.command.find(mark) != std::string::npos; }))
+    findings.Warn(association.place, Warning::kCommandWithoutFile,
+                  "association of '" + association.extension +
+                      "': its command gets no file to open: write \"%1\", with quotes, where the "
+                      "name of the file belongs");
   for (const std::string *text : {&association.extension, &association.file_class, &association.verb})
     if (text->find("~!~") != text->npos || text->find_first_of("\r\n") != text->npos || HoldsRecordMarker(*text))
       error("extension, class and verb must not hold \"~!~\", a line end, \"[Strings]\" or \"[Associations]\"");
@@ -112,8 +126,9 @@ void CheckAssociation(const Association &association, const Product &product, Fi
   if (!association.language.empty() &&
       std::none_of(product.languages.begin(), product.languages.end(),
                    [&](const Language &language) { return language.name == association.language; }))
-    findings.Warn(association.place, "association of '" + association.extension + "': no language is called '" +
-                                         association.language + "', so it never applies");
+    findings.Warn(association.place, Warning::kUnknownLanguage,
+                  "association of '" + association.extension + "': no language is called '" + association.language +
+                      "', so it never applies");
 }
 
 void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
@@ -125,12 +140,13 @@ void CheckUninstallValue(const UninstallValue &value, Findings &findings) {
   if (IsBlank(value.name.c_str()))
     findings.Error(value.place, what + "it has no name");
   if (own)
-    findings.Warn(value.place, what + "it overwrites a value that the uninstaller reads" +
-                                   (LowerCase(value.name) == "displayname"
-                                        ? ", and saved associations are then looked for under another name"
-                                        : ""));
+    findings.Warn(value.place, Warning::kReservedValue,
+                  what + "it overwrites a value that the uninstaller reads" +
+                      (LowerCase(value.name) == "displayname"
+                           ? ", and saved associations are then looked for under another name"
+                           : ""));
   if (LowerCase(value.name) == "installlocation" || LowerCase(value.name) == "installdate")
-    findings.Warn(value.place, what + "the installer writes its own value over it");
+    findings.Warn(value.place, Warning::kReservedValue, what + "the installer writes its own value over it");
   if (value.kind == kUninstallNumber && HoldsHugeNumber(value.value, UINT32_MAX))
     findings.Error(value.place, what + "the number doesn't fit into 32 bits");
   if (value.kind == kUninstallNumber && !IsBlank(value.value.c_str()) &&
@@ -157,10 +173,11 @@ void CheckLists(const Product &product, Findings &findings) {
   for (const UninstallValue &value : product.uninstall_values)
     CheckUninstallValue(value, findings);
   if (product.associations.size() > kUndoneAssociations)
-    findings.Warn(product.associations[kUndoneAssociations].place,
+    findings.Warn(product.associations[kUndoneAssociations].place, Warning::kTooManyAssociations,
                   "the uninstaller takes back no more than 499 associations");
   if (!product.uninstall_values.empty() && !product.Has(IF_UNINSTALL))
-    findings.Warn(product.uninstall_values[0].place, "without an uninstaller there is no key for uninstall values");
+    findings.Warn(product.uninstall_values[0].place, Warning::kNoEffect,
+                  "without an uninstaller there is no key for uninstall values");
 }
 
 } // namespace korb::packer

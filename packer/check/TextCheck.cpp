@@ -13,6 +13,8 @@ namespace korb::packer {
 
 namespace {
 
+constexpr int64_t kWidest = 999; // characters of a conversion
+
 // The kind of argument that a conversion takes, 0 for none that the program knows.
 char ArgumentKind(char conversion) {
   if (conversion != 0 && std::strchr("diuxXo", conversion))
@@ -30,13 +32,6 @@ size_t ShownArguments(std::string_view text) {
       ++shown;
   }
   return shown;
-}
-
-std::string WithProductName(std::string text, const std::string &name) {
-  constexpr std::string_view kPlaceholder = "<product>";
-  for (size_t at = 0; (at = LowerCase(text).find(kPlaceholder, at)) != std::string::npos; at += name.size())
-    text.replace(at, kPlaceholder.size(), name);
-  return text;
 }
 
 // Whether a line of `text` begins with the mark that ends a saved text.
@@ -60,7 +55,7 @@ public:
         CheckSaved(static_cast<size_t>(row.number));
     CheckTextUninstallerTitle();
     if (product_.Has(IF_NOTICE) && IsBlank(Text(kTextNotice).c_str()))
-      Warn(kTextNotice, "is blank, so no notice is shown");
+      Warn(kTextNotice, Warning::kBlankNotice, "is blank, so no notice is shown");
   }
 
 private:
@@ -71,7 +66,9 @@ private:
   void Error(size_t number, const std::string &message) {
     findings_.Error(PlaceOf(number), Describe(number) + message);
   }
-  void Warn(size_t number, const std::string &message) { findings_.Warn(PlaceOf(number), Describe(number) + message); }
+  void Warn(size_t number, Warning warning, const std::string &message) {
+    findings_.Warn(PlaceOf(number), warning, Describe(number) + message);
+  }
 
   std::string Describe(size_t number) const {
     return "text " + std::to_string(number) + " (" + kTextRows[number].name + ") of '" + language_.name + "' ";
@@ -93,7 +90,7 @@ private:
     for (char kind : form == "-" ? std::string_view() : form)
       wanted += std::string(" %") + kind;
     if (!IsBlank(text.c_str()) && !wanted.empty() && ShownArguments(text) < form.size())
-      Warn(number, "doesn't show all that it is given, which is" + wanted);
+      Warn(number, Warning::kUnshownArgument, "doesn't show all that it is given, which is" + wanted);
   }
 
   void CheckSaved(size_t number) {
@@ -131,6 +128,8 @@ std::string FormatFault(std::string_view text, std::string_view form) {
     if (i < text.size() && text[i] == '%' && i == begin + 1)
       continue;
     const std::string conversion(text.substr(begin, i - begin + 1));
+    if (HoldsHugeNumber(conversion, kWidest))
+      return "'" + conversion + "' makes it wider than any screen";
     const char kind = i < text.size() ? ArgumentKind(text[i]) : '\0';
     if (kind == '\0')
       return "'" + conversion + "' is no conversion; a percent sign is written as %%";

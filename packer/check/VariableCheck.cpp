@@ -31,8 +31,9 @@ void CheckVariables(const std::string &text, const Place &place, const std::stri
     end = text.find('%', end + 1);
     if (std::none_of(std::begin(kPathVariables), std::end(kPathVariables),
                      [&](std::string_view known) { return LowerCase(known) == LowerCase(name); }))
-      findings.Warn(place, what + "'" + name + "' is no path variable and stays as it is" +
-                               Suggestion(MeantVariable(name), kPathVariables));
+      findings.Warn(place, Warning::kUnknownVariable,
+                    what + "'" + name + "' is no path variable and stays as it is" +
+                        Suggestion(MeantVariable(name), kPathVariables));
   }
 }
 
@@ -43,8 +44,9 @@ void CheckPathText(const std::string &text, const Place &place, const std::strin
       {"%InstallDrive%", "\\"}, {"%BootDrive%", "\\"}, {"%InstallerDrive%", ":\\"}};
   for (const auto &[variable, rest] : kDrives)
     if (LowerCase(text).starts_with(LowerCase(variable)) && !text.substr(variable.size()).starts_with(rest))
-      findings.Warn(place, what + "'" + text + "' is a relative path: the drive itself is '" + std::string(variable) +
-                               std::string(rest) + "'");
+      findings.Warn(place, Warning::kRelativeDrive,
+                    what + "'" + text + "' is a relative path: the drive itself is '" + std::string(variable) +
+                        std::string(rest) + "'");
 }
 
 } // namespace korb::packer

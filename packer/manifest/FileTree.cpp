@@ -7,6 +7,8 @@
 
 namespace korb::packer {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 bool Fits(std::string_view path, std::string_view pattern) {
@@ -52,22 +54,74 @@ bool MatchesPattern(std::string_view path, std::string_view pattern) {
   return Fits(path, pattern);
 }
 
-std::vector<std::string> ListFiles(const std::filesystem::path &folder, const std::vector<std::string> &include,
-                                   const std::vector<std::string> &exclude) {
-  const auto fits_one = [](const std::string &path, const std::vector<std::string> &patterns) {
+namespace {
+
+class FolderWalk {
+public:
+  FolderWalk(const fs::path &folder, const std::vector<std::string> &include, const std::vector<std::string> &exclude)
+      : top_(folder), include_(include), exclude_(exclude) {}
+
+  FileList List() {
+    Walk(top_, {});
+    std::sort(list_.files.begin(), list_.files.end(), Before);
+    return std::move(list_);
+  }
+
+private:
+  bool IsExcluded(const std::string &path) const { return FitsOne(path, exclude_); }
+  bool IsWanted(const std::string &path) const {
+    return (include_.empty() || FitsOne(path, include_)) && !IsExcluded(path);
+  }
+  static bool FitsOne(const std::string &path, const std::vector<std::string> &patterns) {
     return std::any_of(patterns.begin(), patterns.end(),
                        [&](const std::string &pattern) { return MatchesPattern(path, pattern); });
-  };
-  std::vector<std::string> files;
-  for (const auto &entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (!entry.is_regular_file())
-      continue;
-    std::string path = ManifestPath(entry.path().lexically_relative(folder));
-    if ((include.empty() || fits_one(path, include)) && !fits_one(path, exclude))
-      files.push_back(std::move(path));
   }
-  std::sort(files.begin(), files.end(), Before);
-  return files;
+
+  void Walk(const fs::path &folder, const std::string &prefix);
+  void Visit(const fs::directory_entry &entry, const std::string &path);
+
+  const fs::path top_;
+  const std::vector<std::string> &include_, &exclude_;
+  std::vector<fs::path> above_; // the folders that are being walked through, by their true names
+  FileList list_;
+};
+
+// `prefix` is the folder below the top, with a separator after it.
+void FolderWalk::Walk(const fs::path &folder, const std::string &prefix) {
+  std::error_code error;
+  const fs::path name = fs::canonical(folder, error);
+  const bool is_needed = !IsExcluded(prefix + "?"); // whatever is in a folder that is left out may stay unknown
+  if (std::find(above_.begin(), above_.end(), name) != above_.end()) {
+    if (is_needed)
+      list_.faults.push_back({prefix, "it is a link that leads back to a folder around it"});
+    return;
+  }
+  above_.push_back(name);
+  fs::directory_iterator entry(folder, error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error))
+    Visit(*entry, prefix + ManifestPath(entry->path().filename()));
+  if (error && is_needed)
+    list_.faults.push_back({prefix, error.message()});
+  above_.pop_back();
+}
+
+void FolderWalk::Visit(const fs::directory_entry &entry, const std::string &path) {
+  std::error_code error;
+  if (entry.is_directory(error))
+    Walk(entry.path(), path + "/");
+  else if (!IsWanted(path))
+    return;
+  else if (entry.is_regular_file(error))
+    list_.files.push_back(path);
+  else
+    list_.faults.push_back({path, WhyUnreadable(entry.path())});
+}
+
+} // namespace
+
+FileList ListFiles(const fs::path &folder, const std::vector<std::string> &include,
+                   const std::vector<std::string> &exclude) {
+  return FolderWalk(folder, include, exclude).List();
 }
 
 } // namespace korb::packer

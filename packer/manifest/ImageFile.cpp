@@ -22,6 +22,18 @@ std::optional<Bytes> BitmapOf(const Bytes &file) {
   return image.has_all_pixels() ? std::optional(std::move(bitmap)) : std::nullopt;
 }
 
+std::string BitmapFault(const Bytes &file) {
+  constexpr size_t kHeaderSizeAt = 14;
+  constexpr uint32_t kOldest = 12, kUsual = 40;
+  if (file.size() < kHeaderSizeAt + 4 || file[0] != 'B' || file[1] != 'M')
+    return "is no BMP file";
+  const uint32_t header = GetU32(file, kHeaderSizeAt);
+  if (header != kOldest && header != kUsual)
+    return "is a BMP file with a header of " + std::to_string(header) +
+           " bytes: save it with one of 40, the form of Windows 3, without colour space information";
+  return "is a BMP file whose pixels are cut off, or of a kind that isn't shown";
+}
+
 // An icon file: u16 0, u16 1, u16 count, and for each image 16 bytes with its size at 8 and its place at 12.
 std::optional<Bytes> IconImageOf(const Bytes &file, uint32_t size) {
   constexpr size_t kHead = 6, kEntry = 16;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "packer/Bytes.h"
 
@@ -11,6 +12,9 @@ namespace korb::packer {
 /// else than the bitmap's own header to find them by. Nothing when `file` is no BMP file whose header the installer
 /// understands, when its pixels begin too early for that header, or when they are cut off.
 std::optional<Bytes> BitmapOf(const Bytes &file);
+
+/// Why BitmapOf has nothing for `file`, as the end of a sentence.
+std::string BitmapFault(const Bytes &file);
 
 /// The image of `size` bytes out of an icon file. Nothing when there is none, or when `file` is no icon file.
 std::optional<Bytes> IconImageOf(const Bytes &file, uint32_t size);

@@ -6,6 +6,8 @@
 #include "format/Archive.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
+#include "packer/check/TextRules.h"
+#include "packer/write/Installer.h"
 
 namespace korb::packer {
 
@@ -26,6 +28,13 @@ FileTime FromSeconds(int64_t seconds) {
           static_cast<int32_t>(clock.seconds().count())};
 }
 
+// `text` without what would be a fault of its own, or break the line of a message.
+std::string Printable(std::string text) {
+  for (char &c : text)
+    c = static_cast<unsigned char>(c) < ' ' ? '_' : c;
+  return text;
+}
+
 } // namespace
 
 std::string WithDosLineEnds(const std::string &text) {
@@ -43,7 +52,7 @@ std::string WithDosLineEnds(const std::string &text) {
 
 std::string ManifestContext::Convert(const std::string &utf8, const Place &place, int page) {
   if (page == 0)
-    page = code_page;
+    page = product().code_page;
   std::string missing;
   if (const auto text = ToCodePage(utf8, page, missing)) {
     if (text->find('\0') != text->npos)
@@ -52,15 +61,36 @@ std::string ManifestContext::Convert(const std::string &utf8, const Place &place
   }
   findings.Error(place, missing.empty() ? "the text is no UTF-8"
                                         : "'" + missing + "' doesn't exist in code page " + std::to_string(page) +
-                                              ", in which the installer will show this text");
-  return {};
+                                              ", in which the installer will show this text; \"utf-8\" has it");
+  return utf8; // an empty one would be a second fault
+}
+
+int ManifestContext::CodePage(ManifestTable &table, std::string_view key) {
+  const Place place = table.PlaceOfKey(key);
+  product().places[table.FullName(key)] = place;
+  const auto page = table.Named(key, kCodePages, 0, 65535);
+  if (!page || IsCodePage(static_cast<int>(*page)))
+    return static_cast<int>(page.value_or(product().code_page));
+  findings.Error(place, "the code page has to be one from 1250 to 1258, or \"utf-8\"");
+  return product().code_page;
 }
 
 std::string ManifestContext::Text(ManifestTable &table, std::string_view key, std::string fallback) {
   const Place place = table.PlaceOfKey(key);
   product().places[table.FullName(key)] = place;
   const auto text = table.Text(key);
-  return text ? Convert(*text, place) : std::move(fallback);
+  if (!text)
+    return fallback;
+  const std::string control = ControlCharacterIn(*text);
+  if (control.empty() || control == "\\u0000") // which Convert tells
+    return Convert(*text, place);
+  TellControlCharacter(table.FullName(key), control, place);
+  return Convert(Printable(*text), place);
+}
+
+void ManifestContext::TellControlCharacter(const std::string &name, const std::string &control, const Place &place) {
+  findings.Error(place, "'" + name + "' holds the control character that \"" + control + "\" is in double quotes; " +
+                            kSingleQuotes);
 }
 
 std::string ManifestContext::TextOrFile(const toml::node &node, const std::string &name, int page) {
@@ -68,7 +98,7 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
     const std::string &word = text->get();
     if (std::error_code error;
         !word.empty() && word.find_first_of(" \t\r\n") == word.npos && fs::is_regular_file(InputPath(word), error))
-      findings.Warn(PlaceOf(node),
+      findings.Warn(PlaceOf(node), Warning::kTextIsFileName,
                     "'" + word + "' is the text itself: the file of that name is { file = \"" + word + "\" }");
     return WithDosLineEnds(Convert(word, PlaceOf(node), page));
   }
@@ -86,9 +116,12 @@ std::string ManifestContext::TextOrFile(const toml::node &node, const std::strin
   std::string text(bytes->begin(), bytes->end());
   if (text.starts_with("\xEF\xBB\xBF"))
     text.erase(0, 3);
-  if (text.find('\0') != text.npos)
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+    findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is UTF-16: save it as UTF-8");
+  else if (text.find('\0') != text.npos)
     findings.Error(table.PlaceOfKey("file"), "'" + *file + "' is no text: it holds a byte 0");
-  return WithDosLineEnds(IsUtf8(text) ? Convert(text, table.PlaceOfKey("file"), page) : text);
+  const bool is_converted = !IsUtf8(text) && (page == 0 ? product().code_page : page) != kUtf8;
+  return WithDosLineEnds(is_converted ? text : Convert(text, table.PlaceOfKey("file"), page));
 }
 
 fs::path ManifestContext::InputPath(const std::string &name) const {
@@ -105,10 +138,27 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
   auto bytes = ReadFileBytes(path);
   if (bytes)
     manifest.inputs.push_back(path);
+  else if (const std::string control = ControlCharacterIn(name); !control.empty())
+    TellControlCharacter(Printable(name), control, place);
   else
-    findings.Error(place, "can't read the file '" + name + "'" +
+    findings.Error(place, "can't read the file '" + name + "': " + WhyUnreadable(path) +
                               (name.find('\\') == name.npos ? "" : "; folders of inputs are divided by '/'"));
   return bytes;
+}
+
+bool ManifestContext::IsOutput(const fs::path &path) const {
+  const std::string name = ManifestPath(path.filename());
+  if (IsUnfinishedName(name))
+    return true;
+  if (output.empty())
+    return false;
+  const auto is_called = [&](const std::string &other) { return LowerCase(name) == LowerCase(other); };
+  const size_t base = manifest.product.volume_base_name.size();
+  const std::string number = name.size() > base ? name.substr(base, name.find('.', base) - base) : std::string();
+  const bool is_number = !number.empty() && number.size() < 10 && number.find_first_not_of("0123456789") == number.npos;
+  return (is_called(ManifestPath(output.filename())) ||
+          (is_number && is_called(VolumeFileName(manifest.product, std::stoul(number))))) &&
+         IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / ".");
 }
 
 std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {

@@ -8,8 +8,9 @@ namespace korb::packer {
 
 class ManifestContext {
 public:
-  ManifestContext(const std::filesystem::path &path, std::optional<int64_t> newest_date, Findings &report)
-      : folder(path.parent_path()), newest(newest_date), findings(report) {
+  ManifestContext(const std::filesystem::path &path, std::optional<int64_t> newest_date, Findings &report,
+                  const std::filesystem::path &installer)
+      : folder(path.parent_path()), output(installer), newest(newest_date), findings(report) {
     manifest.inputs.push_back(path);
   }
 
@@ -18,12 +19,18 @@ public:
   /// `utf8` in the code page of the product, or in `page`; a character that is missing there is reported.
   std::string Convert(const std::string &utf8, const Place &place, int page = 0);
 
-  /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. Absent:
-  /// `fallback`.
+  /// The code page that `key` of `table` names; that of the product when it names none, or, reported, none that is.
+  int CodePage(ManifestTable &table, std::string_view key);
+
+  /// Text `key` of `table` in the product's code page, and its place noted under the full name of the key. One line: a
+  /// control character in it is reported. Absent: `fallback`.
   std::string Text(ManifestTable &table, std::string_view key, std::string fallback = {});
 
+  /// Reports the control character of the text `name`, in which `control` is how TOML writes it.
+  void TellControlCharacter(const std::string &name, const std::string &control, const Place &place);
+
   /// A text that stands in the manifest, or in a file: { file = "name" }. A file that is no UTF-8 is taken as being in
-  /// the code page already. Line ends become CR LF.
+  /// the code page already, if that is another one. Line ends become CR LF.
   std::string TextOrFile(const toml::node &node, const std::string &name, int page = 0);
 
   /// The contents of an input file, `name` in UTF-8. Reports what can't be read.
@@ -31,6 +38,10 @@ public:
 
   /// The path of an input, `name` in UTF-8.
   std::filesystem::path InputPath(const std::string &name) const;
+
+  /// Whether `path` is an output of this very manifest, which no tree brings: the installer, a volume of it, or what is
+  /// left of an attempt to write one.
+  bool IsOutput(const std::filesystem::path &path) const;
 
   /// A date and time, or a date alone at midnight, of `key`; "none" gives none. `from_disk`, if given, is set by
   /// "mtime".
@@ -40,10 +51,10 @@ public:
   FileTime TimeOf(const std::filesystem::path &path) const;
 
   std::filesystem::path folder;
+  std::filesystem::path output; ///< the installer that is to be made; empty for none
   std::optional<int64_t> newest;
   Findings &findings;
   Manifest manifest;
-  int code_page = 1252;
 };
 
 /// `text` with CR LF at the end of each line.

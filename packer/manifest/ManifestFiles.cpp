@@ -1,9 +1,11 @@
 #include "packer/manifest/ManifestFiles.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 #include "packer/CodePage.h"
+#include "packer/FileIo.h"
+#include "packer/FontFile.h"
 #include "packer/PeResources.h"
 #include "packer/manifest/FileTree.h"
 
@@ -24,6 +26,7 @@ std::string WithBackslashes(std::string path) {
 struct Settings {
   FileEntry entry;
   std::optional<FileTime> date; // nothing: the file's own
+  bool is_date_said = false;
   bool has_label = false;
 };
 
@@ -56,6 +59,7 @@ Settings ReadSettings(ManifestContext &context, ManifestTable &table, const Sett
     settings.date = date;
   if (from_disk)
     settings.date.reset();
+  settings.is_date_said = settings.is_date_said || table.Has("date");
   return settings;
 }
 
@@ -63,20 +67,27 @@ class FileReader {
 public:
   FileReader(ManifestContext &context, const Settings &defaults) : context_(context), defaults_(defaults) {}
 
-  // Files with an entry of their own are left out of trees.
-  void Claim(const toml::table &file) {
-    if (const auto source = file["source"].value<std::string>())
-      claimed_.insert(Canonical(context_.InputPath(*source)));
-  }
-
   // Remembers where a tree brings its files from and to; its faults are told by AddTree.
   void NoteTree(const toml::table &node) {
     Findings ignored;
     ManifestTable table(&node, "tree", ignored);
     if (const auto source = table.Text("source"))
-      branches_.push_back({Canonical(context_.InputPath(*source)) + "/", AsFolder(table.Text("into").value_or("")),
+      branches_.push_back({&node, Canonical(context_.InputPath(*source)) + "/",
+                           Plain(context_.InputPath(*source)) + "/", AsFolder(table.Text("into").value_or("")),
                            AsFolder(table.Text("target").value_or("")), table.Texts("include"),
                            table.Texts("exclude")});
+  }
+
+  // A file with an entry of its own is left out of the tree that it would go to the same place with, and of all trees
+  // when it goes elsewhere. After all trees.
+  void Claim(const toml::table &file) {
+    const auto source = file["source"].value<std::string>();
+    if (!source)
+      return;
+    const fs::path path = context_.InputPath(*source);
+    const bool moves = file.contains("name") || file.contains("target");
+    const Branch *branch = BranchOf(path);
+    claimed_.insert({Canonical(path), moves || !branch ? nullptr : branch->node});
   }
 
   void AddFile(const toml::table &node) {
@@ -119,72 +130,137 @@ public:
       return;
     }
     const Place place = table.PlaceOfKey("source");
-    std::vector<std::string> files;
-    try {
-      files = ListFiles(context_.InputPath(*source), include, exclude);
-    } catch (const fs::filesystem_error &) {
-      context_.findings.Error(place, "can't list the folder '" + *source + "'");
-      return;
-    }
-    if (files.empty())
-      context_.findings.Error(place, "no file of '" + *source + "' fits");
-    for (const std::string &pattern : include)
-      if (std::none_of(files.begin(), files.end(),
-                       [&](const std::string &file) { return MatchesPattern(file, pattern); }) &&
-          !files.empty())
-        context_.findings.Warn(table.PlaceOfKey("include"), "no file of '" + *source + "' fits '" + pattern + "'");
-    for (const std::string &file : files) {
+    for (const std::string &file : FilesOf(*source, table, include, exclude)) {
       const std::string path = *source + "/" + file;
-      if (claimed_.contains(Canonical(context_.InputPath(path))))
+      if (IsClaimed(path, node))
         continue;
       Settings one = settings;
-      const auto name = NameIn(file, place);
+      auto name = NameIn(file, place);
       if (!name)
         continue;
+      if (RowOf(settings.entry.kind).folder == KindFolder::Fonts)
+        name->erase(0, name->rfind('\\') + 1); // all fonts are in one folder
       one.entry.name = into + *name;
       if (!target.empty())
         one.entry.target = target + *name;
-      Take(path, place, one);
+      if (!Take(path, place, one))
+        continue;
+      if (CarriesArchive(context_.product().files.back().contents))
+        context_.findings.Warn(place, Warning::kNestedInstaller,
+                               "'" + path +
+                                   "' is an installer itself, maybe an earlier one of this product: "
+                                   "'exclude' it, or give it a [[file]]");
     }
   }
 
 private:
+  // The files that a tree brings; what it can't bring, and patterns that choose nothing, are reported.
+  std::vector<std::string> FilesOf(const std::string &source, ManifestTable &table,
+                                   const std::vector<std::string> &include, const std::vector<std::string> &exclude) {
+    const Place place = table.PlaceOfKey("source");
+    FileList list = ListFiles(context_.InputPath(source), include, exclude);
+    for (const FileList::Fault &fault : list.faults)
+      context_.findings.Error(place, "can't " + std::string(fault.path.empty() ? "list the folder '" : "take '") +
+                                         source + (fault.path.empty() ? "" : "/") + fault.path + "': " + fault.reason);
+    std::erase_if(list.files, [&](const std::string &file) {
+      return context_.IsOutput(context_.InputPath(source) / PathFromUtf8(file));
+    });
+    if (list.files.empty() && list.faults.empty())
+      context_.findings.Error(place, "no file of '" + source + "' fits");
+    else if (list.faults.empty())
+      TellIdlePatterns(source, table, list.files, include, exclude);
+    return list.files;
+  }
+
+  void TellIdlePatterns(const std::string &source, ManifestTable &table, const std::vector<std::string> &files,
+                        const std::vector<std::string> &include, const std::vector<std::string> &exclude) {
+    const auto tell = [&](const char *key, const std::string &pattern, const std::vector<std::string> &among) {
+      if (std::any_of(among.begin(), among.end(),
+                      [&](const std::string &file) { return MatchesPattern(file, pattern); }))
+        return;
+      const bool is_folder = pattern.ends_with('/');
+      context_.findings.Warn(table.PlaceOfKey(key), Warning::kIdlePattern,
+                             "no file of '" + source + "' fits '" + pattern + "'" +
+                                 (is_folder                  ? ": what is in a folder is '" + pattern + "**'"
+                                  : pattern.starts_with('/') ? ": patterns are relative, without a '/' in front"
+                                                             : ""));
+    };
+    for (const std::string &pattern : include)
+      tell("include", pattern, files);
+    if (exclude.empty())
+      return;
+    FileList list = ListFiles(context_.InputPath(source), include, {});
+    for (FileList::Fault &fault : list.faults)
+      list.files.push_back(std::move(fault.path));
+    for (const std::string &pattern : exclude)
+      if (!context_.IsOutput(context_.InputPath(source) / PathFromUtf8(pattern))) // which may not be there yet
+        tell("exclude", pattern, list.files);
+  }
+
+  bool IsClaimed(const std::string &source, const toml::table &tree) const {
+    const auto claim = claimed_.find(Canonical(context_.InputPath(source)));
+    return claim != claimed_.end() && (!claim->second || claim->second == &tree);
+  }
+
   // The name of a tree's file, if the code page has its characters; the report says which of the files it is.
   std::optional<std::string> NameIn(const std::string &file, const Place &place) {
     std::string missing;
-    const auto name = ToCodePage(file, context_.code_page, missing);
+    const auto name = ToCodePage(file, context_.product().code_page, missing);
     if (name)
       return WithBackslashes(*name);
-    context_.findings.Error(place, "the name of '" + file + "' can't be packed: '" + missing +
-                                       "' doesn't exist in code page " + std::to_string(context_.code_page));
+    const bool combines =
+        missing.size() == 2 && (missing[0] == '\xCC' || (missing[0] == '\xCD' && missing[1] < '\xB0'));
+    context_.findings.Error(place, "the name of '" + file + "' can't be packed: " +
+                                       (missing.empty()
+                                            ? "it is no UTF-8"
+                                            : "'" + missing + "' doesn't exist in code page " +
+                                                  std::to_string(context_.product().code_page) +
+                                                  (combines ? "; it stands beside its letter, as some systems write "
+                                                              "names: rename the file with both as one"
+                                                            : "")));
     return std::nullopt;
   }
 
   struct Branch {
-    std::string folder, into, target; // each ends in its separator, or is empty
+    const toml::table *node;
+    std::string folder, plain, into, target; // each ends in its separator, or is empty
     std::vector<std::string> include, exclude;
 
-    // The path of `file` below the folder, or nothing when this tree would not have brought it.
-    std::string Below(const std::string &file) const {
-      const auto fits = [&](const std::string &pattern) { return MatchesPattern(file.substr(folder.size()), pattern); };
-      const bool brings = file.starts_with(folder) &&
+    // The path of a file below the folder, or nothing when this tree would not have brought it.
+    std::string Below(const std::string &file, const std::string &top) const {
+      const auto fits = [&](const std::string &pattern) { return MatchesPattern(file.substr(top.size()), pattern); };
+      const bool brings = file.starts_with(top) &&
                           (include.empty() || std::any_of(include.begin(), include.end(), fits)) &&
                           std::none_of(exclude.begin(), exclude.end(), fits);
-      return brings ? file.substr(folder.size()) : std::string();
+      return brings ? file.substr(top.size()) : std::string();
+    }
+
+    // By its true name, or, below a linked folder, by the one that it has in the tree.
+    std::string Below(const fs::path &file) const {
+      const std::string name = Below(Canonical(file), folder);
+      return name.empty() ? Below(Plain(file), plain) : name;
     }
   };
 
+  // The first tree that would bring a file, or null.
+  const Branch *BranchOf(const fs::path &path) const {
+    const auto found = std::find_if(branches_.begin(), branches_.end(),
+                                    [&](const Branch &branch) { return !branch.Below(path).empty(); });
+    return found == branches_.end() ? nullptr : &*found;
+  }
+
   // A file that has no name goes where its tree would have brought it; without a tree, it keeps its own name alone.
   void NameAfter(const std::string &source, FileEntry &entry, bool has_target) {
-    const std::string path = Canonical(context_.InputPath(source));
-    for (const Branch &branch : branches_)
-      if (const std::string name = branch.Below(path); !name.empty()) {
-        entry.name = context_.Convert(branch.into + WithBackslashes(name), entry.place);
-        if (!has_target && !branch.target.empty())
-          entry.target = context_.Convert(branch.target + WithBackslashes(name), entry.place);
-        return;
-      }
-    entry.name = context_.Convert(source.substr(source.find_last_of('/') + 1), entry.place);
+    const fs::path path = context_.InputPath(source);
+    const Branch *branch = BranchOf(path);
+    if (!branch) {
+      entry.name = context_.Convert(source.substr(source.find_last_of('/') + 1), entry.place);
+      return;
+    }
+    const std::string name = WithBackslashes(branch->Below(path));
+    entry.name = context_.Convert(branch->into + name, entry.place);
+    if (!has_target && !branch->target.empty())
+      entry.target = context_.Convert(branch->target + name, entry.place);
   }
 
   static std::string AsFolder(std::string path) {
@@ -197,14 +273,38 @@ private:
     return fs::weakly_canonical(path, error).generic_string();
   }
 
-  void Take(const std::string &source, const Place &place, Settings &settings) {
+  // The path with neither links nor other folders looked up.
+  static std::string Plain(const fs::path &path) {
+    std::error_code error;
+    return fs::absolute(path, error).lexically_normal().generic_string();
+  }
+
+  // Adds a file with what is in `source`; false, and reported, when that can't be read.
+  bool Take(const std::string &source, const Place &place, Settings &settings) {
     auto contents = context_.ReadInput(source, place);
     if (!contents)
-      return;
+      return false;
     settings.entry.contents = std::move(*contents);
     if (!settings.has_label && RowOf(settings.entry.kind).replaced == KindReplaced::ByNewerVersionAndDate)
       settings.entry.label = VersionLabel(settings.entry.contents);
+    if (!settings.has_label && settings.entry.kind == KindFont)
+      settings.entry.label = FontLabel(settings.entry.contents);
+    // A font that is found up to date is no longer recorded as the product's.
+    if (settings.entry.kind == KindFont && !settings.is_date_said)
+      settings.date = FileTime{};
     Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
+    return true;
+  }
+
+  // The first name of the font that the code page has all characters of, or nothing.
+  std::string FontLabel(const Bytes &file) const {
+    std::string missing;
+    for (std::string name : FontNames(file)) {
+      std::replace(name.begin(), name.end(), '"', '\'');
+      if (auto label = ToCodePage(name, context_.product().code_page, missing))
+        return *label;
+    }
+    return {};
   }
 
   void Add(FileEntry &entry, FileTime date) {
@@ -214,8 +314,8 @@ private:
 
   ManifestContext &context_;
   Settings defaults_;
-  std::set<std::string> claimed_;
   std::vector<Branch> branches_;
+  std::map<std::string, const toml::table *> claimed_; // by true name; of the one tree that leaves it out, or of all
 };
 
 } // namespace
@@ -243,7 +343,8 @@ void ReadFiles(ManifestContext &context, ManifestTable &root) {
   for (const Entry &entry : entries)
     if (entry.is_tree)
       reader.NoteTree(*entry.table);
-    else
+  for (const Entry &entry : entries)
+    if (!entry.is_tree)
       reader.Claim(*entry.table);
   for (const Entry &entry : entries)
     if (entry.is_tree)

@@ -1,9 +1,11 @@
 #include "packer/manifest/ManifestLists.h"
 
+#include <algorithm>
+#include <cstdio>
+
 #include "format/Texts.h"
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
-#include "packer/manifest/EnglishTexts.h"
+#include "packer/manifest/ReadyTexts.h"
 
 namespace korb::packer {
 
@@ -64,7 +66,9 @@ void ReadUninstallValue(ManifestContext &context, ManifestTable table) {
   UninstallValue value;
   value.place = table.PlaceOfTable();
   value.name = context.Text(table, "name");
-  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255).value_or(kUninstallText));
+  const toml::node *number = table.Find("value", {KeyForm::kValue});
+  value.kind = static_cast<uint8_t>(table.Named("kind", kValueKinds, 0, 255)
+                                        .value_or(number && number->is_integer() ? kUninstallNumber : kUninstallText));
   value.value = ValueText(context, table, "value");
   table.RefuseUnknown();
   context.product().uninstall_values.push_back(std::move(value));
@@ -90,19 +94,67 @@ int TextNumber(ManifestContext &context, std::string_view key, const Place &plac
   return -1;
 }
 
-void ReadTexts(ManifestContext &context, const toml::table *table, int page, Language &language) {
+constexpr std::string_view kReadyKey = "language"; // among the texts of a manifest: those that it starts from
+
+void PutText(ManifestContext &context, Language &language, int number, std::string text, const Place &place) {
+  if (language.texts.size() <= static_cast<size_t>(number))
+    language.texts.resize(static_cast<size_t>(number) + 1);
+  language.texts[static_cast<size_t>(number)] = std::move(text);
+  context.product().places["texts." + language.name + "." + std::to_string(number)] = place;
+}
+
+// What an author has to write for an installer to show `texts`: the first code page that has all their characters.
+std::string PageFor(const std::vector<std::string> &texts) {
+  const auto holds = [&](int page) {
+    std::string missing;
+    return std::ranges::all_of(texts,
+                               [&](const std::string &text) { return ToCodePage(text, page, missing).has_value(); });
+  };
+  for (int page : {kDefaultCodePage, 1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258})
+    if (holds(page))
+      return std::to_string(page);
+  return "\"utf-8\"";
+}
+
+// The texts that are ready in the language `name`, which stands at `place`.
+void TakeReadyTexts(ManifestContext &context, const std::string &name, const Place &place, int page,
+                    Language &language) {
+  const std::vector<std::string> *ready = ReadyTexts(name);
+  if (!ready) {
+    std::string all;
+    for (const TranslationFile &file : TranslationFiles())
+      all += (all.empty() ? "" : ", ") + std::string(file.language);
+    context.findings.Error(place, "there are no ready texts in '" + name + "', but in " + all);
+    return;
+  }
+  std::string lacking;
+  for (size_t number = 0; number < ready->size(); ++number) {
+    std::string missing;
+    const auto text = ToCodePage((*ready)[number], page, missing);
+    if (!text && lacking.empty())
+      lacking = missing;
+    if (!(*ready)[number].empty())
+      PutText(context, language, static_cast<int>(number), text.value_or(std::string()), place);
+  }
+  if (!lacking.empty())
+    context.findings.Error(place, "'" + lacking + "' doesn't exist in code page " + std::to_string(page) +
+                                      ": the texts in '" + name + "' need codepage = " + PageFor(*ready));
+}
+
+// `other_key` is one in `table` that names no text.
+void ReadTexts(ManifestContext &context, const toml::table *table, int page, Language &language,
+               std::string_view other_key = {}) {
   if (!table)
     return;
   for (const auto &[key, node] : *table) {
+    if (key.str() == other_key)
+      continue;
     const Place place = PlaceOf(key.source());
     const int number = TextNumber(context, key.str(), place);
     if (number < 0)
       continue;
-    if (language.texts.size() <= static_cast<size_t>(number))
-      language.texts.resize(static_cast<size_t>(number) + 1);
-    language.texts[static_cast<size_t>(number)] =
-        context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page);
-    context.product().places["texts." + language.name + "." + std::to_string(number)] = place;
+    PutText(context, language, number,
+            context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page), place);
   }
 }
 
@@ -111,42 +163,38 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
   const auto bytes = context.ReadInput(name, place);
   if (!bytes)
     return std::nullopt;
-  try {
-    return toml::parse(std::string_view(reinterpret_cast<const char *>(bytes->data()), bytes->size()),
-                       ShowPath(context.InputPath(name)));
-  } catch (const toml::parse_error &error) {
-    context.findings.Error(PlaceOf(error.source()), std::string(error.description()));
-    return std::nullopt;
-  }
+  return ParseToml(*bytes, ShowPath(context.InputPath(name)), context.findings);
 }
 
 void ReadLanguage(ManifestContext &context, ManifestTable table) {
   Language language{{}, EnglishTexts(), table.PlaceOfTable()};
-  const int page = static_cast<int>(table.Integer("codepage", 0, 65535).value_or(context.code_page));
-  if (!IsCodePage(page)) {
-    context.findings.Error(table.PlaceOfKey("codepage"), "the code page has to be one from 1250 to 1258");
-    return;
-  }
+  const int page = context.CodePage(table, "codepage");
+  if (page != context.product().code_page && (page == kUtf8 || context.product().code_page == kUtf8))
+    context.findings.Error(table.PlaceOfKey("codepage"),
+                           "all languages of an installer are in UTF-8 or none: 'product.codepage' tells which");
   if (const auto name = table.Text("name"))
     language.name = context.Convert(*name, table.PlaceOfKey("name"));
   else
     context.findings.Error(table.PlaceOfTable(), "a [[language]] needs a 'name'");
   ManifestTable texts = table.Table("texts");
-  const auto file = table.Text("file");
+  const auto ready = texts.Text(kReadyKey), file = table.Text("file");
   table.RefuseUnknown();
+  if (ready)
+    TakeReadyTexts(context, *ready, texts.PlaceOfKey(kReadyKey), page, language);
   if (file)
     if (const auto parsed = ParseTextFile(context, *file, table.PlaceOfKey("file")))
       ReadTexts(context, &*parsed, page, language);
-  ReadTexts(context, texts.Raw(), page, language); // they win over those of the file
+  ReadTexts(context, texts.Raw(), page, language, kReadyKey); // they win over those of the file
   if (language.name != kDefaultLanguage) {
     std::string untranslated;
-    const std::vector<std::string> english = EnglishTexts();
+    const std::vector<std::string> &english = EnglishTexts();
     for (size_t number = 0; number < std::size(kTextRows); ++number)
       if (!english[number].empty() &&
           !context.product().places.contains("texts." + language.name + "." + std::to_string(number)))
         untranslated += std::string(untranslated.empty() ? "" : ", ") + kTextRows[number].name;
     if (!untranslated.empty())
-      context.findings.Warn(language.place, "these texts of '" + language.name + "' stay English: " + untranslated);
+      context.findings.Warn(language.place, Warning::kUntranslatedText,
+                            "these texts of '" + language.name + "' stay English: " + untranslated);
   }
   context.product().languages.push_back(std::move(language));
 }
@@ -168,9 +216,14 @@ void ReadLanguages(ManifestContext &context, ManifestTable &root) {
   if (!languages.empty() && texts.Exists())
     context.findings.Error(texts.PlaceOfTable(), "with [[language]], its texts stand in [language.texts]");
   if (languages.empty()) {
-    Language english{kDefaultLanguage, EnglishTexts(), {}};
-    ReadTexts(context, texts.Raw(), context.code_page, english);
-    context.product().languages.push_back(std::move(english));
+    Language only{kDefaultLanguage, EnglishTexts(), {}};
+    if (const auto ready = texts.Text(kReadyKey)) {
+      if (*ready != "en")
+        only.name = *ready;
+      TakeReadyTexts(context, *ready, texts.PlaceOfKey(kReadyKey), context.product().code_page, only);
+    }
+    ReadTexts(context, texts.Raw(), context.product().code_page, only, kReadyKey);
+    context.product().languages.push_back(std::move(only));
   }
   for (const toml::table *table : languages)
     ReadLanguage(context, {table, "language", context.findings});

@@ -4,9 +4,11 @@
 #include <charconv>
 #include <cstdio>
 
+#include "format/Texts.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
+#include "packer/check/TextRules.h"
 #include "packer/manifest/ImageFile.h"
 #include "packer/manifest/ManifestFiles.h"
 #include "packer/manifest/ManifestLists.h"
@@ -21,12 +23,7 @@ constexpr int64_t kMaxI32 = INT32_MAX, kMaxU32 = UINT32_MAX;
 
 void ReadProduct(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
-  if (const auto page = table.Integer("codepage", 0, 65535)) {
-    if (IsCodePage(static_cast<int>(*page)))
-      context.code_page = static_cast<int>(*page);
-    else
-      context.findings.Error(table.PlaceOfKey("codepage"), "the code page has to be one from 1250 to 1258");
-  }
+  product.code_page = context.CodePage(table, "codepage");
   product.name = context.Text(table, "name");
   product.version = context.Text(table, "version");
   product.publisher = context.Text(table, "publisher");
@@ -39,6 +36,7 @@ void ReadProduct(ManifestContext &context, ManifestTable table) {
   product.places["product.expires"] = table.PlaceOfKey("expires");
   product.places["product.excluded_platforms"] = table.PlaceOfKey("excluded_platforms");
   product.excluded_platforms = static_cast<uint32_t>(table.NamedBits("excluded_platforms", kPlatforms).value_or(0));
+  product.payload.will_be_signed = table.Boolean("signed").value_or(false);
   table.RefuseUnknown();
 }
 
@@ -102,39 +100,76 @@ std::optional<uint32_t> ReadColor(ManifestTable &table, std::string_view key) {
   return (rgb & 0xFF) << 16 | (rgb & 0xFF00) | rgb >> 16;
 }
 
+/// Whether black is easier to read on a colour than white.
+bool IsLight(uint32_t color) {
+  // What the eye takes for bright: mostly green, hardly blue.
+  return 299 * (color & 0xFF) + 587 * (color >> 8 & 0xFF) + 114 * (color >> 16) > 150 * 1000;
+}
+
+/// After the options, which tell whether the colours are the system's.
 void ReadAppearance(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   const auto title = ReadColor(table, "title_color"), top = ReadColor(table, "top_color"),
              bottom = ReadColor(table, "bottom_color");
   product.places["appearance.title_color"] = table.PlaceOfKey("title_color");
-  product.title_color = title.value_or(0);
-  product.top_color = top.value_or(bottom.value_or(0));
-  product.bottom_color = bottom.value_or(top.value_or(0));
-  if (top || bottom)
-    product.flags |= IF_CUSTOM_COLORS;
-  // A shadow is black, so under a black title it would only look smeared.
-  product.title_shadow =
-      static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(product.title_color != 0 ? 1 : 0));
+  if (top || bottom) {
+    product.top_color = top ? *top : *bottom;
+    product.bottom_color = bottom.value_or(product.top_color);
+  }
   if (const auto name = table.Text("background")) {
     if (const auto file = context.ReadInput(*name, table.PlaceOfKey("background"))) {
       if (auto bitmap = BitmapOf(*file))
         product.background = std::move(*bitmap);
       else
-        context.findings.Error(table.PlaceOfKey("background"),
-                               "'" + *name + "' is no BMP file of a form that can be shown");
+        context.findings.Error(table.PlaceOfKey("background"), "'" + *name + "' " + BitmapFault(*file));
     }
   }
+  const bool is_picture = !product.background.empty();
+  product.title_color = title.value_or(IsLight(product.top_color) && !is_picture ? 0 : product.title_color);
+  // A shadow is black: under a dark title, as the system's mostly is, it would only look smeared.
+  const bool is_system = !product.Has(IF_CUSTOM_COLORS) && !is_picture;
+  const uint8_t shadow = is_system || !IsLight(product.title_color) ? 0 : product.title_shadow;
+  product.title_shadow = static_cast<uint8_t>(table.Integer("title_shadow", 0, 255).value_or(shadow));
   table.RefuseUnknown();
+}
+
+// A page is many words, none of them for a machine.
+void CheckPage(ManifestContext &context, const toml::node &page, const std::string &text) {
+  const std::string word = page.value_or(std::string());
+  std::error_code error;
+  if (!word.empty() && word.find_first_of(" \t\r\n") == word.npos &&
+      !fs::is_regular_file(context.InputPath(word), error)) // of which TextOrFile warns
+    context.findings.Warn(PlaceOf(page), Warning::kTextIsFileName,
+                          "'" + word + "' is the whole text of the page, and there is no file of that " +
+                              "name: a file is { file = \"...\" }");
+  if (text.starts_with("{\\rtf"))
+    context.findings.Warn(PlaceOf(page), Warning::kRtfPage,
+                          "the page shows its text as it is, with all codes of RTF: save it as plain text");
 }
 
 void ReadPages(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, pages] :
        {std::pair{"license", &context.product().license_pages}, std::pair{"readme", &context.product().readme_pages}}) {
     context.product().places[table.FullName(key)] = table.PlaceOfKey(key);
-    for (const toml::node *page : table.Elements(key, {KeyForm::kPages}))
+    for (const toml::node *page : table.Elements(key, {KeyForm::kPages})) {
       pages->push_back(context.TextOrFile(*page, table.FullName(key)));
+      CheckPage(context, *page, pages->back());
+    }
   }
   table.RefuseUnknown();
+}
+
+// What a batch holds that was a path in double quotes: a control character that is no line end and doesn't indent.
+std::string SpoiltPathIn(const std::string &batch) {
+  std::string rest;
+  for (size_t i = 0; i < batch.size(); ++i) {
+    const char c = batch[i], before = i == 0 ? '\n' : batch[i - 1];
+    const bool ends_line = c == '\n' || (c == '\r' && i + 1 < batch.size() && batch[i + 1] == '\n');
+    const bool indents = c == '\t' && (before == '\t' || before == ' ' || before == '\n');
+    if (!ends_line && !indents)
+      rest += c;
+  }
+  return ControlCharacterIn(rest);
 }
 
 void ReadBatches(ManifestContext &context, ManifestTable table) {
@@ -146,6 +181,8 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
   for (const auto &[key, field] : batches)
     if (const toml::node *node = table.Find(key, {KeyForm::kTextOrFile})) {
       context.product().places[table.FullName(key)] = PlaceOf(*node);
+      if (const auto control = SpoiltPathIn(node->value_or(std::string())); !control.empty())
+        context.TellControlCharacter(table.FullName(key), control, PlaceOf(*node));
       context.product().*field = context.TextOrFile(*node, table.FullName(key));
     }
   table.RefuseUnknown();
@@ -174,7 +211,7 @@ void ReadUpgrade(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
-// The option word, last: a bit that a value has brought along can still be told otherwise.
+// The option word, after what brings bits along: a bit that a value has brought along can still be told otherwise.
 void ReadOptions(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   product.flags |= static_cast<uint64_t>(table.Integer("raw", INT64_MIN, INT64_MAX).value_or(0));
@@ -187,40 +224,50 @@ void ReadOptions(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+// The program puts the name into a text before it takes that for a format, in which a percent sign has to be doubled.
+void WriteOutPercent(Product &product) {
+  std::string name;
+  for (const char c : product.name)
+    name += c == '%' ? std::string("%%") : std::string(1, c);
+  if (name == product.name)
+    return;
+  for (Language &language : product.languages)
+    for (size_t number = 0; number < std::min(language.texts.size(), std::size(kTextRows)); ++number)
+      if (*kTextRows[number].form)
+        language.texts[number] = WithProductName(language.texts[number], name);
+}
+
 void ReadTables(ManifestContext &context, ManifestTable root) {
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));
   ReadUninstall(context, root.Table("uninstall"));
-  ReadAppearance(context, root.Table("appearance"));
   ReadPages(context, root.Table("pages"));
   ReadBatches(context, root.Table("batch"));
   ReadPayload(context, root.Table("payload"));
   ReadUpgrade(context, root.Table("upgrade"));
   ReadOptions(context, root.Table("options"));
+  ReadAppearance(context, root.Table("appearance"));
   ReadLists(context, root);
   ReadLanguages(context, root);
+  WriteOutPercent(context.product());
   ReadFiles(context, root);
   root.RefuseUnknown();
 }
 
 } // namespace
 
-Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings) {
-  ManifestContext context(path, newest, findings);
+Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings, const fs::path &output) {
+  ManifestContext context(path, newest, findings, output);
   const auto text = ReadFileBytes(path);
   if (!text) {
-    findings.Error({}, "can't read the manifest");
+    findings.Error({}, "can't read the manifest: " + WhyUnreadable(path));
     return context.manifest;
   }
-  toml::table parsed;
-  try {
-    parsed = toml::parse(std::string_view(reinterpret_cast<const char *>(text->data()), text->size()));
-  } catch (const toml::parse_error &error) {
-    findings.Error(PlaceOf(error.source()), std::string(error.description()));
+  const auto parsed = ParseToml(*text, {}, findings);
+  if (!parsed)
     return context.manifest;
-  }
   context.manifest.was_parsed = true;
-  ReadTables(context, ManifestTable(&parsed, "", findings));
+  ReadTables(context, ManifestTable(&*parsed, "", findings));
   return std::move(context.manifest);
 }
 
@@ -229,11 +276,10 @@ const KeyForms &KnownKeys() {
     KeyForms asked;
     Findings findings;
     findings.asked_keys = &asked;
-    ManifestContext context({}, std::nullopt, findings);
-    const toml::table least =
-        toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
-                    "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
-                    "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
+    ManifestContext context({}, std::nullopt, findings, {});
+    const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
+                                          "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                                          "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
     ReadTables(context, ManifestTable(&least, "", findings));
     return asked;
   }();

@@ -19,8 +19,10 @@ struct Manifest {
 
 /// Reads the manifest at `path` and the files that it names, which are relative to its folder. `newest` is the newest
 /// date that a file may keep from the disk, in seconds since 1970; a later one becomes it. What is wrong is told in
-/// `findings`, all in one run as far as possible; the product is of use only when there is no error among them.
-Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings);
+/// `findings`, all in one run as far as possible; the product is of use only when there is no error among them. No tree
+/// brings `output`, the installer that is to be made of it, or its volumes, from an earlier time.
+Manifest ReadManifest(const std::filesystem::path &path, std::optional<int64_t> newest, Findings &findings,
+                      const std::filesystem::path &output = {});
 
 /// Every key that a manifest may hold, tables among them. What stands in [texts] is not among them.
 const KeyForms &KnownKeys();

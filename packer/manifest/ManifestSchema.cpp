@@ -114,6 +114,16 @@ Json TextsSchema(std::map<std::string, std::string> &effects) {
   return texts;
 }
 
+// The properties of the table `name`, or of each table of the array of that name; those of the whole for an empty one.
+Json &PropertiesOf(Json &schema, std::string_view name) {
+  if (name.empty())
+    return schema["properties"];
+  const size_t dot = name.rfind('.');
+  Json &table = PropertiesOf(schema, dot == name.npos ? std::string_view()
+                                                      : name.substr(0, dot))[std::string(name.substr(dot + 1))];
+  return (table.contains("items") ? table["items"] : table)["properties"];
+}
+
 } // namespace
 
 std::string ManifestSchema() {
@@ -123,26 +133,23 @@ std::string ManifestSchema() {
   auto effects = Effects();
   // Tables stand before their keys.
   for (const auto &[name, form] : KnownKeys()) {
-    const size_t dot = name.find('.');
+    const size_t dot = name.rfind('.');
     Json key = name == "texts" || name == "language.texts" ? TextsSchema(effects) : SchemaOf(form);
     // What all files share is told once.
     const bool shared = name.starts_with("tree.") || name.starts_with("file_defaults.");
     auto effect = effects.find(name);
     if (effect == effects.end() && shared)
       effect = effects.find("file" + name.substr(dot));
+    if (effect == effects.end() && name == "texts.language")
+      effect = effects.find("language.texts.language");
     if (effect != effects.end())
       key["description"] = effect->second;
-    if (dot == name.npos) {
-      schema["properties"][name] = form.kind == KeyForm::kTables ? Json{{"type", "array"}, {"items", key}} : key;
-      continue;
-    }
-    Json &table = schema["properties"][name.substr(0, dot)];
-    (table.contains("items") ? table["items"] : table)["properties"][name.substr(dot + 1)] = key;
+    PropertiesOf(schema, dot == name.npos ? "" : name.substr(0, dot))[name.substr(dot + 1)] =
+        form.kind == KeyForm::kTables ? Json{{"type", "array"}, {"items", key}} : key;
   }
   for (std::string_view name : kRequired) {
-    const size_t dot = name.find('.');
-    Json &table = schema["properties"][std::string(name.substr(0, dot))];
-    (table.contains("items") ? table["items"] : table)["required"] = {name.substr(dot + 1)};
+    Json &table = schema["properties"][std::string(name.substr(0, name.find('.')))];
+    (table.contains("items") ? table["items"] : table)["required"] = {name.substr(name.find('.') + 1)};
   }
   return schema.dump(1) + "\n";
 }

@@ -42,10 +42,6 @@ std::string Elsewhere(std::string_view key, const std::string &suggestion) {
 
 } // namespace
 
-Place PlaceOf(const toml::source_region &source) {
-  return {source.begin.line, source.begin.column, source.path ? *source.path : std::string()};
-}
-
 std::string ManifestTable::FullName(std::string_view key) const {
   return name_.empty() ? std::string(key) : name_ + "." + std::string(key);
 }

@@ -7,18 +7,12 @@
 #include <span>
 #include <string_view>
 
-#include <toml++/toml.h>
-
 #include "packer/Words.h"
 #include "packer/check/Findings.h"
 #include "packer/manifest/KeyForm.h"
+#include "packer/manifest/Toml.h"
 
 namespace korb::packer {
-
-Place PlaceOf(const toml::source_region &source);
-inline Place PlaceOf(const toml::node &node) {
-  return PlaceOf(node.source());
-}
 
 class ManifestTable {
 public:

@@ -26,6 +26,7 @@ constexpr char kHead[] = R"(# What the installer is made of. Build it with
 )";
 
 constexpr char kSettings[] = R"(#publisher = "Who made it"
+#signed = true                  # the finished installer is going to be signed
 
 [install]
 #directory = 'Thing'            # below Program Files; by default the product's name
@@ -39,10 +40,12 @@ uninstall_start_menu = true     # shortcut to the uninstaller
 #uninstall = false              # no uninstaller at all
 
 [appearance]
-top_color = "#2A6FB0"
-bottom_color = "#0B2545"
-title_color = "#FFFFFF"
+#top_color = "#2A6FB0"          # the background by default, with a white title
+#bottom_color = "#0B2545"
 #background = "picture.bmp"
+
+#[texts]
+#language = "de"                # what the installer says is English otherwise
 
 )";
 
@@ -101,6 +104,19 @@ std::string ProductName(const fs::path &folder, const fs::path &home) {
   return name;
 }
 
+// Whether Windows can have a file of that name.
+bool CanBeNamed(std::string file) {
+  std::replace(file.begin(), file.end(), '/', '\\');
+  return !HoldsIllegalCharacter(file) && !HasUnusablePart(file);
+}
+
+// A pattern that this file fits, and few others.
+std::string AsPattern(std::string file) {
+  for (char &c : file)
+    c = c == '*' || static_cast<unsigned char>(c) < ' ' ? '?' : c;
+  return file;
+}
+
 // A program at the top is what users start.
 bool IsStarted(const std::string &file) {
   const std::string lower = LowerCase(file);
@@ -114,7 +130,11 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
   std::error_code error;
   if (!fs::is_directory(folder, error))
     throw PackError("'" + ShowPath(folder) + "' is no folder");
-  const std::vector<std::string> files = ListFiles(folder, {}, {});
+  const FileList list = ListFiles(folder, {}, {});
+  if (!list.faults.empty())
+    throw PackError("can't take '" + ShowPath(folder / PathFromUtf8(list.faults[0].path)) +
+                    "': " + list.faults[0].reason);
+  const std::vector<std::string> &files = list.files;
   if (files.empty())
     throw PackError("there is no file in '" + ShowPath(folder) + "'");
 
@@ -122,12 +142,14 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
   const fs::path top = fs::weakly_canonical(folder);
   const std::string source = ManifestPath(top.lexically_relative(home));
   const std::string prefix = source == "." ? std::string() : source + "/";
-  std::string name = ProductName(top, home), version = "1.0", programs;
+  std::string name = ProductName(top, home), version, programs, unnameable;
   std::replace(name.begin(), name.end(), '"', '\'');
   for (const std::string &file : files) {
-    if (!IsStarted(file))
+    if (!CanBeNamed(file))
+      unnameable += ", " + Quoted(AsPattern(file));
+    if (!IsStarted(file) || !CanBeNamed(file))
       continue;
-    if (programs.empty())
+    if (version.empty())
       if (const auto bytes = ReadFileBytes(top / PathFromUtf8(file)))
         version = FileVersionOf(*bytes).value_or(version);
     programs += "[[file]]\nsource = " + Quoted(prefix + file) +
@@ -141,12 +163,14 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
                                 : ManifestPath(home.lexically_relative(top)) + "/";
   std::string text = kHead;
   text.replace(text.find("MANIFEST"), 8, ManifestPath(manifest.filename()));
-  text +=
-      "name = " + Quoted(name) + "\nversion = " + Quoted(version) + "\n" + kSettings + Pages(files, prefix) + programs;
+  text += "name = " + Quoted(name) + "\nversion = " + Quoted(version.empty() ? "1.0" : version) + "\n" + kSettings +
+          Pages(files, prefix) + programs;
   text += "[[tree]]\nsource = " + Quoted(source) + "\n";
-  text += inside ? "exclude = [" + Quoted(where + ManifestPath(manifest.filename())) + ", " +
-                       Quoted(where + ManifestPath(installer)) + "]\n"
-                 : "#exclude = [\"*.pdb\", \"old/**\"]\n";
+  std::string exclude =
+      inside ? ", " + Quoted(where + ManifestPath(manifest.filename())) + ", " + Quoted(where + ManifestPath(installer))
+             : std::string();
+  exclude += unnameable; // which would be errors
+  text += exclude.empty() ? "#exclude = [\"*.pdb\", \"old/**\"]\n" : "exclude = [" + exclude.substr(2) + "]\n";
   return text + "\n" + kMore;
 }
 

@@ -4,7 +4,6 @@
 #include <chrono>
 #include <fstream>
 
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
 #include "packer/check/TextRules.h"
@@ -90,7 +89,7 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
   std::error_code error;
   if (fs::exists(folder, error) && !fs::is_empty(folder, error))
     throw PackError("'" + ShowPath(folder) + "' is not an empty folder");
-  InstallerReader installer(path);
+  InstallerReader installer(path, page);
   installer.Read();
   if (installer.reached < Part::kFiles) {
     problems << ShowPath(path) << ": error: " << installer.damage->what() << "\n";
@@ -99,7 +98,7 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
   fs::create_directories(folder);
   size_t written = 0;
   for (const PayloadRecord &record : installer.records) {
-    const std::vector<std::string> parts = SafeParts(FromCodePage(record.name, page));
+    const std::vector<std::string> parts = SafeParts(FromCodePage(record.name, installer.code_page));
     try {
       if (WriteRecord(FreePlace(folder, parts), record)) {
         ++written;

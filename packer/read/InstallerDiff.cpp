@@ -4,7 +4,6 @@
 #include <map>
 
 #include "core/Text.h"
-#include "packer/CodePage.h"
 #include "packer/Words.h"
 #include "packer/check/TextRules.h"
 #include "packer/read/ReportText.h"
@@ -27,7 +26,7 @@ struct Section {
 
 class Inventory {
 public:
-  Inventory(const Release &release, int page) : release_(release), page_(page) {}
+  explicit Inventory(const Release &release) : release_(release) {}
 
   std::vector<Section> Sections() const {
     return {{"product", Product()},        {"file", Files()},
@@ -39,8 +38,6 @@ public:
 private:
   using Things = std::map<std::string, Thing>;
 
-  std::string Text(const std::string &text) const { return FromCodePage(text, page_); }
-
   Things Product() const {
     Things things;
     const std::pair<const char *, const std::string &> texts[] = {{"name", release_.name},
@@ -51,7 +48,7 @@ private:
                                                                   {"start_menu", release_.start_menu},
                                                                   {"registry_key", release_.registry_key}};
     for (const auto &[name, text] : texts)
-      things[name] = {name, {{"value", Text(text)}}};
+      things[name] = {name, {{"value", text}}};
     return things;
   }
 
@@ -59,7 +56,7 @@ private:
     Things things;
     for (const ReleaseFile &file : release_.files)
       if (file.Condition() != FF_PLACE_NEVER)
-        things[file.path.Key()] = {Text(file.path.text),
+        things[file.path.Key()] = {file.path.text,
                                    {{"size", file.size},
                                     {"date", DateText(file.date)},
                                     {"version", file.version},
@@ -74,7 +71,7 @@ private:
   Things Shortcuts() const {
     Things things;
     for (const ReleaseShortcut &shortcut : release_.shortcuts)
-      things[shortcut.path.Key()] = {Text(shortcut.path.text)};
+      things[shortcut.path.Key()] = {shortcut.path.text};
     return things;
   }
 
@@ -82,12 +79,12 @@ private:
     Things things;
     for (const Association &one : release_.associations) {
       const std::string name = one.extension + " " + one.verb + (one.language.empty() ? "" : ", " + one.language);
-      things[LowerCase(name)] = {Text(name),
-                                 {{"class", Text(one.file_class)},
-                                  {"description", Text(one.description)},
-                                  {"verb_label", Text(one.verb_label)},
-                                  {"command", Text(one.command)},
-                                  {"icon", Text(one.icon)},
+      things[LowerCase(name)] = {name,
+                                 {{"class", one.file_class},
+                                  {"description", one.description},
+                                  {"verb_label", one.verb_label},
+                                  {"command", one.command},
+                                  {"icon", one.icon},
                                   {"options", one.options}}};
     }
     return things;
@@ -98,8 +95,8 @@ private:
     for (const UninstallValue &value : release_.uninstall_values) {
       if (IsBlank(value.value.c_str()) || (value.kind == kUninstallNumber && value.value == "0"))
         continue; // it is none
-      things[LowerCase(value.name)] = {Text(value.name),
-                                       {{"kind", WordFor(kValueKinds, value.kind)}, {"value", Text(value.value)}}};
+      things[LowerCase(value.name)] = {value.name,
+                                       {{"kind", WordFor(kValueKinds, value.kind)}, {"value", value.value}}};
     }
     return things;
   }
@@ -115,7 +112,7 @@ private:
   Things Languages() const {
     Things things;
     for (const std::string &language : release_.languages)
-      things[language] = {Text(language)};
+      things[language] = {language};
     return things;
   }
 
@@ -126,7 +123,6 @@ private:
   }
 
   const Release &release_;
-  int page_;
 };
 
 Json Added(const Thing &thing) {
@@ -193,8 +189,8 @@ void WriteThing(const char *mark, const Json &thing, std::ostream &out) {
 
 } // namespace
 
-void WriteDiff(const Release &before, const Release &after, int page, bool json, std::ostream &out) {
-  const std::vector<Section> old = Inventory(before, page).Sections(), now = Inventory(after, page).Sections();
+void WriteDiff(const Release &before, const Release &after, bool json, std::ostream &out) {
+  const std::vector<Section> old = Inventory(before).Sections(), now = Inventory(after).Sections();
   Json all = {{"from", before.label}, {"to", after.label}};
   for (size_t i = 0; i < now.size(); ++i)
     all[now[i].title] = Compared(old[i], now[i]);

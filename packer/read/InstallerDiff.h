@@ -7,8 +7,8 @@
 
 namespace korb::packer {
 
-/// Writes how `after` differs from `before`: a line for each thing that is added, removed or changed, or JSON. `page`
-/// is the code page of their texts. Says so when all of that is the same.
-void WriteDiff(const Release &before, const Release &after, int page, bool json, std::ostream &out);
+/// Writes how `after` differs from `before`: a line for each thing that is added, removed or changed, or JSON. Says
+/// so when all of that is the same.
+void WriteDiff(const Release &before, const Release &after, bool json, std::ostream &out);
 
 } // namespace korb::packer

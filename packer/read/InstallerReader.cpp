@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <span>
 
 #include "archive/ArchiveFile.h"
 #include "archive/ConfigStream.h"
@@ -14,9 +13,11 @@
 #include "core/RunValues.h"
 #include "engine/DeletionRule.h"
 #include "format/Damage.h"
-#include "packer/CodePage.h"
+#include "packer/ActiveCodePage.h"
 #include "packer/FileIo.h"
+#include "packer/PeResources.h"
 #include "packer/Product.h"
+#include "packer/check/TextRules.h"
 #include "packer/release/NoMachine.h"
 
 namespace korb::packer {
@@ -51,10 +52,16 @@ private:
   const Bytes &bytes_;
 };
 
+// Whether what begins no installer has no look of a damaged one: a program without an archive, or no program at all.
+bool IsOtherFile(const Bytes &file) {
+  return file.size() < 2 || file[0] != 'M' || file[1] != 'Z' || (IsProgram(file) && !CarriesArchive(file));
+}
+
 // The volumes that lie beside the installer. Nobody changes disks: a missing one is the end.
 class VolumesBeside final : public PayloadHost {
 public:
-  VolumesBeside(fs::path folder, std::vector<FoundVolume> &found) : folder_(std::move(folder)), found_(found) {}
+  VolumesBeside(fs::path folder, int page, std::vector<FoundVolume> &found)
+      : folder_(std::move(folder)), page_(page), found_(found) {}
 
   void SetProgress(int32_t) override {}
   void SetStep(int32_t, int32_t) override {}
@@ -69,13 +76,13 @@ public:
   void AskCancel() override {}
 
   ByteSource *OpenVolume(const String &path, int32_t &size) override {
-    name_ = FromCodePage(path.c_str(), kDefaultCodePage);
+    name_ = FromCodePage(path.c_str(), page_);
     std::replace_if(
         name_.begin(), name_.end(), [](char c) { return c >= 0 && (c < 0x20 || c == 0x7F); }, '?');
     bytes_.reset();
     // A name that leads to another folder is not followed.
     if (name_.find_first_of("/\\:") == name_.npos)
-      bytes_ = ReadFileBytes(folder_ / PathFromUtf8(name_));
+      bytes_ = ReadFileBytes(InFolder(name_));
     if (!bytes_ || bytes_->size() > INT32_MAX)
       return nullptr;
     source_ = Source(*bytes_);
@@ -88,6 +95,17 @@ public:
   }
 
 private:
+  // The file in the folder; in any case of its letters, as Windows looks for it.
+  fs::path InFolder(const std::string &name) const {
+    std::error_code error;
+    const fs::path wanted = folder_ / PathFromUtf8(name);
+    if (!fs::exists(wanted, error))
+      for (const auto &entry : fs::directory_iterator(folder_.empty() ? fs::path(".") : folder_, error))
+        if (LowerCase(ManifestPath(entry.path().filename())) == LowerCase(name))
+          return entry.path();
+    return wanted;
+  }
+
   class Source final : public ByteSource {
   public:
     Source() = default;
@@ -107,6 +125,7 @@ private:
   };
 
   fs::path folder_;
+  int page_;
   std::vector<FoundVolume> &found_;
   std::string name_;
   std::optional<Bytes> bytes_;
@@ -115,7 +134,7 @@ private:
 
 } // namespace
 
-InstallerReader::InstallerReader(const fs::path &path) : folder_(path.parent_path()) {
+InstallerReader::InstallerReader(const fs::path &path, int page) : code_page(page), folder_(path.parent_path()) {
   auto bytes = ReadFileBytes(path);
   if (!bytes)
     throw PackError("can't read '" + ShowPath(path) + "'");
@@ -136,7 +155,10 @@ void InstallerReader::Read() {
   try {
     ReadParts();
   } catch (const ReportedDamage &report) {
-    damage = report;
+    const bool is_other = reached == Part::kNone && IsOtherFile(file);
+    damage = is_other ? ReportedDamage("it carries no archive, so it is no installer that korbpack has built", 0)
+             : report.text.starts_with("Out Of Memory") ? ReportedDamage("there is not enough memory to read it", 0)
+                                                        : report;
   }
 }
 
@@ -156,6 +178,8 @@ ArchiveCursor InstallerReader::Section() const {
 }
 
 void InstallerReader::ReadParts() {
+  if (AsksForUtf8(file))
+    code_page = kUtf8;
   BytesFile source(file);
   location = LocateArchive(source);
   cursor_ = Section();
@@ -170,14 +194,13 @@ void InstallerReader::ReadParts() {
   ReadConfigStream(stream, location.file_size, machine, config);
   reached = Part::kConfiguration;
 
+  program = StateOfProgram();
   String uninstaller;
   BuildUninstallerImage(source, location, header, config, uninstaller);
-  program_as_built =
-      ChecksumOf(std::span(file).first(static_cast<size_t>(location.section_file_pos))) == header.stub_checksum;
   reached = Part::kProgram;
   uninstaller_size = uninstaller.length();
 
-  VolumesBeside host(folder_, volumes);
+  VolumesBeside host(folder_, code_page, volumes);
   AssemblePayload(source, location, header, config, String(), host, payload_, cursor_);
   unpacked_size = cursor_.length();
   reached = Part::kPayload;
@@ -187,6 +210,19 @@ void InstallerReader::ReadParts() {
 
   CheckDeletions();
   reached = Part::kDeletions;
+}
+
+ProgramState InstallerReader::StateOfProgram() const {
+  Bytes part(file.begin(), file.begin() + location.section_file_pos);
+  if (ChecksumOf(part) == header.stub_checksum)
+    return ProgramState::kAsBuilt;
+  const size_t pe_header = static_cast<size_t>(location.pe_offset);
+  if (!location.is_signed() || part.size() < pe_header + pe::kSignatureAt + pe::kSignatureEntrySize)
+    return ProgramState::kChanged;
+  SetU32(part, pe_header + pe::kImageChecksumAt, 0);
+  SetU32(part, pe_header + pe::kSignatureAt, 0);
+  SetU32(part, pe_header + pe::kSignatureAt + 4, 0);
+  return ChecksumOf(part) == header.stub_checksum ? ProgramState::kSigned : ProgramState::kChanged;
 }
 
 void InstallerReader::ReadRecords() {

@@ -11,6 +11,7 @@
 #include "archive/InstallConfig.h"
 #include "archive/PayloadRecord.h"
 #include "packer/Bytes.h"
+#include "packer/CodePage.h"
 #include "packer/read/ReportedDamage.h"
 
 namespace korb::packer {
@@ -27,6 +28,13 @@ enum class Part {
   kDeletions,     ///< every date that an old file is compared with is one
 };
 
+/// The executable part, by the checksum that was taken when the installer was built.
+enum class ProgramState {
+  kAsBuilt,
+  kSigned, ///< as built, but for what signing fills in
+  kChanged,
+};
+
 /// A volume file that was found beside the installer.
 struct FoundVolume {
   std::string name; ///< UTF-8
@@ -38,7 +46,8 @@ struct FoundVolume {
 class InstallerReader {
 public:
   /// Throws PackError when there is no such file, or it is too large to be an installer.
-  explicit InstallerReader(const std::filesystem::path &path);
+  /// `page` is the code page of its texts, unless it asks for UTF-8.
+  explicit InstallerReader(const std::filesystem::path &path, int page = kDefaultCodePage);
   /// An installer that is no file; its volumes lie in `folder`.
   InstallerReader(Bytes installer, std::filesystem::path folder)
       : file(std::move(installer)), folder_(std::move(folder)) {}
@@ -55,9 +64,9 @@ public:
   ArchiveLocation location;
   ArchiveHeader header;
   InstallConfig config;
-  String background; ///< the bitmap without its file header
-  bool program_as_built =
-      false; ///< the checksum of the executable part; an installer that was signed afterwards loses it
+  String background;                             ///< the bitmap without its file header
+  ProgramState program = ProgramState::kChanged; ///< read with the configuration
+  int code_page = kDefaultCodePage;              ///< of the texts
   int64_t unpacked_size = 0;
   int32_t uninstaller_size = 0; ///< bytes
   std::vector<FoundVolume> volumes;
@@ -66,6 +75,7 @@ public:
 private:
   void ReadParts();
   ArchiveCursor Section() const;
+  ProgramState StateOfProgram() const;
   void ReadRecords();
   void CheckDeletions() const;
 

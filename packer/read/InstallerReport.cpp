@@ -4,7 +4,6 @@
 
 #include "core/RunValues.h"
 #include "format/Texts.h"
-#include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
 #include "packer/read/InstallerReader.h"
@@ -68,8 +67,7 @@ std::string ColorText(uint32_t color) {
 
 class Description {
 public:
-  Description(const InstallerReader &installer, int page)
-      : installer_(installer), config_(installer.config), page_(page) {}
+  explicit Description(const InstallerReader &installer) : installer_(installer), config_(installer.config) {}
 
   // As far as it was read: a part that was not read whole has no meaning.
   Json Tell() const {
@@ -87,14 +85,15 @@ public:
 
 private:
   std::string Text(const String &text) const { return Text(text.c_str()); }
-  std::string Text(const char *text) const { return FromCodePage(text, page_); }
+  std::string Text(const char *text) const { return FromCodePage(text, installer_.code_page); }
 
   Json TellSection() const {
     const ArchiveLocation &location = installer_.location;
     return {{"position", location.section_file_pos},
             {"size", location.section_raw_size},
             {"address", HexText(location.section_address)},
-            {"file_size", location.file_size}};
+            {"file_size", installer_.file.size()},
+            {"signature_size", location.is_signed() ? location.signature.size : 0}};
   }
 
   Json TellHeader() const {
@@ -130,7 +129,8 @@ private:
   }
 
   Json TellProduct() const {
-    return {{"name", Text(ProductName)},
+    return {{"codepage", installer_.code_page == kUtf8 ? "utf-8" : "system"},
+            {"name", Text(ProductName)},
             {"version", Text(config_.version)},
             {"publisher", Text(config_.publisher)},
             {"registry_key", Text(config_.product_registry)},
@@ -274,7 +274,6 @@ private:
 
   const InstallerReader &installer_;
   const InstallConfig &config_;
-  int page_;
 };
 
 struct PartName {
@@ -294,9 +293,9 @@ constexpr PartName kParts[] = {{Part::kSection, "PE headers, archive section"},
 
 bool InspectInstaller(const std::filesystem::path &path, int page, bool json, std::ostream &out,
                       std::ostream &problems) {
-  InstallerReader installer(path);
+  InstallerReader installer(path, page);
   installer.Read();
-  const Json all = Description(installer, page).Tell();
+  const Json all = Description(installer).Tell();
   if (json)
     out << Written(all, 2) << "\n";
   else
@@ -306,26 +305,33 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
   return !installer.damage;
 }
 
-bool VerifyInstaller(const std::filesystem::path &path, std::ostream &out) {
+bool VerifyInstaller(const std::filesystem::path &path, bool strict, std::ostream &out) {
   InstallerReader installer(path);
   installer.Read();
+  const bool changed = installer.program == ProgramState::kChanged;
   for (const PartName &part : kParts) {
     const bool good = installer.reached >= part.part;
-    out << (good ? "good     " : "DAMAGED  ") << part.what;
+    const bool is_program = part.part == Part::kProgram;
+    out << (!good ? "DAMAGED  " : is_program && changed ? "CHANGED  " : "good     ") << part.what;
     if (!good) {
-      out << ": " << installer.damage.value().what() << "\n" << ShowPath(path) << ": damaged\n";
+      out << ": " << installer.damage.value().what();
+      if (is_program && installer.program == ProgramState::kSigned)
+        out << ": an installer with 'options.verify_stub' can't be signed";
+      out << "\n" << ShowPath(path) << ": damaged\n";
       return false;
     }
-    if (part.part == Part::kProgram && !installer.program_as_built)
-      out << " (changed since it was packed, which this installer doesn't look at)";
+    if (is_program && changed)
+      out << ": not as it was built, which this installer doesn't look at";
+    if (is_program && installer.program == ProgramState::kSigned)
+      out << ", signed";
     if (part.part == Part::kPayload && !installer.volumes.empty())
       out << ", from " << installer.volumes.size() << " volume" << (installer.volumes.size() == 1 ? "" : "s");
     if (part.part == Part::kFiles)
       out << ": " << installer.records.size();
     out << "\n";
   }
-  out << ShowPath(path) << ": sound\n";
-  return true;
+  out << ShowPath(path) << (changed ? ": sound, but changed since it was built\n" : ": sound\n");
+  return !(strict && changed);
 }
 
 } // namespace korb::packer

@@ -6,13 +6,13 @@
 
 namespace korb::packer {
 
-Release ReadRelease(const std::filesystem::path &path) {
-  InstallerReader installer(path);
+Release ReadRelease(const std::filesystem::path &path, int page) {
+  InstallerReader installer(path, page);
   installer.Read();
   if (installer.damage)
     throw PackError("'" + ShowPath(path) + "' can't be read as an installer: " + installer.damage->what());
-  Release release =
-      ReleaseOf(installer.config, installer.records, installer.background.length(), installer.uninstaller_size);
+  Release release = ReleaseOf(installer.config, installer.records, installer.background.length(),
+                              installer.uninstaller_size, installer.code_page);
   release.label = ShowPath(path);
   release.installer_size = static_cast<int64_t>(installer.file.size());
   for (const FoundVolume &volume : installer.volumes)

@@ -14,6 +14,7 @@
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "format/Words.h"
+#include "packer/CodePage.h"
 #include "packer/release/NoMachine.h"
 #include "packer/write/ConfigWriter.h"
 #include "ui/DibImage.h"
@@ -55,7 +56,7 @@ void Expand(String &text) {
 }
 
 // `path` with its variable in place of what stands in for it.
-ReleasePath PathOf(const String &path) {
+ReleasePath PathOf(const String &path, int page) {
   ReleasePath known{path.c_str()};
   for (size_t i = 0; i < StandIns().size(); ++i) {
     const std::string &folder = StandIns()[i];
@@ -69,6 +70,7 @@ ReleasePath PathOf(const String &path) {
                      (known.text + "\\").find("\\..\\") == std::string::npos;
     break;
   }
+  known.text = FromCodePage(known.text, page);
   return known;
 }
 
@@ -85,8 +87,8 @@ public:
 // The shortcuts of one release, made once for each of its languages.
 class ShortcutGatherer {
 public:
-  explicit ShortcutGatherer(const InstallConfig &config)
-      : config_(config), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
+  ShortcutGatherer(const InstallConfig &config, int page)
+      : config_(config), page_(page), all_users_(config.shortcut_mode == kShortcutsForAllUsers) {}
 
   void AddLanguage(std::span<const PayloadRecord> records, const String &uninstall_dir) {
     UnknownMachine machine;
@@ -150,7 +152,7 @@ private:
   void Add(const String &folder, const String &title, bool keep, bool in_any_case) {
     String path = PathJoin(folder, title);
     EnsureLinkExtension(path);
-    const ReleasePath place = PathOf(path);
+    const ReleasePath place = PathOf(path, page_);
     Found &found = found_[place.Key()];
     found.shortcut.path = place;
     found.shortcut.keep |= keep;
@@ -160,13 +162,14 @@ private:
   }
 
   const InstallConfig &config_;
+  const int page_;
   const bool all_users_;
   std::map<std::string, Found> found_;
 };
 
 std::vector<ReleaseRecord> RecordsOf(const InstallConfig &config, const String &uninstall_dir, int32_t picture_size,
-                                     int32_t uninstaller_size) {
-  const auto path = [&](const char *name) { return PathOf(PathJoin(uninstall_dir, name)); };
+                                     int32_t uninstaller_size, int page) {
+  const auto path = [&](const char *name) { return PathOf(PathJoin(uninstall_dir, name), page); };
   std::vector<ReleaseRecord> records{{path(kInstallLogName)}};
   if (HasInstallFlag(IF_BACKGROUND_BITMAP) && picture_size > 0)
     records.push_back({path(kBackgroundName), picture_size + DibImage::kFileHeader});
@@ -177,26 +180,27 @@ std::vector<ReleaseRecord> RecordsOf(const InstallConfig &config, const String &
   return records;
 }
 
-void CopyLists(const InstallConfig &config, Release &release) {
+void CopyLists(const InstallConfig &config, int page, Release &release) {
+  const auto utf8 = [page](const String &text) { return FromCodePage(text.c_str(), page); };
   for (int32_t i = 0; i < config.associations.count; ++i) {
     const FileAssociation &one = config.associations.at(i);
     release.associations.push_back({one.flags,
-                                    one.extension.c_str(),
-                                    one.file_class.c_str(),
-                                    one.description.c_str(),
-                                    one.verb.c_str(),
-                                    one.verb_label.c_str(),
-                                    one.command.c_str(),
-                                    one.language.c_str(),
-                                    one.icon.c_str(),
+                                    utf8(one.extension),
+                                    utf8(one.file_class),
+                                    utf8(one.description),
+                                    utf8(one.verb),
+                                    utf8(one.verb_label),
+                                    utf8(one.command),
+                                    utf8(one.language),
+                                    utf8(one.icon),
                                     {}});
   }
   for (int32_t i = 0; i < config.uninstall_data.count; ++i) {
     const UninstallData &one = config.uninstall_data.at(i);
-    release.uninstall_values.push_back({one.name.c_str(), one.kind, one.value.c_str(), {}});
+    release.uninstall_values.push_back({utf8(one.name), one.kind, utf8(one.value), {}});
   }
   for (int32_t i = 0; i < LanguageNames.count; ++i)
-    release.languages.push_back(LanguageNames.at(i).c_str());
+    release.languages.push_back(utf8(LanguageNames.at(i)));
   for (int32_t number = 0; number < TextTable.count; ++number)
     for (int32_t i = 0; i < TextTable.at(number).count; ++i)
       release.text_count += !TextTable.at(number).at(i).is_empty();
@@ -249,31 +253,32 @@ int64_t Release::InstalledSize() const {
   return size;
 }
 
-ReleasePath DeletionPath(const std::string &name) {
+ReleasePath DeletionPath(const std::string &name, int page) {
   String path(name.c_str());
   Expand(path);
   NormalisePath(path, StandIn(path_variable::kInstallDir).c_str());
-  return PathOf(path);
+  return PathOf(path, page);
 }
 
 Release ReleaseOf(const InstallConfig &config, std::span<const PayloadRecord> records, int32_t picture_size,
-                  int32_t uninstaller_size) {
+                  int32_t uninstaller_size, int page) {
+  const auto utf8 = [page](const String &text) { return FromCodePage(text.c_str(), page); };
   InstallDir = StandIn(path_variable::kInstallDir).c_str();
   CommonDir = StandIn(path_variable::kSharedDir).c_str();
   OsNameInTexts = "<os>"; // differs from machine to machine
   Release release;
-  release.name = ProductName.c_str();
-  release.version = config.version.c_str();
-  release.publisher = config.publisher.c_str();
-  release.uninstall_name = config.uninstall_name.c_str();
-  release.registry_key = config.product_registry.c_str();
-  release.directory = config.default_install_dir.c_str();
-  release.start_menu = config.product_start_menu.c_str();
+  release.name = utf8(ProductName);
+  release.version = utf8(config.version);
+  release.publisher = utf8(config.publisher);
+  release.uninstall_name = utf8(config.uninstall_name);
+  release.registry_key = utf8(config.product_registry);
+  release.directory = utf8(config.default_install_dir);
+  release.start_menu = utf8(config.product_start_menu);
   release.options = InstallFlags;
   const String uninstall_dir = PathJoin(InstallDir, config.uninstall_subdir);
   UnknownMachine machine;
   for (const PayloadRecord &record : records)
-    release.files.push_back({PathOf(ChooseDestination(record, uninstall_dir, machine).path),
+    release.files.push_back({PathOf(ChooseDestination(record, uninstall_dir, machine).path, page),
                              record.dest_kind,
                              record.file_flags,
                              record.attributes,
@@ -281,12 +286,12 @@ Release ReleaseOf(const InstallConfig &config, std::span<const PayloadRecord> re
                              record.date,
                              0,
                              {}});
-  ShortcutGatherer shortcuts(config);
+  ShortcutGatherer shortcuts(config, page);
   for (LanguageIndex = 0; LanguageIndex < LanguageNames.count; ++LanguageIndex)
     shortcuts.AddLanguage(records, uninstall_dir);
   release.shortcuts = shortcuts.Gathered();
-  release.records = RecordsOf(config, uninstall_dir, picture_size, uninstaller_size);
-  CopyLists(config, release);
+  release.records = RecordsOf(config, uninstall_dir, picture_size, uninstaller_size, page);
+  CopyLists(config, page, release);
   return release;
 }
 
@@ -302,7 +307,7 @@ Release ReleaseOf(const Product &product) {
   std::vector<PayloadRecord> records;
   for (const FileEntry &file : product.files)
     records.push_back(RecordOf(file));
-  return ReleaseOf(config, records, picture.length(), -1);
+  return ReleaseOf(config, records, picture.length(), -1, product.code_page);
 }
 
 } // namespace korb::packer

@@ -13,7 +13,7 @@
 namespace korb::packer {
 
 /// A place on a machine that isn't known: the path begins with the path variable of its folder, as in
-/// "%InstallDir%\help\a.txt". Bytes are those of the product's code page.
+/// "%InstallDir%\help\a.txt".
 struct ReleasePath {
   std::string text;
   /// False where the path can't be told: it isn't below such a folder, another variable or ".." stands in its middle,
@@ -51,6 +51,7 @@ struct ReleaseRecord {
   int32_t size = -1; ///< bytes; -1 when that differs from machine to machine
 };
 
+/// Texts are in UTF-8: releases of a product may have different code pages.
 struct Release {
   std::string label; ///< how messages call it: the file's name
   std::string name, version, publisher, uninstall_name, registry_key, directory, start_menu;
@@ -68,13 +69,14 @@ struct Release {
   int64_t InstalledSize() const; ///< bytes of all files that are placed
 };
 
-/// The path that a `[[delete]]` of this name means; names are relative to the installation directory.
-ReleasePath DeletionPath(const std::string &name);
+/// The path that a `[[delete]]` of this name, in code page `page`, means; names are relative to the installation
+/// directory.
+ReleasePath DeletionPath(const std::string &name, int page);
 
-/// The release whose configuration was just read: the values that a run keeps (core/RunValues.h) are part of it.
-/// `picture_size` are the bytes of its background bitmap, `uninstaller_size` those of the uninstaller, -1 when unknown.
+/// The release whose configuration was just read: the values that a run keeps (core/RunValues.h) are part of it. `page`
+/// is the code page of its texts. `picture_size` are the bytes of its background bitmap, `uninstaller_size` those of the uninstaller, -1 when unknown.
 Release ReleaseOf(const InstallConfig &config, std::span<const PayloadRecord> records, int32_t picture_size,
-                  int32_t uninstaller_size);
+                  int32_t uninstaller_size, int page);
 
 /// The release that would be packed from `product`, in which there is nothing wrong any more. Takes the run's values
 /// for itself, as a reader of installers does.

@@ -9,6 +9,7 @@
 #include "format/Kinds.h"
 #include "format/Record.h"
 #include "format/Words.h"
+#include "packer/CodePage.h"
 #include "packer/Words.h"
 #include "packer/check/TextRules.h"
 
@@ -65,6 +66,7 @@ private:
   const Release now_;
   std::set<std::string> present_, present_folders_;   // keys of what this release places, and of the folders around it
   std::set<std::string> deleted_;                     // keys of what its author deletes in any case
+  std::set<std::string> removed_;                     // names of uninstall values that are removed
   std::map<std::string, Gone> gone_;                  // what earlier releases placed and this one doesn't, by keys
   std::map<std::string, ReleasePath> folders_;        // around it, by keys
   std::map<std::string, std::set<std::string>> left_; // what stays, by the reason
@@ -77,11 +79,13 @@ void UpgradePlanner::RefuseStrangers(const std::vector<Release> &earlier, Findin
       findings.Error(place_, "'" + release.label + "' installs another product: its uninstall name is '" +
                                  release.uninstall_name + "', not '" + now_.uninstall_name + "'");
     else if (CompareVersions(release.version.c_str(), now_.version.c_str()) > 0)
-      findings.Warn(place_, "'" + release.label + "' is newer than this release: it has version " + release.version);
+      findings.Warn(place_, Warning::kEarlierIsNewer,
+                    "'" + release.label + "' is newer than this release: it has version " + release.version);
     else if (!release.Has(IF_UNINSTALL))
-      findings.Warn(place_, "'" + release.label +
-                                "' has no uninstaller, so no later release finds where it was installed: what it "
-                                "left goes only where the user chooses the same directory");
+      findings.Warn(place_, Warning::kEarlierNotFound,
+                    "'" + release.label +
+                        "' has no uninstaller, so no later release finds where it was installed: what it "
+                        "left goes only where the user chooses the same directory");
   }
 }
 
@@ -105,7 +109,7 @@ void UpgradePlanner::NotePresent() {
   }
   for (const Deletion &deletion : product_.deletions)
     if (deletion.kind == kDeleteAlways)
-      deleted_.insert(DeletionPath(deletion.name).Key());
+      deleted_.insert(DeletionPath(deletion.name, product_.code_page).Key());
 }
 
 void UpgradePlanner::NoteFolders(const ReleasePath &path) {
@@ -187,18 +191,17 @@ void UpgradePlanner::AddRecords(const Release &release) {
 
 // An empty value removes the one that is there.
 void UpgradePlanner::AddValues(const Release &release) {
-  const auto is_called = [](const std::string &name) {
-    return [&name](const auto &other) { return LowerCase(other) == LowerCase(name); };
-  };
   for (const UninstallValue &value : release.uninstall_values) {
-    const bool is_own =
-        std::any_of(std::begin(kReplaceableValues), std::end(kReplaceableValues), is_called(value.name));
-    const bool is_present =
-        std::any_of(product_.uninstall_values.begin(), product_.uninstall_values.end(),
-                    [&](const UninstallValue &other) { return LowerCase(other.name) == LowerCase(value.name); });
-    if (product_.Has(IF_UNINSTALL) && !is_own && !is_present && LowerCase(value.name) != "installlocation" &&
-        LowerCase(value.name) != "installdate")
-      product_.uninstall_values.push_back({value.name, kUninstallText, {}, place_});
+    const std::string key = LowerCase(value.name);
+    const auto is_it = [&](const UninstallValue &other) { return LowerCase(other.name) == key; };
+    const auto is_called = [&](const char *name) { return LowerCase(name) == key; };
+    const bool is_own = std::any_of(std::begin(kReplaceableValues), std::end(kReplaceableValues), is_called) ||
+                        is_called(product_value::kInstallLocation) || is_called(product_value::kInstallDate);
+    std::string missing;
+    const auto name = ToCodePage(value.name, product_.code_page, missing);
+    if (product_.Has(IF_UNINSTALL) && !is_own && name &&
+        std::none_of(now_.uninstall_values.begin(), now_.uninstall_values.end(), is_it) && removed_.insert(key).second)
+      product_.uninstall_values.push_back({*name, kUninstallText, {}, place_});
   }
 }
 
@@ -228,7 +231,11 @@ void UpgradePlanner::Leave(const std::string &why, const std::string &what) {
 // file waits for the restart only where the product's own files may; never where a letter beyond ASCII might make two
 // names of one file, since a file that is placed anew would go then.
 void UpgradePlanner::Delete(const Gone &gone) {
-  Deletion deletion{gone.path.text, kDeleteAlways, {}, 0, place_};
+  std::string missing;
+  const auto name = ToCodePage(gone.path.text, product_.code_page, missing);
+  if (!name)
+    return Leave("since this release's code page lacks '" + missing + "'", gone.path.text);
+  Deletion deletion{*name, kDeleteAlways, {}, 0, place_};
   if (product_.Has(IF_REPLACE_IN_USE) && IsAscii(gone.path.text) && !gone.sizes.empty())
     deletion.options |= kDeleteAtRestart;
   if (product_.deletions.size() + std::max<size_t>(gone.sizes.size(), 1) > kMaxDeletions)
@@ -279,7 +286,7 @@ void UpgradePlanner::RemoveFolders() {
 void UpgradePlanner::WarnOfFolders(Findings &findings) const {
   for (const ReleaseFile &file : now_.files)
     if (folders_.contains(file.path.Key()))
-      findings.Warn(place_,
+      findings.Warn(place_, Warning::kEarlierFolder,
                     "'" + file.path.text + "' was a folder in an earlier release: an upgrade can't place a file there");
 }
 

@@ -11,7 +11,7 @@ namespace korb::packer {
 
 struct UpgradeResult {
   size_t deletions = 0, folders = 0; ///< that were added
-  std::vector<std::string> notes;    ///< what stays behind, and why; in the product's code page
+  std::vector<std::string> notes;    ///< what stays behind, and why; UTF-8
 };
 
 /// Adds to `product`, in which nothing is wrong, what an upgrade from any of `earlier` takes: deletions of files and

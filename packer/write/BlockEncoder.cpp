@@ -14,12 +14,16 @@
 //
 // A match or fill that is longer than anything else could gain ends the stretch and is taken whole. So a second copy of
 // a whole file is one token, and a periodic input is left in doubling steps, in linear time.
+//
+// Finding the matches takes most of the time. What is found depends on the data alone, never on the path that is
+// chosen, so the search runs ahead, cell by cell, on as many threads as there are (see MatchFinder.h).
 #include "packer/write/BlockEncoder.h"
 
 #include <algorithm>
 #include <array>
 
 #include "format/Block.h"
+#include "packer/Parallel.h"
 #include "packer/write/MatchFinder.h"
 #include "packer/write/TokenCode.h"
 
@@ -27,20 +31,18 @@ namespace korb::packer {
 
 namespace {
 
-constexpr uint32_t kStretch = 1u << 18; // positions whose path is worked out at once; only literal runs cross its end
 constexpr uint32_t kUnreached = UINT32_MAX;
-constexpr uint32_t kTakenWhole = 512; // so long a match or fill ends the stretch
 constexpr uint32_t kEqualLengths = 4; // of the same price: how many are followed
 
 struct Effort {
-  MatchFinder::Search search;
+  Search search;
   // What each token costs beyond its bits. With 1, the block grows by 0.03 %, but has 3 % fewer tokens and is unpacked
   // faster.
   uint32_t token_price;
 };
 
 constexpr Effort EffortOf(CompressionLevel level) {
-  return level == CompressionLevel::kBest ? Effort{{256, 256}, 0} : Effort{{20, 96}, 1};
+  return level == CompressionLevel::kBest ? Effort{{256, 256}, 0} : Effort{{14, 48}, 1};
 }
 
 // The cheapest known way to a position.
@@ -138,22 +140,15 @@ private:
 
 class Parser {
 public:
-  Parser(std::span<const uint8_t> plain, Effort effort, TokenWriter &writer)
-      : plain_(plain), size_(static_cast<uint32_t>(plain.size())), token_price_(effort.token_price),
-        finder_(plain, effort.search), steps_(std::min(size_, kStretch) + 1), writer_(writer) {}
+  Parser(std::span<const uint8_t> plain, uint32_t token_price, MatchFinder &finder, TokenWriter &writer)
+      : plain_(plain), size_(static_cast<uint32_t>(plain.size())), token_price_(token_price), finder_(finder),
+        runs_(plain), steps_(std::min(size_, kCell) + 1), writer_(writer) {}
 
-  // Writes the cheapest tokens from `begin` on; gives the position after them.
-  uint32_t Parse(uint32_t begin) {
-    begin_ = begin;
-    end_ = begin + std::min(kStretch, size_ - begin);
-    std::fill_n(steps_.begin(), end_ - begin + 1, Step{kUnreached, 0, kLiteral});
-    steps_[0].price = 0;
-    openings_.clear();
-    for (uint32_t position = begin; position < end_; ++position)
-      if (const uint32_t behind = Visit(position); behind != 0)
-        return behind;
-    Emit(end_);
-    return end_;
+  // Writes the cheapest tokens up to `end`, the end of a cell whose matches have been found, from where the last call
+  // has come to. Only literal runs cross the end, and what is taken whole.
+  void ParseTo(uint32_t end) {
+    while (position_ < end)
+      position_ = ParseStretch(position_, end);
   }
 
 private:
@@ -162,6 +157,33 @@ private:
     uint32_t position;
     int32_t surplus;
   };
+
+  // Gives the position after the stretch: `end`, or where a token that is taken whole leads to.
+  uint32_t ParseStretch(uint32_t begin, uint32_t end) {
+    begin_ = begin;
+    end_ = end;
+    unreached_ = begin;
+    openings_.clear();
+    PrepareSteps(begin);
+    At(begin).price = 0;
+    for (uint32_t position = begin; position < end; ++position) {
+      PrepareSteps(position + kTakenWhole);
+      if (const uint32_t behind = Visit(position); behind != 0)
+        return behind;
+    }
+    Emit(end);
+    return end;
+  }
+
+  // Makes sure that `farthest`, or else the end, can be reached. The whole stretch at once would be too much work for
+  // one that is soon left.
+  void PrepareSteps(uint32_t farthest) {
+    if (farthest < unreached_ || unreached_ > end_)
+      return;
+    const uint32_t until = std::min(end_, farthest + 8 * kTakenWhole) + 1;
+    std::fill(steps_.data() + (unreached_ - begin_), steps_.data() + (until - begin_), Step{kUnreached, 0, kLiteral});
+    unreached_ = until;
+  }
 
   Step &At(uint32_t position) { return steps_[position - begin_]; }
 
@@ -178,21 +200,21 @@ private:
   uint32_t Visit(uint32_t position) {
     const uint32_t price = At(position).price;
     ReachByLiterals(position, price);
-    if (const uint32_t run = RunAt(position); run >= kMinFill) {
+    if (const uint32_t run = runs_.LengthAt(position); run >= kMinFill) {
       if (run >= kTakenWhole) {
         Emit(position);
         writer_.Fill(run);
-        return Leave(position, position + run);
+        return position + run;
       }
       ReachByFill(position, price, run);
     }
-    finder_.Find(position, size_, matches_);
+    finder_.Find(position, matches_);
     if (matches_.empty())
       return 0;
     if (const Match longest = matches_.back(); longest.length >= kTakenWhole) {
       Emit(position);
       writer_.Copy(longest.length, longest.distance);
-      return Leave(position + 1, position + longest.length);
+      return position + longest.length;
     }
     uint32_t shorter = kMinMatch - 1;
     for (const Match &match : matches_) {
@@ -202,14 +224,6 @@ private:
       shorter = std::max(shorter, length);
     }
     return 0;
-  }
-
-  // Leaves out the positions up to `to`. The last of them are entered as places that later matches may start at; the
-  // others are as well reached through the bytes that they are equal to.
-  uint32_t Leave(uint32_t from, uint32_t to) {
-    for (uint32_t position = std::max(from, to - std::min(to, kTakenWhole)); position < to; ++position)
-      finder_.Enter(position);
-    return to;
   }
 
   void ReachByLiterals(uint32_t position, uint32_t price) {
@@ -245,16 +259,6 @@ private:
     }
   }
 
-  // Length of the run of equal bytes that starts at `position`.
-  uint32_t RunAt(uint32_t position) {
-    if (position >= run_end_) {
-      run_end_ = position + 1;
-      while (run_end_ < size_ && plain_[run_end_] == plain_[position])
-        ++run_end_;
-    }
-    return run_end_ - position;
-  }
-
   void ReachByFill(uint32_t position, uint32_t price, uint32_t run) {
     for (uint32_t count = std::min(run, end_ - position); count >= kMinFill;) {
       const uint32_t bits = FillBits(count);
@@ -283,14 +287,16 @@ private:
   std::span<const uint8_t> plain_;
   uint32_t size_;
   uint32_t token_price_;
-  MatchFinder finder_;
+  MatchFinder &finder_;
+  ByteRuns runs_;
   std::vector<Step> steps_;
   std::vector<Step> path_;
   std::vector<Match> matches_;
   std::vector<Opening> openings_; // positions and surplus rise
   TokenWriter &writer_;
-  uint32_t begin_ = 0, end_ = 0;
-  uint32_t run_end_ = 0; // of the run of equal bytes that was last looked at
+  uint32_t position_ = 0;        // of the first byte that no token has been chosen for
+  uint32_t begin_ = 0, end_ = 0; // of the stretch
+  uint32_t unreached_ = 0;       // the first position whose step is still another stretch's
 };
 
 } // namespace
@@ -299,12 +305,24 @@ Bytes PackBlock(std::span<const uint8_t> plain, CompressionLevel level, const Pr
   Bytes out;
   PutU32(out, kPackedMagic);
   PutU32(out, static_cast<uint32_t>(plain.size()));
+  const Effort effort = EffortOf(level);
   TokenWriter writer(plain, out);
-  Parser parser(plain, EffortOf(level), writer);
-  for (uint32_t position = 0; position < plain.size();) {
-    if (progress)
-      progress("packing", static_cast<int>(uint64_t{position} * 100 / plain.size()));
-    position = parser.Parse(position);
+  MatchFinder finder(plain, effort.search);
+  Parser parser(plain, effort.token_price, finder, writer);
+  const uint32_t size = static_cast<uint32_t>(plain.size()), cells = size / kCell + (size % kCell != 0);
+  std::vector<Task> tasks;
+  for (uint32_t round = 0; round < cells + 2; ++round) {
+    if (progress && round > 1)
+      progress("packing", static_cast<int>((round - 2) * 100 / cells));
+    tasks.clear();
+    if (round >= 1 && round - 1 < cells)
+      for (uint32_t part = 0; part < kTreeClasses; ++part)
+        tasks.push_back([&, part] { finder.Search(round - 1, part); });
+    if (round >= 2)
+      tasks.push_back([&] { parser.ParseTo(std::min(size, (round - 2) * kCell + kCell)); });
+    if (round < cells)
+      tasks.push_back([&] { finder.Scan(round); });
+    RunTogether(tasks);
   }
   writer.Finish();
   return out;

@@ -13,8 +13,9 @@ using ProgressCallback = std::function<void(const char *step, int percent)>;
 
 /// Packs `plain` into one block: magic, size, tokens. Any input of up to 2,147,483,647 bytes packs and unpacks to
 /// itself; an incompressible one grows by its head and some 50 bits. The same input and level give the same bytes on
-/// every machine. Time is near linear for any input, all zeros and periodic ones too; memory is 9 bytes for each byte
-/// of input, and some 70 MB, beside the result. Throws std::bad_alloc when that isn't there.
+/// every machine, however many processors it has. Time is linear for any input, all zeros, periodic ones and noise too;
+/// memory is up to 9 bytes for each byte of input, and some 130 MB, beside the result. Throws std::bad_alloc when that
+/// isn't there.
 Bytes PackBlock(std::span<const uint8_t> plain, CompressionLevel level = CompressionLevel::kDefault,
                 const ProgressCallback &progress = {});
 

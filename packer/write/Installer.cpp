@@ -11,6 +11,9 @@ namespace korb::packer {
 namespace {
 
 constexpr size_t kMaxInstaller = 0x7FFF0000; // all sizes and positions are signed 32 bits
+// Left free of a volume for the signature of an installer that is going to be signed: one with a time stamp and all its
+// certificates has some 10 KB, two of them less than this.
+constexpr size_t kSignatureRoom = 32 * 1024;
 
 // The size of a section that is filled by `size` bytes.
 size_t FilledSection(size_t size, const StubImage &stub) {
@@ -31,7 +34,8 @@ size_t FirstPartSize(const PayloadPlan &plan, size_t payload, size_t head, const
   // Without a size of its own, the first part fills an executable that is as large as the other disks' files.
   const bool in_file = plan.layout == PayloadLayout::kInFile;
   const size_t begin = stub.SectionFilePos(), alignment = stub.SectionAlignment();
-  size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), begin) - begin;
+  const size_t taken = begin + (plan.will_be_signed ? kSignatureRoom : 0);
+  size_t room = std::max<size_t>(static_cast<size_t>(plan.volume_size), taken) - taken;
   if (!in_file)
     room -= room % alignment;
   if (room < (in_file ? FilledSection(head, stub) : head))
@@ -73,12 +77,16 @@ std::vector<Bytes> CutVolumes(const Product &product, const Bytes &stored, size_
 } // namespace
 
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
-  const StubImage image(stub);
+  StubImage image(stub);
+  image.UseCodePage(product.code_page);
   const bool in_file = product.payload.layout == PayloadLayout::kInFile;
   StoredConfig stored = StoreConfig(config);
   const size_t table_size = header::kSize + 4 * payload.sizes.size();
   size_t head = table_size + stored.block.size();
-  const size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
+  size_t first = FirstPartSize(product.payload, payload.stored.size(), head, image);
+  // What fills the file up to the place of a signature would be payload here, with more of it in the volumes.
+  if (in_file && first < payload.stored.size())
+    first -= std::min(first, (head + first) % pe::kSignatureAlignment);
   if (image.SectionFilePos() + FilledSection(head + first, image) > kMaxInstaller)
     throw PackError("the installer would be larger than 2 GiB");
 
@@ -105,6 +113,21 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   installer.payload_size = payload.stored.size();
   installer.plain_size = payload.plain_size;
   return installer;
+}
+
+bool TryInstaller(const Product &product, const Bytes &stub) {
+  const StubImage image(stub);
+  uint64_t payload = 0;
+  for (const FileEntry &file : product.files)
+    payload += file.contents.size();
+  if (payload > INT32_MAX)
+    throw PackError("the files add up to more than 2 GiB");
+  const size_t head = header::kSize + 4 * product.files.size() + StoreConfig(WriteConfig(product)).block.size();
+  FirstPartSize(product.payload, static_cast<size_t>(payload), head, image);
+  // What is packed can be told for sure when it is a hundred times the size of what it would have to fit into.
+  constexpr uint64_t kBestRatio = 100;
+  const uint64_t least = product.Has(IF_PACKED_PAYLOAD) ? payload / kBestRatio : payload;
+  return product.payload.layout == PayloadLayout::kInFile && least > FilledSection(head, image) - head;
 }
 
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress) {

@@ -15,13 +15,17 @@ struct Installer {
   size_t tail_size = 0;       ///< bytes after the section: the uninstaller keeps them
 };
 
+/// Tells before the payload is packed what BuildInstaller would: throws PackError when it would, as far as that doesn't
+/// depend on how well the payload packs. True when a part of the payload will stay in the uninstaller for sure.
+bool TryInstaller(const Product &product, const Bytes &stub);
+
 /// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and
 /// stub give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
 /// ProductCheck.h); throws PackError when it can't, or when the stub is unfit.
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress = {});
 
 /// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from
-/// elsewhere. Of `product` it takes the payload plan and the volumes' serial.
+/// elsewhere. Of `product` it takes the payload plan, the volumes' serial and the code page.
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub);
 
 /// File name of volume `number`, from 2.

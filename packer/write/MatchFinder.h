@@ -1,51 +1,39 @@
 // Finds earlier occurrences of what stands at a position.
 #pragma once
 
-#include <span>
-#include <vector>
-
-#include "packer/Bytes.h"
+#include "packer/write/MatchScan.h"
+#include "packer/write/MatchTrees.h"
 
 namespace korb::packer {
 
-struct Match {
-  uint32_t length;   ///< never above `distance`: a copy may not overlap its own output
-  uint32_t distance; ///< 4 and up
-};
-
-/// Binary trees of earlier positions, one for each hash of four bytes, kept in the order of their contents, so that the
-/// descent to a new position meets ever longer matches, the nearest of each length first. No position is ever dropped,
-/// so the window is the whole input. A bounded depth keeps the time linear where trees degenerate; a suffix array would
-/// give all matches, but takes twice the memory and, for a few hundredths of a percent, several times the code. Memory:
-/// 8 bytes a position, and up to 64 MB.
+/// The whole search, cell by cell, in three stages that may be at work on three cells at the same time: `Scan` on one,
+/// `Search`, for each class, on the one before, and `Find` on the one before that. What is found depends on none of
+/// this, only on the data.
 class MatchFinder {
 public:
-  struct Search {
-    int depth;            ///< earlier positions that are looked at, at most
-    uint32_t nice_length; ///< a match of this length or more is as good as any: the rest of the search is left out
-  };
+  MatchFinder(std::span<const uint8_t> data, korb::packer::Search search);
 
-  MatchFinder(std::span<const uint8_t> data, Search search);
+  /// The two stages, to be called for each cell in its order. They end the use of the third cell before.
+  void Scan(uint32_t cell);
+  void Search(uint32_t cell, uint32_t tree_class);
 
-  /// Enters `position`, which must rise from call to call, and fills `matches`, length and distance rising, with what
-  /// can be copied there without passing `end`.
-  void Find(uint32_t position, uint32_t end, std::vector<Match> &matches);
-
-  /// Enters `position` without looking for anything.
-  void Enter(uint32_t position);
+  /// Fills `matches`, length and nearly always distance rising, with what can be copied at `position`, which must rise
+  /// from call to call. No copy overlaps its own output, and the distance is `kMinDistance` at least.
+  void Find(uint32_t position, std::vector<Match> &matches);
 
 private:
-  void Descend(uint32_t position, uint32_t limit, std::vector<Match> *matches);
-  uint32_t ExtendMatch(uint32_t position, uint32_t distance, uint32_t length, uint32_t end) const;
+  MatchCell &CellOf(uint32_t cell) { return cells_[cell % cells_.size()]; }
+  void Offer(uint32_t position, Match match, std::vector<Match> &matches);
   uint32_t PeriodicBack(uint32_t position, uint32_t period);
   void AddPeriodic(uint32_t position, Match overlapping, std::vector<Match> &matches);
 
   std::span<const uint8_t> data_;
-  Search search_;
-  uint32_t hash_shift_;
-  std::vector<uint32_t> heads_;    // by hash: latest position + 1, 0 for none
-  std::vector<uint32_t> children_; // two for each position, the same form
-  std::vector<Match> raw_;
+  uint32_t size_, nice_length_;
+  MatchScan scan_;
+  MatchTrees trees_;
+  std::array<MatchCell, 3> cells_;
+  uint32_t repeats_of_ = 0; // the begin of the cell that was last read,
+  size_t repeat_ = 0;       // and which of its repeats are over
   // The periodic stretch that was last looked at: data[x] == data[x - period] for x from `periodic_begin_` on.
   uint32_t period_ = 0, periodic_begin_ = 0, periodic_seen_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/Arithmetic.h"
+#include "packer/ActiveCodePage.h"
 #include "packer/PeResources.h"
 
 namespace korb::packer {
@@ -12,7 +13,7 @@ namespace {
 
 // Offsets from the optional header.
 constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36, kImageSizeAt = 56,
-                   kHeadersSizeAt = 60, kChecksumAt = 64, kDirectoryCountAt = 92, kDirectoriesAt = 96;
+                   kHeadersSizeAt = 60, kDirectoryCountAt = 92;
 constexpr uint32_t kPlainOptionalHeader = 96; // bytes before the data directories
 constexpr uint16_t kPe32 = 0x10B;
 constexpr uint32_t kCertificateDirectory = 4;
@@ -74,8 +75,7 @@ StubImage::StubImage(Bytes stub) : bytes_(std::move(stub)) {
       std::any_of(bytes_.begin() + free_begin, bytes_.begin() + free_end, [](uint8_t byte) { return byte != 0; }))
     Refuse("has no room for another section header");
   if (OptionalField(kDirectoryCountAt) > kCertificateDirectory &&
-      table_ >= pe_ + pe::kOptionalHeaderAt + kDirectoriesAt + 40 &&
-      OptionalField(kDirectoriesAt + 8 * kCertificateDirectory) != 0)
+      table_ >= pe_ + pe::kSignatureAt + pe::kSignatureEntrySize && GetU32(bytes_, pe_ + pe::kSignatureAt) != 0)
     Refuse("is signed: sign the finished installer instead");
 }
 
@@ -85,7 +85,6 @@ uint32_t StubImage::SectionFilePos() const {
 
 Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
   Bytes out = bytes_;
-  const uint32_t optional = pe_ + pe::kOptionalHeaderAt;
   const int64_t address = RoundUp(OptionalField(kImageSizeAt), section_alignment_);
   const uint32_t entry = table_ + sections_ * pe::kSectionEntrySize;
   std::memcpy(&out[entry], kArchiveSectionName, sizeof kArchiveSectionName);
@@ -99,9 +98,17 @@ Bytes StubImage::WithSection(uint32_t used, uint32_t raw) const {
   SetU32(out, pe_ + pe::kImageSizeAt, static_cast<uint32_t>(address + RoundUp(used, section_alignment_)));
   // The archive holds a checksum of these headers, so they can't hold one of the archive; 0 means that there is none,
   // and stays true for the uninstaller, which has the same headers but another body.
-  SetU32(out, optional + kChecksumAt, 0);
+  SetU32(out, pe_ + pe::kImageChecksumAt, 0);
   out.resize(SectionFilePos());
   return out;
+}
+
+void StubImage::UseCodePage(int page) {
+  if (page != kUtf8 && AsksForUtf8(bytes_))
+    Refuse("takes texts as UTF-8: 'product.codepage' has to be \"utf-8\"");
+  if (page == kUtf8 && !AskForUtf8(bytes_))
+    Refuse("has no place in its manifest for the setting that makes it take texts as UTF-8: use the korb.exe that "
+           "comes with this program");
 }
 
 std::optional<uint32_t> StubImage::FindIconImage(uint32_t size) const {

@@ -28,6 +28,10 @@ public:
   /// section begins. The section itself is the caller's to append.
   Bytes WithSection(uint32_t used, uint32_t raw) const;
 
+  /// Lets the program take its texts in the code page of its archive: UTF-8 has to be asked for. Throws PackError when
+  /// the stub can't ask, or asks already where it must not.
+  void UseCodePage(int page);
+
   /// Where in the file the first icon image of exactly `size` bytes lies, by the stub's resources.
   std::optional<uint32_t> FindIconImage(uint32_t size) const;
 

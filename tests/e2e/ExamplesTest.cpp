@@ -18,7 +18,7 @@ namespace {
 fs::path InstallExample(const std::string &name) {
   const fs::path setup = BuildExample(name);
   std::ostringstream told;
-  CHECK(packer::VerifyInstaller(setup, told));
+  CHECK(packer::VerifyInstaller(setup, true, told));
   Run("\"" + setup.string() + "\" /a", setup.parent_path().string());
   return setup.parent_path();
 }

@@ -5,6 +5,7 @@
 #include "tests/support/Desktop.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Windows64.h"
 
 using namespace korb::test;
 
@@ -17,7 +18,7 @@ TEST_CASE("a silent installation places every file with its bytes, date and attr
   product.Write("data.bin", data);
   product.Pack();
   product.Install();
-  const std::string home = "C:\\Program Files\\Thing\\";
+  const std::string home = kProgramFiles + "\\Thing\\";
   CHECK(FileBytes(home + "read me.txt") == "Read me.\r\n");
   CHECK(DescribeFile(home + "read me.txt") == "archive read-only 2001-05-17 10:30:02");
   CHECK((FileBytes(home + "deep\\er\\data.bin") == data));
@@ -35,7 +36,7 @@ namespace {
 struct Told : PackedProduct {
   explicit Told(const std::string &option = "") : PackedProduct(ProductManifest("told") + option) { Pack(); }
 
-  const std::string home = "C:\\Program Files\\Told", log = home + "\\Install.LOG";
+  const std::string home = kProgramFiles + "\\Told", log = home + "\\Install.LOG";
   const CleanPlace place{{home}};
 };
 

@@ -7,12 +7,13 @@
 #include "tests/support/Doctest.h"
 #include "tests/support/HeldFile.h"
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Windows64.h"
 
 using namespace korb::test;
 
 namespace {
 
-const std::string kShared = "C:\\Program Files\\Common Files\\Placed\\";
+const std::string kShared = kProgramFiles + "\\Common Files\\Placed\\";
 const std::string kSystem = "C:\\windows\\system32\\";
 const std::string kUninstallKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 const std::string kCounts = "Software\\Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
@@ -61,7 +62,7 @@ TEST_CASE(
   const struct {
     const char *lines;
     std::string path;
-    const char *list;   ///< its lines in the list of what goes at uninstall
+    std::string list;   ///< its lines in the list of what goes at uninstall
     const char *shared; ///< how it stands among the shared files; null when it doesn't
   } rows[] = {
       {"name = 'a.txt'", "C:\\Kinds\\a.txt", "C:\\Kinds\\a.txt\r\n", nullptr},
@@ -69,7 +70,7 @@ TEST_CASE(
       {"name = 'b\\c.txt'\ntarget = 'd\\'", "C:\\Kinds\\d\\c.txt", "~C:\\Kinds\\d\r\nC:\\Kinds\\d\\c.txt\r\n", nullptr},
       {"name = 'd.txt'\ntarget = 'e.txt'", "C:\\Kinds\\e.txt", "C:\\Kinds\\e.txt\r\n", nullptr},
       {"name = 'f.txt'\ntarget = '%sharedDIR%\\f2.txt'", kShared + "f2.txt",
-       "~C:\\Program Files\\Common Files\\Placed\r\nC:\\Program Files\\Common Files\\Placed\\f2.txt\r\n", nullptr},
+       "~" + kShared.substr(0, kShared.size() - 1) + "\r\n" + kShared + "f2.txt\r\n", nullptr},
       {"name = 'k.txt'\nkeep = true\ntarget = 'kept\\'", "C:\\Kinds\\kept\\k.txt", "", nullptr},
       {"name = 'u.txt'\nuninstall_dir = true", "C:\\Kinds\\un\\u.txt", "C:\\Kinds\\un\\u.txt\r\n", nullptr},
       {"name = 's.txt'\nkind = 'startup'", "C:\\Kinds\\s.txt", "C:\\Kinds\\s.txt\r\n", nullptr},

@@ -7,6 +7,7 @@
 #include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
+#include "tests/support/Windows64.h"
 
 using namespace korb;
 using namespace korb::test;
@@ -14,7 +15,7 @@ using namespace korb::test;
 namespace {
 
 constexpr int kNext = 1001, kCancel = 1003, kPage = 1005, kBrowse = 1013, kDirectory = 1015, kLanguages = 1017;
-const std::string kHome = "C:\\Wizard", kCommon = "C:\\Program Files\\Common Files\\Wizard";
+const std::string kHome = "C:\\Wizard", kCommon = kProgramFiles + "\\Common Files\\Wizard";
 const std::string kKey = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 /// What stands for a text of an installer, with what it was given: "#16. Q".
@@ -172,14 +173,14 @@ TEST_CASE_FIXTURE(Place, "the browser begins at the directory, and gives the nam
 
 TEST_CASE_FIXTURE(Place, "a directory that can't be is refused in its own words, and asked for again") {
   const struct {
-    const char *typed;
-    std::string refusal;
-  } rows[] = {{"Wizard", Said(kTextDirectoryIllegal, "\r\nWizard")},
-              {"\\\\bad?\\Q:\\", Said(kTextDirectoryIllegal, "\r\n\\\\bad?\\Q:\\")},
-              {"\\\\server\\share", Said(kTextDirectoryNetwork)},
-              {"q:\\", Said(kTextDriveMissing, " Q")},
-              {"C:\\", Said(kTextDirectoryShort)},
-              {" c:\\program files\\ ", Said(kTextDirectoryProgramFiles, " C:\\Program Files")}};
+    std::string typed, refusal;
+  } rows[] = {
+      {"Wizard", Said(kTextDirectoryIllegal, "\r\nWizard")},
+      {"\\\\bad?\\Q:\\", Said(kTextDirectoryIllegal, "\r\n\\\\bad?\\Q:\\")},
+      {"\\\\server\\share", Said(kTextDirectoryNetwork)},
+      {"q:\\", Said(kTextDriveMissing, " Q")},
+      {"C:\\", Said(kTextDirectoryShort)},
+      {" c:\\PROGRAM" + kProgramFiles.substr(10) + "\\ ", Said(kTextDirectoryProgramFiles, " " + kProgramFiles)}};
   Setup setup;
   setup.OneLanguage();
   setup.product.flags |= IF_CONFIRM_DIRECTORY | IF_NO_UNC_PATHS;
@@ -243,10 +244,13 @@ TEST_CASE_FIXTURE(Place, "pages are read by keyboard, and only Enter and Alt dec
   const auto ask = [&](UINT message) { return SendMessageA(page, message, 0, 0); };
   CheckRound({kPage, kNext, kCancel});
   CHECK(ask(EM_GETSEL) == 0);
-  Press(VK_NEXT);
-  Press(VK_DOWN);
-  CHECK(WaitUntil(2000, [&] { return ask(EM_GETFIRSTVISIBLELINE) > 0 && ask(EM_GETSEL) > 0; }));
+  for (const int key : {VK_NEXT, VK_DOWN}) {
+    const LRESULT before = ask(EM_GETSEL);
+    Press(key);
+    CHECK(WaitUntil(2000, [&] { return ask(EM_GETSEL) > before; }));
+  }
   const LRESULT line = ask(EM_GETFIRSTVISIBLELINE), caret = ask(EM_GETSEL);
+  CHECK(line > 0);
   const HWND other = CreateWindowA("Static", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
   SetForegroundWindow(other);
   CHECK(WaitForFocus(0));
@@ -411,9 +415,11 @@ TEST_CASE_FIXTURE(Place, "a silent run shows its progress and no other window") 
 TEST_CASE_FIXTURE(Place, "a text that is no format for what it is given shows itself") {
   const struct {
     TextNumber number;
-    const char *text, *typed, *answer;
+    const char *text;
+    std::string typed;
+    const char *answer;
   } rows[] = {{kTextDriveMissing, "#%n", "Q:\\x", "OK"},
-              {kTextDirectoryProgramFiles, "#%s %s", "C:\\Program Files", "OK"},
+              {kTextDirectoryProgramFiles, "#%s %s", kProgramFiles, "OK"},
               {kTextDirectoryExists, "#%c", "C:\\windows", "No"},
               {kTextDirectoryShort, "#100%% %s%n", "C:\\", "OK"}};
   for (const auto &row : rows) {

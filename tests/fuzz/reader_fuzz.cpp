@@ -1,7 +1,8 @@
-// Any bytes as an installer that an author inspects, and as a file whose version is looked for: no wild read, and what
-// was read before the damage stands within the file.
+// Any bytes as an installer that an author inspects, and as a file whose version, or whose font, is looked for: no wild
+// read, and what was read before the damage stands within the file.
 #include <cstdlib>
 
+#include "packer/FontFile.h"
 #include "packer/PeResources.h"
 #include "packer/read/InstallerReader.h"
 #include "tests/support/FailureTrap.h"
@@ -11,6 +12,9 @@ using namespace korb;
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   packer::Bytes bytes(data, data + size);
   packer::FileVersionOf(bytes);
+  packer::FontNames(bytes);
+  packer::IsFontFile(bytes);
+  packer::CarriesArchive(bytes);
   packer::InstallerReader reader(std::move(bytes), "no such folder");
   try {
     reader.Read();

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "tests/support/PackedProduct.h"
+#include "tests/support/Windows64.h"
 
 namespace korb::test {
 
@@ -31,19 +32,20 @@ void AddValues(Snapshot &all, HKEY key, const std::string &path) {
 
 } // namespace
 
-void AddKey(Snapshot &all, HKEY root, const std::string &path) {
+void AddKey(Snapshot &all, HKEY root, const std::string &path, REGSAM view) {
   HKEY key;
-  if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, &key))
+  if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ | view, &key))
     return;
   all[path] = "key";
   AddValues(all, key, path);
   char name[256];
   for (DWORD i = 0; RegEnumKeyA(key, i, name, sizeof name) == ERROR_SUCCESS; ++i)
-    AddKey(all, root, path.empty() ? name : path + "\\" + name);
+    AddKey(all, root, path.empty() ? name : path + "\\" + name, view);
   RegCloseKey(key);
 }
 
 void AddFolder(Snapshot &all, const std::string &path) {
+  const RealFiles real;
   const auto options = std::filesystem::directory_options::skip_permission_denied;
   for (std::filesystem::recursive_directory_iterator it(path, options), end; it != end; ++it) {
     if (it->path() == "C:\\test" || it->path() == std::filesystem::temp_directory_path().parent_path())
@@ -56,8 +58,8 @@ void AddFolder(Snapshot &all, const std::string &path) {
 Snapshot TakeSnapshot() {
   Snapshot all;
   AddFolder(all, "C:\\");
-  AddKey(all, HKEY_LOCAL_MACHINE, "");
-  AddKey(all, HKEY_USERS, "");
+  AddKey(all, HKEY_LOCAL_MACHINE, "", KEY_WOW64_64KEY);
+  AddKey(all, HKEY_USERS, "", KEY_WOW64_64KEY);
   return all;
 }
 

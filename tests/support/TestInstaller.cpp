@@ -114,6 +114,14 @@ packer::Installer TestInstaller::Build() const {
   return installer;
 }
 
+void Sign(Bytes &file) {
+  constexpr size_t kSize = 24;
+  file.resize((file.size() + pe::kSignatureAlignment - 1) / pe::kSignatureAlignment * pe::kSignatureAlignment);
+  Put(file, kPeOffset + pe::kImageChecksumAt, "sums");
+  Put(file, kPeOffset + pe::kSignatureAt, Raw(static_cast<uint32_t>(file.size())) + Raw(static_cast<uint32_t>(kSize)));
+  file.resize(file.size() + kSize, 'S');
+}
+
 Bytes Mapped(const Bytes &executable) {
   const size_t headers = std::min(executable.size(), kArchivePos);
   Bytes image(executable.begin(), executable.begin() + static_cast<ptrdiff_t>(headers));

@@ -47,6 +47,9 @@ struct TestInstaller {
   packer::Installer Build() const;
 };
 
+/// Does to a finished file what signing it does. The signature is nobody's.
+void Sign(Bytes &file);
+
 /// The executable as the loader would map it.
 Bytes Mapped(const Bytes &executable);
 

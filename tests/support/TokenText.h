@@ -1,6 +1,7 @@
 // Packed blocks written down bit by bit.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace korb::test {

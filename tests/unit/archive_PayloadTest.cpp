@@ -1,4 +1,6 @@
 // Gathering the payload in each of its layouts, and the user who changes disks.
+#include <algorithm>
+
 #include "core/RunValues.h"
 #include "tests/support/ArchiveRun.h"
 #include "tests/support/Testing.h"
@@ -59,15 +61,15 @@ void GiveVolumes(ArchiveRun &run, const packer::Installer &installer) {
 
 TEST_CASE("the payload comes together from every layout") {
   for (PayloadLayout layout : {PayloadLayout::kInSection, PayloadLayout::kInFile})
-    for (bool packed : {false, true})
+    for (bool packed : {false, true}) // signed as well
       for (const auto &sizes : {std::pair{0, 0}, {0, 1 << 20}, {1, 5}, {40, 44}}) {
         const int first = sizes.first, volume = sizes.second;
         CAPTURE(static_cast<int>(layout));
         CAPTURE(packed);
         CAPTURE(volume);
         TestInstaller installer = Spread(layout, packed, first, volume);
-        if (layout == PayloadLayout::kInFile && volume == 0)
-          installer.tail = {'s', 'i', 'g', 'n', 'e', 'd'};
+        if (packed)
+          installer.executable = Sign;
         const packer::Installer built = installer.Build();
         ArchiveRun run(built.executable);
         GiveVolumes(run, built);
@@ -172,13 +174,16 @@ TEST_CASE("a payload that the executable can't give ends the run with error 2") 
   }
 }
 
-TEST_CASE("the uninstaller is the stub again, but for sizes and patch") {
+TEST_CASE("the uninstaller is the stub again, but for sizes and patch, and nothing of a signature stays in it") {
   const Bytes stub = TestStub();
   for (bool patched : {false, true}) {
     TestInstaller installer;
-    installer.tail = {'T', 'A', 'I', 'L'};
-    installer.product.flags |= IF_VERIFY_STUB;
-    installer.product.stub_patch_offset = patched ? 0x500 : static_cast<int32_t>(kArchivePos) + 4 - kStubPatchSize + 1;
+    installer.tail = {'T', 'H', 'E', ' ', 'T', 'A', 'I', 'L'};
+    if (patched)
+      installer.executable = Sign;
+    else
+      installer.product.flags |= IF_VERIFY_STUB;
+    installer.product.stub_patch_offset = patched ? 0x500 : static_cast<int32_t>(kArchivePos) + 8 - kStubPatchSize + 1;
     ArchiveRun run(installer.Build().executable);
     run.Run();
     Bytes expected = stub;
@@ -186,6 +191,22 @@ TEST_CASE("the uninstaller is the stub again, but for sizes and patch") {
     if (patched) // one byte further and it doesn't fit, and is left out without a word
       Put(expected, 0x500, std::string(kStubPatchSize, 'P'));
     CHECK(std::string(run.uninstaller.c_str(), static_cast<size_t>(run.uninstaller.length())) == Text(expected));
+  }
+}
+
+TEST_CASE("what looks like a signature and doesn't end with the file is left alone") {
+  for (const auto &[place, size] : {std::pair{-16, 15}, {-16, 17}, {1, -1}, {0, 0}}) {
+    TestInstaller installer;
+    std::string entry;
+    installer.executable = [&](Bytes &file) {
+      entry = Raw(static_cast<int32_t>(file.size()) + place) + Raw(size);
+      Put(file, kPeOffset + pe::kSignatureAt, entry);
+    };
+    ArchiveRun run(installer.Build().executable);
+    run.Run();
+    CHECK(run.location.file_size == run.file.Size());
+    CHECK(std::string(run.uninstaller.c_str() + kPeOffset + pe::kSignatureAt, 8) ==
+          (size == 0 ? Raw(uint64_t{0}) : entry));
   }
 }
 

@@ -1,4 +1,5 @@
 // The block decoder: every kind of token, every way to be wrong, and always the same answer as the obvious decoder.
+#include <algorithm>
 #include <cstring>
 #include <random>
 

@@ -2,9 +2,14 @@
 #include "tests/support/Testing.h"
 
 TEST_CASE("a directory is deleted whole only by a full path to what may be a product's") {
-  const auto may = [](const char *directory) { return MayDeleteWhole(directory, "C:\\Windows", "C:\\Program Files"); };
-  for (const char *product : {"C:\\Program Files\\Thing", "c:\\program files\\thing\\\\", "C:\\Program Files2", "D:\\x",
-                              "C:\\Window", "C:\\.hidden", "\\\\server\\share\\Thing"}) {
+  const auto may = [](const char *directory) {
+    const bool says = MayDeleteWhole(directory, "C:\\Windows", "C:\\Program Files");
+    CHECK(MayDeleteWhole(directory, "C:\\Windows", "C:\\Program Files (x86)") == says);
+    return says;
+  };
+  for (const char *product :
+       {"C:\\Program Files\\Thing", "c:\\program files\\thing\\\\", "C:\\Program Files2", "C:\\Program",
+        "C:\\Program Files (x86)2", "D:\\x", "C:\\Window", "C:\\.hidden", "\\\\server\\share\\Thing"}) {
     CAPTURE(product);
     CHECK(may(product));
   }
@@ -41,4 +46,5 @@ TEST_CASE("a directory is deleted whole only by a full path to what may be a pro
     CAPTURE(other);
     CHECK_FALSE(may(other));
   }
+  CHECK_FALSE(MayDeleteWhole("C:\\Program Files (x86)", "C:\\Windows", "C:\\Program Files (x86)"));
 }

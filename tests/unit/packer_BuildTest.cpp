@@ -17,10 +17,11 @@ public:
     Write("a.txt", "contents");
   }
 
-  bool Build(const std::string &manifest, const std::string &output) {
+  bool Build(const std::string &manifest, const std::string &output, bool only_check = false) {
     std::ostringstream summary, report;
     const bool built = packer::BuildFromManifest(
-        {Write("m.toml", manifest), Path() / output, Path() / "korb.exe", std::nullopt}, summary, report);
+        {Write("m.toml", manifest), Path() / output, Path() / "korb.exe", std::nullopt, {}, false, only_check}, summary,
+        report);
     problems = report.str();
     return built;
   }
@@ -41,6 +42,39 @@ TEST_CASE("a good manifest gives an installer, its volumes beside it, and nothin
   const std::string first = shop.Read("setup.exe");
   CHECK(shop.Build(kManifest + "date = 'none'\n[payload]\nvolume_size = 20\nfirst_part_size = 3", "again.exe"));
   CHECK(shop.Read("again.exe") == first);
+}
+
+TEST_CASE("a tree brings no output of its own manifest, nor what is left of one") {
+  Workshop shop;
+  shop.Write("setup.exe.0123abcd.unfinished", "x");
+  shop.Write("SETUP12.krb", "x");
+  const std::string tree =
+      "[product]\nname = 'Thing'\n[[tree]]\nsource = '.'\nexclude = ['*.toml', 'korb.exe', 'setup.exe']";
+  CHECK(shop.Build(tree, "setup.exe"));
+  CHECK(shop.problems == "");
+  const std::string first = shop.Read("setup.exe");
+  CHECK(shop.Build(tree, "setup.exe"));
+  CHECK(shop.Read("setup.exe") == first);
+  CHECK(shop.Build(tree.substr(0, tree.rfind(",")) + "]", "other.exe"));
+  CHECK(shop.problems.find("warning: './setup.exe' is an installer itself") != std::string::npos);
+}
+
+TEST_CASE("a check of a manifest writes nothing, and what is packed keeps its place") {
+  Workshop shop;
+  std::error_code none; // where there are no links, no link is in the way
+  std::filesystem::create_symlink("a.txt", shop.Path() / "setup.exe.unfinished", none);
+  const size_t before = shop.Count();
+  CHECK(shop.Build(kManifest, "setup.exe", true));
+  CHECK(shop.Count() == before + 1); // the manifest
+  CHECK(shop.Build(kManifest, "setup.exe"));
+  CHECK(shop.Read("a.txt") == "contents");
+  shop.Write("Setup2.KRB", "old");
+  shop.Write("Setup4.KRB", "old");
+  CHECK(shop.Build(kManifest + "[payload]\nvolume_size = 2000\nfirst_part_size = 3", "setup.exe"));
+  CHECK(shop.problems == "");
+  shop.Write("Setup3.KRB", "old");
+  CHECK(shop.Build(kManifest + "[payload]\nvolume_size = 2000\nfirst_part_size = 3", "setup.exe"));
+  CHECK(shop.problems.find("Setup3.KRB: warning: it is left of an earlier installer") != std::string::npos);
 }
 
 TEST_CASE("warnings can be made errors") {
@@ -68,12 +102,16 @@ TEST_CASE("what fails leaves the folder as it was") {
        "would be the installer and a volume at once"},
       {kManifest, "no/such/folder.exe", "can't write "},
       {kManifest, ".", "is no file that could be replaced"},
+      {kManifest + "[payload]\nvolume_size = 20", "new.exe", "alone are larger than a volume"},
+      {"[[file]]\nsource = 'a.txt'\n", "new.exe", "error: 'product.name' is missing"},
   };
   for (const auto &row : rows) {
     CAPTURE(row.manifest);
     CAPTURE(row.output);
-    CHECK(!shop.Build(row.manifest, row.output));
-    CHECK(shop.problems.find(row.problem) != std::string::npos);
+    for (const bool only_check : {true, false}) { // all of it is known before the packing
+      CHECK(!shop.Build(row.manifest, row.output, only_check));
+      CHECK(shop.problems.find(row.problem) != std::string::npos);
+    }
     CHECK(shop.Read("setup.exe") == "old");
     CHECK(shop.Count() == 4);
     CHECK(shop.Read("m.toml") == row.manifest);

@@ -3,9 +3,9 @@
 #include "packer/CodePage.h"
 #include "packer/check/ProductCheck.h"
 #include "packer/check/TextCheck.h"
-#include "packer/manifest/EnglishTexts.h"
 #include "packer/manifest/FileTree.h"
 #include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/ReadyTexts.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
@@ -40,7 +40,8 @@ TEST_CASE("what the installer or the uninstaller would trip over or lose is refu
 TEST_CASE("products that no manifest brings, and the limits of long lists, are looked at as well") {
   const auto associate = [](Product &p, size_t count) {
     packer::Association association;
-    association.extension = association.file_class = association.verb = association.command = "x";
+    association.extension = association.file_class = association.verb = "x";
+    association.command = "%1";
     p.associations.assign(count, association);
   };
   const struct {
@@ -62,18 +63,20 @@ TEST_CASE("products that no manifest brings, and the limits of long lists, are l
        }},
       {"error: an installer has from 1 to 100 languages", [](auto &p) { p.languages.clear(); }},
       {"warning: file '" + std::string(238, 'x') +
-           "': its path has more than 259 characters where the product is proposed to go, which most systems refuse",
+           "': its path has more than 259 characters where the product is proposed to go, which most systems refuse "
+           "[path-too-long]",
        [](auto &p) { p.files[0].name.assign(238, 'x'); }},
       {"", [](auto &p) { p.files[0].name.assign(236, 'x'); }},
       {"error: file 'thing.exe': its date doesn't exist", [](auto &p) { p.files[0].date = {2001, 2, 30, 0, 0, 0}; }},
-      {"warning: file 'thing.exe': it goes to the same place as another",
+      {"warning: file 'thing.exe': it goes to the same place as 'thing.exe' [same-destination]",
        [](auto &p) { p.files.push_back(p.files[0]); }},
       {"error: there are 1002 old files, but 1001 at most can be packed",
        [](auto &p) {
          p.deletions.assign(1002, {"x", 0, "", 0, {}});
        }},
       {"", [&](auto &p) { associate(p, 499); }},
-      {"warning: the uninstaller takes back no more than 499 associations", [&](auto &p) { associate(p, 500); }},
+      {"warning: the uninstaller takes back no more than 499 associations [too-many-associations]",
+       [&](auto &p) { associate(p, 500); }},
   };
   for (const auto &row : rows) {
     Product product;
@@ -96,6 +99,7 @@ TEST_CASE("a text is held to the arguments that it is given") {
       {"%-10.3ld 5%%", "d", ""},
       {"%s %s", "s", "'%s' has no argument: there are only 1"},
       {"%n", "s", "'%n' is no conversion; a percent sign is written as %%"},
+      {"%1000d", "d", "'%1000d' makes it wider than any screen"},
       {"%*d", "d", "'%*' is no conversion; a percent sign is written as %%"},
   };
   for (const auto &row : formats)
@@ -127,9 +131,13 @@ TEST_CASE("code pages take what they have and name what they lack") {
   CHECK(missing == "Ж");
   for (const char *bad : {"\xFF", "\xC0\x80", "\xE2\x82", "\xED\xA0\x80", "\xF5\x80\x80\x80", "\x80", "a\xC3"}) {
     CHECK(!packer::IsUtf8(bad));
-    CHECK(!packer::ToCodePage(bad, 1252, missing));
-    CHECK(missing.empty());
+    for (int page : {1252, packer::kUtf8}) {
+      CHECK(!packer::ToCodePage(bad, page, missing));
+      CHECK(missing.empty());
+    }
   }
+  CHECK(packer::ToCodePage("aЖ日🎁", packer::kUtf8, missing) == "aЖ日🎁");
   CHECK(packer::FromCodePage("a\x80\xE9\x81", 1252) == "a€é\uFFFD");
+  CHECK(packer::FromCodePage("aЖ🎁\xE6\xC2\x9B\xC2\xA0", packer::kUtf8) == "aЖ🎁\uFFFD\uFFFD\u00A0");
   CHECK(!packer::IsCodePage(437));
 }

@@ -1,6 +1,8 @@
 #include <functional>
 #include <random>
 
+#include "packer/ActiveCodePage.h"
+#include "packer/PeResources.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 #include "tests/support/Doctest.h"
@@ -51,6 +53,7 @@ struct Layout {
   int32_t first_part; // -1: as large as fits
   size_t contents;
   size_t volumes;
+  bool will_be_signed = false;
 };
 
 packer::Product ProductOf(const Layout &layout) {
@@ -58,6 +61,7 @@ packer::Product ProductOf(const Layout &layout) {
   product.flags &= ~IF_PACKED_PAYLOAD;
   product.payload.layout = layout.in_file ? packer::PayloadLayout::kInFile : packer::PayloadLayout::kInSection;
   product.payload.volume_size = layout.volume_size;
+  product.payload.will_be_signed = layout.will_be_signed;
   if (layout.first_part >= 0)
     product.payload.first_part_size = layout.first_part;
   product.files[0].contents = Noise(layout.contents);
@@ -68,9 +72,20 @@ packer::Product ProductOf(const Layout &layout) {
 
 TEST_CASE("in every layout the parts of the payload add up to it, and the section fills whole pages") {
   const Layout rows[] = {
-      {false, 0, -1, 5, 0},        {false, 0, -1, 20000, 0},  {true, 0, -1, 5, 0},           {true, 0, -1, 20000, 0},
-      {false, 9000, 0, 20000, 3},  {true, 9000, 0, 20000, 3}, {false, 9000, 1, 20000, 3},    {true, 9000, 1, 20000, 3},
-      {false, 12288, -1, 9000, 1}, {true, 9000, -1, 9000, 1}, {false, 5, 20000, 19999, 152}, {true, 99000, -1, 50, 0},
+      {false, 0, -1, 5, 0},
+      {false, 0, -1, 20000, 0},
+      {true, 0, -1, 5, 0},
+      {true, 0, -1, 20000, 0},
+      {false, 9000, 0, 20000, 3},
+      {true, 9000, 0, 20000, 3},
+      {false, 9000, 1, 20000, 3},
+      {true, 9000, 1, 20000, 3},
+      {false, 12288, -1, 9000, 1},
+      {true, 9000, -1, 9000, 1},
+      {false, 5, 20000, 19999, 152},
+      {true, 99000, -1, 50, 0},
+      {false, 60000, -1, 70000, 1, true},
+      {true, 60003, -1, 70000, 1, true},
   };
   for (const Layout &row : rows) {
     CAPTURE(row.in_file);
@@ -91,7 +106,9 @@ TEST_CASE("in every layout the parts of the payload add up to it, and the sectio
     if (!row.in_file)
       CHECK(file.size() == kArchivePos + parts.raw);
     if (row.first_part < 0 && row.volume_size > 0)
-      CHECK(file.size() <= static_cast<size_t>(row.volume_size));
+      CHECK(file.size() + (row.will_be_signed ? 32768 : 0) <= static_cast<size_t>(row.volume_size));
+    if (row.volumes > 0)
+      CHECK(file.size() % 8 == 0); // a signature begins there, and nothing may come before it
     for (size_t i = 0; i < installer.volumes.size(); ++i) {
       CHECK(GetU32(installer.volumes[i], 0) == product.volume_serial + i);
       CHECK(installer.volumes[i].size() <= static_cast<size_t>(row.volume_size));
@@ -170,7 +187,8 @@ TEST_CASE("a stub that can't carry an archive is refused with the reason") {
   }
 }
 
-TEST_CASE("the icon to replace is found through the stub's resources") {
+/// The stub with one resource of `type`, at 0x610 in the file.
+Bytes StubWithResource(uint32_t type, uint32_t size) {
   Bytes stub = test::TestStub();
   const size_t optional = kPeOffset + pe::kOptionalHeaderAt;
   test::Put(stub, optional + 92, test::Raw(16));
@@ -179,13 +197,38 @@ TEST_CASE("the icon to replace is found through the stub's resources") {
     return std::string(12, '\0') + test::Raw<uint16_t>(0) + test::Raw<uint16_t>(1) + test::Raw(id) + test::Raw(below);
   };
   test::Put(stub, 0x400,
-            directory(3, 0x80000018) + directory(1, 0x80000030) + directory(1033, 0x48) + test::Raw(0x2010) +
-                test::Raw(2216) + test::Raw(0) + test::Raw(0));
+            directory(type, 0x80000018) + directory(1, 0x80000030) + directory(1033, 0x48) + test::Raw(0x2010) +
+                test::Raw(size) + test::Raw(0) + test::Raw(0));
+  return stub;
+}
+
+TEST_CASE("the icon to replace is found through the stub's resources") {
+  Bytes stub = StubWithResource(3, 2216);
   CHECK(packer::StubImage(stub).FindIconImage(2216) == 0x610);
   CHECK(!packer::StubImage(stub).FindIconImage(744));
   test::Put(stub, 0x410, test::Raw(14)); // a group of icons is no icon
   CHECK(!packer::StubImage(stub).FindIconImage(2216));
   CHECK(!packer::StubImage(test::TestStub()).FindIconImage(2216));
+}
+
+TEST_CASE("UTF-8 is asked for in the stub's manifest, where nothing moves") {
+  const std::string setting =
+      "<activeCodePage xmlns=\"http://schemas.microsoft.com/SMI/2019/WindowsSettings\">UTF-8</activeCodePage>";
+  const auto built = [](const std::string &manifest, int page) {
+    Bytes stub = StubWithResource(packer::kManifestResource, static_cast<uint32_t>(manifest.size()));
+    test::Put(stub, 0x610, manifest);
+    packer::Product product = ProductOf({false, 0, -1, 100, 0});
+    product.code_page = page;
+    const Bytes file = packer::BuildInstaller(product, stub).executable;
+    CHECK(packer::AsksForUtf8(file) == (page == packer::kUtf8));
+    return std::string(file.begin() + 0x610, file.begin() + 0x610 + static_cast<ptrdiff_t>(manifest.size()));
+  };
+  CHECK(built("a<!--" + setting + "-->b", packer::kUtf8) == "a    " + setting + "   b");
+  CHECK(built("a<!--" + setting + "-->b", 1252) == "a<!--" + setting + "-->b");
+  CHECK(built(setting, packer::kUtf8) == setting);
+  CHECK_THROWS_AS(built(setting, 1252), packer::PackError);
+  for (const std::string &room : {std::string(), "<!--" + setting, "<!--" + setting.substr(1) + "-->"})
+    CHECK_THROWS_AS(built(room, packer::kUtf8), packer::PackError);
 }
 
 TEST_CASE("volumes that can't be cut are refused") {

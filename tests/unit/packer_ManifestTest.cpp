@@ -1,8 +1,8 @@
 #include <chrono>
 
 #include "packer/Words.h"
-#include "packer/manifest/EnglishTexts.h"
 #include "packer/manifest/ManifestReader.h"
+#include "packer/manifest/ReadyTexts.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
@@ -70,6 +70,31 @@ TEST_CASE("pictures are taken in the one form that the installer can use") {
   CHECK(folder.Read("[appearance]\nbackground = 'early.bmp'").product.background.empty());
 }
 
+TEST_CASE("the title can be read on whatever is behind it, unless the author says otherwise") {
+  const ManifestFolder folder;
+  folder.Write("night.bmp", Bitmap());
+  const struct {
+    const char *manifest;
+    uint32_t title, top, bottom;
+    int shadow;
+  } rows[] = {
+      {"", 0xFFFFFF, 0xB06F2A, 0x45250B, 2},
+      {"[appearance]\nbottom_color = '#000001'", 0xFFFFFF, 0x010000, 0x010000, 2},
+      {"[appearance]\ntop_color = '#FFFF00'", 0, 0x00FFFF, 0x00FFFF, 0},
+      {"[appearance]\ntop_color = '#FFFF00'\nbackground = 'night.bmp'", 0xFFFFFF, 0x00FFFF, 0x00FFFF, 2},
+      {"[appearance]\ntitle_color = '#000080'\ntitle_shadow = 1", 0x800000, 0xB06F2A, 0x45250B, 1},
+      {"[options]\ncustom_colors = false", 0xFFFFFF, 0xB06F2A, 0x45250B, 0}, // the title's colour is the system's
+  };
+  for (const auto &row : rows) {
+    CAPTURE(row.manifest);
+    const Product product = folder.Read(row.manifest).product;
+    CHECK(product.title_color == row.title);
+    CHECK(product.top_color == row.top);
+    CHECK(product.bottom_color == row.bottom);
+    CHECK(product.title_shadow == row.shadow);
+  }
+}
+
 TEST_CASE("every option has its bit, and no two share one") {
   const ManifestFolder folder;
   uint64_t seen = 0;
@@ -104,6 +129,55 @@ TEST_CASE("trees bring their files in one order, around the files that have an e
   CHECK(names("[[tree]]\nsource='src/a'\ntarget='%CommonDir%/t'\nexclude='*.obj'") == "z.txt>%CommonDir%\\t\\z.txt ");
 }
 
+TEST_CASE("a tree brings what its links lead to, and says what it can't bring") {
+  const ManifestFolder folder;
+  folder.Write("src/a.txt", "a");
+  folder.Write("shared/b/c.txt", "c");
+  namespace fs = std::filesystem;
+  try {
+    fs::create_directory_symlink("../shared", folder.Path() / "src/link");
+  } catch (const fs::filesystem_error &) {
+    return; // this system has no links
+  }
+  CHECK(NamesOf(folder.Read("[[tree]]\nsource='src'\n[[file]]\nsource='src/link/b/c.txt'").product) ==
+        "a.txt link\\b\\c.txt ");
+  fs::create_symlink("gone", folder.Path() / "src/dangling");
+  fs::create_directory_symlink("..", folder.Path() / "src/loop");
+  CHECK(folder.Read("[[tree]]\nsource='src'").report ==
+        "m:2:8: error: can't take 'src/dangling': it is a link to nothing\n"
+        "m:2:8: error: can't take 'src/loop/src/': it is a link that leads back to a folder around it\n");
+  CHECK(folder.Read("[[tree]]\nsource='src'\nexclude=['loop/**', 'dangling']").report == "");
+}
+
+TEST_CASE("of two trees, the one that would bring a file to the same place leaves it out") {
+  const ManifestFolder folder;
+  folder.Write("src/a.txt", "a");
+  folder.Write("src/b.txt", "b");
+  const std::string trees = "[[tree]]\nsource='src'\ninto='one'\n[[tree]]\nsource='src'\ninto='two'\n";
+  CHECK(NamesOf(folder.Read(trees + "[[file]]\nsource='src/a.txt'").product) ==
+        "one\\b.txt two\\a.txt two\\b.txt one\\a.txt ");
+  CHECK(NamesOf(folder.Read(trees + "[[file]]\nsource='src/a.txt'\nname='c'").product) == "one\\b.txt two\\b.txt c ");
+}
+
+TEST_CASE("fonts bring their names, and have no date that would keep them from being recorded") {
+  const ManifestFolder folder;
+  std::filesystem::copy(test::TestData("../../../examples/full/korb-blocks.ttf"), folder.Path() / "a.ttf");
+  std::filesystem::create_directories(folder.Path() / "fonts/more");
+  std::filesystem::copy(folder.Path() / "a.ttf", folder.Path() / "fonts/more/b.ttf");
+  const ReadResult read = folder.Read("[[tree]]\nsource='fonts'\nkind='font'\n[[file]]\nsource='a.ttf'\nkind='font'\n"
+                                      "date='mtime'\nlabel='Mine'");
+  CHECK(read.report == "");
+  CHECK(NamesOf(read.product) == "b.ttf a.ttf ");
+  CHECK(read.product.files[0].label == "Korb Blocks");
+  CHECK(read.product.files[0].date.month == 0);
+  CHECK(read.product.files[1].label == "Mine");
+  CHECK(read.product.files[1].date.month != 0);
+  for (const auto &[file, name] : {std::pair{"fonts", "Ab"}, std::pair{"bitmap-font", "Face"}}) {
+    std::filesystem::copy(test::TestData("../../fuzz/corpus/reader_fuzz") / file, folder.Path() / name);
+    CHECK(folder.Read("file=[{kind='font',source='" + std::string(name) + "'}]").product.files[0].label == name);
+  }
+}
+
 TEST_CASE("a file keeps its date from the disk, up to the newest one that is allowed") {
   const ManifestFolder folder;
   using namespace std::chrono;
@@ -134,6 +208,12 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
   CHECK(own.languages[0].texts[0] == "Zero");
   CHECK(own.languages[0].texts[13] == "damaged %d");
   CHECK(own.languages[0].texts.size() == 81);
+  CHECK(folder.Read("product.name='100% A'\ntexts.13='<PRODUCT> %d'\ntexts.0='<product>'")
+            .product.languages[0]
+            .texts[13] == "100%% A %d");
+  const Product values = folder.Read("uninstall_value=[{name='a',value=5},{name='b',value='5'}]").product;
+  CHECK(values.uninstall_values[0].kind == kUninstallNumber);
+  CHECK(values.uninstall_values[1].kind == kUninstallText);
 
   const ReadResult two = folder.Read("[[language]]\nname='English'\n[[language]]\nname='Russian'\ncodepage=1251\n"
                                      "[language.texts]\nok_button='Да'");
@@ -147,6 +227,16 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
                                       "[language.texts]\nok_button='Suite'");
   CHECK(file.product.languages.at(0).texts[48] + file.product.languages[0].texts[49] == "SuiteAnnuler");
   CHECK(file.report.find("fr.toml:3:1: error: unknown text 'none'") != std::string::npos);
+
+  const Product ready = folder.Read("[texts]\nlanguage='de'\nok_button='Weiter'").product;
+  CHECK(ready.languages.at(0).name == "de");
+  CHECK(ready.languages[0].texts[48] + ready.languages[0].texts[49] == "WeiterAbbrechen");
+  folder.Write("fr.toml", "ok_button = 'Continuer'\ncancel_button = 'Quitter'");
+  const ReadResult all = folder.Read("[[language]]\nname='Fran\u00E7ais'\nfile='fr.toml'\n"
+                                     "[language.texts]\nlanguage='fr'\nok_button='Suite'");
+  const std::vector<std::string> &texts = all.product.languages.at(0).texts;
+  CHECK(texts[48] + texts[49] + texts[21] == "SuiteQuitterErreur");
+  CHECK(all.report == "");
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {
@@ -158,7 +248,11 @@ TEST_CASE("each fault of a manifest is told with its line, its column and what t
     const std::string report = folder.Read(row.manifest).report;
     CHECK(report.substr(0, report.find("m:1:1: warning: these texts")) == row.report);
   }
+  std::string deep;
+  for (int parts = 0; parts < 100000; ++parts)
+    deep += "a.";
+  CHECK(folder.Read("x =  + deep +  # " + deep + "\n[" + deep).report == "m:2:33: error: no key has so many parts\n");
   Findings findings;
   packer::ReadManifest(folder.Path() / "absent.toml", std::nullopt, findings);
-  CHECK(findings.Report("m") == "m: error: can't read the manifest\n");
+  CHECK(findings.Report("m") == "m: error: can't read the manifest: No such file or directory\n");
 }

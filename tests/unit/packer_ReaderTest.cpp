@@ -37,9 +37,11 @@ public:
 
 std::string Verified(const std::filesystem::path &path) {
   std::ostringstream out;
-  const bool sound = packer::VerifyInstaller(path, out);
+  const bool sound = packer::VerifyInstaller(path, true, out);
   const std::string text = out.str();
   CHECK(sound == text.ends_with(": sound\n"));
+  if (text.ends_with(": sound, but changed since it was built\n"))
+    return packer::VerifyInstaller(path, false, out) ? "changed" : "";
   const size_t damage = text.find("DAMAGED  ");
   return damage == text.npos ? "sound" : text.substr(damage + 9, text.find('\n', damage) - damage - 9);
 }
@@ -58,9 +60,7 @@ TEST_CASE("verify names the damage that the installer would report") {
       {"PE headers, archive section: the file is cut off: 1 bytes of the archive's section are missing, so Windows "
        "won't start it",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
-      {"PE headers, archive section: This program performs installations and uninstallations. There is no installation "
-       "archive present. No Uninstallation parameters were specified.  You should not delete this program or execute "
-       "it directly.",
+      {"PE headers, archive section: it carries no archive, so it is no installer that korbpack has built",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kSectionEntry, ".other"); }; }},
       {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},
@@ -73,7 +73,12 @@ TEST_CASE("verify names the damage that the installer would report") {
          t.product.flags |= IF_VERIFY_STUB;
          t.executable = [](Bytes &file) { file[0x500] ^= 1; };
        }},
-      {"sound", [](TestInstaller &t) { t.executable = [](Bytes &file) { file[0x500] ^= 1; }; }},
+      {"changed", [](TestInstaller &t) { t.executable = [](Bytes &file) { file[0x500] ^= 1; }; }},
+      {"sound", [](TestInstaller &t) { t.executable = Sign; }},
+      {"changed", [](TestInstaller &t) { t.executable = [](Bytes &file) { Sign(file), file[0x500] ^= 1; }; }},
+      {"program part: the program part fails its checksum (damage code 40): an installer with 'options.verify_stub' "
+       "can't be signed",
+       [](TestInstaller &t) { t.product.flags |= IF_VERIFY_STUB, t.executable = Sign; }},
       {"payload: the payload fails its checksum (damage code 55)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Swap(file, "12345", "12346"); }; }},
       {"files: file 1 of 2: a file fails its checksum (damage code 100)",
@@ -203,7 +208,7 @@ TEST_CASE("diff tells what changes for a user, and no more") {
   TestInstaller product;
   for (packer::FileEntry &file : product.product.files)
     file.target.clear();
-  packer::Release before = packer::ReadRelease(shelf.Put(product));
+  packer::Release before = packer::ReadRelease(shelf.Put(product), 1252);
   packer::Product &changed = product.product;
   changed.version = "1.3";
   changed.files[0].contents = {'1', '2', '3', '4', '6'};
@@ -215,11 +220,11 @@ TEST_CASE("diff tells what changes for a user, and no more") {
   changed.flags |= IF_ALWAYS_LOG;
   changed.payload.volume_size = 60;
   changed.payload.first_part_size = 10;
-  packer::Release after = packer::ReadRelease(shelf.Put(product));
+  packer::Release after = packer::ReadRelease(shelf.Put(product), 1252);
   before.label = "old", after.label = "new";
   const auto told = [&](const packer::Release &to) {
     std::ostringstream out;
-    WriteDiff(before, to, 1252, false, out);
+    WriteDiff(before, to, false, out);
     return out.str();
   };
   CHECK(told(after) == "old -> new\n"
@@ -232,8 +237,8 @@ TEST_CASE("diff tells what changes for a user, and no more") {
                        "size\n  ~ installed: 5 -> 11\n  ~ installer: 8192 -> 8422\n");
   CHECK(told(before) == "old -> old\nnothing that a user would notice\n");
   std::ostringstream json;
-  WriteDiff(before, after, 1252, true, json);
+  WriteDiff(before, after, true, json);
   CHECK(json.str().find("\"name\": \"version\",\n        \"value\": [\n          \"1.2.3\",") != std::string::npos);
   shelf.Write("none.exe", "MZ");
-  CHECK_THROWS_AS(packer::ReadRelease(shelf.Path() / "none.exe"), packer::PackError);
+  CHECK_THROWS_AS(packer::ReadRelease(shelf.Path() / "none.exe", 1252), packer::PackError);
 }

@@ -1,0 +1,124 @@
+// Every kind of warning and the name by which an author accepts it. docs/manifest.md tells what each is about.
+#pragma once
+
+#include <iterator>
+#include <string_view>
+
+namespace korb::packer {
+
+enum class Warning {
+  kBlankNotice,
+  kCommandWithoutFile,
+  kCurrentWindowsExcluded,
+  kDatedFont,
+  kDeletedWhenInUse,
+  kDeletedWhole,
+  kDirectoryGone,
+  kDirectoryNotOwn,
+  kEarlierFolder,
+  kEarlierIsNewer,
+  kEarlierNotFound,
+  kExpired,
+  kFolderNotCreated,
+  kForeignFileType,
+  kIdlePattern,
+  kMissingIcon,
+  kNestedInstaller,
+  kNestedUninstaller,
+  kNoEarlierInstaller,
+  kNoEffect,
+  kNoFiles,
+  kOldVolume,
+  kParentInTarget,
+  kPathTooLong,
+  kPayloadInUninstaller,
+  kPublisherKeyRemoved,
+  kRelativeDrive,
+  kReservedValue,
+  kRestartAlways,
+  kRestartOnOtherDrive,
+  kRtfPage,
+  kSameDestination,
+  kSameShortcut,
+  kSoftwareKey,
+  kTextIsFileName,
+  kTooManyAssociations,
+  kUndatedSystemFile,
+  kUnknownLanguage,
+  kUnknownVariable,
+  kUnsettableAttributes,
+  kUnshownArgument,
+  kUntranslatedText,
+  kUtf8OnOldSystems,
+  kVariableInName,
+  kVerbWithoutCommand,
+  kVersionWithoutNumber,
+};
+
+struct WarningName {
+  Warning warning;
+  std::string_view name;
+};
+
+/// Each with its name, in the order of both.
+inline constexpr WarningName kWarningNames[] = {
+    {Warning::kBlankNotice, "blank-notice"},
+    {Warning::kCommandWithoutFile, "command-without-file"},
+    {Warning::kCurrentWindowsExcluded, "current-windows-excluded"},
+    {Warning::kDatedFont, "dated-font"},
+    {Warning::kDeletedWhenInUse, "deleted-when-in-use"},
+    {Warning::kDeletedWhole, "deleted-whole"},
+    {Warning::kDirectoryGone, "directory-gone"},
+    {Warning::kDirectoryNotOwn, "directory-not-own"},
+    {Warning::kEarlierFolder, "earlier-folder"},
+    {Warning::kEarlierIsNewer, "earlier-is-newer"},
+    {Warning::kEarlierNotFound, "earlier-not-found"},
+    {Warning::kExpired, "expired"},
+    {Warning::kFolderNotCreated, "folder-not-created"},
+    {Warning::kForeignFileType, "foreign-file-type"},
+    {Warning::kIdlePattern, "idle-pattern"},
+    {Warning::kMissingIcon, "missing-icon"},
+    {Warning::kNestedInstaller, "nested-installer"},
+    {Warning::kNestedUninstaller, "nested-uninstaller"},
+    {Warning::kNoEarlierInstaller, "no-earlier-installer"},
+    {Warning::kNoEffect, "no-effect"},
+    {Warning::kNoFiles, "no-files"},
+    {Warning::kOldVolume, "old-volume"},
+    {Warning::kParentInTarget, "parent-in-target"},
+    {Warning::kPathTooLong, "path-too-long"},
+    {Warning::kPayloadInUninstaller, "payload-in-uninstaller"},
+    {Warning::kPublisherKeyRemoved, "publisher-key-removed"},
+    {Warning::kRelativeDrive, "relative-drive"},
+    {Warning::kReservedValue, "reserved-value"},
+    {Warning::kRestartAlways, "restart-always"},
+    {Warning::kRestartOnOtherDrive, "restart-on-other-drive"},
+    {Warning::kRtfPage, "rtf-page"},
+    {Warning::kSameDestination, "same-destination"},
+    {Warning::kSameShortcut, "same-shortcut"},
+    {Warning::kSoftwareKey, "software-key"},
+    {Warning::kTextIsFileName, "text-is-file-name"},
+    {Warning::kTooManyAssociations, "too-many-associations"},
+    {Warning::kUndatedSystemFile, "undated-system-file"},
+    {Warning::kUnknownLanguage, "unknown-language"},
+    {Warning::kUnknownVariable, "unknown-variable"},
+    {Warning::kUnsettableAttributes, "unsettable-attributes"},
+    {Warning::kUnshownArgument, "unshown-argument"},
+    {Warning::kUntranslatedText, "untranslated-text"},
+    {Warning::kUtf8OnOldSystems, "utf8-on-old-systems"},
+    {Warning::kVariableInName, "variable-in-name"},
+    {Warning::kVerbWithoutCommand, "verb-without-command"},
+    {Warning::kVersionWithoutNumber, "version-without-number"},
+};
+
+static_assert([] {
+  for (size_t i = 0; i < std::size(kWarningNames); ++i)
+    if (kWarningNames[i].warning != static_cast<Warning>(i))
+      return false;
+  return true;
+}());
+
+constexpr std::string_view NameOf(Warning warning) {
+  return kWarningNames[static_cast<size_t>(warning)].name;
+}
+
+} // namespace korb::packer
