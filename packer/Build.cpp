@@ -6,7 +6,6 @@
 #include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
 #include "packer/manifest/FileTree.h"
-#include "packer/manifest/ManifestReader.h"
 #include "packer/release/Upgrade.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
@@ -108,7 +107,7 @@ UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest
   const int page = manifest.product.code_page == kUtf8 ? kDefaultCodePage : manifest.product.code_page;
   std::vector<Release> earlier;
   for (const fs::path &name : manifest.earlier) {
-    const std::vector<fs::path> paths = InstallersOf(name, request.output);
+    const std::vector<fs::path> paths = InstallersOf(name, manifest.output);
     for (const fs::path &path : paths)
       earlier.push_back(request.read_release(path, page));
     manifest.inputs.insert(manifest.inputs.end(), paths.begin(), paths.end());
@@ -133,6 +132,10 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
   std::snprintf(line, sizeof line, "payload %zu bytes, stored as %zu (%.1f %%); configuration %zu bytes\n",
                 installer.plain_size, installer.payload_size, ratio, installer.config_size);
   summary << line;
+  if (installer.storing == Storing::kNotSmaller)
+    summary << "stored unpacked: packing would not make it half a percent smaller\n";
+  else if (installer.storing == Storing::kNotUnpackable)
+    summary << "stored unpacked: packed, it would have more than the 268,435,455 bytes that can be unpacked\n";
   for (const OutputFile &file : outputs)
     summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
   if (product.Has(IF_VERIFY_STUB))
@@ -154,14 +157,15 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   };
   Findings findings;
   tell("reading");
-  Manifest manifest = ReadManifest(request.manifest, request.newest, findings, request.output);
+  Manifest manifest = ReadManifest(request.manifest, request.newest, findings, {request.output, request.variables});
+  const fs::path output = manifest.output;
   Product &product = manifest.product;
   if (manifest.was_parsed) {
     Findings faults;
     CheckProduct(product, faults);
     findings.Merge(faults);
   }
-  const std::string name = ShowPath(request.manifest);
+  const std::string name = request.manifest == kStandardInput ? "<stdin>" : ShowPath(request.manifest);
   try {
     auto stub = ReadFileBytes(request.stub);
     if (!stub)
@@ -178,7 +182,7 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
       }
     if (!findings.HasErrors())
       try {
-        TryToBuild(product, *stub, request.output, manifest.inputs, findings);
+        TryToBuild(product, *stub, output, manifest.inputs, findings);
       } catch (const PackError &error) {
         findings.Error({}, error.what());
       }
@@ -200,11 +204,11 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
       if (request.strict)
         throw PackError(kStrict);
     }
-    const std::vector<OutputFile> outputs = OutputsOf(installer, product, request.output);
+    const std::vector<OutputFile> outputs = OutputsOf(installer, product, output);
     RefuseToOverwrite(outputs, manifest.inputs);
     tell("writing");
     WriteOutputFiles(outputs);
-    TellOldVolumes(installer, product, request.output, problems);
+    TellOldVolumes(installer, product, output, problems);
     Summarise(installer, product, outputs, summary);
     SummariseUpgrade(manifest, upgrade, summary);
     return true;

@@ -7,19 +7,21 @@
 #include <ostream>
 #include <vector>
 
+#include "packer/manifest/ManifestReader.h"
 #include "packer/release/Release.h"
 #include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
 
 struct BuildRequest {
-  std::filesystem::path manifest;
-  std::filesystem::path output;  ///< of the installer; its volumes go beside it
-  std::filesystem::path stub;    ///< the program without an archive
-  std::optional<int64_t> newest; ///< see ReadManifest
+  std::filesystem::path manifest; ///< kStandardInput: it is read from there
+  std::filesystem::path output;   ///< of the installer, volumes beside it; empty: what the manifest says
+  std::filesystem::path stub;     ///< the program without an archive
+  std::optional<int64_t> newest;  ///< see ReadManifest
   ProgressCallback progress = {};
   bool strict = false;     ///< a warning counts as an error
   bool only_check = false; ///< nothing is packed, and nothing written
+  GivenVariables variables = {};
   /// Earlier installers beside those that the manifest names, or patterns of their names.
   std::vector<std::filesystem::path> after = {};
   /// Reads an earlier installer whose texts are in code page `page`, unless it tells another; throws PackError. Needed

@@ -126,11 +126,10 @@ Ends with 0 only when all went well.)";
 struct Options {
   std::string folder = ".", new_manifest = "setup.toml"; // init
   std::string manifest, output, stub;                    // build
-  std::vector<std::string> after;
-  bool strict = false;
-  std::string installer; // of inspect, verify and extract
-  bool strict = false;   // verify, too
-  std::string installer; // of inspect, verify and extract
+  std::vector<std::string> variables;                    // build: name=value
+  std::vector<std::string> after;                        // build: earlier installers
+  bool strict = false;                                   // verify, too
+  std::string installer;                                 // of inspect, verify and extract
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
@@ -158,8 +157,11 @@ bool Build(const Options &options, const fs::path &program, bool only_check) {
     throw PackError("there is no '" + std::string(kUsualManifest) + "' here: 'korbpack init' writes one");
   BuildRequest request;
   request.manifest = options.manifest.empty() ? fs::path(kUsualManifest) : PathFromUtf8(options.manifest);
-  request.output =
-      options.output.empty() ? fs::path(request.manifest).replace_extension(".exe") : PathFromUtf8(options.output);
+  request.output = PathFromUtf8(options.output);
+  for (const std::string &variable : options.variables) {
+    const size_t equals = variable.find('=');
+    request.variables[variable.substr(0, equals)] = variable.substr(equals + 1);
+  }
   request.stub = options.stub.empty() ? FindStub(program) : PathFromUtf8(options.stub);
   request.newest = ReadSourceDate();
   request.strict = options.strict;
@@ -198,6 +200,7 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
                                "  korbpack build thing.toml -o out/thing-2.0.exe\n"
+                               "  korbpack build -D version=2.0 -D channel=beta\n"
                                "  korbpack build thing.toml --after releases/*.exe",
                                good, [&] { return Build(options, program, false); });
   CLI::App &check = AddCommand(app, "check", "Make all tests of a build: nothing is packed, and nothing written",
@@ -205,9 +208,18 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                "  korbpack check --strict thing.toml",
                                good, [&] { return Build(options, program, true); });
   for (CLI::App *command : {&build, &check}) {
-    command->add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml)");
+    command->add_option("manifest", options.manifest,
+                        "The manifest, a TOML file (setup.toml); - for the standard input");
     command->add_option("-o,--output", options.output,
-                        "The installer to write, volumes beside it (the manifest's name with .exe)");
+                        "The installer to write, volumes beside it (what the manifest says, or its name with .exe)");
+    command->add_option("-D,--define", options.variables, "The value of a variable of the manifest, ${NAME}")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false)
+        ->check([](const std::string &text) {
+          return text.find('=') != text.npos && IsVariableName(text.substr(0, text.find('=')))
+                     ? std::string()
+                     : "'" + text + "' is no NAME=VALUE";
+        });
     command->add_option("--after", options.after,
                         "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade");
     command->add_flag("--strict", options.strict, "Warnings are errors");
@@ -292,7 +304,9 @@ int main(int argc, char **argv) {
   } catch (const CLI::ParseError &end) {
     status = app.exit(end);
   } catch (const std::bad_alloc &) {
-    std::cerr << "korbpack: error: there is not enough memory for a product of this size\n";
+    std::cerr
+        << "korbpack: error: there is not enough memory for a product of this size; with 'packed_payload = false' in "
+           "[options] it takes a quarter of that\n";
   } catch (const std::exception &error) {
     std::cerr << "korbpack: error: " << error.what() << "\n";
   }

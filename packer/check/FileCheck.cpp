@@ -161,7 +161,8 @@ private:
       return CheckFont();
     case KindSystemCom:
       if (!Is32BitProgram(file_->contents))
-        Warn("it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
+        Warn(Warning::kUnregisteredLibrary,
+             "it is no 32-bit library, so it can't register itself: that is what kind 'system-com' is for");
       [[fallthrough]];
     case KindSystem:
       if (file_->date.month == 0)

@@ -11,27 +11,55 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool Fits(std::string_view path, std::string_view pattern) {
-  while (!pattern.empty()) {
-    if (pattern.starts_with("**/") && Fits(path, pattern.substr(3)))
-      return true;
-    if (pattern[0] == '*') {
-      const bool any = pattern.starts_with("**");
-      const std::string_view rest = pattern.substr(any ? 2 : 1);
-      for (size_t taken = 0; taken <= path.size(); ++taken) {
-        if (Fits(path.substr(taken), rest))
-          return true;
-        if (taken < path.size() && path[taken] == '/' && !any)
-          return false;
+// The places in a pattern that a path can have come to so far, all followed at once, so that no pattern takes long.
+class PatternPlaces {
+public:
+  explicit PatternPlaces(std::string_view pattern) : pattern_(pattern), places_(pattern.size() + 1, kNone) { Enter(0); }
+
+  void Take(char c) {
+    std::vector<Place> before(places_.size(), kNone);
+    before.swap(places_);
+    for (size_t i = 0; i < pattern_.size(); ++i) {
+      if (before[i] == kNone)
+        continue;
+      if (const size_t stars = StarsAt(i); stars == 0) {
+        if (pattern_[i] == '?' ? c != '/' : c == pattern_[i])
+          Enter(i + 1);
+      } else if (stars == 2 || c != '/') {
+        places_[i] = std::max(places_[i], kWithin);
+        Enter(i + stars);
       }
-      return false;
     }
-    if (path.empty() || (pattern[0] == '?' ? path[0] == '/' : path[0] != pattern[0]))
-      return false;
-    path.remove_prefix(1);
-    pattern.remove_prefix(1);
   }
-  return path.empty();
+
+  bool IsAtEnd() const { return places_.back() != kNone; }
+
+private:
+  enum Place : uint8_t { kNone, kWithin, kEntered }; // a star that stands for something already is not entered again
+
+  size_t StarsAt(size_t i) const { return pattern_[i] != '*' ? 0 : pattern_.substr(i).starts_with("**") ? 2 : 1; }
+
+  // With all that follows where stars stand for nothing.
+  void Enter(size_t i) {
+    if (places_[i] == kEntered)
+      return;
+    places_[i] = kEntered;
+    if (i == pattern_.size() || StarsAt(i) == 0)
+      return;
+    Enter(i + StarsAt(i));
+    if (pattern_.substr(i).starts_with("**/"))
+      Enter(i + 3);
+  }
+
+  std::string_view pattern_;
+  std::vector<Place> places_;
+};
+
+bool Fits(std::string_view path, std::string_view pattern) {
+  PatternPlaces places(pattern);
+  for (const char c : path)
+    places.Take(c);
+  return places.IsAtEnd();
 }
 
 // The order of a listing: a separator counts below every character of a name, so a folder's files stand together.

@@ -17,12 +17,13 @@ struct KeyForm {
     kPages,      ///< kTextOrFile in an array, or one alone
     kInteger,
     kBoolean,
-    kWord,     ///< one of `words`, or its number
-    kWords,    ///< some of `words` in an array, or the number of all of them
-    kDate,     ///< or "none"
-    kFileDate, ///< or "none", or "mtime"
-    kColor,    ///< "#RRGGBB", or a number
-    kValue,    ///< a text, a number or a date
+    kWord,        ///< one of `words`, or its number
+    kWords,       ///< some of `words` in an array, or the number of all of them
+    kDate,        ///< or "none"
+    kFileDate,    ///< or "none", or "mtime"
+    kColor,       ///< "#RRGGBB", or a number
+    kValue,       ///< a text, a number or a date
+    kDefinitions, ///< a table of names of the author's own, each with a text or { env = "NAME", default = "text" }
     kTable,
     kTables, ///< an array of tables
   };

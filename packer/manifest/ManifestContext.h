@@ -8,10 +8,11 @@ namespace korb::packer {
 
 class ManifestContext {
 public:
-  ManifestContext(const std::filesystem::path &path, std::optional<int64_t> newest_date, Findings &report,
-                  const std::filesystem::path &installer)
-      : folder(path.parent_path()), output(installer), newest(newest_date), findings(report) {
-    manifest.inputs.push_back(path);
+  /// `path` is empty for the standard input.
+  ManifestContext(const std::filesystem::path &path, std::optional<int64_t> newest_date, Findings &report)
+      : folder(path.parent_path()), newest(newest_date), findings(report) {
+    if (!path.empty())
+      manifest.inputs.push_back(path);
   }
 
   Product &product() { return manifest.product; }
@@ -36,8 +37,11 @@ public:
   /// The contents of an input file, `name` in UTF-8. Reports what can't be read.
   std::optional<Bytes> ReadInput(const std::string &name, const Place &place);
 
-  /// The path of an input, `name` in UTF-8.
-  std::filesystem::path InputPath(const std::string &name) const;
+  /// The path of an input, `name` in UTF-8, which is relative to the folder of the file that names it at `place`.
+  std::filesystem::path InputPath(const std::string &name, const Place &place) const;
+
+  /// The version of the program `name`. Empty, and reported, when it can't be read or has none.
+  std::string ProgramVersion(const std::string &name, const Place &place);
 
   /// Whether `path` is an output of this very manifest, which no tree brings: the installer, a volume of it, or what is
   /// left of an attempt to write one.
@@ -51,7 +55,14 @@ public:
   FileTime TimeOf(const std::filesystem::path &path) const;
 
   std::filesystem::path folder;
-  std::filesystem::path output; ///< the installer that is to be made; empty for none
+  struct IncludedFile {
+    std::string name; ///< as places tell it
+    std::filesystem::path folder;
+  };
+  std::vector<IncludedFile> included; ///< the tables of a later one come before those of an earlier one
+
+  /// Which file `place` is in: 0 for the manifest, or the number in `included`, from 1.
+  size_t FileNumber(const Place &place) const;
   std::optional<int64_t> newest;
   Findings &findings;
   Manifest manifest;

@@ -71,20 +71,21 @@ public:
   void NoteTree(const toml::table &node) {
     Findings ignored;
     ManifestTable table(&node, "tree", ignored);
-    if (const auto source = table.Text("source"))
-      branches_.push_back({&node, Canonical(context_.InputPath(*source)) + "/",
-                           Plain(context_.InputPath(*source)) + "/", AsFolder(table.Text("into").value_or("")),
-                           AsFolder(table.Text("target").value_or("")), table.Texts("include"),
-                           table.Texts("exclude")});
+    if (const auto source = table.Text("source")) {
+      const fs::path folder = context_.InputPath(*source, table.PlaceOfKey("source"));
+      branches_.push_back({&node, Canonical(folder) + "/", Plain(folder) + "/",
+                           AsFolder(table.Text("into").value_or("")), AsFolder(table.Text("target").value_or("")),
+                           table.Texts("include"), table.Texts("exclude")});
+    }
   }
 
   // A file with an entry of its own is left out of the tree that it would go to the same place with, and of all trees
   // when it goes elsewhere. After all trees.
   void Claim(const toml::table &file) {
-    const auto source = file["source"].value<std::string>();
+    const auto *source = file.get_as<std::string>("source");
     if (!source)
       return;
-    const fs::path path = context_.InputPath(*source);
+    const fs::path path = context_.InputPath(source->get(), PlaceOf(*source));
     const bool moves = file.contains("name") || file.contains("target");
     const Branch *branch = BranchOf(path);
     claimed_.insert({Canonical(path), moves || !branch ? nullptr : branch->node});
@@ -106,7 +107,7 @@ public:
     entry.target = context_.Text(table, "target");
     table.RefuseUnknown();
     if (source && !table.Raw()->contains("name"))
-      NameAfter(*source, entry, table.Raw()->contains("target"));
+      NameAfter(*source, table.PlaceOfKey("source"), entry, table.Raw()->contains("target"));
     if (inline_text)
       entry.contents.assign(inline_text->begin(), inline_text->end());
     if (source && source->find_first_of("*?") != source->npos)
@@ -132,7 +133,7 @@ public:
     const Place place = table.PlaceOfKey("source");
     for (const std::string &file : FilesOf(*source, table, include, exclude)) {
       const std::string path = *source + "/" + file;
-      if (IsClaimed(path, node))
+      if (IsClaimed(context_.InputPath(path, place), node))
         continue;
       Settings one = settings;
       auto name = NameIn(file, place);
@@ -158,13 +159,12 @@ private:
   std::vector<std::string> FilesOf(const std::string &source, ManifestTable &table,
                                    const std::vector<std::string> &include, const std::vector<std::string> &exclude) {
     const Place place = table.PlaceOfKey("source");
-    FileList list = ListFiles(context_.InputPath(source), include, exclude);
+    const fs::path folder = context_.InputPath(source, place);
+    FileList list = ListFiles(folder, include, exclude);
     for (const FileList::Fault &fault : list.faults)
       context_.findings.Error(place, "can't " + std::string(fault.path.empty() ? "list the folder '" : "take '") +
                                          source + (fault.path.empty() ? "" : "/") + fault.path + "': " + fault.reason);
-    std::erase_if(list.files, [&](const std::string &file) {
-      return context_.IsOutput(context_.InputPath(source) / PathFromUtf8(file));
-    });
+    std::erase_if(list.files, [&](const std::string &file) { return context_.IsOutput(folder / PathFromUtf8(file)); });
     if (list.files.empty() && list.faults.empty())
       context_.findings.Error(place, "no file of '" + source + "' fits");
     else if (list.faults.empty())
@@ -189,16 +189,17 @@ private:
       tell("include", pattern, files);
     if (exclude.empty())
       return;
-    FileList list = ListFiles(context_.InputPath(source), include, {});
+    const fs::path folder = context_.InputPath(source, table.PlaceOfKey("source"));
+    FileList list = ListFiles(folder, include, {});
     for (FileList::Fault &fault : list.faults)
       list.files.push_back(std::move(fault.path));
     for (const std::string &pattern : exclude)
-      if (!context_.IsOutput(context_.InputPath(source) / PathFromUtf8(pattern))) // which may not be there yet
+      if (!context_.IsOutput(folder / PathFromUtf8(pattern))) // which may not be there yet
         tell("exclude", pattern, list.files);
   }
 
-  bool IsClaimed(const std::string &source, const toml::table &tree) const {
-    const auto claim = claimed_.find(Canonical(context_.InputPath(source)));
+  bool IsClaimed(const fs::path &path, const toml::table &tree) const {
+    const auto claim = claimed_.find(Canonical(path));
     return claim != claimed_.end() && (!claim->second || claim->second == &tree);
   }
 
@@ -250,8 +251,8 @@ private:
   }
 
   // A file that has no name goes where its tree would have brought it; without a tree, it keeps its own name alone.
-  void NameAfter(const std::string &source, FileEntry &entry, bool has_target) {
-    const fs::path path = context_.InputPath(source);
+  void NameAfter(const std::string &source, const Place &place, FileEntry &entry, bool has_target) {
+    const fs::path path = context_.InputPath(source, place);
     const Branch *branch = BranchOf(path);
     if (!branch) {
       entry.name = context_.Convert(source.substr(source.find_last_of('/') + 1), entry.place);
@@ -292,7 +293,7 @@ private:
     // A font that is found up to date is no longer recorded as the product's.
     if (settings.entry.kind == KindFont && !settings.is_date_said)
       settings.date = FileTime{};
-    Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source)));
+    Add(settings.entry, settings.date ? *settings.date : context_.TimeOf(context_.InputPath(source, place)));
     return true;
   }
 
@@ -325,7 +326,7 @@ void ReadFiles(ManifestContext &context, ManifestTable &root) {
   const Settings defaults = ReadSettings(context, table, {});
   table.RefuseUnknown();
 
-  // Files and trees are two arrays for the parser but one list for the author.
+  // Files and trees are two arrays for the parser but one list for the author, in each of the files that are one.
   struct Entry {
     const toml::table *table;
     bool is_tree;
@@ -335,8 +336,9 @@ void ReadFiles(ManifestContext &context, ManifestTable &root) {
     entries.push_back({file, false});
   for (const toml::table *tree : root.Tables("tree"))
     entries.push_back({tree, true});
-  std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
-    return a.table->source().begin.line < b.table->source().begin.line;
+  std::stable_sort(entries.begin(), entries.end(), [&](const Entry &a, const Entry &b) {
+    const Place one = PlaceOf(*a.table), other = PlaceOf(*b.table);
+    return std::pair(context.FileNumber(other), one.line) < std::pair(context.FileNumber(one), other.line);
   });
 
   FileReader reader(context, defaults);

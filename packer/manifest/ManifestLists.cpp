@@ -163,7 +163,7 @@ std::optional<toml::table> ParseTextFile(ManifestContext &context, const std::st
   const auto bytes = context.ReadInput(name, place);
   if (!bytes)
     return std::nullopt;
-  return ParseToml(*bytes, ShowPath(context.InputPath(name)), context.findings);
+  return ParseToml(*bytes, ShowPath(context.InputPath(name, place)), context.findings);
 }
 
 void ReadLanguage(ManifestContext &context, ManifestTable table) {

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
+#include <iostream>
+#include <iterator>
 
 #include "format/Texts.h"
 #include "packer/CodePage.h"
@@ -12,6 +13,7 @@
 #include "packer/manifest/ImageFile.h"
 #include "packer/manifest/ManifestFiles.h"
 #include "packer/manifest/ManifestLists.h"
+#include "packer/manifest/ManifestSource.h"
 
 namespace korb::packer {
 
@@ -21,11 +23,30 @@ namespace {
 
 constexpr int64_t kMaxI32 = INT32_MAX, kMaxU32 = UINT32_MAX;
 
+// A text, or { file = "..." }: that of a program.
+std::string ReadVersion(ManifestContext &context, ManifestTable &table) {
+  constexpr char kKey[] = "version";
+  const toml::node *node = table.Find(kKey, {KeyForm::kTextOrFile});
+  if (!node || !node->is_table())
+    return context.Text(table, kKey);
+  const std::string name = table.FullName(kKey);
+  context.product().places[name] = PlaceOf(*node);
+  ManifestTable program(node->as_table(), name, context.findings);
+  const auto file = program.Text("file");
+  const Place place = program.PlaceOfKey("file");
+  program.RefuseUnknown();
+  if (file)
+    return context.Convert(context.ProgramVersion(*file, place), place);
+  if (!program.Has("file"))
+    context.findings.Error(place, "'" + name + "' has to be a text or { file = \"...\" }");
+  return {};
+}
+
 void ReadProduct(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   product.code_page = context.CodePage(table, "codepage");
   product.name = context.Text(table, "name");
-  product.version = context.Text(table, "version");
+  product.version = ReadVersion(context, table);
   product.publisher = context.Text(table, "publisher");
   product.registry_key = context.Text(table, "registry_key");
   product.master_product = context.Text(table, "master_product");
@@ -83,6 +104,24 @@ void ReadUninstall(ManifestContext &context, ManifestTable table) {
     context.findings.Error(table.PlaceOfKey("patch_offset"), "there is neither an icon nor a patch to put there");
 }
 
+// `given` comes from the command line and wins. Before the files, none of which is the output.
+void ReadOutput(ManifestContext &context, ManifestTable table, const fs::path &given) {
+  fs::path &output = context.manifest.output;
+  const auto file = table.Text("file");
+  table.RefuseUnknown();
+  if (!given.empty())
+    output = given;
+  else if (file)
+    output = context.InputPath(*file, table.PlaceOfKey("file"));
+  else if (!context.manifest.inputs.empty())
+    output = fs::path(context.manifest.inputs.front()).replace_extension(".exe");
+  else
+    context.findings.Error({}, "the installer needs a name: 'output.file', or -o");
+  if (const auto bad = file ? file->find_first_of("\\\r\n\t") : std::string::npos; bad != std::string::npos)
+    context.findings.Error(table.PlaceOfKey("file"),
+                           "'output.file' is a file of this machine: folders are divided by '/'");
+}
+
 // "#RRGGBB", or the number that the archive holds, 0x00BBGGRR.
 std::optional<uint32_t> ReadColor(ManifestTable &table, std::string_view key) {
   const toml::node *node = table.Find(key, {KeyForm::kColor, {}, 0, kMaxU32});
@@ -138,7 +177,7 @@ void CheckPage(ManifestContext &context, const toml::node &page, const std::stri
   const std::string word = page.value_or(std::string());
   std::error_code error;
   if (!word.empty() && word.find_first_of(" \t\r\n") == word.npos &&
-      !fs::is_regular_file(context.InputPath(word), error)) // of which TextOrFile warns
+      !fs::is_regular_file(context.InputPath(word, PlaceOf(page)), error)) // of which TextOrFile warns
     context.findings.Warn(PlaceOf(page), Warning::kTextIsFileName,
                           "'" + word + "' is the whole text of the page, and there is no file of that " +
                               "name: a file is { file = \"...\" }");
@@ -205,9 +244,10 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
 }
 
 void ReadUpgrade(ManifestContext &context, ManifestTable table) {
-  context.product().places["upgrade.from"] = table.PlaceOfKey("from");
+  const Place place = table.PlaceOfKey("from");
+  context.product().places["upgrade.from"] = place;
   for (const std::string &name : table.Texts("from"))
-    context.manifest.earlier.push_back(context.InputPath(name));
+    context.manifest.earlier.push_back(context.InputPath(name, place));
   table.RefuseUnknown();
 }
 
@@ -237,7 +277,9 @@ void WriteOutPercent(Product &product) {
         language.texts[number] = WithProductName(language.texts[number], name);
 }
 
-void ReadTables(ManifestContext &context, ManifestTable root) {
+void ReadTables(ManifestContext &context, ManifestTable root, const fs::path &output) {
+  KnowSourceKeys(root);
+  ReadOutput(context, root.Table("output"), output);
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));
   ReadUninstall(context, root.Table("uninstall"));
@@ -254,20 +296,31 @@ void ReadTables(ManifestContext &context, ManifestTable root) {
   root.RefuseUnknown();
 }
 
+std::optional<Bytes> ReadStandardInput() {
+  const std::string text(std::istreambuf_iterator<char>(std::cin), {});
+  return Bytes(text.begin(), text.end());
+}
+
 } // namespace
 
-Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings, const fs::path &output) {
-  ManifestContext context(path, newest, findings, output);
-  const auto text = ReadFileBytes(path);
+Manifest ReadManifest(const fs::path &path, std::optional<int64_t> newest, Findings &findings,
+                      const ManifestSettings &settings) {
+  const bool is_input = path == kStandardInput;
+  Findings faults;
+  ManifestContext context(is_input ? fs::path() : path, newest, faults);
+  const auto text = is_input ? ReadStandardInput() : ReadFileBytes(path);
   if (!text) {
     findings.Error({}, "can't read the manifest: " + WhyUnreadable(path));
     return context.manifest;
   }
-  const auto parsed = ParseToml(*text, {}, findings);
-  if (!parsed)
+  const auto table = LoadManifest(context, *text, settings.variables);
+  findings.Merge(faults);
+  if (!table)
     return context.manifest;
+  faults = {}; // a text whose variables are unknown has other faults too
   context.manifest.was_parsed = true;
-  ReadTables(context, ManifestTable(&*parsed, "", findings));
+  ReadTables(context, ManifestTable(&*table, "", faults), settings.output);
+  findings.Merge(faults);
   return std::move(context.manifest);
 }
 
@@ -276,11 +329,12 @@ const KeyForms &KnownKeys() {
     KeyForms asked;
     Findings findings;
     findings.asked_keys = &asked;
-    ManifestContext context({}, std::nullopt, findings, {});
-    const toml::table least = toml::parse("[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
-                                          "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
-                                          "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
-    ReadTables(context, ManifestTable(&least, "", findings));
+    ManifestContext context({}, std::nullopt, findings);
+    const toml::table least =
+        toml::parse("[output]\n[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
+                    "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                    "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
+    ReadTables(context, ManifestTable(&least, "", findings), {});
     return asked;
   }();
   return keys;

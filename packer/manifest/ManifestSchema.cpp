@@ -14,8 +14,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Without these a table says nothing.
-constexpr std::string_view kRequired[] = {"product.name", "tree.source", "delete.name", "language.name"};
+// Without these a table says nothing. The product's name can be in another file.
+constexpr std::string_view kRequired[] = {"tree.source", "delete.name", "language.name"};
 
 // The words of a cell: without the marks of its page.
 std::string PlainText(std::string cell) {
@@ -41,10 +41,10 @@ std::map<std::string, std::string> Effects() {
     }
     const size_t open_first = line.find('`'), end = line.find(" | ", open_first), last = line.rfind(" | ");
     const bool names = line.starts_with("| `") || (table == "texts" && line.starts_with("| ") && open_first < 8);
-    if (table.empty() || !names || last == line.npos)
+    if (!names || last == line.npos)
       continue;
     for (size_t open = open_first; open < end; open = line.find('`', line.find('`', open + 1) + 1))
-      effects[table + "." + line.substr(open + 1, line.find('`', open + 1) - open - 1)] =
+      effects[(table.empty() ? "" : table + ".") + line.substr(open + 1, line.find('`', open + 1) - open - 1)] =
           PlainText(line.substr(last + 3, line.size() - last - 5));
   }
   return effects;
@@ -95,6 +95,15 @@ Json SchemaOf(const KeyForm &form) {
     return {{"anyOf", {{{"type", "string"}, {"pattern", "^#[0-9A-Fa-f]{6}$"}}, Number(form)}}};
   case KeyForm::kValue:
     return {{"type", {"string", "integer"}}};
+  case KeyForm::kDefinitions: {
+    Json variable = SchemaOf({KeyForm::kTable});
+    variable["properties"] = {{"env", text}, {"default", text}};
+    variable["required"] = {"env"};
+    return {
+        {"type", "object"},
+        {"patternProperties", {{"^[A-Za-z_][A-Za-z0-9_-]*$", {{"anyOf", {text, {{"type", "integer"}}, variable}}}}}},
+        {"additionalProperties", false}};
+  }
   case KeyForm::kTable:
   case KeyForm::kTables:
     break;
@@ -129,7 +138,6 @@ Json &PropertiesOf(Json &schema, std::string_view name) {
 std::string ManifestSchema() {
   Json schema = SchemaOf({KeyForm::kTable});
   schema["title"] = "Manifest of a KORB installer";
-  schema["required"] = {"product"};
   auto effects = Effects();
   // Tables stand before their keys.
   for (const auto &[name, form] : KnownKeys()) {

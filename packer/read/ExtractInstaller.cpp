@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <map>
 
 #include "packer/FileIo.h"
 #include "packer/Product.h"
@@ -40,8 +41,11 @@ std::vector<std::string> SafeParts(const std::string &name) {
   return parts;
 }
 
+// The number to try next where a path is taken: thousands of files may have one name.
+using Wanted = std::map<fs::path, int>;
+
 // A path in `folder` where nothing stands yet, its folders made.
-fs::path FreePlace(const fs::path &folder, std::vector<std::string> parts) {
+fs::path FreePlace(const fs::path &folder, std::vector<std::string> parts, Wanted &wanted) {
   fs::path place = folder;
   std::error_code error;
   const std::string last = parts.back();
@@ -54,7 +58,7 @@ fs::path FreePlace(const fs::path &folder, std::vector<std::string> parts) {
   }
   fs::create_directories(place);
   fs::path free = place / PathFromUtf8(last);
-  for (int number = 2; fs::exists(fs::symlink_status(free, error)); ++number)
+  for (int &number = wanted.try_emplace(free, 2).first->second; fs::exists(fs::symlink_status(free, error)); ++number)
     free = place / PathFromUtf8(last + " (" + std::to_string(number) + ")");
   return free;
 }
@@ -97,10 +101,11 @@ bool ExtractInstaller(const fs::path &path, const fs::path &folder, int page, st
   }
   fs::create_directories(folder);
   size_t written = 0;
+  Wanted wanted;
   for (const PayloadRecord &record : installer.records) {
     const std::vector<std::string> parts = SafeParts(FromCodePage(record.name, installer.code_page));
     try {
-      if (WriteRecord(FreePlace(folder, parts), record)) {
+      if (WriteRecord(FreePlace(folder, parts, wanted), record)) {
         ++written;
         continue;
       }

@@ -302,7 +302,13 @@ private:
 } // namespace
 
 Bytes PackBlock(std::span<const uint8_t> plain, CompressionLevel level, const ProgressCallback &progress) {
+  return *PackBlockWithin(SIZE_MAX, plain, level, progress);
+}
+
+std::optional<Bytes> PackBlockWithin(size_t limit, std::span<const uint8_t> plain, CompressionLevel level,
+                                     const ProgressCallback &progress) {
   Bytes out;
+  out.reserve(std::min(plain.size(), limit) + 2 * kCell); // what is never filled takes no memory
   PutU32(out, kPackedMagic);
   PutU32(out, static_cast<uint32_t>(plain.size()));
   const Effort effort = EffortOf(level);
@@ -323,8 +329,12 @@ Bytes PackBlock(std::span<const uint8_t> plain, CompressionLevel level, const Pr
     if (round < cells)
       tasks.push_back([&] { finder.Scan(round); });
     RunTogether(tasks);
+    if (out.size() > limit)
+      return std::nullopt;
   }
   writer.Finish();
+  if (out.size() > limit)
+    return std::nullopt;
   return out;
 }
 

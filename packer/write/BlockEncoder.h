@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 
 #include "packer/Product.h"
@@ -18,5 +19,9 @@ using ProgressCallback = std::function<void(const char *step, int percent)>;
 /// isn't there.
 Bytes PackBlock(std::span<const uint8_t> plain, CompressionLevel level = CompressionLevel::kDefault,
                 const ProgressCallback &progress = {});
+
+/// The same; but nothing, as soon as that is known, when the block would have more than `limit` bytes.
+std::optional<Bytes> PackBlockWithin(size_t limit, std::span<const uint8_t> plain, CompressionLevel level,
+                                     const ProgressCallback &progress);
 
 } // namespace korb::packer

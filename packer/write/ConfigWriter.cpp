@@ -83,9 +83,9 @@ void PutDayRecord(Bytes &out, const Day &day) {
     PutI32(out, value);
 }
 
-Bytes WriteConfig(const Product &product) {
+Bytes WriteConfig(const Product &product, uint64_t without) {
   Bytes out;
-  PutU64(out, product.flags);
+  PutU64(out, product.flags & ~without);
   PutU16(out, product.min_phase_ms);
   PutU8(out, product.shortcut_mode);
   PutFileTime(out, product.uninstaller_date);

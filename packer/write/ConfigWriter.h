@@ -6,8 +6,8 @@
 namespace korb::packer {
 
 /// The plain stream, every field in its place. Throws PackError when a text holds a 0 byte or when the patch hasn't
-/// its size; counts and numbers are written as given, whatever a reader makes of them.
-Bytes WriteConfig(const Product &product);
+/// its size; counts and numbers are written as given, whatever a reader makes of them. Options among `without` are off.
+Bytes WriteConfig(const Product &product, uint64_t without = 0);
 
 /// A configuration as the archive stores it.
 struct StoredConfig {

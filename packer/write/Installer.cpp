@@ -112,6 +112,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
   installer.config_size = stored.block.size();
   installer.payload_size = payload.stored.size();
   installer.plain_size = payload.plain_size;
+  installer.storing = payload.storing;
   return installer;
 }
 
@@ -131,7 +132,9 @@ bool TryInstaller(const Product &product, const Bytes &stub) {
 }
 
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress) {
-  return AssembleInstaller(product, WriteConfig(product), WritePayload(product, progress), stub);
+  const Payload payload = WritePayload(product, progress);
+  const uint64_t without = payload.storing == Storing::kAsWished ? 0 : IF_PACKED_PAYLOAD;
+  return AssembleInstaller(product, WriteConfig(product, without), payload, stub);
 }
 
 std::string VolumeFileName(const Product &product, size_t number) {

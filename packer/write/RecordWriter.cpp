@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "format/Block.h"
+#include "packer/write/PackEstimate.h"
 
 namespace korb::packer {
 
@@ -25,6 +26,26 @@ void PutRecord(Bytes &out, const FileEntry &file) {
     PutText(out, file.icon, what);
   PutText(out, file.arguments, what);
   PutText(out, file.target, what);
+}
+
+// Whether a long packing would only show that the block is too large. A little above the limit it is tried all the
+// same.
+bool IsHopeless(const Bytes &plain) {
+  constexpr uint64_t most = uint64_t{kMaxPackedBlock} / 4 * 5;
+  return plain.size() > most && EstimatePackedSize(plain) > most;
+}
+
+void Pack(Payload &payload, CompressionLevel level, const ProgressCallback &progress) {
+  // Less than that isn't worth what unpacking costs at each installation. Media have the records alone to save.
+  const size_t helpful = payload.plain_size - std::max<size_t>(payload.plain_size / 200, 1);
+  const size_t limit = std::min<size_t>(helpful, kMaxPackedBlock);
+  std::optional<Bytes> packed;
+  if (!IsHopeless(payload.stored))
+    packed = PackBlockWithin(limit, payload.stored, level, progress);
+  if (packed)
+    payload.stored = std::move(*packed);
+  else
+    payload.storing = limit < kMaxPackedBlock ? Storing::kNotSmaller : Storing::kNotUnpackable;
 }
 
 } // namespace
@@ -56,12 +77,8 @@ Payload WritePayload(const Product &product, const ProgressCallback &progress) {
       throw PackError("the files add up to more than 2 GiB");
   }
   payload.plain_size = payload.stored.size();
-  if (product.Has(IF_PACKED_PAYLOAD) && payload.plain_size > 0) {
-    payload.stored = PackBlock(payload.stored, product.compression, progress);
-    if (payload.stored.size() > size_t{kMaxPackedBlock})
-      throw PackError("the packed payload has " + std::to_string(payload.stored.size()) +
-                      " bytes, but at most 268,435,455 can be unpacked: store it unpacked");
-  }
+  if (product.Has(IF_PACKED_PAYLOAD) && payload.plain_size > 0)
+    Pack(payload, product.compression, progress);
   return payload;
 }
 

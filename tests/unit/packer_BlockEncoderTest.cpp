@@ -4,6 +4,7 @@
 
 #include "packer/write/BlockEncoder.h"
 #include "packer/write/MatchFinder.h"
+#include "packer/write/PackEstimate.h"
 #include "packer/write/TokenCode.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/ReferenceUnpack.h"
@@ -11,6 +12,7 @@
 using korb::packer::Bytes;
 using korb::packer::CompressionLevel;
 using korb::packer::PackBlock;
+using korb::packer::PackBlockWithin;
 
 namespace {
 
@@ -137,6 +139,21 @@ TEST_CASE("text after noise is packed as well as alone") {
   const Bytes packed = PackBlock(plain);
   CHECK(UnpacksTo(packed, plain));
   CHECK(packed.size() < noise + PackBlock(text).size() * 102 / 100);
+}
+
+TEST_CASE("what packing would come to is told before, and a block that passes its limit is given up") {
+  const Bytes noise = Random(1500000, 256, 4), text = Words(1000000);
+  Bytes plain = noise;
+  plain.insert(plain.end(), text.begin(), text.end());
+  plain.insert(plain.end(), noise.begin(), noise.end());
+  const size_t size = PackBlock(plain).size();
+  const uint64_t told = korb::packer::EstimatePackedSize(plain);
+  CHECK(told > size * 9 / 10);
+  CHECK(told < size * 12 / 10);
+  CHECK(korb::packer::EstimatePackedSize(Bytes{'A'}) == 1);
+  CHECK(PackBlockWithin(size, plain, CompressionLevel::kDefault, {}) == PackBlock(plain));
+  CHECK(!PackBlockWithin(size - 1, plain, CompressionLevel::kDefault, {}));
+  CHECK(!PackBlockWithin(1000, plain, CompressionLevel::kDefault, {}));
 }
 
 TEST_CASE("small blocks have exactly these bytes") {

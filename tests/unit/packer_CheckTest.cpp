@@ -121,6 +121,18 @@ TEST_CASE("patterns choose files as authors expect") {
     CAPTURE(row.pattern);
     CHECK(packer::MatchesPattern(row.path, row.pattern) == row.fits);
   }
+
+  // These have more readings than could be tried one by one.
+  std::string stars = "b", folders = "b", deep = "a";
+  for (int i = 0; i < 40; ++i) {
+    stars = "*a" + stars;
+    folders = "**/" + folders;
+    deep = "d/" + deep;
+  }
+  CHECK(!packer::MatchesPattern(std::string(120, 'a'), stars));
+  CHECK(packer::MatchesPattern(std::string(120, 'a') + "b", stars));
+  CHECK(!packer::MatchesPattern(deep, folders));
+  CHECK(packer::MatchesPattern(deep, "**/**/d/**/**/d/a"));
 }
 
 TEST_CASE("code pages take what they have and name what they lack") {

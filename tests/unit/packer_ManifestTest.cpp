@@ -16,14 +16,16 @@ namespace {
 struct ReadResult {
   Product product;
   std::string report;
+  std::filesystem::path output;
 };
 
 class ManifestFolder : public test::TempFolder {
 public:
-  ReadResult Read(const std::string &manifest, std::optional<int64_t> newest = std::nullopt) const {
+  ReadResult Read(const std::string &manifest, std::optional<int64_t> newest = std::nullopt,
+                  const packer::ManifestSettings &settings = {}) const {
     Findings findings;
-    packer::Manifest read = packer::ReadManifest(Write("m.toml", manifest), newest, findings);
-    return {std::move(read.product), findings.Report("m")};
+    packer::Manifest read = packer::ReadManifest(Write("m.toml", manifest), newest, findings, settings);
+    return {std::move(read.product), findings.Report("m"), read.output};
   }
 };
 
@@ -42,6 +44,50 @@ std::string Bitmap() {
   std::string file("BM\x3E\0\0\0\0\0\0\0\x36\0\0\0", 14);
   file += std::string("\x28\0\0\0\x01\0\0\0\x01\0\0\0\x01\0\x18\0", 16) + std::string(24, '\0') + std::string(4, 'p');
   return file;
+}
+
+std::string VersionBlock(const std::string &name, std::string inside) {
+  std::string block(6, '\0');
+  for (const char c : name + '\0')
+    block += {c, '\0'};
+  block.resize((block.size() + 3) / 4 * 4);
+  block += inside;
+  block[0] = static_cast<char>(block.size());
+  block[1] = static_cast<char>(block.size() >> 8);
+  return block;
+}
+
+// A program of one section, with one resource.
+std::string ProgramWithVersion(const std::string &version) {
+  std::string wide;
+  for (const char c : version + '\0')
+    wide += {c, '\0'};
+  const std::string resource = VersionBlock(
+      "VS_VERSION_INFO",
+      VersionBlock("StringFileInfo", VersionBlock("040904E4", VersionBlock("FileVersion", std::move(wide)))));
+  std::string file(0x260, '\0');
+  const auto put = [&](size_t at, uint32_t value, size_t bytes) {
+    for (size_t i = 0; i < bytes; ++i)
+      file[at + i] = static_cast<char>(value >> 8 * i);
+  };
+  put(0, 'M' | 'Z' << 8, 2);
+  put(0x3C, 0x40, 4);  // the headers
+  put(0x46, 1, 2);     // one section
+  put(0x54, 120, 2);   // the optional header's size
+  put(0x58, 0x10B, 2); // for 32 bits
+  put(0xB4, 3, 4);     // with three directories
+  put(0xC8, 0x1000, 4);
+  put(0xDC, 0x1000, 4);
+  put(0xE0, 0x400, 4);
+  put(0xE4, 0x200, 4);
+  for (size_t level = 0; level < 3; ++level) {
+    put(0x20E + 0x18 * level, 1, 2);
+    put(0x210 + 0x18 * level, 16, 4);
+    put(0x214 + 0x18 * level, static_cast<uint32_t>(0x18 * (level + 1)) | (level < 2 ? 0x80000000 : 0), 4);
+  }
+  put(0x248, 0x1060, 4);
+  put(0x24C, static_cast<uint32_t>(resource.size()), 4);
+  return file + resource;
 }
 
 } // namespace
@@ -237,6 +283,41 @@ TEST_CASE("texts start from the built-in English ones, in the code page of their
   const std::vector<std::string> &texts = all.product.languages.at(0).texts;
   CHECK(texts[48] + texts[49] + texts[21] == "SuiteQuitterErreur");
   CHECK(all.report == "");
+}
+
+TEST_CASE("variables have the value of whoever comes first: the command line, the manifest, what it includes") {
+  const ManifestFolder folder;
+  folder.Write("common/more.toml", "[define]\nname = 'far'\nlast = '4'\n[product]\npublisher = '${name}${last}'\n"
+                                   "registry_key = 'r'\n[[file]]\nsource = 'more.toml'");
+  folder.Write("common/base.toml", "include = ['${name}.toml', 'more.toml']\ndefine = { last = '3', name = 'base' }\n"
+                                   "[product]\nname = 'base'\nregistry_key = '${product.name}'\n"
+                                   "[[tree]]\nsource = '.'\ninclude = 'base.*'\n[[file]]\nsource = 'base.toml'");
+  folder.Write("common/more2.toml", "define = { last = '5', name = 'x' }\n[[file]]\nsource = 'more2.toml'");
+  const ReadResult read = folder.Read("include = 'common/base.toml'\n[define]\nname = 'more2'\nnumber = 7\n"
+                                      "set = { env = 'PATH' }\nunset = { env = 'KORB_NONE', default = '${number}' }\n"
+                                      "[product]\nname = '${given} $${x} $1 ${unset}$'\n"
+                                      "[[file]]\nsource = 'm.toml'\ncontents2 = '${set}'\n"
+                                      "[output]\nfile = '${product.publisher}.exe'",
+                                      {}, {{}, {{{"given", "${as it is}"}, {"number", "8"}}}});
+  CHECK(read.report == "m:11:1: error: unknown key 'file.contents2'; did you mean 'contents'?\n");
+  CHECK(read.product.name == "${as it is} ${x} $1 8$");
+  CHECK(read.product.publisher == "more23");
+  CHECK(read.product.registry_key == read.product.name);
+  CHECK(read.output.filename() == "more23.exe");
+  CHECK(NamesOf(read.product) == "more2.toml more.toml base.toml m.toml ");
+  CHECK(folder.Read("", {}, {"given.exe", {}}).output == "given.exe");
+}
+
+TEST_CASE("a program's version is the product's") {
+  const ManifestFolder folder;
+  const auto program = [&](const char *version) {
+    folder.Write("Thing.exe", ProgramWithVersion(version));
+    return folder.Read("define = { x = 'Thing' }\n[product]\nname = '${product.version}'\n"
+                       "version = { file = '${x}.exe' }");
+  };
+  CHECK(program("1, 2, 0, 7").product.version == "1.2.0.7");
+  CHECK(program("1.2 beta").product.name == "1.2 beta");
+  CHECK(program("").report == "m:4:20: error: 'Thing.exe' has no version among its resources\n");
 }
 
 TEST_CASE("each fault of a manifest is told with its line, its column and what to do") {

@@ -78,7 +78,7 @@ TEST_CASE("the schema fits manifests that build") {
 }
 
 TEST_CASE("the schema tells what the reader would refuse") {
-  CHECK(Check(toml::parse("[product]\nnmae = 'x'")) == ".product lacks name.product.nmae is unknown");
+  CHECK(Check(toml::parse("[[delete]]\nnmae = 'x'")) == ".delete lacks name.delete.nmae is unknown");
   CHECK(Check(toml::parse("product = { name = 'x' }\nfile = [{ kind = 'sistem' }]")) == ".file.kind fits no form");
   CHECK(Check(toml::parse("product = { name = 'x' }\n[appearance]\ntitle_shadow = 256")) ==
         ".appearance.title_shadow is out of range");

@@ -3,7 +3,7 @@
 
 #include "format/Texts.h"
 #include "format/Words.h"
-#include "packer/manifest/EnglishTexts.h"
+#include "packer/manifest/ReadyTexts.h"
 #include "packer/release/Upgrade.h"
 #include "tests/support/Doctest.h"
 
