@@ -11,8 +11,6 @@ namespace korb {
 
 namespace {
 
-constexpr char kLinkExtension[] = ".LNK";
-
 bool SaveLink(IPersistFile &file, String &path) {
   EnsureLinkExtension(path);
   CreateDirectoryTree(DirectoryPart(path));
@@ -39,11 +37,6 @@ bool FillAndSave(IShellLinkA &link, String &path, const char *target, const char
 }
 
 } // namespace
-
-void EnsureLinkExtension(String &path) {
-  if (path.find(kLinkExtension, 0, FIND_IGNORE_CASE) < 0)
-    path += kLinkExtension;
-}
 
 bool CreateShortcut(String &path, const char *target, const char *arguments, const char *working_dir,
                     const char *icon) {

@@ -5,9 +5,6 @@
 
 namespace korb {
 
-/// Adds ".LNK" unless the path has these four characters anywhere, in any case.
-void EnsureLinkExtension(String &path);
-
 /// Makes the shortcut `path`, which gets its extension in place, and the directories above it. `arguments`,
 /// `working_dir` and `icon` may be empty; an empty icon takes the target's. False when the shell has no such object or
 /// does not save it; `path` is then what it was at the failure.

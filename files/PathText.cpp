@@ -6,6 +6,8 @@ namespace korb {
 
 namespace {
 
+constexpr char kLinkExtension[] = ".LNK";
+
 /// Index of the separator between directory and name, or -1.
 int32_t SeparatorIndex(const String &path) {
   const int32_t list_end = path.find_char(';', 0, FIND_SKIP_QUOTED);
@@ -104,6 +106,11 @@ void AddDefaultExtension(String &path, const char *extension) {
   if (*extension != '.')
     path += '.';
   path += extension;
+}
+
+void EnsureLinkExtension(String &path) {
+  if (path.find(kLinkExtension, 0, FIND_IGNORE_CASE) < 0)
+    path += kLinkExtension;
 }
 
 bool SamePath(String a, String b) {

@@ -36,6 +36,8 @@ String DriveSpec(char letter);
 int32_t ExtensionIndex(const char *path);
 /// Adds `extension`, with or without its dot, to a path that has none and is not blank.
 void AddDefaultExtension(String &path, const char *extension);
+/// Adds ".LNK", of shortcuts, unless the path has these four characters anywhere, in any case.
+void EnsureLinkExtension(String &path);
 
 /// Without regard to case and to backslashes at the end.
 bool SamePath(String a, String b);

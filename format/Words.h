@@ -70,6 +70,11 @@ inline constexpr const char *kPathVariableNames[] = {
     path_variable::kWinDir,
 };
 
+// ---- Batches -------------------------------------------------------------------------------------------------------
+
+/// The file of an author's batch while it runs, in the directory where it begins.
+inline constexpr char kBatchName[] = "KORBBAT.BAT";
+
 // ---- Systems: bits of OsCode, which archives combine to a mask of the systems that they refuse ----------------------
 
 inline constexpr uint32_t OS_OTHER = 0x1; ///< everything that came later or is not known

@@ -1,9 +1,12 @@
 #include "packer/Build.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "packer/FileIo.h"
 #include "packer/check/ProductCheck.h"
+#include "packer/manifest/FileTree.h"
+#include "packer/release/Upgrade.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 
@@ -80,6 +83,41 @@ void TellOldVolumes(const Installer &installer, const Product &product, const fs
                   "it is left of an earlier installer, and no part of this one");
 }
 
+// The files that an earlier installer's name means: itself, or those of its folder that fit it as a pattern. The one
+// that is about to be written is none of them.
+std::vector<fs::path> InstallersOf(const fs::path &name, const fs::path &output) {
+  const std::string pattern = ShowPath(name.filename());
+  if (pattern.find_first_of("*?") == pattern.npos)
+    return {name};
+  std::vector<fs::path> found;
+  std::error_code error;
+  for (const auto &entry : fs::directory_iterator(name.has_parent_path() ? name.parent_path() : ".", error))
+    if (entry.is_regular_file(error) && MatchesPattern(ShowPath(entry.path().filename()), pattern) &&
+        !IsSameFile(entry.path(), output))
+      found.push_back(entry.path());
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest, Findings &findings) {
+  manifest.earlier.insert(manifest.earlier.end(), request.after.begin(), request.after.end());
+  if (manifest.earlier.empty())
+    return {};
+  const Place place = manifest.product.PlaceOf("upgrade.from");
+  // An installer doesn't tell the page of its texts, unless that is UTF-8.
+  const int page = manifest.product.code_page == kUtf8 ? kDefaultCodePage : manifest.product.code_page;
+  std::vector<Release> earlier;
+  for (const fs::path &name : manifest.earlier) {
+    const std::vector<fs::path> paths = InstallersOf(name, manifest.output);
+    for (const fs::path &path : paths)
+      earlier.push_back(request.read_release(path, page));
+    manifest.inputs.insert(manifest.inputs.end(), paths.begin(), paths.end());
+    if (paths.empty())
+      findings.Warn(place, Warning::kNoEarlierInstaller, "no earlier installer is called '" + ShowPath(name) + "'");
+  }
+  return PlanUpgrade(earlier, place, manifest.product, findings);
+}
+
 void SummariseProduct(const Product &product, std::ostream &summary) {
   summary << EscapeControls(
                  FromCodePage(product.name + (product.version.empty() ? "" : " ") + product.version, product.code_page))
@@ -106,6 +144,12 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
     summary << "not to be signed: with 'options.verify_stub', it would refuse to run\n";
 }
 
+void SummariseUpgrade(const Manifest &manifest, const UpgradeResult &upgrade, std::ostream &summary) {
+  if (!manifest.earlier.empty())
+    summary << "an upgrade takes away " << upgrade.deletions << " old files and shortcuts, and " << upgrade.folders
+            << " folders\n";
+}
+
 // Whether `request` lets what was found so far pass.
 bool MayGoOn(const BuildRequest &request, const Findings &findings) {
   return !findings.HasErrors() && !(request.strict && findings.Count(Severity::kWarning) > 0);
@@ -129,12 +173,22 @@ bool Build(const BuildRequest &request, std::ostream &summary, Findings &finding
   else if (!findings.HasErrors())
     LocatePatch(product, StubImage(*stub), findings);
   manifest.inputs.push_back(request.stub);
+  UpgradeResult upgrade;
+  if (!findings.HasErrors())
+    try {
+      upgrade = ReadAndPlanUpgrade(request, manifest, findings);
+      for (const std::string &note : upgrade.notes)
+        findings.Remark(product.PlaceOf("upgrade.from"), note);
+    } catch (const PackError &error) {
+      findings.Error(product.PlaceOf("upgrade.from"), error.what());
+    }
   if (!findings.HasErrors())
     TryToBuild(product, *stub, output, manifest.inputs, findings);
   if (!MayGoOn(request, findings))
     return false;
   if (request.only_check) {
     SummariseProduct(product, summary);
+    SummariseUpgrade(manifest, upgrade, summary);
     return true;
   }
   const Installer installer = BuildInstaller(product, *stub, request.progress);
@@ -148,6 +202,7 @@ bool Build(const BuildRequest &request, std::ostream &summary, Findings &finding
   WriteOutputFiles(outputs);
   TellOldVolumes(installer, product, output, findings);
   Summarise(installer, product, outputs, summary);
+  SummariseUpgrade(manifest, upgrade, summary);
   return true;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "packer/check/Report.h"
 #include "packer/manifest/ManifestReader.h"
+#include "packer/release/Release.h"
 #include "packer/write/BlockEncoder.h"
 
 namespace korb::packer {
@@ -24,6 +26,11 @@ struct BuildRequest {
   ReportForm report_form = ReportForm::kShort;
   std::vector<std::string> allowed = {}; ///< names of warnings that are left out
   GivenVariables variables = {};
+  /// Earlier installers beside those that the manifest names, or patterns of their names.
+  std::vector<std::filesystem::path> after = {};
+  /// Reads an earlier installer whose texts are in code page `page`, unless it tells another; throws PackError. Needed
+  /// only where there are any: see ReadRelease.
+  std::function<Release(const std::filesystem::path &, int page)> read_release = {};
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was

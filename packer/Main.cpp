@@ -28,7 +28,9 @@
 #include "packer/manifest/ManifestSchema.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
+#include "packer/read/InstallerDiff.h"
 #include "packer/read/InstallerReport.h"
+#include "packer/read/ReadRelease.h"
 
 namespace fs = std::filesystem;
 using namespace korb::packer;
@@ -126,6 +128,7 @@ struct Options {
   std::string folder = ".", new_manifest = "setup.toml"; // init
   std::string manifest, output, stub;                    // build
   std::vector<std::string> variables;                    // build: name=value
+  std::vector<std::string> after;                        // build: earlier installers
   bool strict = false;                                   // verify, too
   std::string format = "text";
   std::vector<std::string> allowed; // warnings
@@ -133,6 +136,7 @@ struct Options {
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
+  std::string later;       // diff
   std::string page_of;     // page
   std::string help_on;     // help
 };
@@ -170,6 +174,9 @@ bool Build(const Options &options, const fs::path &program, bool only_check) {
   request.report_form = options.format == "json"    ? ReportForm::kJson
                         : options.format == "short" ? ReportForm::kShort
                                                     : ReportForm::kText;
+  for (const std::string &name : options.after)
+    request.after.push_back(PathFromUtf8(name));
+  request.read_release = ReadRelease;
   std::ostringstream summary, problems; // after the line of progress, not within it
   const ProgressLine line;
   if (line.IsShown())
@@ -268,7 +275,8 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
                                "  korbpack build thing.toml -o out/thing-2.0.exe\n"
-                               "  korbpack build -D version=2.0 -D channel=beta",
+                               "  korbpack build -D version=2.0 -D channel=beta\n"
+                               "  korbpack build thing.toml --after releases/*.exe",
                                good, [&] { return Build(options, program, false); });
   CLI::App &check = AddCommand(app, "check", "Make all tests of a build: nothing is packed, and nothing written",
                                "  korbpack check                      setup.toml, as 'korbpack build' would take it\n"
@@ -290,6 +298,10 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                      ? std::string()
                      : "'" + text + "' is no NAME=VALUE";
         });
+    command
+        ->add_option("--after", options.after,
+                     "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade")
+        ->type_name("FILE");
     command->add_flag("--strict", options.strict, "Warnings are errors");
     command->add_option("--allow", options.allowed, "Leave out warnings of this name; may be given again")
         ->type_name("NAME")
@@ -345,13 +357,22 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                    return ExtractInstaller(installer(), PathFromUtf8(options.destination), options.page,
                                                            std::cout, std::cerr);
                                  });
-  for (CLI::App *command : {&inspect, &verify, &extract})
+  CLI::App &diff = AddCommand(app, "diff", "Show what changes for a user between two installers",
+                              "  korbpack diff thing-1.0.exe thing-1.1.exe", good, [&, installer] {
+                                const Release before = ReadRelease(installer(), options.page);
+                                const Release after = ReadRelease(PathFromUtf8(options.later), options.page);
+                                WriteDiff(before, after, options.json, std::cout);
+                                return true;
+                              });
+  for (CLI::App *command : {&inspect, &verify, &extract, &diff})
     command->add_option("installer", options.installer, "The installer")->type_name("FILE")->required();
-  inspect.add_flag("--json", options.json, "As JSON, with all texts in full");
+  diff.add_option("later", options.later, "The installer to compare it with")->type_name("FILE")->required();
+  for (CLI::App *command : {&inspect, &diff})
+    command->add_flag("--json", options.json, "As JSON, with all texts in full");
   extract.add_option("folder", options.destination, "Where to; empty or not there yet")
       ->type_name("FOLDER")
       ->required();
-  for (CLI::App *command : {&inspect, &extract})
+  for (CLI::App *command : {&inspect, &extract, &diff})
     command
         ->add_option("--codepage", options.page, "Code page of the texts of an installer that is not in UTF-8 (1252)")
         ->type_name("NUMBER")

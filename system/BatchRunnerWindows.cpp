@@ -9,12 +9,12 @@
 #include "files/ProgramPaths.h"
 #include "files/RunProcess.h"
 #include "files/WholeFile.h"
+#include "format/Words.h"
 
 namespace korb {
 
 namespace {
 
-constexpr char kBatchName[] = "KORBBAT.BAT";
 /// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
 constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
 /// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them:

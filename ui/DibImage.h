@@ -25,6 +25,9 @@ namespace korb {
 
 class DibImage {
 public:
+  /// Bytes of a BMP file before the block: "BM", u32 bytes of the file, two u16 0, u32 place of the pixels.
+  static constexpr int32_t kFileHeader = 14;
+
   void clear() { *this = DibImage(); }
   /// Nothing to draw.
   bool is_empty() const { return width < 1; }

@@ -5,12 +5,6 @@
 
 namespace korb {
 
-namespace {
-
-constexpr int32_t kFileHeader = 14; // "BM", u32 bytes of the file, two u16 0, u32 place of the pixels
-
-} // namespace
-
 bool DibImage::load(const char *path) {
   String name = path;
   AddDefaultExtension(name, "bmp");

@@ -41,6 +41,9 @@ public:
     Add({Severity::kWarning, place, std::move(message), NameOf(warning), std::move(notes)});
   }
 
+  /// Tells something that asks for nothing.
+  void Remark(const Place &place, std::string message) { Add({Severity::kNote, place, std::move(message)}); }
+
   /// Adds what `others` holds and allows, without what stands at the place of an error, or is warned of the product as a whole
   /// when there are errors: that is most likely their consequence.
   void Merge(const Findings &others);

@@ -7,7 +7,7 @@
 namespace korb::packer {
 
 std::optional<Bytes> BitmapOf(const Bytes &file) {
-  constexpr size_t kFileHeader = 14, kPixelsAt = 10;
+  constexpr size_t kFileHeader = DibImage::kFileHeader, kPixelsAt = 10;
   if (file.size() < kFileHeader || file[0] != 'B' || file[1] != 'M')
     return std::nullopt;
   Bytes bitmap(file.begin() + kFileHeader, file.end());

@@ -243,6 +243,14 @@ void ReadPayload(ManifestContext &context, ManifestTable table) {
   table.RefuseUnknown();
 }
 
+void ReadUpgrade(ManifestContext &context, ManifestTable table) {
+  const Place place = table.PlaceOfKey("from");
+  context.product().places["upgrade.from"] = place;
+  for (const std::string &name : table.Texts("from"))
+    context.manifest.earlier.push_back(context.InputPath(name, place));
+  table.RefuseUnknown();
+}
+
 // The option word, after what brings bits along: a bit that a value has brought along can still be told otherwise.
 void ReadOptions(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
@@ -288,6 +296,7 @@ void ReadTables(ManifestContext &context, ManifestTable root, const fs::path &ou
   ReadPages(context, root.Table("pages"));
   ReadBatches(context, root.Table("batch"));
   ReadPayload(context, root.Table("payload"));
+  ReadUpgrade(context, root.Table("upgrade"));
   ReadOptions(context, root.Table("options"));
   ReadAppearance(context, root.Table("appearance"));
   ReadLists(context, root);
@@ -333,7 +342,7 @@ const KeyForms &KnownKeys() {
     ManifestContext context({}, std::nullopt, findings);
     const toml::table least =
         toml::parse("[output]\n[product]\n[install]\n[uninstall]\n[appearance]\n[pages]\n[batch]\n"
-                    "[payload]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
+                    "[payload]\n[upgrade]\n[options]\n[file_defaults]\n[[delete]]\n[[association]]\n"
                     "[[uninstall_value]]\n[[language]]\n[[file]]\n[[tree]]\n");
     ReadTables(context, ManifestTable(&least, "", findings), {});
     return asked;

@@ -13,9 +13,10 @@ namespace korb::packer {
 
 struct Manifest {
   Product product;
-  std::vector<std::filesystem::path> inputs; ///< every file that was read, the manifest first
-  std::filesystem::path output;              ///< the installer that is to be made
-  bool was_parsed = false;                   ///< false: it is no TOML, and nothing else is known of it
+  std::vector<std::filesystem::path> inputs;  ///< every file that was read, the manifest first
+  std::filesystem::path output;               ///< the installer that is to be made
+  std::vector<std::filesystem::path> earlier; ///< installers that `upgrade.from` names
+  bool was_parsed = false;                    ///< false: it is no TOML, and nothing else is known of it
 };
 
 /// What a command line says of a manifest.

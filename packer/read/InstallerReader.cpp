@@ -18,6 +18,7 @@
 #include "packer/PeResources.h"
 #include "packer/Product.h"
 #include "packer/check/TextRules.h"
+#include "packer/release/NoMachine.h"
 
 namespace korb::packer {
 
@@ -49,23 +50,6 @@ private:
   }
 
   const Bytes &bytes_;
-};
-
-// No machine: folders have no names, so directories stay as the archive gives them.
-class NoMachine final : public ConfigHost {
-public:
-  explicit NoMachine(String &background) : background_(background) {}
-  void CreateMainWindow() override {}
-  String CommonFilesFolder() override { return String(); }
-  String ProgramFilesFolder() override { return String(); }
-  String WindowsDirectory() override { return "<os>"; }
-  void ExpandPathVariables(String &) override {}
-  void NormalisePath(String &, const String &) override {}
-  void CreateDirectoryTree(const String &) override {}
-  void LoadBackground(const String &block) override { background_ = block; }
-
-private:
-  String &background_;
 };
 
 // Whether what begins no installer has no look of a damaged one: a program without an archive, or no program at all.
@@ -214,6 +198,7 @@ void InstallerReader::ReadParts() {
   String uninstaller;
   BuildUninstallerImage(source, location, header, config, uninstaller);
   reached = Part::kProgram;
+  uninstaller_size = uninstaller.length();
 
   VolumesBeside host(folder_, code_page, volumes);
   AssemblePayload(source, location, header, config, String(), host, payload_, cursor_);

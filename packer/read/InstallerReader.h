@@ -68,6 +68,7 @@ public:
   ProgramState program = ProgramState::kChanged; ///< read with the configuration
   int code_page = kDefaultCodePage;              ///< of the texts
   int64_t unpacked_size = 0;
+  int32_t uninstaller_size = 0; ///< bytes
   std::vector<FoundVolume> volumes;
   std::vector<PayloadRecord> records; ///< their texts and contents stay in this object
 

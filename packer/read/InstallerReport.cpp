@@ -2,29 +2,18 @@
 
 #include <cstdio>
 
-#include <nlohmann/json.hpp>
-
 #include "core/RunValues.h"
 #include "format/Texts.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
 #include "packer/read/InstallerReader.h"
+#include "packer/read/ReportText.h"
 
 namespace korb::packer {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr size_t kLongestText = 100; // bytes of a text that the outline shows
-
-// `value` in JSON. A terminal would obey DEL, which JSON itself lets stand.
-std::string Written(const Json &value, int indent = -1) {
-  std::string text = value.dump(indent, ' ', false, Json::error_handler_t::replace);
-  for (size_t at; (at = text.find('\x7F')) != text.npos;)
-    text.replace(at, 1, "\\u007f");
-  return text;
-}
 
 // The beginning of a long text, cut between characters.
 std::string CutText(const std::string &text) {
@@ -63,12 +52,6 @@ void WriteOutline(const Json &table, const std::string &indent, std::ostream &ou
   }
 }
 
-std::string HexText(uint64_t value, int digits = 8) {
-  char text[24];
-  std::snprintf(text, sizeof text, "0x%0*llX", digits, static_cast<unsigned long long>(value));
-  return text;
-}
-
 std::string VersionText(uint32_t hundredths) {
   const int32_t version = static_cast<int32_t>(hundredths);
   char text[24];
@@ -76,31 +59,10 @@ std::string VersionText(uint32_t hundredths) {
   return text;
 }
 
-std::string DateText(const FileDate &date) {
-  char text[80];
-  if (!date.has_date())
-    return "none";
-  std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", date.year, date.month, date.day, date.hour,
-                date.minute, date.second);
-  return text;
-}
-
 std::string ColorText(uint32_t color) {
   char text[24];
   std::snprintf(text, sizeof text, "#%02X%02X%02X", color & 0xFF, color >> 8 & 0xFF, color >> 16 & 0xFF);
   return text;
-}
-
-Json WordsOf(std::span<const NamedValue> names, uint32_t bits) {
-  Json words = Json::array();
-  for (const NamedValue &named : names)
-    if (bits & static_cast<uint32_t>(named.value)) {
-      words.push_back(named.name);
-      bits &= ~static_cast<uint32_t>(named.value);
-    }
-  if (bits)
-    words.push_back(HexText(bits));
-  return words;
 }
 
 class Description {

@@ -44,16 +44,20 @@ void AddKey(Snapshot &all, HKEY root, const std::string &path, REGSAM view) {
   RegCloseKey(key);
 }
 
-Snapshot TakeSnapshot() {
-  Snapshot all;
+void AddFolder(Snapshot &all, const std::string &path) {
   const RealFiles real;
   const auto options = std::filesystem::directory_options::skip_permission_denied;
-  for (std::filesystem::recursive_directory_iterator it("C:\\", options), end; it != end; ++it) {
+  for (std::filesystem::recursive_directory_iterator it(path, options), end; it != end; ++it) {
     if (it->path() == "C:\\test" || it->path() == std::filesystem::temp_directory_path().parent_path())
       it.disable_recursion_pending();
     else
       all[it->path().string()] = DescribeEntry(*it);
   }
+}
+
+Snapshot TakeSnapshot() {
+  Snapshot all;
+  AddFolder(all, "C:\\");
   AddKey(all, HKEY_LOCAL_MACHINE, "", KEY_WOW64_64KEY);
   AddKey(all, HKEY_USERS, "", KEY_WOW64_64KEY);
   return all;

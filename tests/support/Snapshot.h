@@ -20,6 +20,9 @@ Snapshot TakeSnapshot();
 /// A line for each difference: "gone NAME", "new NAME", "other NAME".
 std::vector<std::string> Differences(const Snapshot &before, const Snapshot &after);
 
+/// All that is below a folder, but the test's own folders.
+void AddFolder(Snapshot &all, const std::string &path);
+
 /// A key and all that is below it, in the view of the registry that 32-bit programs have, or in the other one.
 void AddKey(Snapshot &all, HKEY root, const std::string &path, REGSAM view = KEY_WOW64_32KEY);
 

@@ -9,7 +9,9 @@
 #include "packer/Build.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
+#include "packer/read/InstallerDiff.h"
 #include "packer/read/InstallerReport.h"
+#include "packer/read/ReadRelease.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestData.h"
@@ -199,4 +201,44 @@ TEST_CASE("the manifest to begin with builds as it is, also where it lies among 
     }
   }
   CHECK_THROWS_AS(packer::StarterManifest("no such folder", "x.toml"), packer::PackError);
+}
+
+TEST_CASE("diff tells what changes for a user, and no more") {
+  const Shelf shelf;
+  TestInstaller product;
+  for (packer::FileEntry &file : product.product.files)
+    file.target.clear();
+  packer::Release before = packer::ReadRelease(shelf.Put(product), 1252);
+  packer::Product &changed = product.product;
+  changed.version = "1.3";
+  changed.files[0].contents = {'1', '2', '3', '4', '6'};
+  changed.files[1].contents.push_back('x');
+  changed.files[1].date = {2020, 1, 2, 3, 4, 5};
+  changed.files.push_back(changed.files[0]);
+  changed.files[2].name = "M\xFCll\x1B.txt";
+  changed.associations[0].command = "other";
+  changed.flags |= IF_ALWAYS_LOG;
+  changed.payload.volume_size = 60;
+  changed.payload.first_part_size = 10;
+  packer::Release after = packer::ReadRelease(shelf.Put(product), 1252);
+  before.label = "old", after.label = "new";
+  const auto told = [&](const packer::Release &to) {
+    std::ostringstream out;
+    WriteDiff(before, to, false, out);
+    return out.str();
+  };
+  CHECK(told(after) == "old -> new\n"
+                       "product\n  ~ version: 1.2.3 -> 1.3\n"
+                       "file\n  + %InstallDir%\\M\u00FCll?.txt: size 5\n"
+                       "  ~ %InstallDir%\\dir\\one.txt: contents 0xAE15EF08 -> 0xAE15EF09\n"
+                       "  ~ %InstallDir%\\empty.txt: size 0 -> 1, date 1999-12-31 23:59:58 -> 2020-01-02 03:04:05\n"
+                       "association\n  ~ .thg open, English: command cmd -> other\n"
+                       "option\n  + always_log\n"
+                       "size\n  ~ installed: 5 -> 11\n  ~ installer: 8192 -> 8422\n");
+  CHECK(told(before) == "old -> old\nnothing that a user would notice\n");
+  std::ostringstream json;
+  WriteDiff(before, after, true, json);
+  CHECK(json.str().find("\"name\": \"version\",\n        \"value\": [\n          \"1.2.3\",") != std::string::npos);
+  shelf.Write("none.exe", "MZ");
+  CHECK_THROWS_AS(packer::ReadRelease(shelf.Path() / "none.exe", 1252), packer::PackError);
 }
