@@ -17,7 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr char kTail[] = "with 'payload.layout' \"file\", a part of the payload stays in the uninstaller";
-constexpr char kStrict[] = "nothing is written: with --strict, warnings are errors";
 
 // An icon without a place goes over the one of the stub's own that has the same form.
 void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
@@ -33,12 +32,14 @@ void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
     findings.Error(product.PlaceOf("uninstall.patch_offset"), "the patch would pass the end of the uninstaller");
 }
 
+fs::path VolumePath(const fs::path &output, const Product &product, size_t number) {
+  return output.parent_path() / PathFromUtf8(FromCodePage(VolumeFileName(product, number), product.code_page));
+}
+
 std::vector<OutputFile> OutputsOf(const Installer &installer, const Product &product, const fs::path &output) {
   std::vector<OutputFile> files;
   for (size_t i = 0; i < installer.volumes.size(); ++i)
-    files.push_back({output.parent_path() /
-                         PathFromUtf8(FromCodePage(VolumeFileName(product, kFirstVolumeNumber + i), product.code_page)),
-                     &installer.volumes[i]});
+    files.push_back({VolumePath(output, product, kFirstVolumeNumber + i), &installer.volumes[i]});
   files.push_back({output, &installer.executable});
   return files;
 }
@@ -64,7 +65,7 @@ void TryToBuild(const Product &product, const Bytes &stub, const fs::path &outpu
   RefuseToOverwrite(output, inputs);
   TryOutput(output);
   if (product.payload.volume_size > 0) {
-    const fs::path volume = output.parent_path() / VolumeFileName(product, kFirstVolumeNumber);
+    const fs::path volume = VolumePath(output, product, kFirstVolumeNumber);
     if (IsSameFile(output, volume))
       throw PackError("'" + ShowPath(output) + "' would be the installer and a volume at once");
     RefuseToOverwrite(volume, inputs);
@@ -75,11 +76,11 @@ void TryToBuild(const Product &product, const Bytes &stub, const fs::path &outpu
 }
 
 // Volumes of an earlier installer that had more of them: whoever copies the folder would copy them too.
-void TellOldVolumes(const Installer &installer, const Product &product, const fs::path &output,
-                    std::ostream &problems) {
-  const fs::path next = output.parent_path() / VolumeFileName(product, kFirstVolumeNumber + installer.volumes.size());
+void TellOldVolumes(const Installer &installer, const Product &product, const fs::path &output, Findings &findings) {
+  const fs::path next = VolumePath(output, product, kFirstVolumeNumber + installer.volumes.size());
   if (std::error_code error; product.payload.volume_size > 0 && fs::exists(next, error))
-    problems << ShowPath(next) << ": warning: it is left of an earlier installer, and no part of this one\n";
+    findings.Warn({0, 0, ShowPath(next)}, Warning::kOldVolume,
+                  "it is left of an earlier installer, and no part of this one");
 }
 
 // The files that an earlier installer's name means: itself, or those of its folder that fit it as a pattern. The one
@@ -118,7 +119,8 @@ UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest
 }
 
 void SummariseProduct(const Product &product, std::ostream &summary) {
-  summary << FromCodePage(product.name + (product.version.empty() ? "" : " ") + product.version, product.code_page)
+  summary << EscapeControls(
+                 FromCodePage(product.name + (product.version.empty() ? "" : " ") + product.version, product.code_page))
           << ", " << product.files.size() << (product.files.size() == 1 ? " file\n" : " files\n");
 }
 
@@ -137,7 +139,7 @@ void Summarise(const Installer &installer, const Product &product, const std::ve
   else if (installer.storing == Storing::kNotUnpackable)
     summary << "stored unpacked: packed, it would have more than the 268,435,455 bytes that can be unpacked\n";
   for (const OutputFile &file : outputs)
-    summary << ShowPath(file.path) << ": " << file.bytes->size() << " bytes\n";
+    summary << EscapeControls(ShowPath(file.path)) << ": " << file.bytes->size() << " bytes\n";
   if (product.Has(IF_VERIFY_STUB))
     summary << "not to be signed: with 'options.verify_stub', it would refuse to run\n";
 }
@@ -148,74 +150,75 @@ void SummariseUpgrade(const Manifest &manifest, const UpgradeResult &upgrade, st
             << " folders\n";
 }
 
-} // namespace
+// Whether `request` lets what was found so far pass.
+bool MayGoOn(const BuildRequest &request, const Findings &findings) {
+  return !findings.HasErrors() && !(request.strict && findings.Count(Severity::kWarning) > 0);
+}
 
-bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems) {
+// BuildFromManifest, but what is found is not told yet. Throws PackError.
+bool Build(const BuildRequest &request, std::ostream &summary, Findings &findings) {
   const auto tell = [&](const char *step) {
     if (request.progress)
       request.progress(step, 0);
   };
-  Findings findings;
   tell("reading");
   Manifest manifest = ReadManifest(request.manifest, request.newest, findings, {request.output, request.variables});
   const fs::path output = manifest.output;
   Product &product = manifest.product;
-  if (manifest.was_parsed) {
-    Findings faults;
-    CheckProduct(product, faults);
-    findings.Merge(faults);
-  }
-  const std::string name = request.manifest == kStandardInput ? "<stdin>" : ShowPath(request.manifest);
-  try {
-    auto stub = ReadFileBytes(request.stub);
-    if (!stub)
-      findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "': " + WhyUnreadable(request.stub));
-    else if (!findings.HasErrors())
-      LocatePatch(product, StubImage(*stub), findings);
-    manifest.inputs.push_back(request.stub);
-    UpgradeResult upgrade;
-    if (!findings.HasErrors())
-      try {
-        upgrade = ReadAndPlanUpgrade(request, manifest, findings);
-      } catch (const PackError &error) {
-        findings.Error(product.PlaceOf("upgrade.from"), error.what());
-      }
-    if (!findings.HasErrors())
-      try {
-        TryToBuild(product, *stub, output, manifest.inputs, findings);
-      } catch (const PackError &error) {
-        findings.Error({}, error.what());
-      }
-    problems << findings.Report(name);
-    for (const std::string &note : upgrade.notes)
-      problems << name << ": note: " << note << "\n";
-    if (findings.HasErrors())
-      return false;
-    if (request.strict && !findings.IsEmpty())
-      throw PackError(kStrict);
-    if (request.only_check) {
-      SummariseProduct(product, summary);
-      SummariseUpgrade(manifest, upgrade, summary);
-      return true;
-    }
-    const Installer installer = BuildInstaller(product, *stub, request.progress);
-    if (product.Has(IF_UNINSTALL) && installer.tail_size > 0 && !TryInstaller(product, *stub)) {
-      problems << name << ": warning: " << kTail << "\n";
-      if (request.strict)
-        throw PackError(kStrict);
-    }
-    const std::vector<OutputFile> outputs = OutputsOf(installer, product, output);
-    RefuseToOverwrite(outputs, manifest.inputs);
-    tell("writing");
-    WriteOutputFiles(outputs);
-    TellOldVolumes(installer, product, output, problems);
-    Summarise(installer, product, outputs, summary);
+  if (manifest.was_parsed)
+    CheckProduct(product, findings);
+  auto stub = ReadFileBytes(request.stub);
+  if (!stub)
+    findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "': " + WhyUnreadable(request.stub));
+  else if (!findings.HasErrors())
+    LocatePatch(product, StubImage(*stub), findings);
+  manifest.inputs.push_back(request.stub);
+  UpgradeResult upgrade;
+  if (!findings.HasErrors())
+    upgrade = ReadAndPlanUpgrade(request, manifest, findings);
+  if (!findings.HasErrors())
+    TryToBuild(product, *stub, output, manifest.inputs, findings);
+  if (!MayGoOn(request, findings))
+    return false;
+  if (request.only_check) {
+    SummariseProduct(product, summary);
     SummariseUpgrade(manifest, upgrade, summary);
     return true;
-  } catch (const PackError &error) {
-    problems << name << ": error: " << error.what() << "\n";
-    return false;
   }
+  const Installer installer = BuildInstaller(product, *stub, request.progress);
+  if (product.Has(IF_UNINSTALL) && installer.tail_size > 0 && !TryInstaller(product, *stub))
+    findings.Warn(product.PlaceOf("payload.layout"), Warning::kPayloadInUninstaller, kTail);
+  const std::vector<OutputFile> outputs = OutputsOf(installer, product, output);
+  RefuseToOverwrite(outputs, manifest.inputs);
+  if (!MayGoOn(request, findings))
+    return false;
+  tell("writing");
+  WriteOutputFiles(outputs);
+  TellOldVolumes(installer, product, output, findings);
+  Summarise(installer, product, outputs, summary);
+  SummariseUpgrade(manifest, upgrade, summary);
+  return true;
+}
+
+} // namespace
+
+bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems) {
+  Findings findings;
+  for (const std::string &name : request.allowed)
+    findings.Allow(name, {});
+  bool is_done = false;
+  try {
+    is_done = Build(request, summary, findings);
+  } catch (const PackError &error) {
+    findings.Error({}, error.what());
+  }
+  if (is_done && !request.only_check) // some warnings come last
+    findings.TellIdleAllowances();
+  const std::string name = request.manifest == kStandardInput ? "<stdin>" : ShowPath(request.manifest);
+  problems << findings.Report(name, request.report_form);
+  if (!is_done && !findings.HasErrors() && request.report_form != ReportForm::kJson)
+    problems << name << ": error: nothing is written: with --strict, warnings are errors\n";
+  return is_done;
 }
 
 } // namespace korb::packer

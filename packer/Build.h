@@ -5,8 +5,10 @@
 #include <functional>
 #include <optional>
 #include <ostream>
+#include <string>
 #include <vector>
 
+#include "packer/check/Report.h"
 #include "packer/manifest/ManifestReader.h"
 #include "packer/release/Release.h"
 #include "packer/write/BlockEncoder.h"
@@ -21,6 +23,8 @@ struct BuildRequest {
   ProgressCallback progress = {};
   bool strict = false;     ///< a warning counts as an error
   bool only_check = false; ///< nothing is packed, and nothing written
+  ReportForm report_form = ReportForm::kShort;
+  std::vector<std::string> allowed = {}; ///< names of warnings that are left out
   GivenVariables variables = {};
   /// Earlier installers beside those that the manifest names, or patterns of their names.
   std::vector<std::filesystem::path> after = {};
@@ -30,7 +34,7 @@ struct BuildRequest {
 };
 
 /// Reads, checks, packs and writes. Warnings and errors go to `problems`, a summary to `summary`. False when there was
-/// an error: then nothing was written. Whatever can be known before the packing is told before it.
+/// an error: then nothing was written. All of it is UTF-8. Whatever can be known before the packing is told before it.
 bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::ostream &problems);
 
 } // namespace korb::packer

@@ -24,6 +24,7 @@
 #include "packer/CommandPages.h"
 #include "packer/FileIo.h"
 #include "packer/Product.h"
+#include "packer/check/Findings.h"
 #include "packer/manifest/ManifestSchema.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
@@ -119,8 +120,8 @@ constexpr char kExamples[] = R"(Examples:
   korbpack check                      is there anything wrong with setup.toml?
   korbpack build                      make setup.exe of setup.toml
   korbpack verify setup.exe           is it sound?
-  korbpack COMMAND --help             more on one command
-Ends with 0 only when all went well.)";
+  korbpack help COMMAND               more on one command
+Ends with 0 only when all went well, and with 2 when a command was typed wrongly.)";
 
 // What was typed, for all commands.
 struct Options {
@@ -129,12 +130,15 @@ struct Options {
   std::vector<std::string> variables;                    // build: name=value
   std::vector<std::string> after;                        // build: earlier installers
   bool strict = false;                                   // verify, too
-  std::string installer;                                 // of inspect, verify and extract
+  std::string format = "text";
+  std::vector<std::string> allowed; // warnings
+  std::string installer;            // of inspect, verify and extract
   int page = kDefaultCodePage;
   bool json = false;
   std::string destination; // extract
   std::string later;       // diff
   std::string page_of;     // page
+  std::string help_on;     // help
 };
 
 // The commands. True is success.
@@ -166,6 +170,10 @@ bool Build(const Options &options, const fs::path &program, bool only_check) {
   request.newest = ReadSourceDate();
   request.strict = options.strict;
   request.only_check = only_check;
+  request.allowed = options.allowed;
+  request.report_form = options.format == "json"    ? ReportForm::kJson
+                        : options.format == "short" ? ReportForm::kShort
+                                                    : ReportForm::kText;
   for (const std::string &name : options.after)
     request.after.push_back(PathFromUtf8(name));
   request.read_release = ReadRelease;
@@ -175,9 +183,75 @@ bool Build(const Options &options, const fs::path &program, bool only_check) {
     request.progress = [&](const char *step, int percent) { line.Show(step, percent); };
   const bool built = BuildFromManifest(request, summary, problems);
   line.Clear();
-  std::cerr << problems.str();
-  std::cout << summary.str();
+  const bool is_json = request.report_form == ReportForm::kJson; // which is all that stands in the output then
+  (is_json ? std::cout : std::cerr) << problems.str();
+  (is_json ? std::cerr : std::cout) << summary.str();
   return built;
+}
+
+std::vector<std::string_view> CommandNames(const CLI::App &app) {
+  std::vector<std::string_view> names;
+  for (const CLI::App *command : app.get_subcommands([](const CLI::App *) { return true; }))
+    names.push_back(command->get_name());
+  return names;
+}
+
+std::string Listed(const std::vector<std::string_view> &words) {
+  std::string all;
+  for (std::string_view word : words)
+    all += (all.empty() ? "" : ", ") + std::string(word);
+  return all;
+}
+
+// What was typed wrongly, told by us and not by the library.
+struct UsageError : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
+UsageError NoSuchCommand(const CLI::App &app, const std::string &word) {
+  const std::vector<std::string_view> names = CommandNames(app);
+  return UsageError("there is no command '" + word + "'" + Suggestion(word, names) + "\nThe commands are " +
+                    Listed(names));
+}
+
+// For an option that takes one of `words`.
+CLI::Validator OneOf(std::vector<std::string_view> words) {
+  return CLI::Validator(
+      [words = std::move(words)](const std::string &word) {
+        return std::ranges::find(words, word) != words.end()
+                   ? std::string()
+                   : "'" + word + "' is not one of " + Listed(words) + Suggestion(word, words);
+      },
+      "");
+}
+
+// What to say of a command line on which `rest` is what nobody takes.
+UsageError NotExpected(const CLI::App &app, const std::vector<std::string> &rest) {
+  const auto commands = app.get_subcommands();
+  const std::string &word = rest.front();
+  if (commands.empty() && !word.starts_with('-'))
+    return NoSuchCommand(app, word);
+  const CLI::App &command = commands.empty() ? app : *commands.front();
+  std::vector<std::string> names;
+  for (const CLI::Option *option : command.get_options())
+    for (const std::string &name : option->get_lnames())
+      names.push_back("--" + name);
+  const std::vector<std::string_view> views(names.begin(), names.end());
+  const std::string meant = word.starts_with("--") ? Suggestion(word.substr(0, word.find('=')), views) : std::string();
+  const std::string of = commands.empty() ? "korbpack" : "'korbpack " + command.get_name() + "'";
+  return UsageError(of + (word.starts_with('-') ? " has no option '" : " doesn't take '") + word + "'" + meant);
+}
+
+// The page that `help` shows, of all commands or of one.
+bool Help(const CLI::App &app, const std::string &command) {
+  const std::vector<std::string_view> names = CommandNames(app);
+  if (!command.empty() && std::ranges::find(names, command) == names.end())
+    throw NoSuchCommand(app, command);
+  const CLI::App &about = command.empty() ? app : *app.get_subcommand(command);
+  // Its own help() would be that of the command which is being run.
+  std::cout << app.get_formatter()->make_help(&about, command.empty() ? "korbpack" : "korbpack " + command,
+                                              CLI::AppFormatMode::Normal);
+  return true;
 }
 
 // Adds the command `name`, which sets `good` when it is typed and has succeeded.
@@ -194,8 +268,9 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                               "  korbpack init                       for the files of this folder\n"
                               "  korbpack init files -o thing.toml   for those below 'files'",
                               good, [&] { return Init(options); });
-  init.add_option("folder", options.folder, "The files to install (this folder)");
-  init.add_option("-o,--output", options.new_manifest, "The manifest to write (setup.toml); never overwrites one");
+  init.add_option("folder", options.folder, "The files to install (this folder)")->type_name("FOLDER");
+  init.add_option("-o,--output", options.new_manifest, "The manifest to write (setup.toml); never overwrites one")
+      ->type_name("FILE");
 
   CLI::App &build = AddCommand(app, "build", "Build the installer that a manifest describes",
                                "  korbpack build                      setup.toml becomes setup.exe\n"
@@ -208,10 +283,13 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                "  korbpack check --strict thing.toml",
                                good, [&] { return Build(options, program, true); });
   for (CLI::App *command : {&build, &check}) {
-    command->add_option("manifest", options.manifest,
-                        "The manifest, a TOML file (setup.toml); - for the standard input");
-    command->add_option("-o,--output", options.output,
-                        "The installer to write, volumes beside it (what the manifest says, or its name with .exe)");
+    command
+        ->add_option("manifest", options.manifest, "The manifest, a TOML file (setup.toml); - for the standard input")
+        ->type_name("FILE");
+    command
+        ->add_option("-o,--output", options.output,
+                     "The installer to write, volumes beside it (what the manifest says, or its name with .exe)")
+        ->type_name("FILE");
     command->add_option("-D,--define", options.variables, "The value of a variable of the manifest, ${NAME}")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false)
@@ -220,10 +298,20 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                      ? std::string()
                      : "'" + text + "' is no NAME=VALUE";
         });
-    command->add_option("--after", options.after,
-                        "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade");
+    command
+        ->add_option("--after", options.after,
+                     "Installers of earlier releases: what they left and this one doesn't bring goes in an upgrade")
+        ->type_name("FILE");
     command->add_flag("--strict", options.strict, "Warnings are errors");
-    command->add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)");
+    command->add_option("--allow", options.allowed, "Leave out warnings of this name; may be given again")
+        ->type_name("NAME")
+        ->allow_extra_args(false)
+        ->check(CLI::Validator([](const std::string &name) { return WarningFault(name); }, ""));
+    command->add_option("--format", options.format, "How to tell what is found: text, short (one line each) or json")
+        ->type_name("FORM")
+        ->check(OneOf({"text", "short", "json"}));
+    command->add_option("--stub", options.stub, "The program without an archive (korb.exe beside this program)")
+        ->type_name("FILE");
   }
 
   AddCommand(app, "schema", "Write the JSON Schema of manifests, by which editors complete and check them",
@@ -243,7 +331,15 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                                                           : ZshCompletion(app));
                                 return true;
                               });
-  page.add_option("for", options.page_of, "man, bash or zsh")->required()->check(CLI::IsMember({"man", "bash", "zsh"}));
+  page.add_option("for", options.page_of, "man, bash or zsh")
+      ->type_name("KIND")
+      ->required()
+      ->check(OneOf({"man", "bash", "zsh"}));
+
+  AddCommand(app, "help", "Tell of the commands, or of one", "  korbpack help build", good,
+             [&] { return Help(app, options.help_on); })
+      .add_option("command", options.help_on, "The command")
+      ->type_name("COMMAND");
 
   const auto installer = [&] { return PathFromUtf8(options.installer); };
   CLI::App &inspect = AddCommand(
@@ -269,14 +365,17 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                 return true;
                               });
   for (CLI::App *command : {&inspect, &verify, &extract, &diff})
-    command->add_option("installer", options.installer, "The installer")->required();
-  diff.add_option("later", options.later, "The installer to compare it with")->required();
+    command->add_option("installer", options.installer, "The installer")->type_name("FILE")->required();
+  diff.add_option("later", options.later, "The installer to compare it with")->type_name("FILE")->required();
   for (CLI::App *command : {&inspect, &diff})
     command->add_flag("--json", options.json, "As JSON, with all texts in full");
-  extract.add_option("folder", options.destination, "Where to; empty or not there yet")->required();
+  extract.add_option("folder", options.destination, "Where to; empty or not there yet")
+      ->type_name("FOLDER")
+      ->required();
   for (CLI::App *command : {&inspect, &extract, &diff})
     command
         ->add_option("--codepage", options.page, "Code page of the texts of an installer that is not in UTF-8 (1252)")
+        ->type_name("NUMBER")
         ->check([](const std::string &text) {
           return IsCodePage(std::atoi(text.c_str())) ? std::string() : std::string("it is one from 1250 to 1258");
         });
@@ -286,7 +385,7 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
 
 int main(int argc, char **argv) {
   CLI::App app("Packs a product into one installer for Windows.", "korbpack");
-  app.set_version_flag("--version", VersionLine());
+  app.set_version_flag("-V,--version", VersionLine());
   app.require_subcommand(0, 1); // none is left to the end: a misspelt one is then named
   app.footer(kExamples);
   Options options;
@@ -295,14 +394,27 @@ int main(int argc, char **argv) {
   AddCommands(app, program, options, good);
   std::vector<std::string> arguments = Arguments(argc, argv);
   std::reverse(arguments.begin(), arguments.end());
+  constexpr int kUsage = 2;
   int status = 1;
   try {
     app.parse(std::move(arguments)); // and runs the command
-    if (app.get_subcommands().empty())
-      std::cerr << app.help();
     status = good ? 0 : 1;
+    if (app.get_subcommands().empty()) {
+      std::cerr << app.help();
+      status = kUsage;
+    }
+  } catch (const CLI::ExtrasError &) {
+    status = kUsage;
+    std::cerr << "korbpack: error: " << NotExpected(app, app.remaining(true)).what() << "\n";
   } catch (const CLI::ParseError &end) {
-    status = app.exit(end);
+    status = kUsage;
+    if (end.get_exit_code() == 0) // help, or the version
+      status = app.exit(end);
+    else
+      std::cerr << "korbpack: error: " << end.what() << "\n";
+  } catch (const UsageError &error) {
+    status = kUsage;
+    std::cerr << "korbpack: error: " << error.what() << "\n";
   } catch (const std::bad_alloc &) {
     std::cerr
         << "korbpack: error: there is not enough memory for a product of this size; with 'packed_payload = false' in "

@@ -8,8 +8,9 @@
 # start menu, and those of CPACK_CREATE_DESKTOP_LINKS one on the desktop; CPACK_COMPONENTS_ALL chooses what is installed.
 # What only KORB knows:
 #
-#   CPACK_KORB_MANIFEST    a file with further tables of a manifest ([options], [[association]], ...), in which @VARIABLE@ is
-#                          replaced: @CPACK_KORB_FILES@ is the folder of the files that are packed
+#   CPACK_KORB_MANIFEST    a manifest with further tables ([options], [[association]], ...); what it says wins over what
+#                          CPack knows. All CPACK_ variables are variables there: ${CPACK_PACKAGE_VERSION}, or
+#                          ${CPACK_KORB_FILES}, the folder of the files that are packed
 #   CPACK_KORB_ARGUMENTS   further arguments of `korbpack build`, as in "--strict"
 #   KORBPACK_EXECUTABLE    korbpack, by default the one beside this file or in the search path
 #   KORB_STUB              korb.exe, by default the one beside korbpack

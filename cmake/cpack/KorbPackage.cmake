@@ -1,10 +1,13 @@
-# What `cpack` runs when the files of a project are staged: writes a manifest for them and lets korbpack build it.
+# What `cpack` runs when the files of a project are staged: writes a manifest for them and lets korbpack build it, with
+# that of the project, if it has one, over it.
 
 # `text` as a string of a manifest.
 function(korb_quoted text out)
   string(REPLACE "\\" "\\\\" text "${text}")
   string(REPLACE "\"" "\\\"" text "${text}")
+  string(REPLACE "\r" "" text "${text}")
   string(REPLACE "\n" "\\n" text "${text}")
+  string(REPLACE "\${" "$\${" text "${text}")
   set(${out} "\"${text}\"" PARENT_SCOPE)
 endfunction()
 
@@ -97,13 +100,24 @@ foreach(tree ${trees})
   endif()
 endforeach()
 
-if(CPACK_KORB_MANIFEST)
-  file(READ "${CPACK_KORB_MANIFEST}" more)
-  string(CONFIGURE "${more}" more @ONLY)
-  string(APPEND manifest "\n${more}")
-endif()
+# All that CPack knows is a variable of the project's manifest.
+string(APPEND manifest "\n[define]\n")
+get_cmake_property(variables VARIABLES)
+list(FILTER variables INCLUDE REGEX "^CPACK_[A-Za-z0-9_]+$")
+list(SORT variables)
+foreach(variable ${variables})
+  korb_quoted("${${variable}}" quoted)
+  string(APPEND manifest "${variable} = ${quoted}\n")
+endforeach()
 
-file(WRITE "${CPACK_TOPLEVEL_DIRECTORY}/setup.toml" "${manifest}")
+file(WRITE "${CPACK_TOPLEVEL_DIRECTORY}/project.toml" "${manifest}")
+set(includes "\"project.toml\"")
+if(CPACK_KORB_MANIFEST)
+  get_filename_component(own "${CPACK_KORB_MANIFEST}" ABSOLUTE)
+  korb_quoted("${own}" quoted)
+  string(APPEND includes ", ${quoted}")
+endif()
+file(WRITE "${CPACK_TOPLEVEL_DIRECTORY}/setup.toml" "include = [${includes}]\n")
 set(installer "${CPACK_PACKAGE_DIRECTORY}/${CPACK_PACKAGE_FILE_NAME}.exe")
 set(stub)
 if(CPACK_KORB_STUB)

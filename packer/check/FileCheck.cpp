@@ -66,8 +66,13 @@ public:
 
 private:
   void Error(const std::string &message) { findings_.Error(file_->place, "file '" + file_->name + "': " + message); }
-  void Warn(Warning warning, const std::string &message) {
-    findings_.Warn(file_->place, warning, "file '" + file_->name + "': " + message);
+  void Warn(Warning warning, const std::string &message, std::vector<Note> notes = {}) {
+    findings_.Warn(file_->place, warning, "file '" + file_->name + "': " + message, std::move(notes));
+  }
+
+  // None for what has no place.
+  static std::vector<Note> NoteAt(const Place &place, std::string message) {
+    return place.line == 0 ? std::vector<Note>() : std::vector<Note>{{place, std::move(message)}};
   }
 
   bool Is(uint32_t kind) const { return file_->kind == kind; }
@@ -215,7 +220,8 @@ private:
       const auto [before, is_new] =
           titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
       if (!is_new)
-        Warn(Warning::kSameShortcut, "its shortcut has the title of an earlier one, which it replaces");
+        Warn(Warning::kSameShortcut, "its shortcut has the title of an earlier one, which it replaces",
+             NoteAt(before->second, "the earlier one is made here"));
     }
     for (const Language &language : product_.languages)
       if (file_->label.empty() &&
@@ -262,11 +268,9 @@ private:
         if (destination == InUninstallDir(own))
           Error("the installer writes its own '" + own + "' there");
     const auto [before, is_new] = seen_.emplace(destination, file_);
-    if (!is_new && !(file_->flags & FF_CONDITION)) {
-      const Place &place = before->second->place;
-      Warn(Warning::kSameDestination, "it goes to the same place as '" + before->second->name + "'" +
-                                          (place.line ? " of line " + std::to_string(place.line) : std::string()));
-    }
+    if (!is_new && !(file_->flags & FF_CONDITION))
+      Warn(Warning::kSameDestination, "it goes to the same place as '" + before->second->name + "'",
+           NoteAt(before->second->place, "'" + before->second->name + "' comes from here"));
   }
 
   // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
@@ -277,7 +281,8 @@ private:
       findings_.Warn(found->second->place, Warning::kDeletedWhenInUse,
                      "old file '" + found->second->name +
                          "': the product brings a file to the same place; when the old one is in use, the restart may "
-                         "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that");
+                         "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that",
+                     NoteAt(file_->place, "the file '" + file_->name + "' comes from here"));
   }
 
   const Product &product_;

@@ -4,6 +4,8 @@
 #include <set>
 #include <tuple>
 
+#include "packer/CodePage.h"
+
 namespace korb::packer {
 
 namespace {
@@ -28,7 +30,41 @@ size_t Slips(std::string_view a, std::string_view b) {
 
 } // namespace
 
+void Findings::Allow(std::string_view name, const Place &place) {
+  if (std::string fault = WarningFault(name); !fault.empty())
+    Error(place, std::move(fault));
+  else
+    allowed_.emplace(name, Allowance{place});
+}
+
+void Findings::TellIdleAllowances() {
+  for (const auto &[name, allowance] : allowed_)
+    if (!allowance.is_used && allowance.place.line != 0)
+      list_.push_back({Severity::kNote, allowance.place, "there is no warning '" + name + "' to allow any more"});
+}
+
+void Findings::Add(Finding finding) {
+  const auto allowed = allowed_.find(finding.name);
+  if (allowed != allowed_.end())
+    allowed->second.is_used = true;
+  else
+    list_.push_back(std::move(finding));
+}
+
+void Findings::ConvertTexts(int page) {
+  for (Finding &finding : list_) {
+    finding.message = FromCodePage(finding.message, page);
+    for (Note &note : finding.notes)
+      note.message = FromCodePage(note.message, page);
+  }
+}
+
 void Findings::Merge(const Findings &others) {
+  sources_.insert(others.sources_.begin(), others.sources_.end());
+  for (const auto &[name, allowance] : others.allowed_) {
+    const auto [known, is_new] = allowed_.try_emplace(name, allowance);
+    known->second.is_used |= allowance.is_used;
+  }
   const auto key = [](const Place &place) { return std::tie(place.file, place.line, place.column); };
   std::set<std::tuple<std::string, uint32_t, uint32_t>> wrong;
   for (const Finding &finding : list_)
@@ -37,23 +73,21 @@ void Findings::Merge(const Findings &others) {
   for (const Finding &finding : others.list_)
     if (!wrong.contains(key(finding.place)) &&
         (finding.severity == Severity::kError || finding.place.line != 0 || wrong.empty()))
-      list_.push_back(finding);
+      Add(finding);
 }
 
-std::string Findings::Report(const std::string &file) const {
-  std::vector<Finding> sorted = list_;
-  std::stable_sort(sorted.begin(), sorted.end(), [](const Finding &a, const Finding &b) {
-    return std::tie(a.place.file, a.place.line, a.place.column) < std::tie(b.place.file, b.place.line, b.place.column);
-  });
-  std::string report;
-  for (const Finding &finding : sorted) {
-    report += finding.place.file.empty() ? file : finding.place.file;
-    if (finding.place.line != 0)
-      report += ":" + std::to_string(finding.place.line) + ":" + std::to_string(finding.place.column);
-    report += finding.severity == Severity::kError ? ": error: " : ": warning: ";
-    report += finding.message + (finding.name.empty() ? "" : " [" + std::string(finding.name) + "]") + "\n";
-  }
-  return report;
+std::vector<std::string_view> WarningWords() {
+  std::vector<std::string_view> names;
+  for (const WarningName &known : kWarningNames)
+    names.push_back(known.name);
+  return names;
+}
+
+std::string WarningFault(std::string_view name) {
+  const std::vector<std::string_view> names = WarningWords();
+  return std::ranges::find(names, name) != names.end()
+             ? std::string()
+             : "there is no warning called '" + std::string(name) + "'" + Suggestion(name, names);
 }
 
 std::string_view NearMiss(std::string_view word, std::span<const std::string_view> words) {

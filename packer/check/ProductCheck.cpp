@@ -256,14 +256,17 @@ void CheckOptions(const Product &product, Findings &findings) {
 } // namespace
 
 void CheckProduct(const Product &product, Findings &findings) {
-  CheckNames(product, findings);
-  CheckDirectories(product, findings);
-  CheckPages(product, findings);
-  CheckOptions(product, findings);
-  CheckLists(product, findings);
-  CheckTexts(product, findings);
-  CheckFiles(product, findings);
-  CheckCodePage(product, findings);
+  Findings found; // which quote the product's texts
+  CheckNames(product, found);
+  CheckDirectories(product, found);
+  CheckPages(product, found);
+  CheckOptions(product, found);
+  CheckLists(product, found);
+  CheckTexts(product, found);
+  CheckFiles(product, found);
+  CheckCodePage(product, found);
+  found.ConvertTexts(product.code_page);
+  findings.Merge(found);
 }
 
 } // namespace korb::packer

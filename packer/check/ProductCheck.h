@@ -7,7 +7,7 @@
 
 namespace korb::packer {
 
-/// Adds errors and warnings about `product` to `findings`.
+/// Adds errors and warnings about `product` to `findings`, but for those that follow from what is there (Merge).
 void CheckProduct(const Product &product, Findings &findings);
 
 } // namespace korb::packer

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <set>
+#include <map>
 
 #include "core/Text.h"
 #include "format/Record.h"
@@ -146,13 +146,14 @@ std::string FormatFault(std::string_view text, std::string_view form) {
 void CheckTexts(const Product &product, Findings &findings) {
   if (product.languages.empty() || product.languages.size() > kMaxLanguages)
     findings.Error({}, "an installer has from 1 to 100 languages");
-  std::set<std::string> names;
+  std::map<std::string, Place> names;
   for (const Language &language : product.languages) {
     LanguageChecker(language, product, findings).Check();
     if (language.texts.size() > kMaxTexts)
       findings.Error(language.place, "an installer has no more than 10,000 texts");
-    if (!names.insert(language.name).second)
-      findings.Error(language.place, "there are two languages called '" + language.name + "'");
+    if (const auto [before, is_new] = names.emplace(language.name, language.place); !is_new)
+      findings.Error(language.place, "there are two languages called '" + language.name + "'",
+                     {{before->second, "the other one is here"}});
   }
 }
 

@@ -19,6 +19,7 @@ struct KeyForm {
     kBoolean,
     kWord,        ///< one of `words`, or its number
     kWords,       ///< some of `words` in an array, or the number of all of them
+    kNames,       ///< some of `words` in an array; one alone counts as an array of one
     kDate,        ///< or "none"
     kFileDate,    ///< or "none", or "mtime"
     kColor,       ///< "#RRGGBB", or a number

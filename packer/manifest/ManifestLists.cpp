@@ -154,7 +154,11 @@ void ReadTexts(ManifestContext &context, const toml::table *table, int page, Lan
     if (number < 0)
       continue;
     PutText(context, language, number,
-            context.TextOrFile(node, language.name + " text '" + std::string(key.str()) + "'", page), place);
+            context.TextOrFile(node,
+                               FromCodePage(language.name, context.product().code_page) + " text '" +
+                                   std::string(key.str()) + "'",
+                               page),
+            place);
   }
 }
 
@@ -172,7 +176,8 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
   if (page != context.product().code_page && (page == kUtf8 || context.product().code_page == kUtf8))
     context.findings.Error(table.PlaceOfKey("codepage"),
                            "all languages of an installer are in UTF-8 or none: 'product.codepage' tells which");
-  if (const auto name = table.Text("name"))
+  const auto name = table.Text("name");
+  if (name)
     language.name = context.Convert(*name, table.PlaceOfKey("name"));
   else
     context.findings.Error(table.PlaceOfTable(), "a [[language]] needs a 'name'");
@@ -194,7 +199,7 @@ void ReadLanguage(ManifestContext &context, ManifestTable table) {
         untranslated += std::string(untranslated.empty() ? "" : ", ") + kTextRows[number].name;
     if (!untranslated.empty())
       context.findings.Warn(language.place, Warning::kUntranslatedText,
-                            "these texts of '" + language.name + "' stay English: " + untranslated);
+                            "these texts of '" + name.value_or("") + "' stay English: " + untranslated);
   }
   context.product().languages.push_back(std::move(language));
 }

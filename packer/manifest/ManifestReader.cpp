@@ -277,8 +277,18 @@ void WriteOutPercent(Product &product) {
         language.texts[number] = WithProductName(language.texts[number], name);
 }
 
+// First of all, since warnings of these names are left out from here on.
+void ReadAllowed(ManifestContext &context, ManifestTable &root) {
+  for (const toml::node *name : root.Elements("allow", {KeyForm::kNames, WarningWords()}))
+    if (name->is_string())
+      context.findings.Allow(name->as_string()->get(), PlaceOf(*name));
+    else
+      context.findings.Error(PlaceOf(*name), "'allow' has to be an array of names of warnings");
+}
+
 void ReadTables(ManifestContext &context, ManifestTable root, const fs::path &output) {
   KnowSourceKeys(root);
+  ReadAllowed(context, root);
   ReadOutput(context, root.Table("output"), output);
   ReadProduct(context, root.Table("product"));
   ReadInstall(context, root.Table("install"));

@@ -88,6 +88,8 @@ Json SchemaOf(const KeyForm &form) {
     return {{"anyOf", {words, Number(form)}}};
   case KeyForm::kWords:
     return {{"anyOf", {words, {{"type", "array"}, {"items", words}}, Number(form)}}};
+  case KeyForm::kNames:
+    return ListOf(words);
   case KeyForm::kDate: // a date of TOML is a text to a schema
   case KeyForm::kFileDate:
     return text;

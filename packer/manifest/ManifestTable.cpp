@@ -1,5 +1,7 @@
 #include "packer/manifest/ManifestTable.h"
 
+#include <algorithm>
+
 #include "packer/manifest/ManifestReader.h"
 
 namespace korb::packer {
@@ -32,12 +34,75 @@ std::vector<std::string_view> WordsOf(std::span<const NamedValue> names) {
   return words;
 }
 
-// What to say of a key that its table doesn't know: `suggestion`, unless another table knows that very key.
-std::string Elsewhere(std::string_view key, const std::string &suggestion) {
+// Other words for a key; of several, the one in the same table is meant, or else the first.
+struct Synonym {
+  std::string_view word;
+  std::vector<std::string_view> keys;
+};
+
+const Synonym kSynonyms[] = {
+    {"destination", {"install.directory", "file.target", "tree.target"}},
+    {"dest", {"install.directory", "file.target", "tree.target"}},
+    {"path", {"install.directory", "file.target", "tree.source", "delete.name"}},
+    {"folder", {"install.directory", "tree.source"}},
+    {"dir", {"install.directory", "tree.source", "uninstall.directory"}},
+    {"install_dir", {"install.directory"}},
+    {"name", {"product.name", "tree.into"}},
+    {"title", {"product.name", "file.label"}},
+    {"file", {"file.source", "delete.name"}},
+    {"src", {"file.source", "tree.source"}},
+    {"args", {"file.arguments"}},
+    {"shortcut", {"file.start_menu", "tree.start_menu"}},
+    {"company", {"product.publisher"}},
+    {"vendor", {"product.publisher"}},
+    {"manufacturer", {"product.publisher"}},
+    {"author", {"product.publisher"}},
+    {"licence", {"pages.license"}},
+    {"eula", {"pages.license"}},
+    {"ext", {"association.extension"}},
+    {"run", {"batch.final"}},
+    {"service", {"batch.post_install"}},
+    {"registry", {"batch.post_install"}},
+    {"environment", {"batch.post_install"}},
+};
+
+// The tables in which authors look first for a key that several have.
+constexpr std::string_view kUsualTables[] = {"product", "install", "uninstall", "appearance", "pages", "file", "tree"};
+
+std::string DidYouMean(std::string_view key) {
+  const auto form = KnownKeys().find(key);
+  const bool is_list = form != KnownKeys().end() && form->second.kind == KeyForm::kTables;
+  const bool is_table = form != KnownKeys().end() && form->second.kind == KeyForm::kTable;
+  return "; did you mean '" +
+         std::string(is_list    ? "[["
+                     : is_table ? "["
+                                : "") +
+         std::string(key) +
+         (is_list    ? "]]"
+          : is_table ? "]"
+                     : "") +
+         "'?";
+}
+
+// What to say of a key that `table` doesn't know: `near`, the suggestion of its own keys, goes before those elsewhere.
+std::string Elsewhere(std::string_view table, std::string_view key, const std::string &near) {
+  const std::string inside = std::string(table) + ".", word(key);
+  const auto synonym = std::ranges::find(kSynonyms, key, &Synonym::word);
+  if (synonym != std::end(kSynonyms))
+    for (std::string_view meant : synonym->keys)
+      if (meant.starts_with(inside))
+        return DidYouMean(meant.substr(inside.size()));
+  if (!near.empty())
+    return near;
+  for (std::string_view usual : kUsualTables)
+    if (const std::string full = std::string(usual) + "." + word; KnownKeys().contains(full))
+      return DidYouMean(full);
+  if (KnownKeys().contains(key))
+    return DidYouMean(key);
   for (const auto &[known, form] : KnownKeys())
-    if (known.ends_with("." + std::string(key)))
-      return "; did you mean '" + known + "'?";
-  return suggestion;
+    if (known.ends_with("." + word))
+      return DidYouMean(known);
+  return synonym == std::end(kSynonyms) ? std::string() : DidYouMean(synonym->keys.front());
 }
 
 } // namespace
@@ -193,8 +258,8 @@ void ManifestTable::RefuseUnknown() {
   const std::vector<std::string_view> words(known_.begin(), known_.end());
   for (const auto &[key, node] : *table_)
     if (!known_.contains(key.str()))
-      findings_.Error(PlaceOf(key.source()),
-                      "unknown key '" + FullName(key.str()) + "'" + Elsewhere(key.str(), Suggestion(key.str(), words)));
+      findings_.Error(PlaceOf(key.source()), "unknown key '" + FullName(key.str()) + "'" +
+                                                 Elsewhere(name_, key.str(), Suggestion(key.str(), words)));
 }
 
 } // namespace korb::packer

@@ -68,6 +68,8 @@ std::string Quoted(const std::string &text) {
   std::string out = "\"";
   for (char c : text)
     out += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+  for (size_t at = 0; (at = out.find("${", at)) != out.npos; at += 3)
+    out.insert(at, "$"); // else it would be a variable
   return out + "\"";
 }
 
@@ -151,7 +153,8 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
       continue;
     if (version.empty())
       if (const auto bytes = ReadFileBytes(top / PathFromUtf8(file)))
-        version = FileVersionOf(*bytes).value_or(version);
+        if (!FileVersionOf(*bytes).value_or("").empty())
+          version = "{ file = " + Quoted(prefix + file) + " }";
     programs += "[[file]]\nsource = " + Quoted(prefix + file) +
                 "\nstart_menu = true\n#desktop = true\nlabel = " + Quoted(file.substr(0, file.size() - 4)) + "\n\n";
   }
@@ -163,7 +166,7 @@ std::string StarterManifest(const fs::path &folder, const fs::path &manifest) {
                                 : ManifestPath(home.lexically_relative(top)) + "/";
   std::string text = kHead;
   text.replace(text.find("MANIFEST"), 8, ManifestPath(manifest.filename()));
-  text += "name = " + Quoted(name) + "\nversion = " + Quoted(version.empty() ? "1.0" : version) + "\n" + kSettings +
+  text += "name = " + Quoted(name) + "\nversion = " + (version.empty() ? "\"1.0\"" : version) + "\n" + kSettings +
           Pages(files, prefix) + programs;
   text += "[[tree]]\nsource = " + Quoted(source) + "\n";
   std::string exclude =

@@ -106,6 +106,7 @@ Place PlaceOf(const toml::source_region &source) {
 }
 
 std::optional<toml::table> ParseToml(const Bytes &text, const std::string &file, Findings &findings) {
+  findings.KeepSource(file, std::string(View(text, text.size())));
   if (const auto deep = FindDeepKey(View(text, text.size()))) {
     findings.Error(PlaceAt(text, *deep, file), "no key has so many parts");
     return std::nullopt;

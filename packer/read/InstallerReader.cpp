@@ -137,7 +137,7 @@ private:
 InstallerReader::InstallerReader(const fs::path &path, int page) : code_page(page), folder_(path.parent_path()) {
   auto bytes = ReadFileBytes(path);
   if (!bytes)
-    throw PackError("can't read '" + ShowPath(path) + "'");
+    throw PackError("can't read '" + ShowPath(path) + "': " + WhyUnreadable(path));
   if (bytes->size() > INT32_MAX)
     throw PackError("'" + ShowPath(path) + "' is too large: an installer has less than 2 GiB");
   file = std::move(*bytes);

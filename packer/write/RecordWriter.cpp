@@ -70,7 +70,7 @@ Payload WritePayload(const Product &product, const ProgressCallback &progress) {
   payload.stored.reserve(std::min<size_t>(expected, INT32_MAX));
   for (const FileEntry &file : product.files) {
     if (file.contents.size() > kMaxFileSize)
-      throw PackError("file '" + file.name + "' is larger than 1 GiB");
+      throw PackError("file '" + FromCodePage(file.name, product.code_page) + "' is larger than 1 GiB");
     payload.sizes.push_back(static_cast<int32_t>(file.contents.size()));
     PutRecord(payload.stored, file);
     if (payload.stored.size() > INT32_MAX)

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "packer/Build.h"
+#include "packer/FileIo.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"
@@ -83,8 +84,55 @@ TEST_CASE("warnings can be made errors") {
   std::ostringstream summary, problems;
   packer::BuildRequest request{manifest, shop.Path() / "setup.exe", shop.Path() / "korb.exe", {}, {}, true};
   CHECK(!packer::BuildFromManifest(request, summary, problems));
-  request.strict = false;
+  request.allowed = {"restart-always"};
   CHECK(packer::BuildFromManifest(request, summary, problems));
+  CHECK(!shop.Build("allow = 'restart-alway'\n" + kManifest, "setup.exe"));
+  CHECK(shop.problems.find("m.toml:1:9: error: there is no warning called 'restart-alway'; did you mean "
+                           "'restart-always'?\n") != std::string::npos);
+  CHECK(shop.Build("allow = ['restart-always', 'no-effect']\n" + kManifest + "[options]\nreboot_needed = true",
+                   "setup.exe"));
+  CHECK(shop.problems.ends_with("m.toml:1:28: note: there is no warning 'no-effect' to allow any more\n"));
+}
+
+TEST_CASE("people are shown the line, other programs get JSON, and both get UTF-8") {
+  Workshop shop;
+  shop.Write("language.toml", "ok_buton = 'x'\r\n");
+  const std::string manifest =
+      "\tfile = [{ contents = '日', name = 'a', \"\\u001B\" = 1 }]\n[product]\nname = 'Größe'\n"
+      "[[language]]\nname = 'é'\n[[language]]\nname = 'é'\nfile = 'language.toml'\n";
+  const std::filesystem::path path = shop.Write("m.toml", manifest);
+  packer::BuildRequest request{path, shop.Path() / "setup.exe", shop.Path() / "korb.exe", {}, {}, false, true};
+  request.allowed = {"untranslated-text"};
+  const auto report = [&](packer::ReportForm form) {
+    std::ostringstream summary, problems;
+    request.report_form = form;
+    CHECK(!packer::BuildFromManifest(request, summary, problems));
+    std::string text = problems.str();
+    for (const std::string folder = packer::ShowPath(shop.Path() / ""); text.find(folder) != text.npos;)
+      text.erase(text.find(folder), folder.size());
+    return text;
+  };
+  CHECK(report(packer::ReportForm::kText) ==
+        "m.toml:1:40: error: unknown key 'file.\\u001B'\n"
+        "    1 | \tfile = [{ contents = '日', name = 'a', \"\\u001B\" = 1 }]\n"
+        "      | \t                                       ^\n"
+        "m.toml:6:1: error: there are two languages called 'é'\n"
+        "    6 | [[language]]\n"
+        "      | ^\n"
+        "m.toml:4:1: note: the other one is here\n"
+        "    4 | [[language]]\n"
+        "      | ^\n"
+        "language.toml:1:1: error: unknown text 'ok_buton'; did you mean 'ok_button'?\n"
+        "    1 | ok_buton = 'x'\n"
+        "      | ^\n"
+        "3 errors\n");
+  const std::string json = report(packer::ReportForm::kJson);
+  for (const char *part :
+       {"[\n {\n  \"severity\": \"error\",\n  \"file\": \"", "\"message\": \"unknown key 'file.\\u001b'\",",
+        "\"line\": 6,\n  \"column\": 1,\n  \"message\": \"there are two languages called 'é'\",\n"
+        "  \"notes\": [\n   {\n    \"file\": \"",
+        "\"line\": 4,\n    \"column\": 1,\n    \"message\": \"the other one is here\"\n"})
+    CHECK(json.find(part) != json.npos);
 }
 
 TEST_CASE("what fails leaves the folder as it was") {

@@ -21,9 +21,8 @@ std::string ReportOf(const test::TempFolder &folder, std::string manifest) {
     manifest += "product.name = 'Thing'\n";
   if (manifest.find("file =") == std::string::npos)
     manifest += "file = [{ contents = '', name = 'thing.exe' }]\n";
-  packer::Findings findings, faults;
-  packer::CheckProduct(packer::ReadManifest(folder.Write("m.toml", manifest), {}, findings).product, faults);
-  findings.Merge(faults);
+  packer::Findings findings;
+  packer::CheckProduct(packer::ReadManifest(folder.Write("m.toml", manifest), {}, findings).product, findings);
   return findings.Report("m");
 }
 

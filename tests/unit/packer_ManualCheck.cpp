@@ -1,5 +1,5 @@
-// Compares the keys that a page of the manual has in its tables with those that the packer reads. Ends with 0 when they
-// are the same; else it names those that are on one side alone.
+// Compares the keys and the names of warnings that a page of the manual has in its tables with those of the packer.
+// Ends with 0 when they are the same; else it names those that are on one side alone.
 #include <fstream>
 #include <iostream>
 #include <set>
@@ -8,6 +8,7 @@
 
 #include "format/Texts.h"
 #include "packer/Words.h"
+#include "packer/check/Findings.h"
 #include "packer/manifest/ManifestReader.h"
 
 using namespace korb;
@@ -32,6 +33,10 @@ Keys DocumentedKeys(std::istream &page) {
   while (std::getline(page, line)) {
     if (line.starts_with("#"))
       table.clear();
+    if (line == "## Warnings")
+      table = "warning";
+    if (line == "## Before the tables")
+      table = "root";
     if (line.starts_with("## `[")) {
       table = line.substr(line.find_first_not_of("#` ["));
       table.erase(table.find(']'));
@@ -63,6 +68,11 @@ Keys KeysOfTheCode() {
                              !key.ends_with(".target")))
       keys.insert(key);
   }
+  for (const auto &[key, form] : known)
+    if (key.find('.') == key.npos && form.kind != KeyForm::kTable && form.kind != KeyForm::kTables)
+      keys.insert("root." + key);
+  for (std::string_view name : WarningWords())
+    keys.insert("warning." + std::string(name));
   for (std::string_view variable : kPathVariables)
     keys.insert("variable " + std::string(variable));
   for (size_t number = 0; number < std::size(kTextRows); ++number)
@@ -86,7 +96,7 @@ int main(int, char **argv) {
   std::ifstream page(argv[1]);
   const Keys documented = DocumentedKeys(page), real = KeysOfTheCode();
   const int faults =
-      Tell(real, documented, ": the manual lacks it") + Tell(documented, real, ": the packer has no such key");
+      Tell(real, documented, ": the manual lacks it") + Tell(documented, real, ": the packer has no such thing");
   std::cout << documented.size() << " keys in the manual\n";
   return faults == 0 && !documented.empty() ? 0 : 1;
 }

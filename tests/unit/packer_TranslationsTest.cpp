@@ -17,14 +17,13 @@ struct Built {
 
 /// The texts of a product's language, and what building has to say.
 Built Build(const test::TempFolder &folder, const std::string &page, const std::string &texts) {
-  packer::Findings findings, faults;
+  packer::Findings findings;
   const auto path = folder.Write("m.toml", "[product]\nname='Thing'\ncodepage=" + page +
                                                "\n[options]\nuninstall_desktop=true\n[[file]]\nname='thing.exe'\n"
                                                "contents=''\n" +
                                                texts);
   const packer::Product product = packer::ReadManifest(path, {}, findings).product;
-  packer::CheckProduct(product, faults);
-  findings.Merge(faults);
+  packer::CheckProduct(product, findings);
   return {product.languages.at(0).texts, findings.Report("m")};
 }
 
