@@ -175,13 +175,7 @@ bool Build(const BuildRequest &request, std::ostream &summary, Findings &finding
   manifest.inputs.push_back(request.stub);
   UpgradeResult upgrade;
   if (!findings.HasErrors())
-    try {
-      upgrade = ReadAndPlanUpgrade(request, manifest, findings);
-      for (const std::string &note : upgrade.notes)
-        findings.Remark(product.PlaceOf("upgrade.from"), note);
-    } catch (const PackError &error) {
-      findings.Error(product.PlaceOf("upgrade.from"), error.what());
-    }
+    upgrade = ReadAndPlanUpgrade(request, manifest, findings);
   if (!findings.HasErrors())
     TryToBuild(product, *stub, output, manifest.inputs, findings);
   if (!MayGoOn(request, findings))

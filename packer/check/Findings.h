@@ -42,10 +42,10 @@ public:
   }
 
   /// Tells something that asks for nothing.
-  void Remark(const Place &place, std::string message) { Add({Severity::kNote, place, std::move(message)}); }
+  void Tell(const Place &place, std::string message) { Add({Severity::kNote, place, std::move(message)}); }
 
-  /// Adds what `others` holds and allows, without what stands at the place of an error, or is warned of the product as a whole
-  /// when there are errors: that is most likely their consequence.
+  /// Adds what `others` holds and allows, without what stands at the place of an error, or is warned of the product as
+  /// a whole when there are errors: that is most likely their consequence.
   void Merge(const Findings &others);
 
   /// From now on, warnings called `name` are left out. A name that no warning has is an error at `place`.

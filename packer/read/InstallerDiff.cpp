@@ -5,6 +5,7 @@
 
 #include "core/Text.h"
 #include "packer/Words.h"
+#include "packer/check/Report.h"
 #include "packer/check/TextRules.h"
 #include "packer/read/ReportText.h"
 
@@ -161,12 +162,8 @@ Json Compared(const Section &before, const Section &after) {
   return {{"added", added}, {"removed", removed}, {"changed", changed}};
 }
 
-// As it is, but for what a terminal would obey.
 std::string Shown(const Json &value) {
-  std::string text = value.is_string() ? value.get<std::string>() : Written(value);
-  for (char &c : text)
-    if ((c >= 0 && c < 0x20) || c == 0x7F)
-      c = '?';
+  const std::string text = value.is_string() ? EscapeControls(value.get<std::string>()) : Written(value);
   return text.empty() ? "none" : text;
 }
 

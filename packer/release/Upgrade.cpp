@@ -36,8 +36,7 @@ public:
   UpgradePlanner(const Place &place, Product &product) : place_(place), product_(product), now_(ReleaseOf(product)) {}
 
   void RefuseStrangers(const std::vector<Release> &earlier, Findings &findings) const;
-  void Plan(const std::vector<Release> &earlier, Findings &findings);
-  UpgradeResult Result();
+  UpgradeResult Plan(const std::vector<Release> &earlier, Findings &findings);
 
 private:
   struct Gone {
@@ -290,7 +289,7 @@ void UpgradePlanner::WarnOfFolders(Findings &findings) const {
                     "'" + file.path.text + "' was a folder in an earlier release: an upgrade can't place a file there");
 }
 
-void UpgradePlanner::Plan(const std::vector<Release> &earlier, Findings &findings) {
+UpgradeResult UpgradePlanner::Plan(const std::vector<Release> &earlier, Findings &findings) {
   NotePresent();
   for (const Release &release : earlier) {
     AddFiles(release);
@@ -306,13 +305,10 @@ void UpgradePlanner::Plan(const std::vector<Release> &earlier, Findings &finding
     else
       Leave("as it is " + gone.stays, gone.path.text);
   RemoveFolders();
-}
-
-UpgradeResult UpgradePlanner::Result() {
   for (const auto &[why, things] : left_)
     for (const std::string &thing : things)
-      result_.notes.push_back(thing + " stays, " + why);
-  return std::move(result_);
+      findings.Tell(place_, thing + " stays, " + why);
+  return result_;
 }
 
 } // namespace
@@ -321,9 +317,7 @@ UpgradeResult PlanUpgrade(const std::vector<Release> &earlier, const Place &plac
                           Findings &findings) {
   UpgradePlanner planner(place, product);
   planner.RefuseStrangers(earlier, findings);
-  if (!findings.HasErrors())
-    planner.Plan(earlier, findings);
-  return planner.Result();
+  return findings.HasErrors() ? UpgradeResult{} : planner.Plan(earlier, findings);
 }
 
 } // namespace korb::packer

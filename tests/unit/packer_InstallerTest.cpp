@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <random>
 
@@ -119,6 +120,8 @@ TEST_CASE("in every layout the parts of the payload add up to it, and the sectio
 
 TEST_CASE("what packing would not make smaller is stored unpacked, as if nothing else had been asked for") {
   packer::Product product = ProductOf({false, 0, -1, 7000, 0});
+  std::generate(product.files[0].contents.begin(), product.files[0].contents.end(),
+                [generator = std::mt19937(1)]() mutable { return static_cast<uint8_t>(generator() >> 24); });
   const packer::Installer plain = packer::BuildInstaller(product, test::TestStub());
   product.flags |= IF_PACKED_PAYLOAD;
   const packer::Installer noise = packer::BuildInstaller(product, test::TestStub());

@@ -229,7 +229,7 @@ TEST_CASE("diff tells what changes for a user, and no more") {
   };
   CHECK(told(after) == "old -> new\n"
                        "product\n  ~ version: 1.2.3 -> 1.3\n"
-                       "file\n  + %InstallDir%\\M\u00FCll?.txt: size 5\n"
+                       "file\n  + %InstallDir%\\M\u00FCll\\u001B.txt: size 5\n"
                        "  ~ %InstallDir%\\dir\\one.txt: contents 0xAE15EF08 -> 0xAE15EF09\n"
                        "  ~ %InstallDir%\\empty.txt: size 0 -> 1, date 1999-12-31 23:59:58 -> 2020-01-02 03:04:05\n"
                        "association\n  ~ .thg open, English: command cmd -> other\n"

@@ -41,7 +41,7 @@ Release Released(const Product &product) {
 // The deletions that `product` gets, its batch, and what is told, in lines.
 std::string Upgraded(const std::vector<Release> &earlier, Product product) {
   Findings findings;
-  const UpgradeResult result = PlanUpgrade(earlier, {}, product, findings);
+  PlanUpgrade(earlier, {}, product, findings);
   std::string text;
   for (const Deletion &deletion : product.deletions)
     text += deletion.name + (deletion.kind == kDeleteSizeEqual ? " of " + deletion.value : "") +
@@ -49,9 +49,12 @@ std::string Upgraded(const std::vector<Release> &earlier, Product product) {
   std::string batch = product.post_install_batch;
   std::erase(batch, '\r');
   text += batch;
-  for (const std::string &note : result.notes)
-    text += note + "\n";
-  return text + findings.Report("");
+  for (const Finding &finding : findings.List())
+    text += (finding.severity == Severity::kError     ? "error: "
+             : finding.severity == Severity::kWarning ? "warning: "
+                                                      : "") +
+            finding.message + "\n";
+  return text;
 }
 
 std::string Upgraded(const Product &earlier, const Product &product) {
@@ -195,9 +198,8 @@ TEST_CASE("another product is refused; a later release, and what can't work, is 
   TestProduct old, now("1.0");
   old.uninstall_name = "Other";
   CHECK(Upgraded(old, now) ==
-        ": error: 'old.exe' installs another product: its uninstall name is 'Other', not 'Thing'\n");
-  CHECK(Upgraded(TestProduct("1.0.1"), now) ==
-        ": warning: 'old.exe' is newer than this release: it has version 1.0.1\n");
+        "error: 'old.exe' installs another product: its uninstall name is 'Other', not 'Thing'\n");
+  CHECK(Upgraded(TestProduct("1.0.1"), now) == "warning: 'old.exe' is newer than this release: it has version 1.0.1\n");
   old = TestProduct().Bring("data\\a.txt");
   now.Bring("DATA");
   CHECK(Upgraded(old, now).find("a folder in an earlier release: an upgrade can't place a file there") !=
