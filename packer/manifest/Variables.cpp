@@ -165,7 +165,8 @@ std::string Variables::SuggestionFor(std::string_view name) const {
 void Variables::TellUnused() {
   for (const auto &[name, value] : given_)
     if (!values_.contains(name) && !definitions_.contains(name))
-      findings_.Warn({}, Warning::kUnusedVariable, "nothing uses the variable '" + name + "' of -D" + SuggestionFor(name));
+      findings_.Warn({}, Warning::kUnusedVariable,
+                     "nothing uses the variable '" + name + "' of -D" + SuggestionFor(name));
 }
 
 } // namespace korb::packer

@@ -7,8 +7,8 @@
 
 namespace korb::packer {
 
-/// The release that the installer at `path` installs, its volumes beside it. `page` is the code page of its texts, unless
-/// it asks for UTF-8. Throws PackError when it can't be read or is damaged.
+/// The release that the installer at `path` installs, its volumes beside it. `page` is the code page of its texts,
+/// unless it asks for UTF-8. Throws PackError when it can't be read or is damaged.
 Release ReadRelease(const std::filesystem::path &path, int page);
 
 } // namespace korb::packer

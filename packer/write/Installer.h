@@ -22,8 +22,8 @@ bool TryInstaller(const Product &product, const Bytes &stub);
 
 /// Builds the installer of `product` from `stub`, the bytes of the program without an archive. The same product and
 /// stub give the same bytes. What a reader would refuse is written all the same where the format can hold it (see
-/// ProductCheck.h), but a payload that packing does not help is stored unpacked; throws PackError when it can't, or when
-/// the stub is unfit.
+/// ProductCheck.h), but a payload that packing does not help is stored unpacked; throws PackError when it can't, or
+/// when the stub is unfit.
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress = {});
 
 /// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from

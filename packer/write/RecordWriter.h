@@ -29,8 +29,8 @@ struct Payload {
   size_t plain_size = 0;      ///< bytes of all records before packing
 };
 
-/// Writes the records of all files, packed when that is wished for and helps. Throws PackError for a text with a 0 byte,
-/// a file above kMaxFileSize, or a payload beyond what the format can hold.
+/// Writes the records of all files, packed when that is wished for and helps. Throws PackError for a text with a 0
+/// byte, a file above kMaxFileSize, or a payload beyond what the format can hold.
 Payload WritePayload(const Product &product, const ProgressCallback &progress = {});
 
 } // namespace korb::packer
