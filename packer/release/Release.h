@@ -74,8 +74,8 @@ struct Release {
 ReleasePath DeletionPath(const std::string &name, int page);
 
 /// The release whose configuration was just read: the values that a run keeps (core/RunValues.h) are part of it. `page`
-/// is the code page of its texts. `picture_size` are the bytes of its background bitmap, `uninstaller_size` those of the
-/// uninstaller, -1 when unknown.
+/// is the code page of its texts. `picture_size` are the bytes of its background bitmap, `uninstaller_size` those of
+/// the uninstaller, -1 when unknown.
 Release ReleaseOf(const InstallConfig &config, std::span<const PayloadRecord> records, int32_t picture_size,
                   int32_t uninstaller_size, int page);
 
