@@ -119,16 +119,14 @@ TEST_CASE("in every layout the parts of the payload add up to it, and the sectio
 }
 
 TEST_CASE("what packing would not make smaller is stored unpacked, as if nothing else had been asked for") {
-  packer::Product product = ProductOf({false, 0, -1, 7000, 0});
-  std::generate(product.files[0].contents.begin(), product.files[0].contents.end(),
-                [generator = std::mt19937(1)]() mutable { return static_cast<uint8_t>(generator() >> 24); });
+  packer::Product product = ProductOf({false, 0, -1, 70000, 0});
   const packer::Installer plain = packer::BuildInstaller(product, test::TestStub());
   product.flags |= IF_PACKED_PAYLOAD;
   const packer::Installer noise = packer::BuildInstaller(product, test::TestStub());
   CHECK(noise.storing == packer::Storing::kNotSmaller);
   const bool is_the_same = noise.executable == plain.executable;
   CHECK(is_the_same);
-  product.files[0].contents.resize(14000); // zeros
+  product.files[0].contents.resize(140000); // zeros
   const packer::Installer helped = packer::BuildInstaller(product, test::TestStub());
   CHECK(helped.storing == packer::Storing::kAsWished);
   CHECK(helped.payload_size < plain.payload_size + 50);
