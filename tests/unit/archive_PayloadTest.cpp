@@ -198,8 +198,8 @@ TEST_CASE("what looks like a signature and doesn't end with the file is left alo
   for (const auto &[place, size] : {std::pair{-16, 15}, {-16, 17}, {1, -1}, {0, 0}}) {
     TestInstaller installer;
     std::string entry;
-    installer.executable = [&](Bytes &file) {
-      entry = Raw(static_cast<int32_t>(file.size()) + place) + Raw(size);
+    installer.executable = [&, before = place, length = size](Bytes &file) {
+      entry = Raw(static_cast<int32_t>(file.size()) + before) + Raw(length);
       Put(file, kPeOffset + pe::kSignatureAt, entry);
     };
     ArchiveRun run(installer.Build().executable);
