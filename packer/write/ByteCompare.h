@@ -16,6 +16,12 @@ inline uint64_t LoadBytes(const uint8_t *bytes, size_t count) {
   return value;
 }
 
+/// Has the memory at `address`, which need not exist, on its way while something else is done. A function that does
+/// nothing else is left out, as the compiler sees that it changes nothing.
+[[gnu::always_inline]] inline void Fetch(const void *address) {
+  __builtin_prefetch(address);
+}
+
 /// How far `a` and `b` agree from `length` on, at most up to `limit`.
 inline uint32_t CommonLength(const uint8_t *a, const uint8_t *b, uint32_t length, uint32_t limit) {
   if constexpr (std::endian::native == std::endian::little) {

@@ -11,6 +11,8 @@ constexpr int kRecentBits = 16;
 constexpr uint32_t kNearBytes = 5;
 constexpr uint32_t kHashedBytes = 8; // as many are loaded for a hash, where there are
 
+constexpr uint32_t kPlacesAhead = 20, kBytesAhead = 8; // positions: how far ahead memory is fetched
+
 constexpr uint64_t kMixer = 0x9E3779B185EBCA87;
 
 // The upper bits of the result depend on all of the lowest `count` bytes of `bytes`, and on nothing else.
@@ -88,6 +90,15 @@ bool MatchScan::LookAt(uint32_t position, MatchCell &cell) {
   const uint8_t *here = data_.data() + position;
   const uint32_t left = size_ - position, limit = std::min(left, nice_length_);
   const uint64_t bytes = LoadBytes(here, std::min(left, kHashedBytes));
+  // Most of the time would be spent waiting for the memory that later positions will look at.
+  if (left >= kPlacesAhead + kHashedBytes) {
+    const uint64_t later = LoadBytes(here + kPlacesAhead, kHashedBytes);
+    const uint64_t soon = LoadBytes(here + kBytesAhead, kHashedBytes);
+    Fetch(&latest4_.Of(HashBytes(later, kMinMatch)));
+    Fetch(&latest5_.Of(HashBytes(later, kNearBytes)));
+    Fetch(data_.data() + latest4_.Of(HashBytes(soon, kMinMatch)));
+    Fetch(data_.data() + latest5_.Of(HashBytes(soon, kNearBytes)));
+  }
   const size_t first = cell.nearest.size();
   uint32_t shorter = kMinMatch - 1, longest = 0;
   const auto look = [&](uint32_t &latest) {

@@ -6,14 +6,7 @@ namespace korb::packer {
 
 namespace {
 
-constexpr size_t kHeadAhead = 16,
-                 kNodeAhead = 8; // queries; what they will look at is fetched while others are worked at
-
-inline void Fetch([[maybe_unused]] const void *address) {
-#ifdef __GNUC__
-  __builtin_prefetch(address);
-#endif
-}
+constexpr size_t kHeadAhead = 16, kNodeAhead = 8; // queries: how far ahead memory is fetched
 
 } // namespace
 
