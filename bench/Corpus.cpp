@@ -4,6 +4,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -48,6 +49,26 @@ Bytes GatherCorpus(std::span<const Source> sources, size_t divisor) {
     }
   }
   return corpus;
+}
+
+Bytes MakeMedia(size_t size) {
+  std::mt19937 generator(1);
+  const auto any = [&] { return static_cast<uint8_t>(generator() >> 24); };
+  Bytes head(600), media;
+  std::generate(head.begin(), head.end(), any);
+  while (media.size() < size) {
+    const bool is_photograph = generator() % 2 != 0;
+    const size_t end = media.size() + 30000 + generator() % 570000;
+    if (is_photograph)
+      media.insert(media.end(), head.begin(), head.end());
+    while (media.size() < end) {
+      media.push_back(any());
+      if (is_photograph && media.back() == 0xFF)
+        media.push_back(0);
+    }
+  }
+  media.resize(size);
+  return media;
 }
 
 } // namespace korb::bench

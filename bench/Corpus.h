@@ -22,4 +22,9 @@ Bytes ReadFile(const std::filesystem::path &path);
 /// The sources one after the other, each divided by `divisor`: the same bytes on every run on one machine.
 Bytes GatherCorpus(std::span<const Source> sources, size_t divisor);
 
+/// `size` bytes of what doesn't compress: files of 30 to 600 KB, half of them noise, as films and sound are to a
+/// packer, half with the same head of 600 bytes and zeros after each 0xFF, as photographs have. The same on every
+/// machine.
+Bytes MakeMedia(size_t size);
+
 } // namespace korb::bench
