@@ -29,7 +29,7 @@ bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &valu
 void LeaveOutSignature(ArchiveFile &file, ArchiveLocation &location) {
   SignatureEntry &signature = location.signature;
   file.ReadAt(location.pe_offset + pe::kSignatureAt, &signature, pe::kSignatureEntrySize);
-  if (signature.size > 0 && signature.place == location.file_size - signature.size)
+  if (signature.size > 0 && signature.place > 0 && signature.place == location.file_size - signature.size)
     location.file_size = signature.place;
 }
 
