@@ -195,13 +195,12 @@ TEST_CASE("the uninstaller is the stub again, but for sizes and patch, and nothi
 }
 
 TEST_CASE("what looks like a signature and doesn't end with the file is left alone") {
-  for (const auto &[place, size] : {std::pair{-16, 15}, {-16, 17}, {1, -1}, {0, 0}}) {
+  const int32_t end = static_cast<int32_t>(TestInstaller().Build().executable.size());
+  for (const auto &[place, size] :
+       {std::pair{end - 16, 15}, {end - 16, 17}, {end + 1, -1}, {end, 0}, {-16, end + 16}}) {
     TestInstaller installer;
-    std::string entry;
-    installer.executable = [&, before = place, length = size](Bytes &file) {
-      entry = Raw(static_cast<int32_t>(file.size()) + before) + Raw(length);
-      Put(file, kPeOffset + pe::kSignatureAt, entry);
-    };
+    const std::string entry = Raw(place) + Raw(size);
+    installer.executable = [&](Bytes &file) { Put(file, kPeOffset + pe::kSignatureAt, entry); };
     ArchiveRun run(installer.Build().executable);
     run.Run();
     CHECK(run.location.file_size == run.file.Size());
