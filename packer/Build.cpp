@@ -83,15 +83,15 @@ void TellOldVolumes(const Installer &installer, const Product &product, const fs
                   "it is left of an earlier installer, and no part of this one");
 }
 
-// The files that an earlier installer's name means: itself, or those of its folder that fit it as a pattern. The one
-// that is about to be written is none of them.
-std::vector<fs::path> InstallersOf(const fs::path &name, const fs::path &output) {
-  const std::string pattern = ShowPath(name.filename());
+// The files that the path of an earlier installer means: itself, or those of its folder that fit it as a pattern. The
+// one that is about to be written is none of them.
+std::vector<fs::path> InstallersOf(const fs::path &path, const fs::path &output) {
+  const std::string pattern = ShowPath(path.filename());
   if (pattern.find_first_of("*?") == pattern.npos)
-    return {name};
+    return {path};
   std::vector<fs::path> found;
   std::error_code error;
-  for (const auto &entry : fs::directory_iterator(name.has_parent_path() ? name.parent_path() : ".", error))
+  for (const auto &entry : fs::directory_iterator(path.has_parent_path() ? path.parent_path() : ".", error))
     if (entry.is_regular_file(error) && MatchesPattern(ShowPath(entry.path().filename()), pattern) &&
         !IsSameFile(entry.path(), output))
       found.push_back(entry.path());
@@ -100,22 +100,22 @@ std::vector<fs::path> InstallersOf(const fs::path &name, const fs::path &output)
 }
 
 UpgradeResult ReadAndPlanUpgrade(const BuildRequest &request, Manifest &manifest, Findings &findings) {
-  manifest.earlier.insert(manifest.earlier.end(), request.after.begin(), request.after.end());
+  for (const fs::path &path : request.after)
+    manifest.earlier.push_back({ShowPath(path), path, {}});
   if (manifest.earlier.empty())
     return {};
-  const Place place = manifest.product.PlaceOf("upgrade.from");
   // An installer doesn't tell the page of its texts, unless that is UTF-8.
   const int page = manifest.product.code_page == kUtf8 ? kDefaultCodePage : manifest.product.code_page;
   std::vector<Release> earlier;
-  for (const fs::path &name : manifest.earlier) {
-    const std::vector<fs::path> paths = InstallersOf(name, manifest.output);
+  for (const EarlierInstallers &named : manifest.earlier) {
+    const std::vector<fs::path> paths = InstallersOf(named.path, manifest.output);
     for (const fs::path &path : paths)
       earlier.push_back(request.read_release(path, page));
     manifest.inputs.insert(manifest.inputs.end(), paths.begin(), paths.end());
     if (paths.empty())
-      findings.Warn(place, Warning::kNoEarlierInstaller, "no earlier installer is called '" + ShowPath(name) + "'");
+      findings.Warn(named.place, Warning::kNoEarlierInstaller, "no earlier installer is called '" + named.name + "'");
   }
-  return PlanUpgrade(earlier, place, manifest.product, findings);
+  return PlanUpgrade(earlier, manifest.product.PlaceOf("upgrade.from"), manifest.product, findings);
 }
 
 void SummariseProduct(const Product &product, std::ostream &summary) {
@@ -217,7 +217,8 @@ bool BuildFromManifest(const BuildRequest &request, std::ostream &summary, std::
   const std::string name = request.manifest == kStandardInput ? "<stdin>" : ShowPath(request.manifest);
   problems << findings.Report(name, request.report_form);
   if (!is_done && !findings.HasErrors() && request.report_form != ReportForm::kJson)
-    problems << name << ": error: nothing is written: with --strict, warnings are errors\n";
+    problems << name << (request.only_check ? ": error: " : ": error: nothing is written: ")
+             << "with --strict, warnings are errors\n";
   return is_done;
 }
 

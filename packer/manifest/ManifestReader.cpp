@@ -229,6 +229,7 @@ void ReadBatches(ManifestContext &context, ManifestTable table) {
 
 void ReadPayload(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
+  product.places["payload.layout"] = table.PlaceOfKey("layout");
   product.payload.layout = static_cast<PayloadLayout>(table.Named("layout", kLayouts, 0, 1).value_or(0));
   product.payload.volume_size =
       static_cast<int32_t>(table.Named("volume_size", kDiskSizes, kVolumeHeaderSize + 1, kMaxI32).value_or(0));
@@ -247,7 +248,7 @@ void ReadUpgrade(ManifestContext &context, ManifestTable table) {
   const Place place = table.PlaceOfKey("from");
   context.product().places["upgrade.from"] = place;
   for (const std::string &name : table.Texts("from"))
-    context.manifest.earlier.push_back(context.InputPath(name, place));
+    context.manifest.earlier.push_back({name, context.InputPath(name, place), place});
   table.RefuseUnknown();
 }
 

@@ -11,12 +11,19 @@
 
 namespace korb::packer {
 
+/// What the author calls earlier installers by.
+struct EarlierInstallers {
+  std::string name; ///< as it was given; a pattern for several of a folder
+  std::filesystem::path path;
+  Place place; ///< of the name; none on a command line
+};
+
 struct Manifest {
   Product product;
-  std::vector<std::filesystem::path> inputs;  ///< every file that was read, the manifest first
-  std::filesystem::path output;               ///< the installer that is to be made
-  std::vector<std::filesystem::path> earlier; ///< installers that `upgrade.from` names
-  bool was_parsed = false;                    ///< false: it is no TOML, and nothing else is known of it
+  std::vector<std::filesystem::path> inputs; ///< every file that was read, the manifest first
+  std::filesystem::path output;              ///< the installer that is to be made
+  std::vector<EarlierInstallers> earlier;    ///< what `upgrade.from` names
+  bool was_parsed = false;                   ///< false: it is no TOML, and nothing else is known of it
 };
 
 /// What a command line says of a manifest.

@@ -53,7 +53,7 @@ struct ReleaseRecord {
 
 /// Texts are in UTF-8: releases of a product may have different code pages.
 struct Release {
-  std::string label; ///< how messages call it: the file's name
+  std::string label; ///< how messages call it: the path of the installer
   std::string name, version, publisher, uninstall_name, registry_key, directory, start_menu;
   uint64_t options = 0; ///< IF_... bits
   std::vector<ReleaseFile> files;

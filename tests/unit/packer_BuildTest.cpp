@@ -84,6 +84,11 @@ TEST_CASE("warnings can be made errors") {
   std::ostringstream summary, problems;
   packer::BuildRequest request{manifest, shop.Path() / "setup.exe", shop.Path() / "korb.exe", {}, {}, true};
   CHECK(!packer::BuildFromManifest(request, summary, problems));
+  CHECK(problems.str().ends_with("error: nothing is written: with --strict, warnings are errors\n"));
+  request.only_check = true;
+  CHECK(!packer::BuildFromManifest(request, summary, problems));
+  CHECK(problems.str().ends_with("m.toml: error: with --strict, warnings are errors\n"));
+  request.only_check = false;
   request.allowed = {"restart-always"};
   CHECK(packer::BuildFromManifest(request, summary, problems));
   CHECK(!shop.Build("allow = 'restart-alway'\n" + kManifest, "setup.exe"));
@@ -92,6 +97,24 @@ TEST_CASE("warnings can be made errors") {
   CHECK(shop.Build("allow = ['restart-always', 'no-effect']\n" + kManifest + "[options]\nreboot_needed = true",
                    "setup.exe"));
   CHECK(shop.problems.ends_with("m.toml:1:28: note: there is no warning 'no-effect' to allow any more\n"));
+}
+
+TEST_CASE("earlier installers that aren't found are told where and as they were named") {
+  Workshop shop;
+  packer::BuildRequest request{shop.Write("m.toml", kManifest + "[upgrade]\nfrom = ['old/*.exe']"),
+                               shop.Path() / "setup.exe",
+                               shop.Path() / "korb.exe",
+                               {},
+                               {},
+                               false,
+                               true};
+  request.after = {"no-thing-?.exe"};
+  std::ostringstream summary, problems;
+  CHECK(packer::BuildFromManifest(request, summary, problems));
+  const std::string manifest = packer::ShowPath(request.manifest);
+  CHECK(problems.str() ==
+        manifest + ": warning: no earlier installer is called 'no-thing-?.exe' [no-earlier-installer]\n" + manifest +
+            ":6:8: warning: no earlier installer is called 'old/*.exe' [no-earlier-installer]\n");
 }
 
 TEST_CASE("people are shown the line, other programs get JSON, and both get UTF-8") {
