@@ -180,6 +180,32 @@ void PutUtf8(std::string &out, uint32_t character) {
   }
 }
 
+// Small letters whose capitals are `distance` away: all from the first to the last, or every second one, where capitals
+// and small letters take turns.
+struct SmallLetters {
+  uint16_t first, last, step;
+  int16_t distance;
+};
+
+constexpr SmallLetters kSmallLetters[] = {
+    {'a', 'z', 1, -32},       {0xE0, 0xF6, 1, -32},   {0xF8, 0xFE, 1, -32},    {0xFF, 0xFF, 1, 121},
+    {0x101, 0x12F, 2, -1},    {0x133, 0x137, 2, -1},  {0x13A, 0x148, 2, -1},   {0x14B, 0x177, 2, -1},
+    {0x17A, 0x17E, 2, -1},    {0x192, 0x192, 1, -1},  {0x1A1, 0x1A5, 2, -1},   {0x1B0, 0x1B0, 1, -1},
+    {0x1CE, 0x1DC, 2, -1},    {0x1DF, 0x1EF, 2, -1},  {0x1F9, 0x21F, 2, -1},   {0x223, 0x233, 2, -1},
+    {0x3AC, 0x3AC, 1, -38},   {0x3AD, 0x3AF, 1, -37}, {0x3B1, 0x3C1, 1, -32},  {0x3C2, 0x3C2, 1, -31},
+    {0x3C3, 0x3CB, 1, -32},   {0x3CC, 0x3CC, 1, -64}, {0x3CD, 0x3CE, 1, -63},  {0x430, 0x44F, 1, -32},
+    {0x450, 0x45F, 1, -80},   {0x461, 0x481, 2, -1},  {0x48B, 0x4BF, 2, -1},   {0x4C2, 0x4CE, 2, -1},
+    {0x4D1, 0x52F, 2, -1},    {0x561, 0x586, 1, -48}, {0x1E01, 0x1E95, 2, -1}, {0x1EA1, 0x1EFF, 2, -1},
+    {0xFF41, 0xFF5A, 1, -32},
+};
+
+int32_t CapitalOf(int32_t character) {
+  for (const SmallLetters &letters : kSmallLetters)
+    if (character >= letters.first && character <= letters.last && (character - letters.first) % letters.step == 0)
+      return character + letters.distance;
+  return character;
+}
+
 } // namespace
 
 bool IsCodePage(int page) {
@@ -240,6 +266,22 @@ std::string FromCodePage(std::string_view text, int page) {
     const uint8_t byte = static_cast<uint8_t>(c);
     const uint16_t character = byte < 0x80 ? byte : table.upper[byte - 0x80];
     PutUtf8(out, character == 0 && byte != 0 ? kReplacement : character);
+  }
+  return out;
+}
+
+std::string CapitalLetters(std::string_view utf8) {
+  std::string out;
+  while (!utf8.empty()) {
+    const std::string_view before = utf8;
+    const int32_t character = TakeUtf8(utf8);
+    const int32_t capital = CapitalOf(character);
+    if (character < 0)
+      utf8.remove_prefix(1);
+    if (capital != character)
+      PutUtf8(out, static_cast<uint32_t>(capital));
+    else
+      out += before.substr(0, before.size() - utf8.size());
   }
   return out;
 }

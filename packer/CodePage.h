@@ -27,4 +27,8 @@ std::optional<std::string> ToCodePage(std::string_view utf8, int page, std::stri
 /// and 0x7F, controls a terminal.
 std::string FromCodePage(std::string_view text, int page);
 
+/// `utf8` with capital letters in place of the small ones of the Latin, Greek, Cyrillic and Armenian scripts: where two
+/// names of files give the same, they are one file to Windows.
+std::string CapitalLetters(std::string_view utf8);
+
 } // namespace korb::packer

@@ -9,6 +9,7 @@
 #include "format/Record.h"
 #include "format/Texts.h"
 #include "format/Words.h"
+#include "packer/CodePage.h"
 #include "packer/FontFile.h"
 #include "packer/PeResources.h"
 #include "packer/Words.h"
@@ -36,7 +37,7 @@ public:
   FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {
     for (const Deletion &deletion : product.deletions)
       if (deletion.options & kDeleteAtRestart)
-        deleted_later_.emplace(ComparablePath(deletion.name, kHome), &deletion);
+        deleted_later_.emplace(KeyOf(PathBelow(deletion.name, kHome)), &deletion);
   }
 
   void Check(const FileEntry &file) {
@@ -50,7 +51,7 @@ public:
     CheckDate();
     if (file.attributes & ~kSettableAttributes)
       Warn(Warning::kUnsettableAttributes, "only the attributes 0x1127 are given to a file");
-    const std::string destination = Destination();
+    const std::string destination = KeyOf(Destination());
     CheckTwice(destination);
     CheckDeletedLater(destination);
   }
@@ -58,7 +59,7 @@ public:
   // What only all files together show.
   void CheckIcons() {
     for (const FileEntry *file : icons_)
-      if (!seen_.contains(WithoutWaysUp(InUninstallDir(file->icon))))
+      if (!seen_.contains(KeyOf(WithoutWaysUp(InUninstallDir(file->icon)))))
         findings_.Warn(file->place, Warning::kMissingIcon,
                        "file '" + file->name + "': no file of the product is its icon '" + file->icon +
                            "' in the uninstaller's directory, to which it is relative");
@@ -74,6 +75,9 @@ private:
   static std::vector<Note> NoteAt(const Place &place, std::string message) {
     return place.line == 0 ? std::vector<Note>() : std::vector<Note>{{place, std::move(message)}};
   }
+
+  // By which two names in the product's code page are compared: the same for what is one file to Windows.
+  std::string KeyOf(const std::string &path) const { return CapitalLetters(FromCodePage(path, product_.code_page)); }
 
   bool Is(uint32_t kind) const { return file_->kind == kind; }
   const KindRow &Kind() const { return RowOf(file_->kind); }
@@ -217,8 +221,7 @@ private:
       Error("'" + file_->label + "' can't be the file name of a shortcut");
     if (!file_->label.empty()) {
       const uint32_t where = Is(KindStartup) ? 0 : file_->flags & FF_SHORTCUTS;
-      const auto [before, is_new] =
-          titles_.emplace(LowerCase(file_->label) + "|" + std::to_string(where), file_->place);
+      const auto [before, is_new] = titles_.emplace(KeyOf(file_->label) + "|" + std::to_string(where), file_->place);
       if (!is_new)
         Warn(Warning::kSameShortcut, "its shortcut has the title of an earlier one, which it replaces",
              NoteAt(before->second, "the earlier one is made here"));
@@ -238,34 +241,30 @@ private:
       Error("its date is before 1601, where the dates of files begin");
   }
 
-  // Where it goes, to be compared with other paths.
   std::string Destination() const {
     const std::string folder = Is(KindShared) ? "%shareddir%\\" : kHome;
     if (has_path_) {
       const bool is_folder = file_->target.back() == '\\';
-      return ComparablePath(file_->target, folder) +
-             (is_folder ? LowerCase(name_.substr(name_.find_last_of('\\') + 1)) : std::string());
+      return PathBelow(file_->target, folder) +
+             (is_folder ? name_.substr(name_.find_last_of('\\') + 1) : std::string());
     }
     if (file_->flags & FF_UNINSTALL_DIR)
       return InUninstallDir(name_);
-    return (Is(KindFont)                          ? "%fontdir%\\"
-            : Kind().folder == KindFolder::System ? "%systemdir%\\"
-                                                  : folder) +
-           LowerCase(name_);
+    return (Is(KindFont) ? "%fontdir%\\" : Kind().folder == KindFolder::System ? "%systemdir%\\" : folder) + name_;
   }
 
   std::string InUninstallDir(const std::string &name) const {
     std::string folder = product_.uninstall_subdir;
     if (!folder.empty() && folder.back() != '\\')
       folder += '\\';
-    return kHome + LowerCase(folder + name);
+    return kHome + folder + name;
   }
 
   void CheckTwice(const std::string &destination) {
     if (product_.Has(IF_UNINSTALL))
       for (const std::string &own : {product_.uninstaller_name, std::string(kUninstallDataName),
                                      std::string(kInstallLogName), std::string(kBackgroundName)})
-        if (destination == InUninstallDir(own))
+        if (destination == KeyOf(InUninstallDir(own)))
           Error("the installer writes its own '" + own + "' there");
     const auto [before, is_new] = seen_.emplace(destination, file_);
     if (!is_new && !(file_->flags & FF_CONDITION))
@@ -290,7 +289,7 @@ private:
   const FileEntry *file_ = nullptr;
   bool has_path_ = false;                         // an explicit destination, not only a new name
   std::string name_;                              // under which it is installed
-  std::map<std::string, const FileEntry *> seen_; // by destination
+  std::map<std::string, const FileEntry *> seen_; // by the key of the destination
   std::map<std::string, Place> titles_;
   std::vector<const FileEntry *> icons_; // the files whose shortcuts have one of their own
   std::map<std::string, const Deletion *> deleted_later_;

@@ -93,9 +93,9 @@ std::string WithSampleFolders(std::string text) {
   return text;
 }
 
-std::string ComparablePath(std::string_view path, const std::string &folder) {
+std::string PathBelow(std::string_view path, const std::string &folder) {
   const bool is_full = path.starts_with('%') || path.starts_with('\\') || path.find(':') == 1;
-  return (is_full ? std::string() : folder) + LowerCase(path);
+  return (is_full ? std::string() : folder) + std::string(path);
 }
 
 std::string WithProductName(std::string text, const std::string &name) {

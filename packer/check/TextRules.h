@@ -45,9 +45,9 @@ inline constexpr char kSampleWindows[] = "C:\\Windows", kSamplePrograms[] = "C:\
 /// `text` with each path variable replaced by a value as it is on such a machine.
 std::string WithSampleFolders(std::string text);
 
-/// A path on the target system in the form in which two are compared: in small letters, and below `folder`, which is so
-/// already and ends in a backslash, unless it is full. A variable at its front is a folder that isn't known here.
-std::string ComparablePath(std::string_view path, const std::string &folder);
+/// A path on the target system below `folder`, which ends in a backslash, unless it is full. A variable at its front is
+/// a folder that isn't known here.
+std::string PathBelow(std::string_view path, const std::string &folder);
 
 /// `text` with `name` in place of each "<product>", in any case.
 std::string WithProductName(std::string text, const std::string &name);
