@@ -36,8 +36,7 @@ class FileChecker {
 public:
   FileChecker(const Product &product, Findings &findings) : product_(product), findings_(findings) {
     for (const Deletion &deletion : product.deletions)
-      if (deletion.options & kDeleteAtRestart)
-        deleted_later_.emplace(KeyOf(PathBelow(deletion.name, kHome)), &deletion);
+      deleted_.emplace(KeyOf(PathBelow(deletion.name, kHome)), &deletion);
   }
 
   void Check(const FileEntry &file) {
@@ -53,7 +52,7 @@ public:
       Warn(Warning::kUnsettableAttributes, "only the attributes 0x1127 are given to a file");
     const std::string destination = KeyOf(Destination());
     CheckTwice(destination);
-    CheckDeletedLater(destination);
+    CheckDeleted(destination);
   }
 
   // What only all files together show.
@@ -272,16 +271,26 @@ private:
            NoteAt(before->second->place, "'" + before->second->name + "' comes from here"));
   }
 
-  // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
-  // order that Windows 95 to Me turn round.
-  void CheckDeletedLater(const std::string &destination) {
-    const auto found = deleted_later_.find(destination);
-    if (found != deleted_later_.end() && (file_->flags & FF_CONDITION) != FF_PLACE_NEVER)
-      findings_.Warn(found->second->place, Warning::kDeletedWhenInUse,
-                     "old file '" + found->second->name +
-                         "': the product brings a file to the same place; when the old one is in use, the restart may "
-                         "leave neither. Leave out 'at_restart': 'options.replace_in_use' is for that",
-                     NoteAt(file_->place, "the file '" + file_->name + "' comes from here"));
+  void CheckDeleted(const std::string &destination) {
+    const uint32_t condition = file_->flags & FF_CONDITION;
+    const auto [first, end] = deleted_.equal_range(destination);
+    for (auto found = first; found != end && condition != FF_PLACE_NEVER; ++found) {
+      const Deletion &deletion = *found->second;
+      const auto warn = [&](Warning warning, const char *message) {
+        findings_.Warn(deletion.place, warning, "old file '" + deletion.name + "': " + message,
+                       NoteAt(file_->place, "the file '" + file_->name + "' comes from here"));
+      };
+      if (condition != 0 && deletion.kind == kDeleteAlways)
+        warn(Warning::kDeletedFirst,
+             "it goes before the product's own file is placed, whose 'condition' then finds none, and with it goes "
+             "what the user has changed: leave one of the two out, or say 'when'");
+      // In use, the old file is still there when the new one is placed, and what waits for a restart is then done in an
+      // order that Windows 95 to Me turn round.
+      if (deletion.options & kDeleteAtRestart)
+        warn(Warning::kDeletedWhenInUse,
+             "the product brings a file to the same place; when the old one is in use, the restart may leave neither. "
+             "Leave out 'at_restart': 'options.replace_in_use' is for that");
+    }
   }
 
   const Product &product_;
@@ -291,8 +300,8 @@ private:
   std::string name_;                              // under which it is installed
   std::map<std::string, const FileEntry *> seen_; // by the key of the destination
   std::map<std::string, Place> titles_;
-  std::vector<const FileEntry *> icons_; // the files whose shortcuts have one of their own
-  std::map<std::string, const Deletion *> deleted_later_;
+  std::vector<const FileEntry *> icons_;                 // the files whose shortcuts have one of their own
+  std::multimap<std::string, const Deletion *> deleted_; // by the key of the path
 };
 
 } // namespace
