@@ -171,6 +171,15 @@ std::optional<Bytes> ManifestContext::ReadInput(const std::string &name, const P
   return bytes;
 }
 
+namespace {
+
+bool HoldsOtherThanInstaller(const fs::path &path) {
+  const auto bytes = ReadFileBytes(path);
+  return bytes && !bytes->empty() && !CarriesArchive(*bytes);
+}
+
+} // namespace
+
 bool ManifestContext::IsOutput(const fs::path &path) const {
   const std::string name = ManifestPath(path.filename());
   if (IsUnfinishedName(name))
@@ -182,9 +191,10 @@ bool ManifestContext::IsOutput(const fs::path &path) const {
   const size_t base = manifest.product.volume_base_name.size();
   const std::string number = name.size() > base ? name.substr(base, name.find('.', base) - base) : std::string();
   const bool is_number = !number.empty() && number.size() < 10 && number.find_first_not_of("0123456789") == number.npos;
-  return (is_called(ManifestPath(output.filename())) ||
-          (is_number && is_called(VolumeFileName(manifest.product, std::stoul(number))))) &&
-         IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / ".");
+  const bool is_volume = is_number && is_called(VolumeFileName(manifest.product, std::stoul(number)));
+  return (is_volume || is_called(ManifestPath(output.filename()))) &&
+         IsSameFile(path.parent_path() / ".", fs::absolute(output).parent_path() / ".") &&
+         (is_volume || !HoldsOtherThanInstaller(path));
 }
 
 std::optional<FileTime> ManifestContext::Time(ManifestTable &table, std::string_view key, bool *from_disk) {

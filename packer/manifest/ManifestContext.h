@@ -44,7 +44,7 @@ public:
   std::string ProgramVersion(const std::string &name, const Place &place);
 
   /// Whether `path` is an output of this very manifest, which no tree brings: the installer, a volume of it, or what is
-  /// left of an attempt to write one.
+  /// left of an attempt to write one. Another file in the installer's place is none, and keeps it from being built.
   bool IsOutput(const std::filesystem::path &path) const;
 
   /// A date and time, or a date alone at midnight, of `key`; "none" gives none. `from_disk`, if given, is set by

@@ -58,6 +58,11 @@ TEST_CASE("a tree brings no output of its own manifest, nor what is left of one"
   CHECK(shop.Read("setup.exe") == first);
   CHECK(shop.Build(tree.substr(0, tree.rfind(",")) + "]", "other.exe"));
   CHECK(shop.problems.find("warning: './setup.exe' is an installer itself") != std::string::npos);
+
+  // What lies in the output's place and is no installer was there before.
+  CHECK(!shop.Build("[product]\nname = 'Thing'\n[[tree]]\nsource = '.'\ninclude = ['a.txt', 'setup.exe']", "a.txt"));
+  CHECK(shop.problems.find("would overwrite a file that it is made from") != std::string::npos);
+  CHECK(shop.Read("a.txt") == "contents");
 }
 
 TEST_CASE("a check of a manifest writes nothing, and what is packed keeps its place") {
