@@ -210,8 +210,8 @@ struct UsageError : std::runtime_error {
 
 UsageError NoSuchCommand(const CLI::App &app, const std::string &word) {
   const std::vector<std::string_view> names = CommandNames(app);
-  return UsageError("there is no command '" + word + "'" + Suggestion(word, names) + "\nThe commands are " +
-                    Listed(names));
+  const std::string meant = word == "version" ? "; did you mean '--version'?" : Suggestion(word, names);
+  return UsageError("there is no command '" + word + "'" + meant + "\nThe commands are " + Listed(names));
 }
 
 // For an option that takes one of `words`.

@@ -72,16 +72,15 @@ constexpr std::string_view kUsualTables[] = {"product", "install", "uninstall", 
 std::string DidYouMean(std::string_view key) {
   const auto form = KnownKeys().find(key);
   const bool is_list = form != KnownKeys().end() && form->second.kind == KeyForm::kTables;
-  const bool is_table = form != KnownKeys().end() && form->second.kind == KeyForm::kTable;
+  const bool is_table =
+      form != KnownKeys().end() && (form->second.kind == KeyForm::kTable || form->second.kind == KeyForm::kDefinitions);
+  const bool stands_first = form != KnownKeys().end() && !is_list && !is_table && key.find('.') == key.npos;
+  const std::string name(key);
   return "; did you mean '" +
-         std::string(is_list    ? "[["
-                     : is_table ? "["
-                                : "") +
-         std::string(key) +
-         (is_list    ? "]]"
-          : is_table ? "]"
-                     : "") +
-         "'?";
+         (is_list    ? "[[" + name + "]]"
+          : is_table ? "[" + name + "]"
+                     : name) +
+         (stands_first ? "', in front of all tables?" : "'?");
 }
 
 // What to say of a key that `table` doesn't know: `near`, the suggestion of its own keys, goes before those elsewhere.
@@ -94,11 +93,11 @@ std::string Elsewhere(std::string_view table, std::string_view key, const std::s
         return DidYouMean(meant.substr(inside.size()));
   if (!near.empty())
     return near;
+  if (KnownKeys().contains(key))
+    return DidYouMean(key);
   for (std::string_view usual : kUsualTables)
     if (const std::string full = std::string(usual) + "." + word; KnownKeys().contains(full))
       return DidYouMean(full);
-  if (KnownKeys().contains(key))
-    return DidYouMean(key);
   for (const auto &[known, form] : KnownKeys())
     if (known.ends_with("." + word))
       return DidYouMean(known);
