@@ -155,8 +155,8 @@ void InstallerReader::Read() {
   try {
     ReadParts();
   } catch (const ReportedDamage &report) {
-    const bool is_other = reached == Part::kNone && IsOtherFile(file);
-    damage = is_other ? ReportedDamage("it carries no archive, so it is no installer that korbpack has built", 0)
+    is_other_file = reached == Part::kNone && IsOtherFile(file);
+    damage = is_other_file ? ReportedDamage("it carries no archive, so it is no installer that korbpack has built", 0)
              : report.text.starts_with("Out Of Memory") ? ReportedDamage("there is not enough memory to read it", 0)
                                                         : report;
   }

@@ -59,6 +59,7 @@ public:
 
   Part reached = Part::kNone;
   std::optional<ReportedDamage> damage; ///< why it went no further
+  bool is_other_file = false;           ///< it has no look of an installer, not even of a damaged one
 
   Bytes file;
   ArchiveLocation location;

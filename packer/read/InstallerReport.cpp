@@ -308,6 +308,10 @@ bool InspectInstaller(const std::filesystem::path &path, int page, bool json, st
 bool VerifyInstaller(const std::filesystem::path &path, bool strict, std::ostream &out) {
   InstallerReader installer(path);
   installer.Read();
+  if (installer.is_other_file) {
+    out << ShowPath(path) << ": " << installer.damage->what() << "\n";
+    return false;
+  }
   const bool changed = installer.program == ProgramState::kChanged;
   for (const PartName &part : kParts) {
     const bool good = installer.reached >= part.part;

@@ -7,6 +7,7 @@
 #include "core/Failure.h"
 #include "format/Damage.h"
 #include "packer/Build.h"
+#include "packer/FileIo.h"
 #include "packer/manifest/Starter.h"
 #include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerDiff.h"
@@ -42,8 +43,10 @@ std::string Verified(const std::filesystem::path &path) {
   CHECK(sound == text.ends_with(": sound\n"));
   if (text.ends_with(": sound, but changed since it was built\n"))
     return packer::VerifyInstaller(path, false, out) ? "changed" : "";
+  const std::string name = packer::ShowPath(path) + ": ";
   const size_t damage = text.find("DAMAGED  ");
-  return damage == text.npos ? "sound" : text.substr(damage + 9, text.find('\n', damage) - damage - 9);
+  const size_t said = damage == text.npos ? text.find(name) + name.size() : damage + 9;
+  return text.substr(said, text.find('\n', said) - said);
 }
 
 } // namespace
@@ -60,7 +63,7 @@ TEST_CASE("verify names the damage that the installer would report") {
       {"PE headers, archive section: the file is cut off: 1 bytes of the archive's section are missing, so Windows "
        "won't start it",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { file.pop_back(); }; }},
-      {"PE headers, archive section: it carries no archive, so it is no installer that korbpack has built",
+      {"it carries no archive, so it is no installer that korbpack has built",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kSectionEntry, ".other"); }; }},
       {"archive header, file sizes: the archive's header has another magic number (damage code 20)",
        [](TestInstaller &t) { t.executable = [](Bytes &file) { Put(file, kArchivePos, "x"); }; }},
