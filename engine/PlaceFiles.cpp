@@ -4,11 +4,11 @@
 #include "archive/PayloadRecord.h"
 #include "core/MessagePump.h"
 #include "core/RunValues.h"
-#include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/FileVersion.h"
 #include "engine/PlaceFile.h"
 #include "engine/Placement.h"
+#include "engine/SystemFonts.h"
 #include "files/Directories.h"
 #include "files/DiskSpace.h"
 #include "files/FileInfo.h"
@@ -87,7 +87,7 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
 }
 
 bool FilePlacer::AddFont(const PayloadRecord &record, const Destination &to) {
-  if (AddFontResourceA(to.name) == 0) {
+  if (!AddSystemFont(to.name)) {
     AppendFileError(notes_.journal.error_report, to.path);
     return false;
   }
@@ -135,7 +135,7 @@ void PlaceFiles(ArchiveCursor &cursor, const Vector<int32_t> &sizes, InstallNote
   }
   if (placer.fonts_changed()) {
     ShowPendingProgress(); // any window of the system may keep this waiting
-    SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
+    TellOfFonts();
   }
   SetProgress(87);
 }

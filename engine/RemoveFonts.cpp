@@ -2,6 +2,7 @@
 
 #include "core/RunValues.h"
 #include "core/Windows.h"
+#include "engine/SystemFonts.h"
 #include "files/DeferredFiles.h"
 #include "files/PathText.h"
 #include "format/Record.h"
@@ -35,7 +36,7 @@ void RemoveFonts(RegistryKey &product_key, String fonts) {
   } while (!fonts.is_empty());
   product_key.WriteString(product_value::kProductFonts, fonts, RK_DELETE_EMPTY);
   if (any_removed)
-    SendMessageA(HWND_BROADCAST, WM_FONTCHANGE, 0, 0);
+    TellOfFonts();
 }
 
 } // namespace korb

@@ -4,6 +4,7 @@
 #include "engine/ComSession.h"
 #include "files/Directories.h"
 #include "files/PathText.h"
+#include "files/SystemFunction.h"
 
 #include <shlobj.h>
 
@@ -47,6 +48,12 @@ bool CreateShortcut(String &path, const char *target, const char *arguments, con
   const bool made = FillAndSave(*link, path, target, arguments, working_dir, icon);
   link->Release();
   return made;
+}
+
+void TellShellOfFolder(const char *path) {
+  const auto notify = KORB_SYSTEM_FUNCTION("shell32.dll", SHChangeNotify);
+  if (notify)
+    notify(SHCNE_UPDATEDIR, SHCNF_PATHA, path, nullptr);
 }
 
 } // namespace korb

@@ -1,19 +1,15 @@
 #include "engine/Shortcuts.h"
 
 #include "core/RunValues.h"
-#include "core/Windows.h"
 #include "engine/FileError.h"
 #include "engine/ShellLink.h"
 #include "files/Directories.h"
 #include "files/LastError.h"
 #include "files/PathText.h"
-#include "files/SystemFunction.h"
 #include "format/Texts.h"
 #include "system/PathVariables.h"
 #include "system/SystemFolders.h"
 #include "ui/TextLookup.h"
-
-#include <shlobj.h>
 
 namespace korb {
 
@@ -133,9 +129,7 @@ bool MakeShortcuts(const InstallConfig &config, InstallNotes &notes) {
 }
 
 void TellShellOfShortcuts(const InstallConfig &config) {
-  const auto notify = KORB_SYSTEM_FUNCTION("shell32.dll", SHChangeNotify);
-  if (notify)
-    notify(SHCNE_UPDATEDIR, SHCNF_PATHA, Desktop(config.shortcut_mode == kShortcutsForAllUsers), nullptr);
+  TellShellOfFolder(Desktop(config.shortcut_mode == kShortcutsForAllUsers));
 }
 
 } // namespace korb
