@@ -27,6 +27,7 @@
 #include "packer/check/Findings.h"
 #include "packer/manifest/ManifestSchema.h"
 #include "packer/manifest/Starter.h"
+#include "packer/plan/InstallationPlan.h"
 #include "packer/read/ExtractInstaller.h"
 #include "packer/read/InstallerDiff.h"
 #include "packer/read/InstallerReport.h"
@@ -135,10 +136,12 @@ struct Options {
   std::string installer;            // of inspect, verify and extract
   int page = kDefaultCodePage;
   bool json = false;
-  std::string destination; // extract
-  std::string later;       // diff
-  std::string page_of;     // page
-  std::string help_on;     // help
+  std::string destination;                     // extract
+  std::string later;                           // diff
+  std::string windows = "11", bits, directory; // plan
+  bool silent = false;
+  std::string page_of; // page
+  std::string help_on; // help
 };
 
 // The commands. True is success.
@@ -254,6 +257,28 @@ bool Help(const CLI::App &app, const std::string &command) {
   return true;
 }
 
+bool Plan(const Options &options) {
+  PlanRequest request;
+  request.installer = PathFromUtf8(options.installer);
+  request.system = FindTargetSystem(options.windows);
+  request.has_64_bits = options.bits.empty() ? request.system->has_64_bits : options.bits == "64";
+  if (!(request.has_64_bits ? request.system->has_64_bits : request.system->has_32_bits))
+    throw UsageError("there is no " + options.bits + "-bit " + std::string(request.system->title) +
+                     " that a plan can be made for");
+  request.directory = options.directory;
+  request.silent = options.silent;
+  request.page = options.page;
+  request.json = options.json;
+  return WritePlan(request, std::cout, std::cerr);
+}
+
+std::vector<std::string_view> SystemNames() {
+  std::vector<std::string_view> names;
+  for (const TargetSystem &system : TargetSystems())
+    names.push_back(system.name);
+  return names;
+}
+
 // Adds the command `name`, which sets `good` when it is typed and has succeeded.
 CLI::App &AddCommand(CLI::App &app, const char *name, const char *what, const char *examples, bool &good,
                      std::function<bool()> run) {
@@ -364,15 +389,28 @@ void AddCommands(CLI::App &app, const fs::path &program, Options &options, bool 
                                 WriteDiff(before, after, options.json, std::cout);
                                 return true;
                               });
-  for (CLI::App *command : {&inspect, &verify, &extract, &diff})
+  CLI::App &plan = AddCommand(app, "plan", "Show all that a run of an installer would do to a machine, in its order",
+                              "  korbpack plan setup.exe             on a 64-bit Windows 11\n"
+                              "  korbpack plan setup.exe --windows 98 --dir D:\\Thing",
+                              good, [&] { return Plan(options); });
+  for (CLI::App *command : {&inspect, &verify, &extract, &diff, &plan})
     command->add_option("installer", options.installer, "The installer")->type_name("FILE")->required();
   diff.add_option("later", options.later, "The installer to compare it with")->type_name("FILE")->required();
-  for (CLI::App *command : {&inspect, &diff})
+  plan.add_option("--windows", options.windows, "The system: " + Listed(SystemNames()) + " (11)")
+      ->type_name("NAME")
+      ->check(OneOf(SystemNames()));
+  plan.add_option("--bits", options.bits, "32 or 64 (64 from Windows Vista on)")
+      ->type_name("NUMBER")
+      ->check(OneOf({"32", "64"}));
+  plan.add_option("--dir", options.directory, "The directory that the user chooses (the installer's own)")
+      ->type_name("DIRECTORY");
+  plan.add_flag("--silent", options.silent, "As with /a: nothing is asked");
+  for (CLI::App *command : {&inspect, &diff, &plan})
     command->add_flag("--json", options.json, "As JSON, with all texts in full");
   extract.add_option("folder", options.destination, "Where to; empty or not there yet")
       ->type_name("FOLDER")
       ->required();
-  for (CLI::App *command : {&inspect, &extract, &diff})
+  for (CLI::App *command : {&inspect, &extract, &diff, &plan})
     command
         ->add_option("--codepage", options.page, "Code page of the texts of an installer that is not in UTF-8 (1252)")
         ->type_name("NUMBER")

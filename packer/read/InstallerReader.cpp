@@ -152,8 +152,13 @@ InstallerReader::~InstallerReader() {
 
 void InstallerReader::Read() {
   ResetRunValues(); // another installer may have been read before
+  NoMachine machine(background);
+  Read(machine);
+}
+
+void InstallerReader::Read(ConfigHost &machine) {
   try {
-    ReadParts();
+    ReadParts(machine);
   } catch (const ReportedDamage &report) {
     is_other_file = reached == Part::kNone && IsOtherFile(file);
     damage = is_other_file ? ReportedDamage("it carries no archive, so it is no installer that korbpack has built", 0)
@@ -177,7 +182,7 @@ ArchiveCursor InstallerReader::Section() const {
   return ArchiveCursor(file.data() + begin, static_cast<int32_t>(std::clamp<int64_t>(mapped, 0, raw)));
 }
 
-void InstallerReader::ReadParts() {
+void InstallerReader::ReadParts(ConfigHost &machine) {
   if (AsksForUtf8(file))
     code_page = kUtf8;
   BytesFile source(file);
@@ -188,7 +193,6 @@ void InstallerReader::ReadParts() {
   ReadArchiveHeader(cursor_, header);
   reached = Part::kHeader;
 
-  NoMachine machine(background);
   MemoryStream stream;
   DecodeConfig(cursor_, header, stream, machine);
   ReadConfigStream(stream, location.file_size, machine, config);
@@ -202,6 +206,7 @@ void InstallerReader::ReadParts() {
 
   VolumesBeside host(folder_, code_page, volumes);
   AssemblePayload(source, location, header, config, String(), host, payload_, cursor_);
+  payload_cursor_ = cursor_;
   unpacked_size = cursor_.length();
   reached = Part::kPayload;
 

@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "archive/ArchiveCursor.h"
 #include "archive/ArchiveHeader.h"
 #include "archive/ArchiveLocation.h"
+#include "archive/ConfigHost.h"
 #include "archive/InstallConfig.h"
 #include "archive/PayloadRecord.h"
 #include "packer/Bytes.h"
@@ -54,8 +56,14 @@ public:
   ~InstallerReader();
   InstallerReader(const InstallerReader &) = delete;
 
-  /// Reads everything, up to the first damage. Any bytes end in a value of `reached`.
+  /// Reads everything, up to the first damage. Any bytes end in a value of `reached`. There is no machine, so
+  /// directories stay as the archive gives them.
   void Read();
+  /// The same, by a machine that answers what the configuration asks, and with the run's values and the looks of
+  /// `config` as they are now.
+  void Read(ConfigHost &machine);
+  /// The records of the files, once they were read, to be read again.
+  ArchiveCursor Payload() const { return payload_cursor_; }
 
   Part reached = Part::kNone;
   std::optional<ReportedDamage> damage; ///< why it went no further
@@ -74,7 +82,7 @@ public:
   std::vector<PayloadRecord> records; ///< their texts and contents stay in this object
 
 private:
-  void ReadParts();
+  void ReadParts(ConfigHost &machine);
   ArchiveCursor Section() const;
   ProgramState StateOfProgram() const;
   void ReadRecords();
@@ -82,7 +90,8 @@ private:
 
   std::filesystem::path folder_;
   ArchiveCursor cursor_;
-  String payload_; // holds it when it doesn't stand in the file as a whole
+  ArchiveCursor payload_cursor_; // at the first record
+  String payload_;               // holds it when it doesn't stand in the file as a whole
 };
 
 } // namespace korb::packer

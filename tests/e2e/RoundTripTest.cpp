@@ -4,7 +4,11 @@
 #include <cstring>
 #include <filesystem>
 #include <regex>
+#include <set>
 
+#include <nlohmann/json.hpp>
+
+#include "packer/check/TextRules.h"
 #include "tests/support/Doctest.h"
 #include "tests/support/PackedProduct.h"
 #include "tests/support/Snapshot.h"
@@ -77,6 +81,73 @@ void CheckAsBefore(const Snapshot &before) {
   }
 }
 
+/// What `korbpack plan` says of that installer.
+std::string PlanOf(const std::string &setup, const std::string &options) {
+  const std::string output = "C:\\test\\plan.txt";
+  const char *system = kWindows64 ? " --windows 10" : " --windows 7 --bits 32";
+  CHECK(Run("cmd /c korbpack plan " + setup + system + " --silent " + options + " > " + output) == 0);
+  return FileBytes(output);
+}
+
+/// The place of a step of a plan as a snapshot names it, in small letters.
+std::string PlaceOf(const nlohmann::json &step) {
+  std::string name = step.value("place", step.value("path", step.value("key", "")));
+  for (const auto &[root, place] :
+       {std::pair{"HKEY_CLASSES_ROOT\\", "Software\\Classes\\"},
+        std::pair{"HKEY_CURRENT_USER\\", "S-1-5-21-0-0-0-1000\\"}, std::pair{"HKEY_LOCAL_MACHINE\\", ""}})
+    if (name.starts_with(root))
+      name = place + name.substr(strlen(root));
+  return packer::LowerCase(name + (step["action"] == "value" ? "|" + step.value("name", "") : ""));
+}
+
+/// What is not the plan's to know.
+bool IsLeftToOthers(const std::string &name) {
+  const std::string names[] = {"c:\\atlas-batches.txt", kSoftware + "korb examples\\atlas registered",
+                               "s-1-5-21-0-0-0-1000\\console"};
+  return std::any_of(std::begin(names), std::end(names),
+                     [&](const std::string &one) { return name.starts_with(packer::LowerCase(one)); });
+}
+
+/// Compares a plan with what an installation has made: all that is new was planned, as it is, and nothing else.
+void CheckPlan(const std::string &text, const Snapshot &before, const Snapshot &after) {
+  const nlohmann::json plan = nlohmann::json::parse(text);
+  Snapshot now;
+  for (const auto &[name, what] : after)
+    now[packer::LowerCase(name)] = what;
+  std::set<std::string> planned;
+  for (const auto &step : plan["steps"]) {
+    const std::string place = PlaceOf(step), action = step["action"];
+    CAPTURE(place);
+    if (action == "remove directory")
+      planned.erase(place);
+    if (action == "file" || action == "directory" || action == "shortcut" || action == "edit" || action == "key" ||
+        action == "value")
+      planned.insert(place);
+    if (step.contains("size") && action == "file")
+      CHECK(std::regex_search(now[place], std::regex(" " + std::to_string(step.value("size", 0)) + " [0-9]+$")));
+    if (action != "value" || place.ends_with("|installsource") || place.ends_with("|installdate"))
+      continue;
+    const nlohmann::json &data = step["data"];
+    std::string wanted = step["type"] == "REG_DWORD" ? "4 " : step["type"] == "REG_SZ" ? "1 " : "2 ";
+    if (data.is_number()) {
+      const int32_t number = data;
+      wanted.append(reinterpret_cast<const char *>(&number), sizeof number);
+    } else {
+      wanted += data.get<std::string>() + '\0'; // the system ends a text that lacks its end
+    }
+    CHECK(packer::LowerCase(now[place]) == packer::LowerCase(wanted));
+  }
+  CHECK(planned.size() > 60);
+  for (const std::string &line : Differences(before, after)) {
+    const std::string name = packer::LowerCase(line.substr(line.find(' ') + 1));
+    CAPTURE(line);
+    CHECK((IsLeftToOthers(name) || (line.starts_with("new ") && planned.contains(name))));
+    planned.erase(name);
+  }
+  for (const std::string &name : planned)
+    FAIL_CHECK("planned, but not made: " << name);
+}
+
 const std::string kShared = kProgramFiles + "\\Common Files\\Pair\\pair.dll";
 const std::string kMine = kProgramFiles + "\\Common Files\\Pair\\mine.dll";
 
@@ -96,11 +167,17 @@ TEST_CASE("a product that uses everything leaves the machine as it was") {
   Run(BuildExample("hello").string() + " /a"); // its master product
   const std::string setup = BuildExample("full").string();
   DestroyWindow(CreateWindowA("STATIC", "", 0, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr)); // starts the desktop
-  const Snapshot before = TakeSnapshot();
+  const std::string plan = PlanOf(setup, "");
+  if (!kWindows64)
+    CheckWhole("full-plan.txt", std::regex_replace(plan, std::regex("[0-9]+( bytes| on the disk)"), "N$1"));
+  const std::string planned = PlanOf(setup, "--json");
+  const Snapshot before = TakeSnapshot(); // a plan that made anything itself would find nothing new made below
   Run(setup + " /a");
+  const Snapshot after = TakeSnapshot();
+  CheckPlan(planned, before, after);
   CheckRecord("full", kProgramFiles + "\\Korb Atlas\\Undo", "KorbAtlas");
   CHECK(fs::file_size(kProgramFiles + "\\Korb Atlas\\Undo\\Remove Atlas.exe") < fs::file_size("korb.exe") + 0x1000);
-  const std::vector<std::string> made = Differences(before, TakeSnapshot());
+  const std::vector<std::string> made = Differences(before, after);
   CHECK(made.size() > 60);
   for (const std::string &one : {kSystem32 + "\\atlas_com.dll", kSoftware + "Korb Examples\\Atlas registered"})
     CHECK(std::count(made.begin(), made.end(), "new " + one) == 1);
