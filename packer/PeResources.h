@@ -1,8 +1,7 @@
-// The resources of a program or library, and the version among them.
+// The resources of a program or library.
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "packer/Bytes.h"
@@ -27,10 +26,5 @@ bool Is32BitProgram(const Bytes &file);
 
 /// Whether `file` is an installer, sound or not. Any bytes are a file.
 bool CarriesArchive(const Bytes &file);
-
-/// The text "FileVersion" of a PE file, 32 or 64 bits wide: the US English one in code page 1252, which is what an
-/// installer compares with, else the first one, else the number of the fixed part. Nothing when `file` has none. Any
-/// bytes are a file.
-std::optional<std::string> FileVersionOf(const Bytes &file);
 
 } // namespace korb::packer

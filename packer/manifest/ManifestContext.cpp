@@ -7,7 +7,7 @@
 #include "format/Archive.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
-#include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "packer/check/TextRules.h"
 #include "packer/write/Installer.h"
 

@@ -7,6 +7,7 @@
 #include "packer/FileIo.h"
 #include "packer/FontFile.h"
 #include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "packer/manifest/FileTree.h"
 
 namespace korb::packer {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "packer/FileIo.h"
-#include "packer/PeResources.h"
 #include "packer/Product.h"
+#include "packer/VersionResource.h"
 #include "packer/check/TextRules.h"
 #include "packer/manifest/FileTree.h"
 

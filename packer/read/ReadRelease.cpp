@@ -1,7 +1,7 @@
 #include "packer/read/ReadRelease.h"
 
 #include "packer/FileIo.h"
-#include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "packer/read/InstallerReader.h"
 
 namespace korb::packer {

@@ -4,6 +4,7 @@
 
 #include "packer/FontFile.h"
 #include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "packer/read/InstallerReader.h"
 #include "tests/support/FailureTrap.h"
 

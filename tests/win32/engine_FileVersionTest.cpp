@@ -1,7 +1,7 @@
 #include "core/Windows.h"
 #include "engine/FileVersion.h"
 #include "packer/FileIo.h"
-#include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/TestInstaller.h"
 #include "tests/support/Testing.h"
