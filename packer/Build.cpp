@@ -8,7 +8,6 @@
 #include "packer/manifest/FileTree.h"
 #include "packer/release/Upgrade.h"
 #include "packer/write/Installer.h"
-#include "packer/write/StubImage.h"
 
 namespace korb::packer {
 
@@ -18,17 +17,20 @@ namespace {
 
 constexpr char kTail[] = "with 'payload.layout' \"file\", a part of the payload stays in the uninstaller";
 
-// An icon without a place goes over the one of the stub's own that has the same form.
-void LocatePatch(Product &product, const StubImage &stub, Findings &findings) {
+// An icon without a place goes over the one of the program's own that has the same form.
+void LocatePatch(Product &product, const StubImage &program, Findings &findings) {
   const bool wanted = product.Has(IF_UNINSTALL) && !product.stub_patch.empty();
   if (wanted && product.stub_patch_offset == 0) {
-    const auto place = stub.FindIconImage(kStubPatchSize);
+    const auto place = program.FindIconImage(kStubPatchSize);
     product.stub_patch_offset = static_cast<int32_t>(place.value_or(0));
     if (!place)
       findings.Error(product.PlaceOf("uninstall.icon"),
-                     "the stub has no icon of that form to replace: give 'uninstall.patch_offset'");
+                     product.icon.empty()
+                         ? "the stub has no icon of that form to replace: give 'uninstall.patch_offset'"
+                         : "'product.icon' has no image of that form to replace: 32 by 32 pixels in "
+                           "256 colours, 2,216 bytes");
   }
-  if (wanted && static_cast<uint32_t>(product.stub_patch_offset) + kStubPatchSize > stub.SectionFilePos())
+  if (wanted && static_cast<uint32_t>(product.stub_patch_offset) + kStubPatchSize > program.SectionFilePos())
     findings.Error(product.PlaceOf("uninstall.patch_offset"), "the patch would pass the end of the uninstaller");
 }
 
@@ -165,13 +167,14 @@ bool Build(const BuildRequest &request, std::ostream &summary, Findings &finding
   Manifest manifest = ReadManifest(request.manifest, request.newest, findings, {request.output, request.variables});
   const fs::path output = manifest.output;
   Product &product = manifest.product;
+  product.file_name = ShowPath(output.filename());
   if (manifest.was_parsed)
     CheckProduct(product, findings);
   auto stub = ReadFileBytes(request.stub);
   if (!stub)
     findings.Error({}, "can't read the stub '" + ShowPath(request.stub) + "': " + WhyUnreadable(request.stub));
   else if (!findings.HasErrors())
-    LocatePatch(product, StubImage(*stub), findings);
+    LocatePatch(product, ProgramOf(product, *stub), findings);
   manifest.inputs.push_back(request.stub);
   UpgradeResult upgrade;
   if (!findings.HasErrors())

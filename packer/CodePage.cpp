@@ -174,7 +174,9 @@ void PutUtf8(std::string &out, uint32_t character) {
     out += static_cast<char>(0xC0 | character >> 6);
     out += static_cast<char>(0x80 | (character & 0x3F));
   } else {
-    out += static_cast<char>(0xE0 | character >> 12);
+    if (character >= 0x10000)
+      out += static_cast<char>(0xF0 | character >> 18);
+    out += static_cast<char>(character >= 0x10000 ? 0x80 | (character >> 12 & 0x3F) : 0xE0 | character >> 12);
     out += static_cast<char>(0x80 | (character >> 6 & 0x3F));
     out += static_cast<char>(0x80 | (character & 0x3F));
   }
@@ -282,6 +284,37 @@ std::string CapitalLetters(std::string_view utf8) {
       PutUtf8(out, static_cast<uint32_t>(capital));
     else
       out += before.substr(0, before.size() - utf8.size());
+  }
+  return out;
+}
+
+std::u16string ToUtf16(std::string_view utf8) {
+  std::u16string out;
+  while (!utf8.empty()) {
+    const int32_t taken = TakeUtf8(utf8);
+    if (taken < 0)
+      utf8.remove_prefix(1);
+    const uint32_t character = taken < 0 ? kReplacement : static_cast<uint32_t>(taken);
+    if (character >= 0x10000) {
+      out += static_cast<char16_t>(0xD800 + ((character - 0x10000) >> 10));
+      out += static_cast<char16_t>(0xDC00 + (character & 0x3FF));
+    } else {
+      out += static_cast<char16_t>(character);
+    }
+  }
+  return out;
+}
+
+std::string FromUtf16(std::u16string_view text) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool is_pair = (text[i] & 0xFC00) == 0xD800 && i + 1 < text.size() && (text[i + 1] & 0xFC00) == 0xDC00;
+    if (is_pair) {
+      PutUtf8(out, 0x10000 + ((text[i] & 0x3FFU) << 10) + (text[i + 1] & 0x3FFU));
+      ++i;
+    } else {
+      PutUtf8(out, (text[i] & 0xF800) == 0xD800 ? kReplacement : text[i]);
+    }
   }
   return out;
 }

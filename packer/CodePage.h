@@ -31,4 +31,8 @@ std::string FromCodePage(std::string_view text, int page);
 /// names of files give the same, they are one file to Windows.
 std::string CapitalLetters(std::string_view utf8);
 
+/// `utf8` in UTF-16, and the other way round. What is not well-formed becomes U+FFFD.
+std::u16string ToUtf16(std::string_view utf8);
+std::string FromUtf16(std::u16string_view text);
+
 } // namespace korb::packer

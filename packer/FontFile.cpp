@@ -129,7 +129,8 @@ bool IsBitmapFont(const Bytes &file) {
 
 // Where the resources of type 8, fonts, begin in a 16-bit or 32-bit library.
 std::vector<uint64_t> FontResources(const Bytes &file) {
-  constexpr uint32_t kFontResource = 8, kNewTypeBit = 0x8000, kResourceTableAt = 0x24;
+  constexpr uint16_t kFontResource = 8;
+  constexpr uint32_t kNewTypeBit = 0x8000, kResourceTableAt = 0x24;
   std::vector<uint64_t> found;
   if (!Holds(file, pe::kHeaderOffsetAt, 4) || file[0] != 'M' || file[1] != 'Z')
     return found;

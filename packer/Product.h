@@ -13,6 +13,7 @@
 #include "format/Kinds.h"
 #include "packer/Bytes.h"
 #include "packer/CodePage.h"
+#include "packer/IconFile.h"
 
 namespace korb::packer {
 
@@ -154,6 +155,9 @@ struct Product {
 
   std::vector<FileEntry> files; ///< in the order of placement
   PayloadPlan payload;
+  std::vector<IconImage> icon;      ///< of installer and uninstaller; empty: the program keeps its own
+  std::string copyright;            ///< UTF-8, since only the version of the program has it
+  std::string file_name;            ///< of the installer, UTF-8
   int code_page = kDefaultCodePage; ///< of the texts; with kUtf8 the program is told so, else it takes the system's
   CompressionLevel compression = CompressionLevel::kDefault; ///< of the payload, when it is packed
 

@@ -202,6 +202,26 @@ void CheckPages(const Product &product, Findings &findings) {
     findings.Error(product.PlaceOf("pages.readme"), "there are at most 20 readme pages");
 }
 
+void CheckIcon(const Product &product, Findings &findings) {
+  if (product.icon.empty())
+    return;
+  constexpr uint16_t kUsualSides[] = {16, 32};
+  std::string lacking;
+  for (const uint16_t side : kUsualSides)
+    if (std::none_of(product.icon.begin(), product.icon.end(), [&](const IconImage &image) {
+          return image.width == side && image.height == side && !image.is_png;
+        }))
+      lacking += (lacking.empty() ? "" : " and of ") + std::to_string(side) + " by " + std::to_string(side);
+  if (!lacking.empty())
+    findings.Warn(product.PlaceOf("product.icon"), Warning::kIconLacksSize,
+                  "'product.icon' has no bitmap of " + lacking +
+                      " pixels: Windows makes it of another size, and before Vista of none that is a PNG");
+  if (product.Has(IF_UNINSTALL) && !product.stub_patch.empty() && product.icon.size() > 1)
+    findings.Warn(product.PlaceOf("uninstall.icon"), Warning::kIconPartlyReplaced,
+                  "'uninstall.icon' replaces one image of 'product.icon', that of 32 by 32 pixels in 256 colours: "
+                  "where Windows shows another, the uninstaller looks like the installer");
+}
+
 struct FlagRule {
   uint64_t flag;
   bool without; // what makes it idle
@@ -260,6 +280,7 @@ void CheckProduct(const Product &product, Findings &findings) {
   CheckNames(product, found);
   CheckDirectories(product, found);
   CheckPages(product, found);
+  CheckIcon(product, found);
   CheckOptions(product, found);
   CheckLists(product, found);
   CheckTexts(product, found);

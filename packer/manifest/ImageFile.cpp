@@ -34,18 +34,4 @@ std::string BitmapFault(const Bytes &file) {
   return "is a BMP file whose pixels are cut off, or of a kind that isn't shown";
 }
 
-// An icon file: u16 0, u16 1, u16 count, and for each image 16 bytes with its size at 8 and its place at 12.
-std::optional<Bytes> IconImageOf(const Bytes &file, uint32_t size) {
-  constexpr size_t kHead = 6, kEntry = 16;
-  if (file.size() < kHead || GetU16(file, 0) != 0 || GetU16(file, 2) != 1)
-    return std::nullopt;
-  for (size_t entry = kHead, left = GetU16(file, 4); left > 0 && entry + kEntry <= file.size();
-       entry += kEntry, --left) {
-    const uint64_t at = GetU32(file, entry + 12);
-    if (GetU32(file, entry + 8) == size && at + size <= file.size())
-      return Bytes(file.begin() + static_cast<ptrdiff_t>(at), file.begin() + static_cast<ptrdiff_t>(at + size));
-  }
-  return std::nullopt;
-}
-
 } // namespace korb::packer

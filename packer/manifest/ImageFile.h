@@ -16,7 +16,4 @@ std::optional<Bytes> BitmapOf(const Bytes &file);
 /// Why BitmapOf has nothing for `file`, as the end of a sentence.
 std::string BitmapFault(const Bytes &file);
 
-/// The image of `size` bytes out of an icon file. Nothing when there is none, or when `file` is no icon file.
-std::optional<Bytes> IconImageOf(const Bytes &file, uint32_t size);
-
 } // namespace korb::packer

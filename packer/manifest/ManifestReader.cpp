@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "format/Texts.h"
+#include "format/Words.h"
 #include "packer/CodePage.h"
 #include "packer/FileIo.h"
 #include "packer/Words.h"
@@ -42,12 +43,28 @@ std::string ReadVersion(ManifestContext &context, ManifestTable &table) {
   return {};
 }
 
+// An .ico with the images of all sizes.
+void ReadIcon(ManifestContext &context, ManifestTable &table) {
+  const auto name = table.Text("icon");
+  const Place place = table.PlaceOfKey("icon");
+  context.product().places[table.FullName("icon")] = place;
+  const auto file = name ? context.ReadInput(*name, place) : std::nullopt;
+  if (!file)
+    return;
+  IconFile icon = ReadIconFile(*file);
+  if (!icon.fault.empty())
+    context.findings.Error(place, "'" + *name + "' " + icon.fault);
+  context.product().icon = std::move(icon.images);
+}
+
 void ReadProduct(ManifestContext &context, ManifestTable table) {
   Product &product = context.product();
   product.code_page = context.CodePage(table, "codepage");
   product.name = context.Text(table, "name");
   product.version = ReadVersion(context, table);
   product.publisher = context.Text(table, "publisher");
+  product.copyright = FromCodePage(table.Text("copyright").value_or(std::string()), kUtf8);
+  ReadIcon(context, table);
   product.registry_key = context.Text(table, "registry_key");
   product.master_product = context.Text(table, "master_product");
   if (table.Has("master_product"))
@@ -87,10 +104,10 @@ void ReadUninstall(ManifestContext &context, ManifestTable table) {
     context.findings.Error(table.PlaceOfKey("patch"), "either 'uninstall.icon' or 'uninstall.patch', not both");
   if (icon) {
     if (const auto file = context.ReadInput(*icon, table.PlaceOfKey("icon"))) {
-      const auto image = IconImageOf(*file, kStubPatchSize);
-      if (image)
-        product.stub_patch = *image;
-      else
+      for (const IconImage &image : ReadIconFile(*file).images)
+        if (image.data.size() == kStubPatchSize && !image.is_png && product.stub_patch.empty())
+          product.stub_patch = image.data;
+      if (product.stub_patch.empty())
         context.findings.Error(table.PlaceOfKey("icon"),
                                "'" + *icon + "' holds no icon of 32 by 32 pixels in 256 colours (2,216 bytes)");
     }
@@ -278,6 +295,25 @@ void WriteOutPercent(Product &product) {
         language.texts[number] = WithProductName(language.texts[number], name);
 }
 
+// What the list of programs shows besides, unless the author says it otherwise.
+void AddUninstallFacts(Product &product) {
+  const auto add = [&](const char *name, UninstallDataKind kind, std::string value) {
+    if (std::none_of(product.uninstall_values.begin(), product.uninstall_values.end(),
+                     [&](const UninstallValue &given) { return LowerCase(given.name) == LowerCase(name); }))
+      product.uninstall_values.push_back({name, kind, std::move(value), {}});
+  };
+  if (!product.Has(IF_UNINSTALL))
+    return;
+  const std::string &folder = product.uninstall_subdir;
+  add("DisplayIcon", kUninstallText,
+      path_variable::kInstallDir + std::string("\\") + folder + (folder.empty() || folder.ends_with('\\') ? "" : "\\") +
+          product.uninstaller_name + ",0"); // else a comma in the path would end it
+  uint64_t size = 0;
+  for (const FileEntry &file : product.files)
+    size += (file.flags & FF_CONDITION) == FF_PLACE_NEVER ? 0 : file.contents.size();
+  add("EstimatedSize", kUninstallNumber, std::to_string((size + 1023) / 1024)); // KB
+}
+
 // First of all, since warnings of these names are left out from here on.
 void ReadAllowed(ManifestContext &context, ManifestTable &root) {
   for (const toml::node *name : root.Elements("allow", {KeyForm::kNames, WarningWords()}))
@@ -304,6 +340,7 @@ void ReadTables(ManifestContext &context, ManifestTable root, const fs::path &ou
   ReadLanguages(context, root);
   WriteOutPercent(context.product());
   ReadFiles(context, root);
+  AddUninstallFacts(context.product());
   root.RefuseUnknown();
 }
 

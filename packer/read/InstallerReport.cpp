@@ -5,6 +5,8 @@
 #include "core/RunValues.h"
 #include "format/Texts.h"
 #include "packer/FileIo.h"
+#include "packer/IconFile.h"
+#include "packer/VersionResource.h"
 #include "packer/Words.h"
 #include "packer/read/InstallerReader.h"
 #include "packer/read/ReportText.h"
@@ -76,6 +78,8 @@ public:
       all["section"] = TellSection();
     if (installer_.reached >= Part::kHeader)
       all["header"] = TellHeader();
+    if (installer_.reached >= Part::kSection)
+      all["program"] = TellProgram();
     if (installer_.reached >= Part::kConfiguration)
       TellConfiguration(all);
     if (installer_.reached >= Part::kPayload)
@@ -94,6 +98,17 @@ private:
             {"address", HexText(location.section_address)},
             {"file_size", installer_.file.size()},
             {"signature_size", location.is_signed() ? location.signature.size : 0}};
+  }
+
+  // What Windows shows of the file.
+  Json TellProgram() const {
+    Json images = Json::array(), texts = Json::object();
+    for (const std::string &image : IconImagesOf(installer_.file))
+      images.push_back(image);
+    const VersionInfo info = ReadVersionInfo(installer_.file).value_or(VersionInfo{});
+    for (const auto &[name, text] : info.texts)
+      texts[name] = text;
+    return {{"icon", images}, {"version", DottedNumbers(info.numbers)}, {"texts", texts}};
   }
 
   Json TellHeader() const {

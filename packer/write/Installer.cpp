@@ -4,7 +4,7 @@
 
 #include "core/Arithmetic.h"
 #include "packer/write/ConfigWriter.h"
-#include "packer/write/StubImage.h"
+#include "packer/write/InstallerFace.h"
 
 namespace korb::packer {
 
@@ -76,9 +76,15 @@ std::vector<Bytes> CutVolumes(const Product &product, const Bytes &stored, size_
 
 } // namespace
 
-Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
+StubImage ProgramOf(const Product &product, const Bytes &stub) {
   StubImage image(stub);
   image.UseCodePage(product.code_page);
+  PutFace(product, image);
+  return image;
+}
+
+Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub) {
+  const StubImage image = ProgramOf(product, stub);
   const bool in_file = product.payload.layout == PayloadLayout::kInFile;
   StoredConfig stored = StoreConfig(config);
   const size_t table_size = header::kSize + 4 * payload.sizes.size();
@@ -117,7 +123,7 @@ Installer AssembleInstaller(const Product &product, const Bytes &config, const P
 }
 
 bool TryInstaller(const Product &product, const Bytes &stub) {
-  const StubImage image(stub);
+  const StubImage image = ProgramOf(product, stub);
   uint64_t payload = 0;
   for (const FileEntry &file : product.files)
     payload += file.contents.size();

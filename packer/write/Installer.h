@@ -3,6 +3,7 @@
 
 #include "packer/Product.h"
 #include "packer/write/RecordWriter.h"
+#include "packer/write/StubImage.h"
 
 namespace korb::packer {
 
@@ -16,6 +17,9 @@ struct Installer {
   size_t tail_size = 0; ///< bytes after the section: the uninstaller keeps them
 };
 
+/// The program part of an installer of `product`, made from `stub`. Throws PackError when the stub is unfit.
+StubImage ProgramOf(const Product &product, const Bytes &stub);
+
 /// Tells before the payload is packed what BuildInstaller would: throws PackError when it would, as far as that doesn't
 /// depend on how well the payload packs. True when a part of the payload will stay in the uninstaller for sure.
 bool TryInstaller(const Product &product, const Bytes &stub);
@@ -27,7 +31,7 @@ bool TryInstaller(const Product &product, const Bytes &stub);
 Installer BuildInstaller(const Product &product, const Bytes &stub, const ProgressCallback &progress = {});
 
 /// The last step of BuildInstaller alone: an installer around a plain configuration stream and a payload that came from
-/// elsewhere. Of `product` it takes the payload plan, the volumes' serial and the code page.
+/// elsewhere. Of `product` it takes the program part, the payload plan and the volumes' serial.
 Installer AssembleInstaller(const Product &product, const Bytes &config, const Payload &payload, const Bytes &stub);
 
 /// File name of volume `number`, from 2.

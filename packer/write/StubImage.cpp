@@ -16,12 +16,13 @@ constexpr uint32_t kMagicAt = 0, kSectionAlignmentAt = 32, kFileAlignmentAt = 36
                    kHeadersSizeAt = 60, kDirectoryCountAt = 92;
 constexpr uint32_t kPlainOptionalHeader = 96; // bytes before the data directories
 constexpr uint16_t kPe32 = 0x10B;
-constexpr uint32_t kCertificateDirectory = 4;
+constexpr uint32_t kResourceDirectory = 2, kCertificateDirectory = 4, kDirectoryEntry = 8;
 
 constexpr uint32_t kVirtualSizeAt = 8, kCharacteristicsAt = 36;
 constexpr uint32_t kReadableData = 0x40000040;
 
 constexpr uint32_t kPage = 4096;
+constexpr uint8_t kPngFirstByte = 0x89;
 
 bool IsPowerOfTwo(uint32_t value) {
   return value != 0 && (value & (value - 1)) == 0;
@@ -111,9 +112,49 @@ void StubImage::UseCodePage(int page) {
            "comes with this program");
 }
 
+ResourceContents StubImage::Resources() const {
+  const auto found = AllResources(bytes_);
+  if (!found)
+    Refuse("has resources that can't be read");
+  ResourceContents resources;
+  size_t total = 0;
+  for (const auto &[name, place] : *found) {
+    if ((total += place.size) > bytes_.size())
+      Refuse("has resources that lie over each other");
+    resources.emplace(name, Bytes(bytes_.begin() + place.offset, bytes_.begin() + place.offset + place.size));
+  }
+  return resources;
+}
+
+void StubImage::ReplaceResources(const ResourceContents &resources) {
+  const uint32_t directory = pe_ + pe::kOptionalHeaderAt + kPlainOptionalHeader + kResourceDirectory * kDirectoryEntry;
+  const uint32_t last = table_ + (sections_ - 1) * pe::kSectionEntrySize;
+  const uint32_t address = GetU32(bytes_, last + pe::kVirtualAddressAt),
+                 place = GetU32(bytes_, last + pe::kRawPointerAt), old_raw = GetU32(bytes_, last + pe::kRawSizeAt);
+  const int64_t image_end = RoundUp(int64_t{address} + GetU32(bytes_, last + kVirtualSizeAt), section_alignment_);
+  if (OptionalField(kDirectoryCountAt) <= kResourceDirectory || directory + kDirectoryEntry > table_ ||
+      GetU32(bytes_, directory) != address || uint64_t{place} + old_raw != bytes_.size() ||
+      image_end != OptionalField(kImageSizeAt))
+    Refuse("has no resources at its end, where they could grow: use the korb.exe that comes with this program");
+  const Bytes section = ResourceSection(resources, address);
+  const auto size = static_cast<uint32_t>(section.size());
+  const auto raw = static_cast<uint32_t>(RoundUp(size, file_alignment_));
+  bytes_.resize(place);
+  PutBytes(bytes_, section);
+  bytes_.resize(size_t{place} + raw);
+  SetU32(bytes_, last + kVirtualSizeAt, size);
+  SetU32(bytes_, last + pe::kRawSizeAt, raw);
+  SetU32(bytes_, directory, address);
+  SetU32(bytes_, directory + 4, size);
+  SetU32(bytes_, pe_ + pe::kInitializedDataSizeAt, GetU32(bytes_, pe_ + pe::kInitializedDataSizeAt) + raw - old_raw);
+  SetU32(bytes_, pe_ + pe::kImageSizeAt, static_cast<uint32_t>(RoundUp(int64_t{address} + size, section_alignment_)));
+  if (Resources() != resources)
+    Refuse("has sections that lie over each other");
+}
+
 std::optional<uint32_t> StubImage::FindIconImage(uint32_t size) const {
   for (const Resource &icon : FindResources(bytes_, kIconResource))
-    if (icon.size == size)
+    if (icon.size == size && bytes_[icon.offset] != kPngFirstByte)
       return icon.offset;
   return std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include <span>
 
 #include "packer/Product.h"
+#include "packer/write/ResourceSection.h"
 
 namespace korb::packer {
 
@@ -32,7 +33,14 @@ public:
   /// the stub can't ask, or asks already where it must not.
   void UseCodePage(int page);
 
-  /// Where in the file the first icon image of exactly `size` bytes lies, by the stub's resources.
+  /// The program's resources. Throws PackError when they can't be read.
+  ResourceContents Resources() const;
+
+  /// Gives the program other resources. Throws PackError when its own are not all that is in its last section, which
+  /// alone can grow.
+  void ReplaceResources(const ResourceContents &resources);
+
+  /// Where in the file the first icon image lies, no PNG, that has exactly `size` bytes, by the program's resources.
   std::optional<uint32_t> FindIconImage(uint32_t size) const;
 
 private:

@@ -45,6 +45,15 @@ Bytes TestStub() {
   return stub;
 }
 
+Bytes TestStub(const packer::ResourceContents &resources) {
+  Bytes stub = TestStub();
+  stub.resize(0xC00);
+  Put(stub, kPeOffset + pe::kOptionalHeaderAt + 112, Raw(0x4000)); // the directory of resources
+  const Bytes section = packer::ResourceSection(resources, 0x4000);
+  Put(stub, 0xA00, std::string(section.begin(), section.end()));
+  return stub;
+}
+
 TestInstaller::TestInstaller() {
   product.flags = IF_UNINSTALL | IF_CUSTOM_COLORS | IF_MASTER_PRODUCT;
   product.min_phase_ms = 500;

@@ -34,6 +34,9 @@ constexpr size_t kArchivePos = 0x1000;                                    ///< o
 /// A program of four sections that does nothing, kArchivePos bytes long.
 Bytes TestStub();
 
+/// One whose last section holds `resources`, 0x200 bytes of them at most.
+Bytes TestStub(const packer::ResourceContents &resources);
+
 struct TestInstaller {
   TestInstaller();
 

@@ -52,6 +52,12 @@ TEST_CASE("products that no manifest brings, and the limits of long lists, are l
        [](auto &p) {
          p.expiry = {2001, 2, 29};
        }},
+      {"warning: 'product.icon' has no bitmap of 16 by 16 and of 32 by 32 pixels: Windows makes it of another size, "
+       "and "
+       "before Vista of none that is a PNG [icon-lacks-size]",
+       [](auto &p) {
+         p.icon = {{16, 16, 32, true, {}}, {48, 48, 8, false, {}}};
+       }},
       {"error: 'install.min_phase_ms' is 9,999 at most", [](auto &p) { p.min_phase_ms = 10000; }},
       {"error: text 22 (directory_exists) of 'English' is wrong with the product's name in it: '% s' has no argument: "
        "there are only 1",

@@ -4,6 +4,7 @@
 
 #include "packer/ActiveCodePage.h"
 #include "packer/PeResources.h"
+#include "packer/VersionResource.h"
 #include "packer/write/Installer.h"
 #include "packer/write/StubImage.h"
 #include "tests/support/Doctest.h"
@@ -202,6 +203,98 @@ TEST_CASE("a stub that can't carry an archive is refused with the reason") {
   }
 }
 
+/// A stub of resources that every program has: a dialog with a name, its icon, its version.
+const packer::ResourceContents kResources = {{{5, std::u16string(u"WIZARD"), 1033}, {'d', 'i', 'a', 'l', 'o', 'g'}},
+                                             {{packer::kIconResource, 1, 1033}, {'i'}},
+                                             {{packer::kIconGroupResource, 1, 1031}, {'g'}},
+                                             {{packer::kVersionResource, 1, 1031}, {'v'}},
+                                             {{packer::kManifestResource, 1, 0}, {}}};
+
+packer::ResourceContents ResourcesOf(const Bytes &file) {
+  packer::ResourceContents all;
+  const auto found = packer::AllResources(file).value();
+  for (const auto &[name, place] : found)
+    all.emplace(name, Bytes(file.begin() + place.offset, file.begin() + place.offset + place.size));
+  return all;
+}
+
+TEST_CASE("an installer has the product's icon and version in place of the program's, and the rest of its resources") {
+  packer::Product product = ProductOf({false, 0, -1, 5000, 0});
+  product.name = "L\xE4mp";
+  product.version = "1.20.3b";
+  product.copyright = "\xC2\xA9 \xF0\x9F\x92\xA1";
+  product.file_name = "setup.exe";
+  product.icon = {{16, 16, 4, false, Bytes(300, 'a')}, {256, 256, 32, true, Bytes(70001, 'b')}};
+  const Bytes stub = test::TestStub(kResources);
+  CHECK((ResourcesOf(stub) == kResources));
+  const Bytes file = packer::BuildInstaller(product, stub).executable;
+  auto found = ResourcesOf(file);
+  CHECK(found.size() == kResources.size() + 1); // the second image
+  for (const auto &[name, contents] : kResources)
+    if (name.type == packer::ResourceId(5) || name.type == packer::ResourceId(packer::kManifestResource))
+      CHECK((found.at(name) == contents));
+  CHECK((found.at({packer::kIconResource, 2, 1033}) == product.icon[1].data));
+  CHECK((packer::IconImagesOf(file) == std::vector<std::string>{"16x16, 4 bits", "256x256, 32 bits"}));
+  const packer::VersionInfo info = packer::ReadVersionInfo(file).value();
+  CHECK(packer::DottedNumbers(info.numbers) == "1.20.3.0");
+  CHECK(packer::FileVersionOf(file) == "1.20.3b");
+  std::string texts;
+  for (const auto &[name, text] : info.texts)
+    texts += name + "=" + text + "; ";
+  CHECK(texts == "CompanyName=Maker; FileDescription=L\xC3\xA4mp Setup; FileVersion=1.20.3b; LegalCopyright=\xC2\xA9 "
+                 "\xF0\x9F\x92\xA1; "
+                 "OriginalFilename=setup.exe; ProductName=L\xC3\xA4mp; ProductVersion=1.20.3b; ");
+  // The section has grown, and the archive's moved on, in the file and in memory.
+  const size_t grown = kSectionEntry - 40;
+  CHECK(GetU32(file, grown + pe::kRawSizeAt) % 0x200 == 0);
+  CHECK(GetU32(file, grown + pe::kRawSizeAt) - GetU32(file, grown + 8) < 0x200);
+  CHECK(GetU32(file, kSectionEntry + pe::kRawPointerAt) >=
+        GetU32(file, grown + pe::kRawPointerAt) + GetU32(file, grown + pe::kRawSizeAt));
+  CHECK(GetU32(file, kSectionEntry + pe::kVirtualAddressAt) == 0x4000 + 0x12000);
+  CHECK((packer::BuildInstaller(product, stub).executable == file));
+
+  product.icon.clear();
+  found = ResourcesOf(packer::BuildInstaller(product, stub).executable);
+  CHECK(found.size() == kResources.size());
+  CHECK((found.at({packer::kIconResource, 1, 1033}) == Bytes{'i'}));
+}
+
+TEST_CASE("the version's numbers are the first four of the text, as large as there is room for") {
+  const std::pair<const char *, const char *> rows[] = {{"", "0.0.0.0"},
+                                                        {"v2", "2.0.0.0"},
+                                                        {"1, 2, 0, 7", "1.2.0.7"},
+                                                        {"2026-11-22 beta 3.4", "2026.11.22.3"},
+                                                        {"1.99999999999.65535", "1.65535.65535.0"}};
+  for (const auto &[version, numbers] : rows) {
+    packer::Product product = ProductOf({false, 0, -1, 100, 0});
+    product.version = version;
+    const Bytes file = packer::BuildInstaller(product, test::TestStub(kResources)).executable;
+    CHECK(packer::DottedNumbers(packer::ReadVersionInfo(file).value().numbers) == numbers);
+  }
+}
+
+TEST_CASE("a program whose resources can't be replaced is refused with the reason") {
+  packer::Product product = ProductOf({false, 0, -1, 100, 0});
+  const auto refuses = [&](const Bytes &stub, const char *reason) {
+    CHECK_THROWS_WITH_AS(packer::BuildInstaller(product, stub), reason, packer::PackError);
+  };
+  const char *const elsewhere =
+      "the stub has no resources at its end, where they could grow: use the korb.exe that comes with this program";
+  Bytes stub = test::TestStub(kResources);
+  stub.push_back(0);
+  refuses(stub, elsewhere);
+  stub = test::TestStub(kResources);
+  test::Put(stub, 0xA0E, test::Raw<uint16_t>(60000)); // types
+  refuses(stub, "the stub has resources that can't be read");
+  product.publisher = std::string(40000, 'x');
+  refuses(test::TestStub(kResources),
+          "name, version, publisher and copyright together are too long for the version of a program");
+  CHECK_NOTHROW(packer::BuildInstaller(product, test::TestStub())); // which has none
+  product.icon = {{16, 16, 4, false, Bytes(300, 'a')}};
+  product.publisher.clear();
+  refuses(test::TestStub(), elsewhere);
+}
+
 /// The stub with one resource of `type`, at 0x610 in the file.
 Bytes StubWithResource(uint32_t type, uint32_t size) {
   Bytes stub = test::TestStub();
@@ -230,13 +323,14 @@ TEST_CASE("UTF-8 is asked for in the stub's manifest, where nothing moves") {
   const std::string setting =
       "<activeCodePage xmlns=\"http://schemas.microsoft.com/SMI/2019/WindowsSettings\">UTF-8</activeCodePage>";
   const auto built = [](const std::string &manifest, int page) {
-    Bytes stub = StubWithResource(packer::kManifestResource, static_cast<uint32_t>(manifest.size()));
-    test::Put(stub, 0x610, manifest);
+    const packer::ResourceName name{packer::kManifestResource, 1, 1033};
     packer::Product product = ProductOf({false, 0, -1, 100, 0});
     product.code_page = page;
+    const Bytes stub = test::TestStub({{name, Bytes(manifest.begin(), manifest.end())}});
     const Bytes file = packer::BuildInstaller(product, stub).executable;
     CHECK(packer::AsksForUtf8(file) == (page == packer::kUtf8));
-    return std::string(file.begin() + 0x610, file.begin() + 0x610 + static_cast<ptrdiff_t>(manifest.size()));
+    const Bytes text = ResourcesOf(file).at(name);
+    return std::string(text.begin(), text.end());
   };
   CHECK(built("a<!--" + setting + "-->b", packer::kUtf8) == "a    " + setting + "   b");
   CHECK(built("a<!--" + setting + "-->b", 1252) == "a<!--" + setting + "-->b");

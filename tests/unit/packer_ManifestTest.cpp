@@ -40,6 +40,11 @@ std::string NamesOf(const Product &product) {
   return names;
 }
 
+template <class T>
+std::string Raw(T value) {
+  return std::string(reinterpret_cast<const char *>(&value), sizeof value);
+}
+
 std::string Bitmap() {
   std::string file("BM\x3E\0\0\0\0\0\0\0\x36\0\0\0", 14);
   file += std::string("\x28\0\0\0\x01\0\0\0\x01\0\0\0\x01\0\x18\0", 16) + std::string(24, '\0') + std::string(4, 'p');
@@ -90,14 +95,96 @@ std::string ProgramWithVersion(const std::string &version) {
   return file + resource;
 }
 
+// A bitmap as icons have it.
+std::string IconBitmap(uint32_t side, uint16_t bits) {
+  const uint32_t row = (side * bits + 31) / 32 * 4, mask = (side + 31) / 32 * 4;
+  return Raw<uint32_t>(40) + Raw(side) + Raw(2 * side) + Raw<uint16_t>(1) + Raw(bits) + std::string(24, '\0') +
+         std::string((bits <= 8 ? 4U << bits : 0) + (row + mask) * side, 'p');
+}
+
+// The beginning of a PNG; icons are told by it alone.
+std::string Png(uint8_t side_high, uint8_t side_low) {
+  const std::string side{'\0', '\0', static_cast<char>(side_high), static_cast<char>(side_low)};
+  return "\x89PNG\r\n\x1A\n" + std::string(3, '\0') + "\rIHDR" + side + side + "\x08\x06" + std::string(20, '\0');
+}
+
+std::string Icon(const std::vector<std::string> &images) {
+  std::string file = Raw<uint16_t>(0) + Raw<uint16_t>(1) + Raw(static_cast<uint16_t>(images.size())), data;
+  for (const std::string &image : images) {
+    file += std::string(8, '\0') + Raw(static_cast<uint32_t>(image.size())) +
+            Raw(static_cast<uint32_t>(6 + 16 * images.size() + data.size()));
+    data += image;
+  }
+  return file + data;
+}
+
 } // namespace
+
+TEST_CASE("an icon is taken with all its images, and one that can't be shown is refused with the reason") {
+  const ManifestFolder folder;
+  const std::string good = Icon({IconBitmap(16, 4), IconBitmap(32, 8), IconBitmap(48, 32), Png(1, 0)});
+  const auto read = [&](const std::string &file) {
+    folder.Write("a.ico", file);
+    return folder.Read("[product]\nicon = 'a.ico'");
+  };
+  std::string images;
+  for (const packer::IconImage &image : read(good).product.icon)
+    images += std::to_string(image.width) + "x" + std::to_string(image.height) + (image.is_png ? " png " : " ") +
+              std::to_string(image.bits) + ", ";
+  CHECK(images == "16x16 4, 32x32 8, 48x48 32, 256x256 png 32, ");
+  std::string flat = IconBitmap(16, 4), packed = flat, deep = flat;
+  flat[8] = 1; // an odd height has no mask
+  packed[16] = 1;
+  deep[14] = 5;
+  const std::string odd = " is neither a PNG nor a bitmap as icons have it", use = "is of no use: its image 1";
+  const std::pair<std::string, std::string> rows[] = {
+      {"", "is no icon file, which has the images of all sizes"},
+      {Png(0, 16), "is no icon file, which has the images of all sizes"},
+      {Icon({}), "holds no image"},
+      {Icon(std::vector<std::string>(101, IconBitmap(16, 1))), "holds more than 100 images"},
+      {Icon({IconBitmap(16, 32) + std::string(4 << 20, '\0')}), "holds more than 4 MiB"},
+      {Icon({IconBitmap(16, 1)}).substr(0, 20), use + " is cut off"},
+      {Icon({IconBitmap(16, 8).substr(0, 1000)}), use + " is cut off"},
+      {Icon({IconBitmap(257, 1)}), use + " has more than 256 by 256 pixels"},
+      {Icon({Png(1, 1)}), use + " has more than 256 by 256 pixels"},
+      {Icon({Png(0, 0)}), use + odd},
+      {Icon({flat}), use + odd},
+      {Icon({packed}), use + odd},
+      {Icon({deep}), use + odd},
+      {Icon({""}), use + odd}};
+  for (const auto &[file, fault] : rows) {
+    CAPTURE(fault);
+    CHECK(read(file).report.find("m:2:8: error: 'a.ico' " + fault + "\n") == 0);
+  }
+  for (size_t size = 0; size < good.size(); size += 3)
+    CHECK(read(good.substr(0, size)).report.find("error: 'a.ico' ") != std::string::npos);
+}
+
+TEST_CASE("the list of programs gets an icon and a size, unless the author says otherwise") {
+  const ManifestFolder folder;
+  folder.Write("big", std::string(1500, 'x'));
+  const auto values = [&](const std::string &manifest) {
+    std::string all;
+    for (const packer::UninstallValue &value :
+         folder
+             .Read(manifest + "[[file]]\nsource = 'big'\n[[file]]\nsource = 'big'\nname = 'other'\n"
+                              "[[file]]\nsource = 'big'\nname = 'no'\ncondition = 'never'\n")
+             .product.uninstall_values)
+      all += value.name + "=" + value.value + (value.kind == kUninstallNumber ? "#;" : ";");
+    return all;
+  };
+  CHECK(values("") == "DisplayIcon=%InstallDir%\\Uninstall.exe,0;EstimatedSize=3#;");
+  CHECK(values("[uninstall]\ndirectory = 'Undo'\nprogram = 'un.exe'\n") ==
+        "DisplayIcon=%InstallDir%\\Undo\\un.exe,0;EstimatedSize=3#;");
+  CHECK(values("[[uninstall_value]]\nname = 'displayicon'\nvalue = 'x'\n") == "displayicon=x;EstimatedSize=3#;");
+  CHECK(values("[options]\nuninstall = false\n") == "");
+}
 
 TEST_CASE("pictures are taken in the one form that the installer can use") {
   const ManifestFolder folder;
-  const std::string image(kStubPatchSize, 'I');
-  const std::string icons = std::string("\0\0\1\0\2\0", 6) + std::string(8, '\0') +
-                            std::string("\xE8\2\0\0\x26\0\0\0", 8) + std::string(8, '\0') +
-                            std::string("\xA8\x08\0\0\x26\0\0\0", 8) + image;
+  const std::string image = IconBitmap(32, 8);
+  REQUIRE(image.size() == kStubPatchSize);
+  const std::string icons = Icon({IconBitmap(16, 8), image});
   folder.Write("good.ico", icons);
   folder.Write("cut.ico", icons.substr(0, icons.size() - 1));
   CHECK(TextOf(folder.Read("[uninstall]\nicon = 'good.ico'").product.stub_patch) == image);

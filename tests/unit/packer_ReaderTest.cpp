@@ -122,14 +122,14 @@ TEST_CASE("volumes are looked for beside the installer, and only there") {
 // KORB_REGENERATE=1 writes the expected text anew: the change is then read as a difference.
 TEST_CASE("every key of a manifest reaches the installer, and inspect tells it") {
   const Shelf shelf;
-  shelf.WriteBytes("korb.exe", TestStub());
+  shelf.WriteBytes("korb.exe", TestStub({{{packer::kManifestResource, 1, 1033}, {}}}));
   const auto setup = shelf.Path() / "setup.exe";
   std::ostringstream summary, problems, outline, expected;
   REQUIRE(
       packer::BuildFromManifest({TestData("every-key.toml"), setup, shelf.Path() / "korb.exe", {}}, summary, problems));
   CHECK(packer::InspectInstaller(setup, 1252, false, outline, problems));
   CHECK(problems.str() == "");
-  const std::string told = outline.str().substr(outline.str().find("product\n"));
+  const std::string told = outline.str().substr(outline.str().find("program\n"));
   if (std::getenv("KORB_REGENERATE"))
     std::ofstream(TestData("every-key.txt"), std::ios::binary) << told;
   expected << std::ifstream(TestData("every-key.txt"), std::ios::binary).rdbuf();
