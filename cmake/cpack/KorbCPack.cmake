@@ -5,12 +5,17 @@
 #
 # What CPack knows is used: CPACK_PACKAGE_NAME, _VERSION, _VENDOR, _INSTALL_DIRECTORY, _HOMEPAGE_URL, _CONTACT, _FILE_NAME;
 # CPACK_RESOURCE_FILE_LICENSE and _README become pages; each program of CPACK_PACKAGE_EXECUTABLES gets a shortcut in the
-# start menu, and those of CPACK_CREATE_DESKTOP_LINKS one on the desktop; CPACK_COMPONENTS_ALL chooses what is installed.
+# start menu, and those of CPACK_CREATE_DESKTOP_LINKS one on the desktop; CPACK_COMPONENTS_ALL chooses what is installed;
+# CPACK_PACKAGE_ICON is the installer's icon if it is an .ico.
 # What only KORB knows:
 #
 #   CPACK_KORB_MANIFEST    a manifest with further tables ([options], [[association]], ...); what it says wins over what
 #                          CPack knows. All CPACK_ variables are variables there: ${CPACK_PACKAGE_VERSION}, or
 #                          ${CPACK_KORB_FILES}, the folder of the files that are packed
+#   CPACK_KORB_ICON        the installer's icon, an .ico, in place of CPACK_PACKAGE_ICON
+#   CPACK_KORB_UPGRADE_FROM
+#                          installers of earlier releases, a list: files, with * and ? in their names. An upgrade takes
+#                          away what they installed and this one doesn't
 #   CPACK_KORB_ARGUMENTS   further arguments of `korbpack build`, as in "--strict"
 #   KORBPACK_EXECUTABLE    korbpack, by default the one beside this file or in the search path
 #   KORB_STUB              korb.exe, by default the one beside korbpack
