@@ -13,13 +13,14 @@ public:
   enum class Kind : uint8_t { None, Integer, Double, Text, Date, Time, DateTime };
 
   Value() = default;
-  Value(int64_t value) : kind_(Kind::Integer), integer_(value) {}
-  Value(double value) : kind_(Kind::Double), real_(value) {}
+  Value(int64_t value) : kind_(Kind::Integer), number_(value) {}
   Value(const char *value) : kind_(Kind::Text), text_(value) {}
   Value(const String &value) : kind_(Kind::Text), text_(value) {}
-  Value(const korb::Date &value) : kind_(Kind::Date) { moment_.date = value; }
-  Value(const korb::Time &value) : kind_(Kind::Time) { moment_.time = value; }
-  Value(const korb::DateTime &value) : kind_(Kind::DateTime), moment_(value) {}
+  // These make their text at once: a program that has no such values need not carry what writes them.
+  Value(double value);
+  Value(const korb::Date &value);
+  Value(const korb::Time &value);
+  Value(const korb::DateTime &value);
 
   Kind kind() const { return kind_; }
   /// Decimal, "2.5", the text, "m/d/yy", "HH:ii:ss" or both; without a time just the date. None is empty.
@@ -31,10 +32,9 @@ public:
 
 private:
   Kind kind_ = Kind::None;
-  int64_t integer_ = 0;
-  double real_ = 0;
+  bool is_nonzero_ = false; ///< a double whose number may be 0
+  int64_t number_ = 0;
   String text_;
-  korb::DateTime moment_;
 };
 
 } // namespace korb
