@@ -11,7 +11,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kNewerArchive[] = "The installer version (%.1f) does not match the version of KORB (%.1f).  Close all "
+constexpr char kNewerArchive[] = "The installer version (%d.%d) does not match the version of KORB (%d.%d).  Close all "
                                  "applications and reinstall KORB.";
 
 /// A signed field that must not be negative.
@@ -29,8 +29,10 @@ void ReadArchiveHeader(ArchiveCursor &cursor, ArchiveHeader &header) {
     CorruptInstaller(DamageCode::HeaderMagic);
   // One-sided: a lower version, even a negative one, is an older archive and is read.
   const int32_t version = static_cast<int32_t>(cursor.CursorReadU32());
-  if (version > kNewestReadableVersion)
-    FatalFormat(kNewerArchive, kFormatVersion / 100.0, version / 100.0);
+  if (version > kNewestReadableVersion) {
+    const int32_t tenths = version / 10 + (version % 10 >= 5 ? 1 : 0);
+    FatalFormat(kNewerArchive, kFormatVersion / 100, kFormatVersion / 10 % 10, tenths / 10, tenths % 10);
+  }
   header.config_size = static_cast<int32_t>(cursor.CursorReadU32());
   if (header.config_size <= 0 || header.config_size >= kConfigSizeLimit)
     CorruptInstaller(DamageCode::ConfigSize);

@@ -6,6 +6,15 @@
 
 namespace korb {
 
+FormatArg::FormatArg(double value) : kind(Kind::Double), real(value) {
+  print_real = [](String &out, double number, bool &negative, char letter, int32_t precision, bool keep_point) {
+    DecimalDigits digits(number);
+    negative = digits.is_negative();
+    digits.Print(out, letter, precision, keep_point);
+    return digits.is_finite();
+  };
+}
+
 // A number that occurs takes some fifty steps of some twenty digits, the largest and smallest a thousand of a thousand.
 DecimalDigits::DecimalDigits(double value) {
   uint64_t bits;

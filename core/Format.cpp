@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "core/DecimalDigits.h"
 #include "core/String.h"
 
 namespace korb {
@@ -216,13 +215,14 @@ bool Formatter::PutInteger(const Conversion &conversion, const FormatArg &arg) {
 }
 
 bool Formatter::PutReal(const Conversion &conversion, const FormatArg &arg) {
-  if (arg.kind != FormatArg::Kind::Double)
+  if (arg.kind != FormatArg::Kind::Double || !FormatArg::print_real)
     return false;
-  DecimalDigits digits(arg.real);
-  const char prefix[2] = {digits.is_negative() ? '-' : conversion.sign, '\0'};
   String body;
-  digits.Print(body, conversion.letter, conversion.precision < 0 ? 6 : conversion.precision, conversion.alternate);
-  PutField(conversion, prefix, body, body.length(), conversion.zero && digits.is_finite());
+  bool negative;
+  const bool finite = FormatArg::print_real(body, arg.real, negative, conversion.letter,
+                                            conversion.precision < 0 ? 6 : conversion.precision, conversion.alternate);
+  const char prefix[2] = {negative ? '-' : conversion.sign, '\0'};
+  PutField(conversion, prefix, body, body.length(), conversion.zero && finite);
   return true;
 }
 

@@ -24,7 +24,7 @@ struct [[gnu::packed, gnu::aligned(4)]] FormatArg {
   };
 
   FormatArg() : kind(Kind::Int32), integer(0) {}
-  FormatArg(double value) : kind(Kind::Double), real(value) {}
+  FormatArg(double value); ///< sets print_real: a program that passes no double need not carry the digits of one
   FormatArg(const char *value) : kind(Kind::Text), text(value) {}
   FormatArg(const String &value);
 
@@ -34,6 +34,10 @@ struct [[gnu::packed, gnu::aligned(4)]] FormatArg {
       : kind(sizeof(T) == 8 ? (std::is_signed_v<T> ? Kind::Int64 : Kind::UInt64)
                             : (std::is_unsigned_v<T> ? Kind::UInt32 : Kind::Int32)),
         integer(static_cast<int64_t>(value)) {}
+
+  /// Appends a double without its sign, as DecimalDigits::Print does; false when it is not finite.
+  static inline bool (*print_real)(String &out, double value, bool &negative, char letter, int32_t precision,
+                                   bool keep_point) = nullptr;
 };
 
 /// Arguments in their order. Points at what the caller holds for the length of one call.

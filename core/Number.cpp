@@ -133,12 +133,17 @@ String FormatDouble(double value, int32_t precision) {
 String FormatByteSize(int64_t bytes) {
   if (bytes < 1024)
     return str_format("%d bytes", bytes);
-  constexpr const char *kUnits[] = {"KB", "MB", "GB", "TB"};
-  int32_t unit = 0;
-  int64_t size = 1024;
-  for (; unit < 3 && bytes >= size * 1024; ++unit)
-    size *= 1024;
-  return str_format("%.2f %s", static_cast<double>(bytes) / static_cast<double>(size), kUnits[unit]);
+  double size = static_cast<double>(bytes);
+  const char *unit = "KMGT";
+  while ((size /= 1024) >= 1024 && *unit != 'T')
+    ++unit;
+  // To the nearest hundredth, halves to even, without the digits of a double: see FormatArg::print_real.
+  const double exact = size * 100;
+  int32_t hundredths = static_cast<int32_t>(exact);
+  const double rest = exact - hundredths;
+  if (rest > 0.5 || (rest == 0.5 && hundredths % 2 != 0))
+    ++hundredths;
+  return str_format("%d.%02d %cB", hundredths / 100, hundredths % 100, *unit);
 }
 
 String FormatOrdinal(int32_t n) {
