@@ -10,7 +10,6 @@ namespace korb {
 
 namespace {
 
-constexpr int32_t kChains = 40;
 constexpr int32_t kShortestPath = 4;
 
 void AppendHeading(String &text, const char *heading) {
@@ -80,6 +79,20 @@ void ReadTexts(String text) {
   }
 }
 
+/// False, and nothing changed, when `names` holds it already.
+bool InsertSorted(Vector<String> &names, const String &name) {
+  int32_t from = 0;
+  for (int32_t to = names.count; from < to;) {
+    const int32_t middle = (from + to) / 2;
+    const int32_t order = name.compare(names.at(middle), true);
+    if (order == 0)
+      return false;
+    (order < 0 ? to : from) = order < 0 ? middle : middle + 1;
+  }
+  names.insert(from, name);
+  return true;
+}
+
 } // namespace
 
 String UninstallDataPath(const String &uninstall_dir) {
@@ -94,17 +107,13 @@ String BackgroundBitmapPath(const String &uninstall_dir) {
   return PathJoin(uninstall_dir, kBackgroundName);
 }
 
-UninstallList::UninstallList() {
-  listed_paths_.reset(kChains);
-}
-
 void UninstallList::AddUninstallEntry(const char *path, UninstallEntryMode mode) {
   if (text_length(path) < kShortestPath)
     return;
   if (mode != kUninstallFile) {
     String key(path);
     key.to_upper();
-    if (!listed_paths_.insert(key, true))
+    if (!InsertSorted(listed_paths_, key))
       return;
     text_ += mode == kUninstallDirectory ? kDirectoryMark : kClassesKeyMark;
   }

@@ -20,7 +20,6 @@
 #include <cstdint>
 
 #include "archive/InstallConfig.h"
-#include "core/BucketTable.h"
 #include "core/String.h"
 #include "core/Vector.h"
 
@@ -44,8 +43,6 @@ enum UninstallEntryMode : int32_t {
 /// What an uninstall removes by name.
 class UninstallList {
 public:
-  UninstallList();
-
   /// Appends the line for `path`, whose case is kept. A path of 3 characters or fewer is passed over, so that no
   /// drive's root gets in. A directory is listed once, whatever its case; a file as often as it comes.
   void AddUninstallEntry(const char *path, UninstallEntryMode mode);
@@ -55,7 +52,7 @@ public:
 
 private:
   String text_;
-  BucketTable<bool, String> listed_paths_; // in capitals, and no files
+  Vector<String> listed_paths_; // sorted, in capitals, and no files
 };
 
 struct UninstallRecord {
