@@ -178,8 +178,9 @@ void DiskFile::Close() {
   if (in_memory_)
     WriteBack();
   while (locks_.count > 0) {
-    const FileLock lock = locks_.pop();
+    const FileLock &lock = *locks_.last_value();
     Unlock(lock.offset, lock.length);
+    locks_.remove_last();
   }
   if (handle_) {
     // A caller may still want the error of what went before.
@@ -294,7 +295,7 @@ bool DiskFile::SeekFromEnd(int32_t offset) {
 
 int32_t DiskFile::PushPosition() {
   const int32_t position = Tell();
-  saved_positions_.push(position);
+  saved_positions_.append(position);
   return position;
 }
 
@@ -307,7 +308,7 @@ int32_t DiskFile::PushPositionAndSeek(int32_t offset) {
 int32_t DiskFile::PopPosition() {
   if (saved_positions_.count == 0)
     return kNoPosition;
-  const int32_t position = saved_positions_.pop();
+  const int32_t position = saved_positions_.take_at(saved_positions_.count - 1);
   Seek(position);
   return position;
 }

@@ -7,8 +7,8 @@
 #include "core/Date.h"
 #include "core/MemoryStream.h"
 #include "core/Options.h"
-#include "core/Stack.h"
 #include "core/String.h"
+#include "core/Vector.h"
 
 namespace korb {
 
@@ -154,7 +154,7 @@ private:
 
   void *handle_ = nullptr; ///< never the invalid handle
   String name_;
-  Stack<int32_t> saved_positions_;
+  Vector<int32_t> saved_positions_; ///< the newest last
   MemoryStream memory_;
   bool in_memory_ = false;
   bool memory_dirty_ = false;
@@ -164,7 +164,7 @@ private:
   bool opened_for_read_ = false;
   bool opened_for_write_ = false;
   String error_text_;
-  Stack<FileLock> locks_; ///< nobody takes one; whoever does finds it released at close
+  Vector<FileLock> locks_; ///< the newest last; nobody takes one; whoever does finds it released at close
 };
 
 } // namespace korb

@@ -67,9 +67,9 @@ KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOpt
     ReportFailure(options);
     return KEY_NOT_OPENED;
   }
-  key_stack_.push(current_key_);
+  key_stack_.append(current_key_);
   current_key_ = key;
-  path_stack_.push(current_path_);
+  path_stack_.append(current_path_);
   if (const char *name = RootName(root))
     current_path_ = name;
   current_path_ += subkey;
@@ -89,11 +89,9 @@ KeyOpened RegistryKey::OpenChild(const char *subkey, RegistryOptions options) {
 void RegistryKey::Close() {
   if (current_key_)
     RegCloseKey(current_key_);
-  current_key_ = nullptr;
-  if (key_stack_.count > 0)
-    current_key_ = key_stack_.pop();
-  if (path_stack_.count > 0)
-    current_path_ = path_stack_.pop();
+  // Without an earlier key there is none, and no path.
+  current_key_ = key_stack_.take_at(key_stack_.count - 1);
+  current_path_ = path_stack_.take_at(path_stack_.count - 1);
 }
 
 void RegistryKey::CloseAll() {

@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include "core/Options.h"
-#include "core/Stack.h"
 #include "core/String.h"
 #include "core/Value.h"
 #include "core/Vector.h"
@@ -139,8 +138,9 @@ private:
 
   RegistryHandle current_key_ = nullptr;
   String current_path_; ///< of the open key, for messages: parts run together
-  Stack<RegistryHandle> key_stack_;
-  Stack<String> path_stack_;
+  // Those that were current before, the latest last.
+  Vector<RegistryHandle> key_stack_;
+  Vector<String> path_stack_;
 };
 
 } // namespace korb

@@ -94,7 +94,7 @@ KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOpt
   if (the_machine->refuses_keys || (!exists && (options & RK_OPEN_ONLY)))
     return KEY_NOT_OPENED;
   MakeKey(path);
-  path_stack_.push(current_path_);
+  path_stack_.append(current_path_);
   current_path_ = path.c_str();
   current_key_ = root;
   return exists ? KEY_OPENED : KEY_CREATED;
@@ -109,7 +109,7 @@ KeyOpened RegistryKey::OpenChild(const char *subkey, RegistryOptions options) {
 }
 
 void RegistryKey::Close() {
-  current_path_ = path_stack_.pop();
+  current_path_ = path_stack_.take_at(path_stack_.count - 1);
 }
 
 bool RegistryKey::ValueExists(const char *name) const {
