@@ -7,7 +7,7 @@
 namespace korb {
 
 FormatArg::FormatArg(double value) : kind(Kind::Double), real(value) {
-  print_real = [](String &out, double number, bool &negative, char letter, int32_t precision, bool keep_point) {
+  print_real = [](double number, String &out, bool &negative, char letter, int32_t precision, bool keep_point) {
     DecimalDigits digits(number);
     negative = digits.is_negative();
     digits.Print(out, letter, precision, keep_point);

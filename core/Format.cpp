@@ -219,7 +219,7 @@ bool Formatter::PutReal(const Conversion &conversion, const FormatArg &arg) {
     return false;
   String body;
   bool negative;
-  const bool finite = FormatArg::print_real(body, arg.real, negative, conversion.letter,
+  const bool finite = FormatArg::print_real(arg.real, body, negative, conversion.letter,
                                             conversion.precision < 0 ? 6 : conversion.precision, conversion.alternate);
   const char prefix[2] = {negative ? '-' : conversion.sign, '\0'};
   PutField(conversion, prefix, body, body.length(), conversion.zero && finite);

@@ -36,8 +36,9 @@ struct [[gnu::packed, gnu::aligned(4)]] FormatArg {
         integer(static_cast<int64_t>(value)) {}
 
   /// Appends a double without its sign, as DecimalDigits::Print does; false when it is not finite.
-  static inline bool (*print_real)(String &out, double value, bool &negative, char letter, int32_t precision,
-                                   bool keep_point) = nullptr;
+  using PrintReal =
+      bool (*)(double value, String &out, bool &negative, char letter, int32_t precision, bool keep_point);
+  static inline PrintReal print_real = nullptr;
 };
 
 /// Arguments in their order. Points at what the caller holds for the length of one call.
