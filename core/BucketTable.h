@@ -66,12 +66,12 @@ private:
 
 /// Keeps the entries of a BucketTable: each in the chain of its key, all linked in the order of insertion.
 template <class V, class K>
-class BucketTableForm : public CollectionForm {
+class BucketTableForm : public LinkedForm {
 public:
   using Table = BucketTable<V, K>;
   using Entry = Bucket<V, K>;
 
-  constexpr BucketTableForm() : CollectionForm(Kind::kTable) {}
+  constexpr BucketTableForm() : LinkedForm(Kind::kTable) {}
 
   void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override {
     const Table &t = table(all);

@@ -19,21 +19,41 @@ void MakeElement(const ElementType &type, void *at, const void *from) {
     memset(at, 0, static_cast<size_t>(type.size));
 }
 
+void CollectionBase::place(CollectionIterator &it, bool at_end) const {
+  is_indexed() ? IndexedForm::place(*this, it, at_end) : linked().place(*this, it, at_end);
+}
+
+void *CollectionBase::step(CollectionIterator &it, bool forward) const {
+  return is_indexed() ? IndexedForm::step(*this, it, forward) : linked().step(*this, it, forward);
+}
+
+void *CollectionBase::look(intptr_t place) const {
+  return is_indexed() ? IndexedForm::element_or_null(*this, place) : linked().look(*this, place);
+}
+
+void CollectionBase::clear() {
+  is_indexed() ? IndexedForm::clear(*this) : linked().clear(*this);
+}
+
+bool CollectionBase::remove_current(CollectionIterator &it) {
+  return is_indexed() ? IndexedForm::remove_current(*this, it) : linked().remove_current(*this, it);
+}
+
 bool CollectionBase::begin(CollectionIterator &it) const {
-  form_->place(*this, it, false);
+  place(it, false);
   return count > 0;
 }
 
 bool CollectionBase::end(CollectionIterator &it) const {
-  form_->place(*this, it, true);
+  place(it, true);
   return count > 0;
 }
 
 void *CollectionBase::end_raw(CollectionIterator &it, bool at_end) const {
   if (count < 1)
     return nullptr;
-  form_->place(*this, it, at_end);
-  return form_->step(*this, it, !at_end);
+  place(it, at_end);
+  return step(it, !at_end);
 }
 
 void *CollectionBase::end_value_raw(bool at_end) const {
@@ -45,7 +65,7 @@ void *CollectionBase::random_raw() const {
   CollectionIterator it;
   void *element = end_raw(it, false);
   for (int32_t steps = RandomNumber(count); steps > 0; --steps)
-    element = form_->step(*this, it, true);
+    element = step(it, true);
   return element;
 }
 
@@ -54,20 +74,20 @@ bool CollectionBase::remove_ends(int32_t n, bool in_front) {
     n = count;
   if (n < 1)
     return false;
-  if (form_->kind == CollectionForm::Kind::kIndexed) {
-    static_cast<const IndexedForm *>(form_)->remove_ends(*this, n, in_front);
+  if (is_indexed()) {
+    IndexedForm::remove_ends(*this, n, in_front);
     return true;
   }
   for (; n > 0; --n) {
     CollectionIterator it;
     end_raw(it, !in_front);
-    form_->remove_current(*this, it);
+    remove_current(it);
   }
   return true;
 }
 
 int32_t CollectionBase::index_of(const CollectionIterator &it) const {
-  return form_->kind == CollectionForm::Kind::kIndexed ? static_cast<const IndexedForm *>(form_)->index(*this, it) : -1;
+  return is_indexed() ? IndexedForm::index(*this, it) : -1;
 }
 
 // A bucket without a key can't be found again, and an order other than that of insertion would be a lie.
@@ -77,8 +97,11 @@ void CollectionBase::check(CollectionOp op) const {
 }
 
 void *CollectionBase::add_raw(const void *value, CollectionOp op) {
+  const bool in_front = op >= CollectionOp::kPrependCopy;
+  if (is_indexed())
+    return IndexedForm::add(*this, value, in_front);
   check(op);
-  return form_->add(*this, value, op >= CollectionOp::kPrependCopy);
+  return linked().add(*this, value, in_front);
 }
 
 void CollectionBase::add_all(const CollectionBase &other, CollectionOp op) {
@@ -86,9 +109,9 @@ void CollectionBase::add_all(const CollectionBase &other, CollectionOp op) {
   // A collection put before itself is what it is behind itself, and only an append leaves the places of the walk alone.
   const bool in_front = op == CollectionOp::kPrependAll && &other != this;
   CollectionIterator it;
-  other.form_->place(other, it, in_front);
+  other.place(it, in_front);
   for (int32_t left = other.count; left > 0; --left)
-    form_->add(*this, other.form_->step(other, it, !in_front), in_front);
+    add_raw(other.step(it, !in_front), in_front ? CollectionOp::kPrepend : CollectionOp::kAppend);
 }
 
 void CollectionBase::rotate(int32_t n, CollectionOp op) {
@@ -102,8 +125,8 @@ void CollectionBase::rotate(int32_t n, CollectionOp op) {
     n += count;
   if (n == 0)
     return;
-  if (form_->kind == CollectionForm::Kind::kIndexed)
-    static_cast<const IndexedForm *>(form_)->rotate_left(*this, n);
+  if (is_indexed())
+    IndexedForm::rotate_left(*this, n);
   else
     static_cast<const ListForm *>(form_)->rotate_left(*this, n);
 }

@@ -12,8 +12,9 @@
 // Ordinary virtual templates would give every instance a table and some thirty bodies of its own, most of which nobody
 // calls, in a program that is to stay tiny. So the templates here hold no code: they turn T* into void* and back.
 // What differs between the kinds is a CollectionForm, one object for each kind; what differs between element types is
-// an ElementType, one constant for each type. A form has virtual slots for what every walk needs, since slots are in
-// the program whether they are called or not; the rest is chosen by the form's kind, and linked only where called.
+// an ElementType, one constant for each type. What a form has as virtual slots is in the program whether it is called
+// or not. So only the linked kinds have them, and those are in the program only where it has lists or tables; what the
+// indexed ones do is called by name.
 #pragma once
 
 #include <cstddef>
@@ -98,6 +99,14 @@ public:
   enum class Kind : uint8_t { kList, kStack, kIndexed, kTable };
   const Kind kind;
 
+protected:
+  constexpr explicit CollectionForm(Kind a_kind) : kind(a_kind) {}
+  ~CollectionForm() = default;
+};
+
+/// The form of collections whose elements are linked.
+class LinkedForm : public CollectionForm {
+public:
   virtual void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const = 0;
   virtual void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const = 0;
   virtual void *look(const CollectionBase &all, intptr_t place) const = 0;
@@ -107,8 +116,8 @@ public:
   virtual bool remove_current(CollectionBase &all, CollectionIterator &it) const = 0;
 
 protected:
-  constexpr explicit CollectionForm(Kind a_kind) : kind(a_kind) {}
-  ~CollectionForm() = default;
+  using CollectionForm::CollectionForm;
+  ~LinkedForm() = default;
 };
 
 /// The part of a collection that does not depend on its element type. Use Collection<T>.
@@ -124,9 +133,9 @@ public:
   bool begin(CollectionIterator &it) const;
   /// Sets `it` after the last element. True if there are elements.
   bool end(CollectionIterator &it) const;
-  void clear() { form_->clear(*this); }
+  void clear();
   /// Removes the element under `it`; false when there is none. `next` then goes to the one that followed it.
-  bool remove_current(CollectionIterator &it) { return form_->remove_current(*this, it); }
+  bool remove_current(CollectionIterator &it);
   /// `n` below 1 does nothing, `n` from count up removes all.
   void remove_first_n(int32_t n) { remove_ends(n, true); }
   void remove_last_n(int32_t n) { remove_ends(n, false); }
@@ -149,6 +158,13 @@ protected:
   CollectionBase(const CollectionBase &) = delete;
   CollectionBase &operator=(const CollectionBase &) = delete;
   ~CollectionBase() = default;
+
+  // What the form does.
+  void place(CollectionIterator &it, bool at_end) const;
+  void *step(CollectionIterator &it, bool forward) const;
+  void *look(intptr_t place) const;
+  bool is_indexed() const { return form_->kind == CollectionForm::Kind::kIndexed; }
+  const LinkedForm &linked() const { return *static_cast<const LinkedForm *>(form_); }
 
   void *end_raw(CollectionIterator &it, bool at_end) const;
   void *end_value_raw(bool at_end) const;
@@ -194,14 +210,14 @@ public:
   T *first(CollectionIterator &it) { return typed(end_raw(it, false)); }
   const T *first(CollectionIterator &it) const { return typed(end_raw(it, false)); }
   /// Moves forward; null at the end, where `it` then stands as `end` sets it.
-  T *next(CollectionIterator &it) { return typed(form_->step(*this, it, true)); }
-  const T *next(CollectionIterator &it) const { return typed(form_->step(*this, it, true)); }
+  T *next(CollectionIterator &it) { return typed(step(it, true)); }
+  const T *next(CollectionIterator &it) const { return typed(step(it, true)); }
   /// Moves to the last element. An empty collection leaves `it` alone.
   T *last(CollectionIterator &it) { return typed(end_raw(it, true)); }
   const T *last(CollectionIterator &it) const { return typed(end_raw(it, true)); }
   /// Moves backward; null at the front, where `it` then stands as `begin` sets it.
-  T *prev(CollectionIterator &it) { return typed(form_->step(*this, it, false)); }
-  const T *prev(CollectionIterator &it) const { return typed(form_->step(*this, it, false)); }
+  T *prev(CollectionIterator &it) { return typed(step(it, false)); }
+  const T *prev(CollectionIterator &it) const { return typed(step(it, false)); }
 
   /// An element chosen by RandomNumber; the first with fewer than two.
   T *random() { return typed(random_raw()); }
@@ -211,12 +227,12 @@ public:
   const T *last_value() const { return typed(end_value_raw(true)); }
 
   /// The elements around `it`, without moving it.
-  T *current_value(const CollectionIterator &it) { return typed(form_->look(*this, it.current)); }
-  const T *current_value(const CollectionIterator &it) const { return typed(form_->look(*this, it.current)); }
-  T *next_value(const CollectionIterator &it) { return typed(form_->look(*this, it.next)); }
-  const T *next_value(const CollectionIterator &it) const { return typed(form_->look(*this, it.next)); }
-  T *prev_value(const CollectionIterator &it) { return typed(form_->look(*this, it.prev)); }
-  const T *prev_value(const CollectionIterator &it) const { return typed(form_->look(*this, it.prev)); }
+  T *current_value(const CollectionIterator &it) { return typed(look(it.current)); }
+  const T *current_value(const CollectionIterator &it) const { return typed(look(it.current)); }
+  T *next_value(const CollectionIterator &it) { return typed(look(it.next)); }
+  const T *next_value(const CollectionIterator &it) const { return typed(look(it.next)); }
+  T *prev_value(const CollectionIterator &it) { return typed(look(it.prev)); }
+  const T *prev_value(const CollectionIterator &it) const { return typed(look(it.prev)); }
 
   /// Adds a copy at the end and gives the new element. `value` may be an element of this very collection.
   T *append(const T &value) { return typed(add_raw(&value, CollectionOp::kAppend)); }

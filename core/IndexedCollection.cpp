@@ -22,52 +22,57 @@ int32_t Limited(int32_t i, int32_t most) {
 
 } // namespace
 
-size_t IndexedForm::cell_size(const CollectionBase &all) const {
-  return boxed_ ? sizeof(void *) : static_cast<size_t>(all.type_->size);
+size_t IndexedForm::cell_size(const CollectionBase &all) {
+  return of(all).boxed_ ? sizeof(void *) : static_cast<size_t>(all.type_->size);
 }
 
-uint8_t *IndexedForm::cell(const CollectionBase &all, int32_t i) const {
+uint8_t *IndexedForm::cell(const CollectionBase &all, int32_t i) {
   return all.cells_.block + static_cast<size_t>(all.cells_.start + i) * cell_size(all);
 }
 
-void IndexedForm::shift(const CollectionBase &all, int32_t from, int32_t to, int32_t n) const {
+void IndexedForm::shift(const CollectionBase &all, int32_t from, int32_t to, int32_t n) {
   if (n > 0)
     memmove(cell(all, to), cell(all, from), static_cast<size_t>(n) * cell_size(all));
 }
 
-void *IndexedForm::element(const CollectionBase &all, int32_t i) const {
+void *IndexedForm::element(const CollectionBase &all, int32_t i) {
   uint8_t *at = cell(all, i);
-  return boxed_ ? *reinterpret_cast<void **>(at) : at;
+  return of(all).boxed_ ? *reinterpret_cast<void **>(at) : at;
 }
 
-void *IndexedForm::element_or_null(const CollectionBase &all, int32_t i) const {
-  return all.is_out_of_range(i) ? nullptr : element(all, i);
+void *IndexedForm::element_or_null(const CollectionBase &all, intptr_t i) {
+  return i < 0 || i >= all.count ? nullptr : element(all, static_cast<int32_t>(i));
 }
 
-void IndexedForm::check_index(const CollectionBase &all, int32_t i) const {
+void IndexedForm::check_index(const CollectionBase &all, int32_t i) {
   if (all.is_out_of_range(i))
     FatalFormat("Vector<%s>[%d]\nmax_index = %d", all.type_->name, i, all.count - 1);
 }
 
-void IndexedForm::construct(CollectionBase &all, int32_t i, const void *from) const {
+void *IndexedForm::checked_element(const CollectionBase &all, int32_t i) {
+  check_index(all, i);
+  return element(all, i);
+}
+
+void IndexedForm::construct(CollectionBase &all, int32_t i, const void *from) {
   void *at = cell(all, i);
-  if (boxed_)
+  if (of(all).boxed_)
     at = *static_cast<void **>(at) = heap_take(static_cast<size_t>(all.type_->size));
   MakeElement(*all.type_, at, from);
 }
 
-void IndexedForm::destroy(CollectionBase &all, int32_t first, int32_t n) const {
+void IndexedForm::destroy(CollectionBase &all, int32_t first, int32_t n) {
   for (int32_t i = first; i < first + n; ++i) {
     void *at = element(all, i);
     if (at && all.type_->destroy)
       all.type_->destroy(at);
-    if (boxed_)
+    if (of(all).boxed_)
       free(at);
   }
 }
 
 /// Moves the cells to a new block, the first `rotation` of them after the others. A capacity of 0 frees the block.
-void IndexedForm::rebuild(CollectionBase &all, int32_t capacity, int32_t start, int32_t rotation) const {
+void IndexedForm::rebuild(CollectionBase &all, int32_t capacity, int32_t start, int32_t rotation) {
   const CollectionBase::Cells old = all.cells_;
   uint8_t *first = old.block + static_cast<size_t>(old.start) * cell_size(all);
   const size_t head = static_cast<size_t>(rotation) * cell_size(all);
@@ -86,11 +91,11 @@ void IndexedForm::rebuild(CollectionBase &all, int32_t capacity, int32_t start, 
   free(old.block);
 }
 
-void IndexedForm::reserve(CollectionBase &all, int32_t n) const {
+void IndexedForm::reserve(CollectionBase &all, int32_t n) {
   CollectionBase::Cells &cells = all.cells_;
   if (n < all.count)
     n = all.count;
-  if (exact_) {
+  if (of(all).exact_) {
     if (n != cells.capacity)
       rebuild(all, n, 0, 0);
   } else if (n > cells.capacity || (n > 500 && n < cells.capacity / 4)) {
@@ -102,7 +107,7 @@ void IndexedForm::reserve(CollectionBase &all, int32_t n) const {
   }
 }
 
-void IndexedForm::set_count(CollectionBase &all, int32_t n) const {
+void IndexedForm::set_count(CollectionBase &all, int32_t n) {
   if (n < 1) {
     clear(all);
   } else if (n > all.count) {
@@ -116,7 +121,7 @@ void IndexedForm::set_count(CollectionBase &all, int32_t n) const {
 
 /// Opens the cell `i` for a new element. An append always keeps the free room in front for later, whereas an insertion
 /// takes the roomier side.
-void IndexedForm::open(CollectionBase &all, int32_t i, bool at_tail) const {
+void IndexedForm::open(CollectionBase &all, int32_t i, bool at_tail) {
   CollectionBase::Cells &cells = all.cells_;
   const int32_t room = cells.capacity - all.count;
   if (!at_tail && room > 0 && room / 2 < cells.start) {
@@ -130,11 +135,12 @@ void IndexedForm::open(CollectionBase &all, int32_t i, bool at_tail) const {
   ++all.count;
 }
 
-void *IndexedForm::put(CollectionBase &all, int32_t i, bool at_tail, const void *value) const {
+void *IndexedForm::put(CollectionBase &all, int32_t i, bool at_tail, const void *value) {
   // An element that is its own collection's source moves with its cell.
   const uint8_t *source = static_cast<const uint8_t *>(value);
   const uint8_t *block = all.cells_.block;
-  const bool inside = !boxed_ && source && all.count > 0 && source >= cell(all, 0) && source < cell(all, all.count);
+  const bool inside =
+      !of(all).boxed_ && source && all.count > 0 && source >= cell(all, 0) && source < cell(all, all.count);
   if (!inside) {
     open(all, i, at_tail);
     construct(all, i, value);
@@ -146,22 +152,26 @@ void *IndexedForm::put(CollectionBase &all, int32_t i, bool at_tail, const void 
   return element(all, i);
 }
 
-void *IndexedForm::insert(CollectionBase &all, int32_t i, const void *value) const {
+void *IndexedForm::insert(CollectionBase &all, int32_t i, const void *value) {
   return put(all, Limited(i, all.count), false, value);
 }
 
-void *IndexedForm::add(CollectionBase &all, const void *value, bool in_front) const {
+void *IndexedForm::append(CollectionBase &all, const void *value) {
+  return put(all, all.count, true, value);
+}
+
+void *IndexedForm::add(CollectionBase &all, const void *value, bool in_front) {
   return put(all, in_front ? 0 : all.count, !in_front, value);
 }
 
-void IndexedForm::clear(CollectionBase &all) const {
+void IndexedForm::clear(CollectionBase &all) {
   destroy(all, 0, all.count);
   free(all.cells_.block);
   all.count = 0;
   all.cells_ = {};
 }
 
-void IndexedForm::remove_range(CollectionBase &all, int32_t first, int32_t last) const {
+void IndexedForm::remove_range(CollectionBase &all, int32_t first, int32_t last) {
   if (first < 0)
     first = 0;
   if (last > all.count - 1)
@@ -172,18 +182,22 @@ void IndexedForm::remove_range(CollectionBase &all, int32_t first, int32_t last)
   destroy(all, first, n);
   shift(all, last + 1, first, all.count - 1 - last);
   all.count -= n;
-  if (exact_)
+  if (of(all).exact_)
     reserve(all, all.count);
 }
 
-void IndexedForm::remove_ends(CollectionBase &all, int32_t n, bool in_front) const {
+void IndexedForm::remove_at(CollectionBase &all, int32_t i) {
+  remove_range(all, i, i);
+}
+
+void IndexedForm::remove_ends(CollectionBase &all, int32_t n, bool in_front) {
   if (in_front)
     remove_range(all, 0, n - 1);
   else
     remove_range(all, all.count - n, all.count - 1);
 }
 
-bool IndexedForm::remove_current(CollectionBase &all, CollectionIterator &it) const {
+bool IndexedForm::remove_current(CollectionBase &all, CollectionIterator &it) {
   const int32_t i = index(all, it);
   if (i < 0)
     return false;
@@ -192,17 +206,13 @@ bool IndexedForm::remove_current(CollectionBase &all, CollectionIterator &it) co
   return true;
 }
 
-void IndexedForm::place(const CollectionBase &all, CollectionIterator &it, bool at_end) const {
+void IndexedForm::place(const CollectionBase &all, CollectionIterator &it, bool at_end) {
   it = at_end ? CollectionIterator{-1, all.count, all.count - 1} : CollectionIterator{-1, all.count > 0 ? 0 : -1, -1};
 }
 
-void *IndexedForm::look(const CollectionBase &all, intptr_t place) const {
-  return place < 0 || place >= all.count ? nullptr : element(all, static_cast<int32_t>(place));
-}
-
-void *IndexedForm::step(const CollectionBase &all, CollectionIterator &it, bool forward) const {
+void *IndexedForm::step(const CollectionBase &all, CollectionIterator &it, bool forward) {
   const intptr_t i = forward ? it.next : it.prev;
-  void *element = look(all, i);
+  void *element = element_or_null(all, i);
   if (element)
     it = {i, i + 1, i - 1};
   else
@@ -210,17 +220,17 @@ void *IndexedForm::step(const CollectionBase &all, CollectionIterator &it, bool 
   return element;
 }
 
-int32_t IndexedForm::index(const CollectionBase &all, const CollectionIterator &it) const {
+int32_t IndexedForm::index(const CollectionBase &all, const CollectionIterator &it) {
   return it.current < 0 || it.current >= all.count ? -1 : static_cast<int32_t>(it.current);
 }
 
-void IndexedForm::rotate_left(CollectionBase &all, int32_t n) const {
+void IndexedForm::rotate_left(CollectionBase &all, int32_t n) {
   CollectionBase::Cells &cells = all.cells_;
   const int32_t others = all.count - n;
   const int32_t tail_room = cells.capacity - cells.start - all.count;
-  if (exact_) {
+  if (of(all).exact_) {
     rebuild(all, all.count, 0, n);
-  } else if (boxed_) {
+  } else if (of(all).boxed_) {
     rebuild(all, all.count + all.count / 2, all.count / 4, n);
   } else if (cells.start >= others && (others < n || tail_room < n)) {
     shift(all, n, -others, others);
@@ -233,7 +243,7 @@ void IndexedForm::rotate_left(CollectionBase &all, int32_t n) const {
   }
 }
 
-void IndexedForm::swap_cells(const CollectionBase &all, int32_t i, int32_t j) const {
+void IndexedForm::swap_cells(const CollectionBase &all, int32_t i, int32_t j) {
   uint8_t *a = cell(all, i);
   uint8_t *b = cell(all, j);
   for (size_t left = cell_size(all); left > 0; --left, ++a, ++b) {
@@ -243,26 +253,25 @@ void IndexedForm::swap_cells(const CollectionBase &all, int32_t i, int32_t j) co
   }
 }
 
-void IndexedForm::swap(CollectionBase &all, int32_t i, int32_t j) const {
+void IndexedForm::swap(CollectionBase &all, int32_t i, int32_t j) {
   if (!all.is_out_of_range(i) && !all.is_out_of_range(j))
     swap_cells(all, i, j);
 }
 
-void IndexedForm::move_down(CollectionBase &all, int32_t from, int32_t to) const {
+void IndexedForm::move_down(CollectionBase &all, int32_t from, int32_t to) {
   to = Limited(to, all.count - 1);
   for (int32_t i = Limited(from, all.count - 1); i < to; ++i)
     swap_cells(all, i, i + 1);
 }
 
-void IndexedForm::move_up(CollectionBase &all, int32_t from, int32_t to) const {
+void IndexedForm::move_up(CollectionBase &all, int32_t from, int32_t to) {
   from = Limited(from, all.count - 1);
   for (int32_t i = Limited(to, all.count - 1); i > from; --i)
     swap_cells(all, i, i - 1);
 }
 
 /// Lets cell `i` sink in the heap of the first `n` cells, whose greatest stands on top.
-void IndexedForm::sink(const CollectionBase &all, int32_t i, int32_t n,
-                       int (*compare)(const void *, const void *)) const {
+void IndexedForm::sink(const CollectionBase &all, int32_t i, int32_t n, int (*compare)(const void *, const void *)) {
   for (;;) {
     int32_t child = 2 * i + 1;
     if (child >= n)
@@ -277,7 +286,7 @@ void IndexedForm::sink(const CollectionBase &all, int32_t i, int32_t n,
 }
 
 // A heap sort of our own: the program is linked without the C library that would bring one.
-void IndexedForm::sort(CollectionBase &all, int (*compare)(const void *, const void *)) const {
+void IndexedForm::sort(CollectionBase &all, int (*compare)(const void *, const void *)) {
   for (int32_t i = all.count / 2; i > 0;)
     sink(all, --i, all.count, compare);
   for (int32_t n = all.count; n > 1;) {

@@ -6,10 +6,10 @@
 namespace korb {
 
 /// Keeps each element in a heap node of its own: `prev`, `next` (toward the tail), then the value in place.
-class ListForm : public CollectionForm {
+class ListForm : public LinkedForm {
 public:
   /// kList, or kStack.
-  constexpr explicit ListForm(Kind a_kind) : CollectionForm(a_kind) {}
+  constexpr explicit ListForm(Kind a_kind) : LinkedForm(a_kind) {}
 
   void place(const CollectionBase &all, CollectionIterator &it, bool at_end) const override;
   void *step(const CollectionBase &all, CollectionIterator &it, bool forward) const override;

@@ -38,7 +38,7 @@ public:
 
   /// Makes room for `n` elements in all. A block too small for them, or more than four times too large for more than
   /// 500, is replaced by one with half as much again to spare, around the contents; the count stays.
-  void reserve(int32_t n) { this->form().reserve(*this, n); }
+  void reserve(int32_t n) { IndexedForm::reserve(*this, n); }
   /// Elements that the block has room for.
   int32_t capacity() const { return this->cells_.capacity; }
   /// Free places before the first element.
