@@ -50,9 +50,9 @@ void ParseCommandLine(const char *text, CommandLine &options) {
     if (atom.is_empty())
       break;
     if (!atom.strip_switch_char())
-      UsageError(String("Unexpected command line parameter:\n") + atom);
+      UsageError(str_format("Unexpected command line parameter:\n%s", atom));
     if (!ApplyOption(atom, options))
-      UsageError(String("Illegal command line atom:\n") + atom);
+      UsageError(str_format("Illegal command line atom:\n%s", atom));
   }
   if (UninstallMode && options.uninstall_name.is_empty())
     UsageError("Product name required");

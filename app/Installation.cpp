@@ -155,7 +155,7 @@ void Installation::NameUninstaller() {
   if (!HasInstallFlag(IF_UNINSTALL))
     return;
   notes_.uninstaller_path = PathJoin(notes_.uninstall_dir, config_.uninstaller_name);
-  notes_.uninstall_command = "/u:\"" + config_.uninstall_name + "\"";
+  notes_.uninstall_command.format("/u:\"%s\"", config_.uninstall_name);
 }
 
 /// Listed for removal even where it can't be written: an earlier installation may have left one there.

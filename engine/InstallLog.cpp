@@ -32,7 +32,7 @@ void TellSuccess(String &report) {
 
 void ShowLog(const String &path) {
   if (!ShellOpen(path))
-    RunProcess("notepad.exe " + path, RP_NONE, nullptr);
+    RunProcess(str_format("notepad.exe %s", path), RP_NONE, nullptr);
 }
 
 } // namespace

@@ -55,9 +55,10 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   RegistryKey key;
   if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false) == KEY_NOT_OPENED)
     return false;
-  const String uninstall = notes.uninstaller_path + " " + notes.uninstall_command;
+  const String uninstall = str_format("%s %s", notes.uninstaller_path, notes.uninstall_command);
   key.WriteString(product_value::kUninstallString, uninstall);
-  key.WriteString(product_value::kQuietUninstallString, notes.uninstaller_path + " /a " + notes.uninstall_command);
+  key.WriteString(product_value::kQuietUninstallString,
+                  str_format("%s /a %s", notes.uninstaller_path, notes.uninstall_command));
   key.WriteString(product_value::kDisplayName, ProductName);
   key.WriteString(product_value::kInstallSource, ProgramPath);
   key.WriteString(product_value::kDisplayVersion, config.version, RK_DELETE_EMPTY);

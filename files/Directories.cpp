@@ -97,11 +97,12 @@ bool CreateDirectoryTree(const char *path) {
   return DirectoryExists(path); // somebody else may have made it
 }
 
-bool RemoveEmptyDirectory(String path) {
-  if (path.length() <= kLongestRoot)
+bool RemoveEmptyDirectory(const char *path) {
+  String directory(path);
+  if (directory.length() <= kLongestRoot)
     return false;
-  path.remove_last_if('\\');
-  return RemoveDirectoryA(path) != 0;
+  directory.remove_last_if('\\');
+  return RemoveDirectoryA(directory) != 0;
 }
 
 bool DeleteDirectoryTree(const char *path) {

@@ -21,7 +21,7 @@ String SystemName(const char *path);
 /// root, even of a missing drive. After a false the last error is that of looking for the directory, not of making it.
 bool CreateDirectoryTree(const char *path);
 /// False for a path of fewer than 4 characters, and for a directory that is not empty.
-bool RemoveEmptyDirectory(String path);
+bool RemoveEmptyDirectory(const char *path);
 /// Removes the directory with all that is in it, but not what links in it lead to. Goes on after a failure, whose error
 /// stays behind; false then, and for a path of 3 characters or fewer, and for every path that begins as the Windows
 /// directory does.

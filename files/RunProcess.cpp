@@ -46,7 +46,7 @@ int32_t RunProcess(const char *command, ProcessOptions flags, const char *direct
   if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, flags & RP_INHERIT ? kInherit : FALSE, priority, nullptr,
                       directory, &startup, &process)) {
     if (flags & RP_REPORT)
-      MessageBoxA(nullptr, (String("Unable to create process:\r\n") + command), "Error", MB_ICONHAND);
+      MessageBoxA(nullptr, str_format("Unable to create process:\r\n%s", command), "Error", MB_ICONHAND);
     return kProcessNotStarted;
   }
   const int32_t result = flags & RP_WAIT ? Await(process.hProcess, (flags & RP_PUMP) != 0) : kProcessCodeUnknown;

@@ -3,7 +3,7 @@
 namespace korb {
 
 String SoftwarePath(const char *path) {
-  return String("Software\\") + path;
+  return str_format("Software\\%s", path);
 }
 
 bool SplitRegistryPath(const char *path, String &key, String &name) {

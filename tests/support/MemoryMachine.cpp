@@ -193,7 +193,7 @@ bool DeleteOrSchedule(const char *path, DeleteOptions) {
   return the_machine->held.count(path) == 0 && the_machine->files.erase(path) != 0;
 }
 
-bool RemoveEmptyDirectory(String path) {
+bool RemoveEmptyDirectory(const char *path) {
   const std::string directory(path);
   auto &files = the_machine->files;
   const auto inside = files.upper_bound(directory + "\\");
