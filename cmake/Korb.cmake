@@ -16,7 +16,7 @@ set(KORB_STUB_FLAGS -Oz -fno-tree-dominator-opts -fno-partial-inlining -fno-tree
   -mno-stack-arg-probe -mno-accumulate-outgoing-args -Wframe-larger-than=4000
   # A function that is called once stays one: put into its caller it takes a call away, but makes one frame so large that
   # every access to it gets longer. Two percent of the program.
-  -fno-inline-functions-called-once -fconserve-stack)
+  -fno-inline-functions-called-once -fconserve-stack -fomit-frame-pointer)
 # The whole program is compiled at the link: what only it calls then passes its arguments in registers. Sections of their
 # own would align each function there to 4 bytes, and the compiler drops by itself what nobody calls.
 set(KORB_STUB_LTO -flto -fno-fat-lto-objects -fno-function-sections)
