@@ -1,6 +1,7 @@
 #include "app/Uninstallation.h"
 
 #include "core/Failure.h"
+#include "core/MessagePump.h"
 #include "core/RunValues.h"
 #include "engine/DirectoryGuard.h"
 #include "engine/RemoveFiles.h"
@@ -242,6 +243,7 @@ void Uninstallation::RemoveWholeDirectory() {
   const String programs = ProgramFilesFolder();
   if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS) || !MayDeleteWhole(InstallDir, WindowsDirectory, programs))
     return;
+  ShowPendingProgress();
   if (MayDeleteWhole(SystemName(InstallDir), SystemName(WindowsDirectory), SystemName(programs)))
     DeleteDirectoryTree(InstallDir);
 }

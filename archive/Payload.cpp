@@ -5,6 +5,7 @@
 #include "archive/UnpackBlock.h"
 #include "core/Checksum.h"
 #include "core/Failure.h"
+#include "core/MessagePump.h"
 #include "core/RunValues.h"
 #include "files/PathText.h"
 #include "format/Damage.h"
@@ -21,6 +22,8 @@ constexpr int32_t kVolumesFrom = 5;
 constexpr int32_t kVolumesSpan = 30;
 constexpr int32_t kVerifyAt = 36;
 constexpr int32_t kUnpackAt = 40;
+
+constexpr int32_t kLargePayload = 0x100000; ///< bytes; to verify or unpack a larger one may take longer than a frame
 
 /// Reads the volume files in their order and asks for those that are not there.
 class VolumeReader {
@@ -135,12 +138,17 @@ void AssemblePayload(ArchiveFile &file, const ArchiveLocation &location, const A
   int32_t size = header.payload_size;
   host.WaitPhase(config.min_phase_ms);
   host.SetStep(kTextStepVerify, kVerifyAt);
+  const bool is_large = size > kLargePayload;
+  if (is_large)
+    ShowPendingProgress();
   if (Checksum32(payload, size) != header.payload_checksum)
     CorruptInstaller(DamageCode::PayloadChecksum);
   host.WaitPhase(config.min_phase_ms);
 
   if (HasInstallFlag(IF_PACKED_PAYLOAD) && size != 0) {
     host.SetStep(kTextStepUnpack, kUnpackAt);
+    if (is_large)
+      ShowPendingProgress();
     uint8_t *block = const_cast<uint8_t *>(payload); // only read
     if (!UnpackBlock(&block, &size))
       CorruptInstaller(DamageCode::PayloadPacked);

@@ -108,7 +108,6 @@ void StartPhase() {
 void SetStepText(int32_t number) {
   StartPhase();
   SetStepTextFormat(TextLookup(number));
-  FlushProgress();
 }
 
 void SetProgress(int32_t percent) {
@@ -127,9 +126,9 @@ void FlushProgress() {
 }
 
 void WaitPhase(int32_t milliseconds) {
-  FlushProgress();
   if (AutomaticMode)
     return;
+  FlushProgress();
   for (int32_t i = 0; i < milliseconds && !PumpMessages() && PhaseHasTimeLeft(PhaseStart, GetTickCount(), milliseconds);
        ++i)
     Sleep(kWaitStep);

@@ -15,7 +15,7 @@ void DestroyProgressDialog();
 
 // A step text and a place of the bar are shown at once, or, where something was shown within the last frame of a
 // screen, by a later one of these calls, as far as nothing newer has come by then. Whoever goes on to something that
-// may last calls ShowPendingProgress (core/MessagePump.h) first; SetStepText, SetStep, WaitPhase and DialogOwner do so
+// may last calls ShowPendingProgress (core/MessagePump.h) first; WaitPhase, where it waits, and DialogOwner do so
 // themselves.
 
 /// Shows a formatted line as the step text.
@@ -27,11 +27,11 @@ void SetStepTextFormat(const char *format, const T &...values) {
 
 /// Starts a phase, whose time WaitPhase counts.
 void StartPhase();
-/// Starts a phase and shows text `number` of the archive, a format without arguments, at once.
+/// Starts a phase and shows text `number` of the archive, a format without arguments.
 void SetStepText(int32_t number);
 /// Moves the bar; 0 to 100.
 void SetProgress(int32_t percent);
-/// SetStepText and SetProgress, both at once.
+/// SetStepText and SetProgress in one.
 void SetStep(int32_t number, int32_t percent);
 
 /// What ShowPendingProgress does.
