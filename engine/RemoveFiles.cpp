@@ -20,7 +20,8 @@ constexpr int32_t kPercents = 80; ///< of the bar, for all entries together
 
 void RemoveFile(const String &path, String &report, UninstallList &left) {
   SetStepTextFormat("%s", path);
-  if (!FileExists(path) || DeleteOrSchedule(path))
+  // Asked only after a failure: the question costs as much as the deletion.
+  if (DeleteOrSchedule(path) || !FileExists(path))
     return;
   report.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), path);
   left.AddUninstallEntry(path, kUninstallFile);
