@@ -62,6 +62,7 @@ private:
   InstallNotes &notes_;
   MachineHost host_;
   String last_directory_; // known to exist
+  bool is_directory_listed_ = false;
   bool fonts_changed_ = false;
 };
 
@@ -80,9 +81,12 @@ bool FilePlacer::MakeDirectory(const PayloadRecord &record, const String &path) 
       return false;
     }
     last_directory_ = directory;
+    is_directory_listed_ = false;
   }
-  if (IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
+  if (!is_directory_listed_ && IsListedAtUninstall(record) && !HasInstallFlag(IF_NO_UNINSTALL_RECORDS)) {
     notes_.uninstall_list.AddUninstallEntry(directory, kUninstallDirectory);
+    is_directory_listed_ = true;
+  }
   return true;
 }
 
