@@ -19,15 +19,20 @@ ComSession::ComSession() {
   started_ = start && SUCCEEDED(start(nullptr));
 }
 
+/// What was there a moment ago may be refused by now.
 ComSession::~ComSession() {
-  if (started_)
-    KORB_SYSTEM_FUNCTION(kLibrary, CoUninitialize)();
+  if (!started_)
+    return;
+  if (const auto end = KORB_SYSTEM_FUNCTION(kLibrary, CoUninitialize))
+    end();
 }
 
 void *ComSession::Create(const CLSID &object, const IID &interface_id) {
   void *made = nullptr;
-  if (started_)
-    KORB_SYSTEM_FUNCTION(kLibrary, CoCreateInstance)(object, nullptr, CLSCTX_INPROC_SERVER, interface_id, &made);
+  if (!started_)
+    return made;
+  if (const auto create = KORB_SYSTEM_FUNCTION(kLibrary, CoCreateInstance))
+    create(object, nullptr, CLSCTX_INPROC_SERVER, interface_id, &made);
   return made;
 }
 
