@@ -23,6 +23,10 @@ namespace {
 
 constexpr int32_t kAttempts = 3;
 
+/// What a file is dated until it is whole. A run that ends before that, or a full disk, leaves a part that any other
+/// version of the file is newer than: with the present date, it would be kept.
+const FileDate kUnfinished{1980, 1, 1, 0, 0, 0};
+
 enum class WriteResult { Written, Damaged, Refused };
 
 /// Leaves `file` closed when the bytes are on disk, Written or Damaged. Refused leaves the system's last error.
@@ -33,8 +37,10 @@ enum class WriteResult { Written, Damaged, Refused };
 WriteResult WriteBytes(DiskFile &file, const NewFile &wanted) {
   WriteResult result = WriteResult::Refused;
   for (int32_t attempt = 1; attempt <= kAttempts; ++attempt) {
-    if (file.Open(wanted.path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) != OPEN_OK ||
-        !file.Write(wanted.data, wanted.size)) {
+    const bool opened = file.Open(wanted.path, DF_CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL) == OPEN_OK;
+    if (wanted.date.has_date())
+      file.SetModified(kUnfinished, false);
+    if (!opened || !file.Write(wanted.data, wanted.size)) {
       result = WriteResult::Refused;
       if (attempt == 1 && HasInstallFlag(IF_CLEAR_ATTRIBUTES)) {
         file.Close();
