@@ -39,8 +39,7 @@ bool RunBatch(const String &directory, const String &script, bool hidden, String
   }
   if (result == kProcessNotStarted)
     log.append_format("%s could not be run: %s\r\n", path, LastErrorText());
-  if (written)
-    DeleteOrSchedule(path);
+  DeleteOrSchedule(path); // what a full disk left of it too
   return result == 0;
 }
 
