@@ -3,10 +3,21 @@
 #include "core/RunValues.h"
 #include "core/Windows.h"
 #include "engine/SelfRemovalText.h"
+#include "files/DeferredFiles.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
 
 namespace korb {
+
+namespace {
+
+/// The product's key is gone, so no second run comes to take the uninstaller away.
+void LeaveToRestart() {
+  DeleteOrSchedule(kSelfRemovalBatch);
+  DeleteOrSchedule(ProgramPath, DEL_AT_RESTART);
+}
+
+} // namespace
 
 /// The only process that RunProcess does not start: the batch gets a console of its own, since this process ends first.
 SelfRemoval RemoveSelf(const String &subdirectory) {
@@ -23,8 +34,10 @@ SelfRemoval RemoveSelf(const String &subdirectory) {
   }
   String text = SelfRemovalText(program, directory, inner);
   text.replace("\1", "%", FIND_IGNORE_CASE); // no path has the one, and the other would have been doubled
-  if (!WriteWholeFile(kSelfRemovalBatch, text))
+  if (!WriteWholeFile(kSelfRemovalBatch, text)) {
+    LeaveToRestart();
     return SELF_REMOVAL_NOT_WRITTEN;
+  }
   STARTUPINFOA startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESHOWWINDOW;
@@ -32,8 +45,10 @@ SelfRemoval RemoveSelf(const String &subdirectory) {
   String command = str_format("\"%s\" /c %s", CommandInterpreter, kSelfRemovalBatch);
   PROCESS_INFORMATION process;
   if (!CreateProcessA(CommandInterpreter, command.data(), nullptr, nullptr, FALSE, CREATE_NEW_CONSOLE, nullptr, nullptr,
-                      &startup, &process))
+                      &startup, &process)) {
+    LeaveToRestart();
     return SELF_REMOVAL_NOT_STARTED;
+  }
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
   return SELF_REMOVAL_STARTED;
