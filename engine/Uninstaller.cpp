@@ -50,7 +50,7 @@ void WriteOwnValue(RegistryKey &key, const UninstallData &data) {
     key.WriteString(data.name, value, RK_DELETE_EMPTY | (data.kind == kUninstallExpandText ? RK_EXPAND : RK_NONE));
 }
 
-/// False when the key can't be opened, or does not give back what the system starts the uninstaller by.
+/// False when the key can't be opened, refuses a value, or does not give back what the system starts the uninstaller by.
 bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   RegistryKey key;
   if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false) == KEY_NOT_OPENED)
@@ -81,7 +81,7 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   key.WriteString(product_value::kInstallDate, Now().format_plain(kDateTimeFormat));
   String kept;
   key.ReadString(kept, product_value::kUninstallString, "");
-  return kept == uninstall;
+  return kept == uninstall && !key.write_refused;
 }
 
 } // namespace

@@ -242,14 +242,21 @@ void RegistryKey::ReadStringAt(String &text, RegistryHandle root, const char *pa
     text = fallback;
 }
 
+bool RegistryKey::SetValue(const char *name, uint32_t type, const void *data, int32_t size) {
+  const bool set = RegSetValueExA(current_key_, name, 0, type, static_cast<const BYTE *>(data),
+                                  static_cast<DWORD>(size)) == ERROR_SUCCESS;
+  if (!set)
+    write_refused = true;
+  return set;
+}
+
 bool RegistryKey::WriteString(const char *name, const String &text, RegistryOptions options) {
   if (!current_key_)
     return false;
   if ((options & RK_DELETE_EMPTY) && text.is_empty())
     return DeleteValue(name);
-  const DWORD type = options & RK_BINARY ? REG_BINARY : (options & RK_EXPAND ? REG_EXPAND_SZ : REG_SZ);
-  return RegSetValueExA(current_key_, name, 0, type, reinterpret_cast<const BYTE *>(text.c_str()),
-                        static_cast<DWORD>(text.length())) == ERROR_SUCCESS;
+  return SetValue(name, options & RK_BINARY ? REG_BINARY : (options & RK_EXPAND ? REG_EXPAND_SZ : REG_SZ), text.c_str(),
+                  text.length());
 }
 
 bool RegistryKey::WriteNumber(const char *name, int32_t number, RegistryOptions options) {
@@ -257,8 +264,7 @@ bool RegistryKey::WriteNumber(const char *name, int32_t number, RegistryOptions 
     return false;
   if ((options & RK_DELETE_EMPTY) && number == 0)
     return DeleteValue(name);
-  return RegSetValueExA(current_key_, name, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&number), sizeof number) ==
-         ERROR_SUCCESS;
+  return SetValue(name, REG_DWORD, &number, sizeof number);
 }
 
 bool RegistryKey::Exchange(const char *name, Value &value) {

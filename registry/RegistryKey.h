@@ -117,6 +117,7 @@ public:
   bool WriteString(const char *name, const String &text, RegistryOptions options = RK_NONE);
   bool WriteNumber(const char *name, int32_t number, RegistryOptions options = RK_NONE);
   bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value); }
+  bool write_refused = false; ///< the system has refused one, for who writes many and tells once
   bool DeleteValue(const char *name);
   /// Of the open key. A number stays a number; everything else is written as text.
   bool Exchange(const char *name, Value &value);
@@ -135,6 +136,7 @@ private:
   static void ReportFailure(RegistryOptions options);
   [[noreturn]] void RequiredValueMissing(const char *name) const;
   bool Counts(uint32_t &subkeys, uint32_t &values) const;
+  bool SetValue(const char *name, uint32_t type, const void *data, int32_t size);
 
   RegistryHandle current_key_ = nullptr;
   String current_path_; ///< of the open key, for messages: parts run together
