@@ -163,7 +163,8 @@ void Installation::SaveBackground() {
   if (BackgroundImage.is_empty() || !HasInstallFlag(IF_BACKGROUND_BITMAP))
     return;
   const String path = BackgroundBitmapPath(notes_.uninstall_dir);
-  BackgroundImage.save(path);
+  if (!BackgroundImage.save(path))
+    AppendFileError(notes_.journal.log_text, path);
   notes_.uninstall_list.AddUninstallEntry(path, kUninstallFile);
 }
 

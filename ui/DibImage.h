@@ -44,7 +44,7 @@ public:
   /// Takes the picture of a BMP file; "bmp" is the default extension. False when it is none or shows nothing: the image
   /// is then of no use.
   bool load(const char *path);
-  /// Writes a BMP file over whatever is there. False when it can't be opened; a full disk is not noticed.
+  /// Writes a BMP file over whatever is there. False when it can't be opened or written.
   bool save(const char *path) const;
 
   /// Stretches the picture over all of `rect`, both its edges included; `rop` is a raster operation of the system.

@@ -25,9 +25,7 @@ bool DibImage::save(const char *path) const {
   header.set_length(kFileHeader);
   header.put_dword(2, static_cast<uint32_t>(block.length() + kFileHeader));
   header.put_dword(10, static_cast<uint32_t>(bits_offset) + kFileHeader);
-  file.WriteString(header);
-  file.WriteString(block);
-  return true;
+  return file.WriteString(header) && file.WriteString(block);
 }
 
 void DibImage::draw(HDC hdc, const RECT &rect, uint32_t rop) {
