@@ -15,22 +15,19 @@ String EditAutoexecPath(bool add) {
 
   DiskFile file;
   String text;
-  if (file.Open(name, add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL) != OPEN_OK ||
-      !file.ReadAll(&text))
-    return str_format("Unable to modify %s.  You will need to manually %s %s %s the PATH environment variable.\r\n\r\n",
-                      name, add ? "add" : "remove", InstallDir, add ? "to" : "from");
-
+  bool done =
+      file.Open(name, add ? DF_OPEN_ALWAYS : DF_OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL) == OPEN_OK && file.ReadAll(&text);
   const String line = SearchPathLine(ShortPath(InstallDir));
-  if (add) {
+  if (done && add) {
     const String addition = SearchPathAddition(text, line);
-    if (!addition.is_empty() && file.SeekFromEnd(0))
-      file.WriteString(addition);
-  } else if (RemoveSearchPathLine(text, line)) {
-    file.Seek(0);
-    file.WriteString(text);
-    file.Truncate();
+    done = addition.is_empty() || (file.SeekFromEnd(0) && file.WriteString(addition));
+  } else if (done && RemoveSearchPathLine(text, line)) {
+    done = file.Seek(0) && file.WriteString(text) && file.Truncate();
   }
-  return String();
+  if (done)
+    return String();
+  return str_format("Unable to modify %s.  You will need to manually %s %s %s the PATH environment variable.\r\n\r\n",
+                    name, add ? "add" : "remove", InstallDir, add ? "to" : "from");
 }
 
 } // namespace korb
