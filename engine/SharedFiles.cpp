@@ -27,6 +27,8 @@ void TakeBackEarlierCounts(RegistryKey &counts, String entries) {
   while (TakeSharedEntry(entries, entry)) {
     const char *name = entry.path;
     const int32_t count = counts.ReadNumber(name, 0);
+    if (counts.refused)
+      return;
     if (count <= 1)
       counts.DeleteValue(name);
     else
@@ -34,9 +36,24 @@ void TakeBackEarlierCounts(RegistryKey &counts, String entries) {
   }
 }
 
-/// True when nobody else counts the file. One that is not counted at all is nobody's.
+/// A count that can't be read stays: it may be that of many products.
+void CountAll(RegistryKey &counts, InstallNotes &notes) {
+  for (int32_t i = 0; i < notes.shared_file_list.count; ++i) {
+    const String &marked_path = notes.shared_file_list.at(i);
+    const String name = ReadSharedEntry(marked_path).path;
+    const int32_t count = counts.ReadNumber(name, 0);
+    if (!counts.refused)
+      counts.WriteNumber(name, count + 1);
+    AppendSharedEntry(notes.shared_files, marked_path);
+  }
+}
+
+/// True when nobody else counts the file. One that is not counted at all is nobody's; where the system doesn't tell, it
+/// may be anybody's.
 bool IsLastReference(RegistryKey &counts, const String &path) {
   int32_t count = counts.ReadNumber(path, 0);
+  if (counts.refused)
+    return false;
   if (count < 1)
     return true;
   counts.WriteNumber(path, --count, RK_DELETE_EMPTY);
@@ -83,17 +100,14 @@ void CountSharedFiles(InstallNotes &notes, const String &earlier, bool is_reinst
   RegistryKey counts;
   if (!counts.OpenSoftware(kSharedFileKey, false)) {
     notes.shared_files = earlier;
+    counts.refused = true;
+  } else {
+    if (is_reinstall)
+      TakeBackEarlierCounts(counts, earlier);
+    CountAll(counts, notes);
+  }
+  if (counts.refused)
     notes.journal.error_report += "Registry error: unable to increment shared file reference counts.\r\n\r\n";
-    return;
-  }
-  if (is_reinstall)
-    TakeBackEarlierCounts(counts, earlier);
-  for (int32_t i = 0; i < notes.shared_file_list.count; ++i) {
-    const String &marked_path = notes.shared_file_list.at(i);
-    const String name = ReadSharedEntry(marked_path).path;
-    counts.WriteNumber(name, counts.ReadNumber(name, 0) + 1);
-    AppendSharedEntry(notes.shared_files, marked_path);
-  }
 }
 
 bool ReleaseSharedFiles(String files) {

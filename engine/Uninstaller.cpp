@@ -81,7 +81,7 @@ bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   key.WriteString(product_value::kInstallDate, Now().format_plain(kDateTimeFormat));
   String kept;
   key.ReadString(kept, product_value::kUninstallString, "");
-  return kept == uninstall && !key.write_refused;
+  return kept == uninstall && !key.refused;
 }
 
 } // namespace

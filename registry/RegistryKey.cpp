@@ -200,6 +200,8 @@ bool RegistryKey::ReadValue(const char *name, Value &value, RegistryOptions opti
     value = Value(text);
     return true;
   }
+  if (error != ERROR_FILE_NOT_FOUND)
+    refused = true;
   if ((error == ERROR_FILE_NOT_FOUND || error == ERROR_BADKEY) && (options & RK_REQUIRED))
     RequiredValueMissing(name);
   return false;
@@ -246,7 +248,7 @@ bool RegistryKey::SetValue(const char *name, uint32_t type, const void *data, in
   const bool set = RegSetValueExA(current_key_, name, 0, type, static_cast<const BYTE *>(data),
                                   static_cast<DWORD>(size)) == ERROR_SUCCESS;
   if (!set)
-    write_refused = true;
+    refused = true;
   return set;
 }
 

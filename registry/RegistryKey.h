@@ -97,6 +97,9 @@ public:
   /// Appends the names and gives how many.
   int32_t EnumerateSubKeys(Vector<String> &names) const;
 
+  /// The system has refused to read or write a value, for whom a missing one is another matter, or who writes many and
+  /// tells once.
+  mutable bool refused = false;
   /// False, and `value` as it was, when there is no such value. One of a kind that has no meaning here is none.
   bool ReadValue(const char *name, Value &value, RegistryOptions options = RK_NONE) const;
   // A value of another kind is converted; a missing one gives the default.
@@ -117,7 +120,6 @@ public:
   bool WriteString(const char *name, const String &text, RegistryOptions options = RK_NONE);
   bool WriteNumber(const char *name, int32_t number, RegistryOptions options = RK_NONE);
   bool WriteBoolean(const char *name, bool value) { return WriteNumber(name, value); }
-  bool write_refused = false; ///< the system has refused one, for who writes many and tells once
   bool DeleteValue(const char *name);
   /// Of the open key. A number stays a number; everything else is written as text.
   bool Exchange(const char *name, Value &value);
