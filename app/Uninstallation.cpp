@@ -14,6 +14,7 @@
 #include "files/DeferredFiles.h"
 #include "files/Directories.h"
 #include "files/DiskFile.h"
+#include "files/FileInfo.h"
 #include "files/PathText.h"
 #include "files/ProgramPaths.h"
 #include "files/WholeFile.h"
@@ -38,6 +39,13 @@ constexpr int32_t kMaxLevels = 20;
 
 void Wait() {
   WaitPhase(kPhaseMs);
+}
+
+/// Nothing has changed by then, so a later run can do it all.
+[[noreturn]] void RefuseCorrupt() {
+  ReportError("The uninstall information for %s is corrupt.\r\n\r\nThe uninstallation cannot be performed.",
+              ProductName);
+  ExitInstaller();
 }
 
 /// An uninstall run as its phases.
@@ -97,11 +105,8 @@ bool Uninstallation::Open() {
   if (IsBlank(ProductName))
     ProductName = name_;
   Read(InstallDir, product_value::kInstallLocation);
-  if (IsBlank(InstallDir)) {
-    ReportError("The uninstall information for %s is corrupt.\r\n\r\nThe uninstallation cannot be performed.",
-                ProductName);
-    return false;
-  }
+  if (IsBlank(InstallDir))
+    RefuseCorrupt();
   String flags;
   Read(flags, product_value::kProductFlags);
   InstallFlags = static_cast<uint64_t>(flags.to_int64());
@@ -125,6 +130,8 @@ void Uninstallation::ReadValues() {
   uninstall_dir_ = PathJoin(InstallDir, uninstall_subdir_);
   Read(fonts_, product_value::kProductFonts);
   for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
+  if (key_.refused)
+    RefuseCorrupt();
 }
 
 /// Made before the record is read, so without any text of the archive's.
@@ -135,11 +142,15 @@ void Uninstallation::ShowWindow() {
     CreateMainWindow(InstanceHandle, nullptr, looks_);
 }
 
-/// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same.
+/// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same. One that is
+/// there and can't be read would be lost with all that it tells.
 void Uninstallation::ReadRecord() {
   String text;
-  if (ReadWholeFile(UninstallDataPath(uninstall_dir_), text) == OPEN_OK)
+  const String path = UninstallDataPath(uninstall_dir_);
+  if (ReadWholeFile(path, text) == OPEN_OK)
     ReadUninstallRecord(text, record_);
+  else if (FileExists(path))
+    RefuseCorrupt();
 }
 
 void Uninstallation::Ask() {
