@@ -20,7 +20,8 @@ constexpr int32_t kPercents = 80; ///< of the bar, for all entries together
 
 void RemoveFile(const String &path, String &report, UninstallList &left) {
   SetStepTextFormat("%s", path);
-  // Asked only after a failure: the question costs as much as the deletion.
+  // Asked only after a failure: the question costs as much as the deletion, and of what may not be opened it would
+  // have told that there is none.
   if (DeleteOrSchedule(path) || !FileExists(path))
     return;
   report.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), path);
