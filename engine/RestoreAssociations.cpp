@@ -34,7 +34,7 @@ void RestoreVerb(RegistryKey &key, const String &verb, const String &backup_name
     return;
   bool is_ours = true;
   if (key.OpenChild("command", RK_OPEN_ONLY) != KEY_NOT_OPENED) {
-    is_ours = !RestoreDefault(key, backup_name);
+    is_ours = !RestoreDefault(key, backup_name) && !key.refused;
     key.Close();
   }
   key.Close();
@@ -53,11 +53,16 @@ void RestoreShell(RegistryKey &key, const String &verb, const String &backup_nam
     key.DeleteChild("shell");
 }
 
-/// True when the extension had an owner before.
-bool RestoreExtension(const String &extension, const String &backup_name) {
+/// True when the extension is somebody else's: it had an owner before, who may have it back from a run that didn't come to
+/// its end, or the system doesn't tell.
+bool RestoreExtension(const FileAssociation &association, const String &backup_name) {
   RegistryKey key;
-  return key.Open(HandleOf(RegistryRoot::ClassesRoot), extension, RK_OPEN_ONLY) != KEY_NOT_OPENED &&
-         RestoreDefault(key, backup_name);
+  if (key.Open(HandleOf(RegistryRoot::ClassesRoot), association.extension, RK_OPEN_ONLY) == KEY_NOT_OPENED)
+    return false;
+  const bool restored = RestoreDefault(key, backup_name);
+  String owner;
+  key.ReadString(owner, "", "");
+  return restored || key.refused || !(owner.is_empty() || owner.equals_no_case(association.file_class));
 }
 
 /// True when the class is gone with all that it held.
@@ -93,7 +98,7 @@ void RestoreAssociations(const Vector<FileAssociation> &associations) {
   Vector<String> given_back;
   for (int32_t i = 0; i < associations.count; ++i) {
     const FileAssociation &association = associations.at(i);
-    if (RestoreExtension(association.extension, backup_name))
+    if (RestoreExtension(association, backup_name))
       given_back.append(association.extension);
     RegistryKey key;
     if (RestoreClass(association, backup_name) && !Contains(given_back, association.extension))

@@ -87,6 +87,13 @@ TEST_CASE_FIXTURE(Types, "an extension that is given back stays for its second v
   CHECK(machine.Registry() == "[.thg] Theirs\n");
 }
 
+TEST_CASE_FIXTURE(Types, "an extension that has another owner by now stays, as after a run that ended halfway") {
+  Register();
+  machine.Set(".thg", "", "Theirs");
+  Restore();
+  CHECK(machine.Registry() == "[.thg] Theirs\n");
+}
+
 TEST_CASE_FIXTURE(Types, "other verbs of a type, and a command that was there, survive") {
   machine.Set("ThingFile\\shell\\open\\command", "", "theirs");
   machine.Set("ThingFile\\shell\\view\\command", "", "view");
