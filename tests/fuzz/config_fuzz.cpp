@@ -1,8 +1,9 @@
 // Any bytes are a configuration or a damage report: never a wild read, and nothing beyond the limits comes out.
 #include <cstdlib>
 
+#include "archive/ConfigStream.h"
 #include "core/RunValues.h"
-#include "tests/support/ArchiveRun.h"
+#include "tests/support/ArchiveDoubles.h"
 #include "tests/support/FailureTrap.h"
 #include "ui/TextLookup.h"
 

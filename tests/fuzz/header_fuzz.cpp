@@ -2,8 +2,12 @@
 // cut out, without leaving the file and without more memory than a few times its size.
 #include <cstdlib>
 
+#include "archive/ArchiveHeader.h"
+#include "archive/ArchiveLocation.h"
+#include "archive/PayloadRecord.h"
+#include "archive/UninstallerImage.h"
 #include "core/RunValues.h"
-#include "tests/support/ArchiveRun.h"
+#include "tests/support/ArchiveDoubles.h"
 #include "tests/support/FailureTrap.h"
 
 using namespace korb;
