@@ -19,11 +19,8 @@ namespace korb {
 
 namespace {
 
-// Another width makes other code of half of this file: a test on a machine of 64 bits sets that of the program.
-#ifndef KORB_UNPACK_WORD
-#define KORB_UNPACK_WORD std::conditional_t<(sizeof(void *) > 4), uint64_t, uint32_t>
-#endif
-using Word = KORB_UNPACK_WORD;
+// Another width makes other code of half of this file, which is why it is fuzzed as code of 32 bits too.
+using Word = std::conditional_t<(sizeof(void *) > 4), uint64_t, uint32_t>;
 constexpr int32_t kWordBytes = sizeof(Word);
 constexpr uint32_t kPeekBytes = kWordBytes - 1; // whole bytes that a peek gives, whatever its bit
 constexpr uint32_t kPeekBits = 25;              // bits that it gives at least, with words of either size

@@ -141,7 +141,7 @@ endfunction()
 
 # korb_fuzzer(<name> <source>... USES <library>...): a libFuzzer program. Its test fuzzes for KORB_FUZZ_SECONDS, from the
 # inputs kept in tests/fuzz/corpus/<name>; what it finds worth keeping stays below the build folder.
-set(KORB_FUZZ_SECONDS 30 CACHE STRING "How long the test of each fuzzer runs")
+set(KORB_FUZZ_SECONDS 11 CACHE STRING "How long the test of each fuzzer runs")
 function(korb_fuzzer name)
   if(NOT KORB_FUZZ)
     return()

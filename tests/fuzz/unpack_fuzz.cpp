@@ -1,5 +1,4 @@
-// Any bytes as a packed block: the decoder stays within both blocks and says what the obvious decoder says, with words
-// of either size.
+// Any bytes as a packed block: the decoder stays within both blocks and says what the obvious decoder says.
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -8,10 +7,6 @@
 #include "tests/support/ReferenceUnpack.h"
 
 using namespace korb::test;
-
-namespace korb {
-bool NarrowUnpackTokens(const uint8_t *block, int32_t size, uint8_t *out, int32_t out_size); // NarrowUnpack.cpp
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   // The head is made here, with a size that is soon reached: the tokens are what is hostile.
@@ -29,10 +24,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const std::unique_ptr<uint8_t[]> packed(new uint8_t[block.size()]);
   memcpy(packed.get(), block.data(), block.size());
   const std::unique_ptr<uint8_t[]> out(new uint8_t[static_cast<size_t>(out_size)]);
-  for (const auto unpack : {korb::UnpackTokens, korb::NarrowUnpackTokens}) {
-    const bool good = unpack(packed.get(), static_cast<int32_t>(block.size()), out.get(), out_size);
-    if (good != expected.good || (good && memcmp(out.get(), expected.bytes.data(), expected.bytes.size()) != 0))
-      abort();
-  }
+  const bool good = korb::UnpackTokens(packed.get(), static_cast<int32_t>(block.size()), out.get(), out_size);
+  if (good != expected.good || (good && memcmp(out.get(), expected.bytes.data(), expected.bytes.size()) != 0))
+    abort();
   return 0;
 }
