@@ -13,6 +13,9 @@ namespace korb {
 
 namespace {
 
+/// The system counts a name in 16 bits: with 64 KB of characters it is empty, and means the key above it.
+constexpr int32_t kLongestName = 32767;
+
 /// Null for a handle that is no root.
 const char *RootName(RegistryHandle root) {
   switch (static_cast<RegistryRoot>(reinterpret_cast<uintptr_t>(root))) {
@@ -58,6 +61,8 @@ RegistryKey::~RegistryKey() {
 }
 
 KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOptions options) {
+  if (text_length(subkey) > kLongestName)
+    return KEY_NOT_OPENED;
   HKEY key;
   DWORD disposition = REG_OPENED_EXISTING_KEY;
   const LONG result = options & RK_OPEN_ONLY
@@ -284,7 +289,7 @@ bool RegistryKey::DeleteValue(const char *name) {
 // ---- Deletions ----------------------------------------------------------------------------------------------------
 
 DeleteStatus RegistryKey::DeleteChild(const char *subkey, RegistryOptions options) {
-  if (!current_key_ || !subkey || !*subkey)
+  if (!current_key_ || !subkey || !*subkey || text_length(subkey) > kLongestName)
     return DELETE_NO_KEY;
   if ((options & RK_ONLY_IF_EMPTY) && !IsChildEmpty(subkey))
     return DELETE_NOT_EMPTY;
