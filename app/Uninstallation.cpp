@@ -36,6 +36,11 @@ namespace {
 
 constexpr int32_t kPhaseMs = 500; ///< shortest time that a phase stays readable
 constexpr int32_t kMaxLevels = 20;
+constexpr int32_t kLongestInLine = 8000; ///< characters; the interpreter gives up a batch at 8,192
+
+/// Folders of all products, of the user and of all users. No product is one of them, or has one in itself.
+constexpr String (*kNobodysOwn[])() = {ProgramFilesFolder, CommonFilesFolder,       DocumentFolder,
+                                       DesktopFolder,      StartMenuProgramsFolder, StartMenuProgramsAllFolder};
 
 void Wait() {
   WaitPhase(kPhaseMs);
@@ -105,7 +110,10 @@ bool Uninstallation::Open() {
   if (IsBlank(ProductName))
     ProductName = name_;
   Read(InstallDir, product_value::kInstallLocation);
-  if (IsBlank(InstallDir))
+  Read(uninstall_subdir_, product_value::kUninstallSubdir);
+  uninstall_dir_ = PathJoin(InstallDir, uninstall_subdir_);
+  // Both get into lines of batches, which no directory's name can end.
+  if (IsBlank(InstallDir) || uninstall_dir_.find_any("\"\r\n") >= 0 || uninstall_dir_.length() > kLongestInLine)
     RefuseCorrupt();
   String flags;
   Read(flags, product_value::kProductFlags);
@@ -126,8 +134,6 @@ void Uninstallation::ReadValues() {
   color(looks_.bottom_color, product_value::kBottomColor);
   looks_.mono_color = key_.ReadBoolean(product_value::kMonoColor, looks_.mono_color);
   looks_.title_shadow = static_cast<uint8_t>(key_.ReadNumber(product_value::kTitleShadow, looks_.title_shadow));
-  Read(uninstall_subdir_, product_value::kUninstallSubdir);
-  uninstall_dir_ = PathJoin(InstallDir, uninstall_subdir_);
   Read(fonts_, product_value::kProductFonts);
   for_all_users_ = key_.ReadNumber(product_value::kShortcutMode, 0) == kShortcutsForAllUsers;
   if (key_.refused)
@@ -235,11 +241,16 @@ void Uninstallation::RemoveKeyUpward(String path, bool current_user) {
   }
 }
 
+/// A key that holds the list of all products, or all types, is none of a product.
 void Uninstallation::RemoveProductKeys() {
   SetStep(kTextStepRegistry, 95);
   String path;
   Read(path, product_value::kProductRegistry);
-  if (!path.is_empty()) {
+  while (path.replace("\\\\", "\\", FIND_IGNORE_CASE) > 0) // which the system takes for one
+    ;
+  path.remove_first_if('\\');
+  path.remove_last_if('\\');
+  if (!path.is_empty() && !Holds(path, kUninstallKeys) && !Holds(path, "Classes")) {
     RemoveKeyUpward(path, false);
     RemoveKeyUpward(path, true);
     key_.DeleteValue(product_value::kProductRegistry);
@@ -251,12 +262,19 @@ void Uninstallation::RemoveProductKeys() {
 /// the system's, since a short name, a link or another drive may lead to what is guarded. The recorded one is deleted:
 /// the system's may have lost characters that the code page lacks.
 void Uninstallation::RemoveWholeDirectory() {
-  const String programs = ProgramFilesFolder();
-  if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS) || !MayDeleteWhole(InstallDir, WindowsDirectory, programs))
+  if (!HasInstallFlag(IF_NO_UNINSTALL_RECORDS))
     return;
   ShowPendingProgress();
-  if (MayDeleteWhole(SystemName(InstallDir), SystemName(WindowsDirectory), SystemName(programs)))
-    DeleteDirectoryTree(InstallDir);
+  const String directory = SystemName(InstallDir), windows = SystemName(WindowsDirectory);
+  for (String (*const folder)() : kNobodysOwn) {
+    String place = folder();
+    if (!MayDeleteWhole(InstallDir, WindowsDirectory, place))
+      return;
+    place = SystemName(place);
+    if (!MayDeleteWhole(directory, windows, place))
+      return;
+  }
+  DeleteDirectoryTree(InstallDir);
 }
 
 /// Only when all is undone: else they tell a second run what is left.

@@ -19,13 +19,19 @@ bool IsBelowRoot(const char *path) {
 
 } // namespace
 
-bool MayDeleteWhole(const String &directory, const String &windows, const String &program_files) {
+bool Holds(const String &path, const char *place) {
+  if (text_compare_no_case(path, place, path.length()) != 0)
+    return false;
+  const char *const rest = place + path.length();
+  // A 64-bit Windows has two folders of all programs, and tells a 32-bit program of "C:\Program Files (x86)".
+  return *rest == '\0' || *rest == '\\' || rest[1] == '(';
+}
+
+bool MayDeleteWhole(const String &directory, const String &windows, const String &place) {
   String path(directory);
   path.trim_right_set("\\. "); // what the system drops; a root is no full path now
-  // A 64-bit Windows has two folders of all programs, and tells a 32-bit program of "C:\Program Files (x86)".
-  const char *const rest = &program_files[path.length()]; // looked at only where the texts agree so far
-  return IsBelowRoot(path) && text_compare_no_case(path, windows, windows.length()) != 0 &&
-         (text_compare_no_case(path, program_files, path.length()) != 0 || (*rest != '\0' && rest[1] != '('));
+  return IsBelowRoot(path) && text_compare_no_case(path, windows, windows.length()) != 0 && !Holds(path, windows) &&
+         !Holds(path, place);
 }
 
 } // namespace korb

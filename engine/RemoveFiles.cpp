@@ -60,14 +60,16 @@ void RemoveListedFiles(const Vector<String> &entries, String &report, UninstallL
     case '\0':
       break;
     case kDirectoryMark:
-      directories.append(rest);
+      if (NamesOnePlace(rest))
+        directories.append(rest);
       break;
     case kClassesKeyMark:
       DeleteListedKey(rest);
       break;
     default:
       SetProgress(kFirstPercent + static_cast<int32_t>(int64_t{kPercents} * i / entries.count));
-      RemoveFile(entry, report, left);
+      if (NamesOnePlace(entry))
+        RemoveFile(entry, report, left);
     }
   }
   directories.sort(CompareLength); // the longest first: children before their parents

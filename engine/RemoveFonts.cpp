@@ -31,7 +31,7 @@ void RemoveFonts(RegistryKey &product_key, String fonts) {
     if (!MayRemove(IF_ASK_FONT_REMOVAL, kTextFontQuestion, kTextFontCaption, title))
       continue;
     RemoveFontResourceA(file);
-    DeleteOrSchedule(PathJoin(FontFolder(), file));
+    DeleteOrSchedule(PathJoin(FontFolder(), FilePart(file))); // and never out of that folder
     any_removed = true;
   } while (!fonts.is_empty());
   product_key.WriteString(product_value::kProductFonts, fonts, RK_DELETE_EMPTY);

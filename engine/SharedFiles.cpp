@@ -4,6 +4,7 @@
 
 #include "core/RunValues.h"
 #include "engine/SelfRegistration.h"
+#include "engine/UninstallRecord.h"
 #include "files/DeferredFiles.h"
 #include "files/FileInfo.h"
 #include "format/Record.h"
@@ -116,7 +117,7 @@ bool ReleaseSharedFiles(String files) {
     return false;
   SharedEntry entry;
   while (TakeSharedEntry(files, entry))
-    if (IsLastReference(counts, entry.path) && !entry.keep)
+    if (IsLastReference(counts, entry.path) && !entry.keep && NamesOnePlace(entry.path))
       RemoveSharedFile(entry);
   return true;
 }

@@ -95,6 +95,10 @@ bool InsertSorted(Vector<String> &names, const String &name) {
 
 } // namespace
 
+bool NamesOnePlace(const char *path) {
+  return IsFullPath(path) || !IsFullPath(InstallDir);
+}
+
 String UninstallDataPath(const String &uninstall_dir) {
   return PathJoin(uninstall_dir, kUninstallDataName);
 }

@@ -25,6 +25,10 @@
 
 namespace korb {
 
+/// Whether a recorded path means one place wherever the run stands. A product that was itself installed by a path that
+/// doesn't, into ".", say, has only such paths, and they are taken.
+bool NamesOnePlace(const char *path);
+
 // Files beside the uninstaller, whose directory is `uninstall_dir`.
 
 /// What was installed, and the texts of the uninstaller.

@@ -48,3 +48,21 @@ TEST_CASE("a directory is deleted whole only by a full path to what may be a pro
   }
   CHECK_FALSE(MayDeleteWhole("C:\\Program Files (x86)", "C:\\Windows", "C:\\Program Files (x86)"));
 }
+
+TEST_CASE("what holds a folder of the system's is deleted no more than the folder") {
+  for (const char *above : {"D:\\Sys", "d:\\sys\\", "D:\\Sys\\Win", "D:\\Sys\\Apps", "D:\\Sys\\Apps\\Programs"}) {
+    CAPTURE(above);
+    CHECK_FALSE(MayDeleteWhole(above, "D:\\Sys\\Win\\Dows", "D:\\Sys\\Apps\\Programs"));
+  }
+  for (const char *beside : {"D:\\Sy", "D:\\Sys\\App", "D:\\Sys\\Apps\\Programs\\Mine", "D:\\Sys\\Wi"}) {
+    CAPTURE(beside);
+    CHECK(MayDeleteWhole(beside, "D:\\Sys\\Win\\Dows", "D:\\Sys\\Apps\\Programs"));
+  }
+}
+
+TEST_CASE("keys hold what is below them") {
+  for (const char *key : {"Microsoft", "MICROSOFT\\windows", "Microsoft\\Windows\\CurrentVersion\\Uninstall"})
+    CHECK(Holds(key, "Microsoft\\Windows\\CurrentVersion\\Uninstall"));
+  for (const char *key : {"Micro", "Microsoft\\Win", "Microsoft\\Windows\\CurrentVersion\\Uninstall\\Thing", "Maker"})
+    CHECK_FALSE(Holds(key, "Microsoft\\Windows\\CurrentVersion\\Uninstall"));
+}

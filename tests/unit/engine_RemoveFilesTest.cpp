@@ -62,6 +62,16 @@ TEST_CASE_FIXTURE(Removal, "a directory with anything in it stays, and those abo
   CHECK(report.is_empty());
 }
 
+TEST_CASE_FIXTURE(Removal, "what a path means only where the run stands stays, unless the product is there so itself") {
+  machine.files = {"a", "C:a", "\\a", "..\\d", "C:\\App\\..\\a"};
+  const Files all_relative = {"a", "C:a", "\\a", "..\\d"};
+  Remove({"a", "C:a", "\\a", "~..\\d", "C:\\App\\..\\a"});
+  CHECK(machine.files == all_relative);
+  InstallDir = ".";
+  Remove({"a", "C:a", "\\a", "~..\\d"});
+  CHECK(machine.files.empty());
+}
+
 TEST_CASE_FIXTURE(Removal, "a key of the classes goes with all below it, but no type as a whole") {
   machine.Set("CLSID\\{1}\\deep", "", "");
   Remove({"!CLSID", "!CLSID\\{1}"});

@@ -14,6 +14,7 @@ struct Counts {
   Counts() {
     ResetRunValues();
     InstallFlags = IF_UNINSTALL;
+    InstallDir = "c:\\app";
     for (const char *path : {"c:\\a.dll", "c:\\b.dll ", "c:\\c.dll^"})
       notes.shared_file_list.append(path);
     machine.files = {"c:\\a.dll", "c:\\b.dll", "c:\\c.dll"};
@@ -32,6 +33,12 @@ TEST_CASE_FIXTURE(Counts, "an installation counts each of its files once more, w
   CountSharedFiles(notes, "", false);
   CHECK(machine.Registry().ends_with("] c:\\a.dll=3 c:\\b.dll=1 c:\\c.dll=1\n"));
   CHECK(notes.shared_files == "\"c:\\a.dll\";\"c:\\b.dll \";\"c:\\c.dll^\"");
+}
+
+TEST_CASE_FIXTURE(Counts, "a file that has no full path is given back, and neither run nor deleted") {
+  machine.files = {"evil.dll", "C:evil.dll"};
+  CHECK(ReleaseSharedFiles("\"evil.dll^\";\"C:evil.dll\""));
+  CHECK(machine.calls.empty());
 }
 
 TEST_CASE_FIXTURE(Counts, "a product that comes again counts once, and gives back what it has no more") {
