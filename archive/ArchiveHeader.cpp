@@ -11,7 +11,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kNewerArchive[] = "The installer version (%d.%d) does not match the version of KORB (%d.%d).  Close all "
+constexpr const char *kNewerArchive = "The installer version (%d.%d) does not match the version of KORB (%d.%d).  Close all "
                                  "applications and reinstall KORB.";
 
 /// A signed field that must not be negative.

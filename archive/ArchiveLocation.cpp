@@ -10,7 +10,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kNoArchive[] = "This program performs installations and uninstallations.\r\n"
+constexpr const char *kNoArchive = "This program performs installations and uninstallations.\r\n"
                               "There is no installation archive present.\r\n"
                               "No Uninstallation parameters were specified.\r\n\r\n"
                               "You should not delete this program or execute it directly.";

@@ -15,7 +15,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kUnreadable[] = "Error code 2: failed to read archive data";
+constexpr const char *kUnreadable = "Error code 2: failed to read archive data";
 
 // Percent of the whole run: what the volumes share, and where verifying and unpacking stand.
 constexpr int32_t kVolumesFrom = 5;

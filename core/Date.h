@@ -82,7 +82,7 @@ struct Time {
 };
 
 /// The default formats, this one and the two above, are constants: no run has a reason to set others.
-inline constexpr char kDateTimeFormat[] = "m/d/y h:ii:ssap";
+inline constexpr const char *kDateTimeFormat = "m/d/y h:ii:ssap";
 
 /// A date and perhaps a time.
 struct DateTime {

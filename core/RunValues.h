@@ -20,7 +20,7 @@ namespace korb {
 // ---- What kind of run this is ---------------------------------------------------------------------------------------
 
 /// Names this program in the report of a registry key that can't be opened, which may come before any product is known.
-inline constexpr char ApplicationName[] = "KORB Installer";
+inline constexpr const char *ApplicationName = "KORB Installer";
 
 /// No question is asked that this guards. True by /a, or by IF_AUTOMATIC as DecodeConfig reads it (in an uninstall run
 /// by the recorded IF_AUTOMATIC_UNINSTALL); false again when an installed product refuses to be installed over, which

@@ -9,7 +9,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kLibrary[] = "ole32.dll";
+constexpr const char *kLibrary = "ole32.dll";
 
 } // namespace
 

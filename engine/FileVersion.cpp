@@ -10,7 +10,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kLibrary[] = "version.dll";
+constexpr const char *kLibrary = "version.dll";
 
 } // namespace
 

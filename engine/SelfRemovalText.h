@@ -6,7 +6,7 @@
 namespace korb {
 
 /// Where the batch that removes the uninstaller stands, whatever drive the system is on.
-inline constexpr char kSelfRemovalBatch[] = "c:\\delunins.bat";
+inline constexpr const char *kSelfRemovalBatch = "c:\\delunins.bat";
 
 /// The batch: deletes `program` as soon as that is possible, then the directories as far as they are empty, then
 /// itself. Nothing is removed in `subdirectory`, relative to `install_dir`, when it is empty.

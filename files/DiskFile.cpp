@@ -17,7 +17,7 @@ constexpr DWORD kBusyWait = 100;
 constexpr int32_t kBusyAttempts = 5;
 constexpr int32_t kNoPosition = INT32_MIN;
 
-constexpr char kPastEnd[] = "Read past end of file";
+constexpr const char *kPastEnd = "Read past end of file";
 
 OpenCode CodeOf(DWORD error) {
   switch (error) {

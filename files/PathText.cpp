@@ -6,7 +6,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kLinkExtension[] = ".LNK";
+constexpr const char *kLinkExtension = ".LNK";
 
 /// Index of the separator between directory and name, or -1.
 int32_t SeparatorIndex(const String &path) {

@@ -111,9 +111,9 @@ inline constexpr int32_t kStubPatchSize = 2216; ///< bytes of field 38: an icon 
 inline constexpr int32_t kFileDateSize = 24;    ///< six i32: year, month, day, hour, minute, second; month 0: none
 inline constexpr int32_t kDateRecordSize = 20;  ///< five i32: Julian day, month, day, year, weekday; all 0: none
 /// The name that ends the FileDeletion records; no further field of a record follows it.
-inline constexpr char kDeletionsEnd[] = "~~THE END~~";
+inline constexpr const char *kDeletionsEnd = "~~THE END~~";
 /// The language that starts selected; compared with case.
-inline constexpr char kDefaultLanguage[] = "English";
+inline constexpr const char *kDefaultLanguage = "English";
 /// ShortcutMode for shortcuts of all users; any other value means the current user.
 inline constexpr uint8_t kShortcutsForAllUsers = 1;
 
@@ -167,7 +167,7 @@ inline constexpr uint32_t FF_UNINSTALL_DIR = 0x40; ///< without a Target, goes t
 
 inline constexpr int32_t kVolumeHeaderSize = 4; ///< i32 serial; the payload's bytes follow, at least one
 inline constexpr int32_t kFirstVolumeNumber = 2;
-inline constexpr char kVolumeNameFormat[] = "%s%d.KRB"; ///< VolumeBaseName, volume number
+inline constexpr const char *kVolumeNameFormat = "%s%d.KRB"; ///< VolumeBaseName, volume number
 
 // ---- InstallFlags ---------------------------------------------------------------------------------------------------
 

@@ -11,14 +11,14 @@ namespace korb {
 // ------------------------------------------------------------------------------------------------------------
 
 // Files in the uninstaller's directory.
-inline constexpr char kUninstallDataName[] = "Uninstall.DAT"; ///< what was installed, and the uninstaller's texts
-inline constexpr char kInstallLogName[] = "Install.LOG";      ///< what happened in each installation
-inline constexpr char kBackgroundName[] = "Installer Background.BMP"; ///< the picture that the uninstaller shows
+inline constexpr const char *kUninstallDataName = "Uninstall.DAT"; ///< what was installed, and the uninstaller's texts
+inline constexpr const char *kInstallLogName = "Install.LOG";      ///< what happened in each installation
+inline constexpr const char *kBackgroundName = "Installer Background.BMP"; ///< the picture that the uninstaller shows
 
 /// Below "Software\" of the machine: a key for each product, whose name is its uninstall name.
-inline constexpr char kUninstallKeys[] = "Microsoft\\Windows\\CurrentVersion\\Uninstall";
+inline constexpr const char *kUninstallKeys = "Microsoft\\Windows\\CurrentVersion\\Uninstall";
 /// The system's reference counts: a number for each file, named by its full path.
-inline constexpr char kSharedFileKey[] = "Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
+inline constexpr const char *kSharedFileKey = "Microsoft\\Windows\\CurrentVersion\\SharedDLLs";
 
 // ---- Uninstall.DAT
 // -------------------------------------------------------------------------------------------------------
@@ -27,11 +27,11 @@ inline constexpr char kSharedFileKey[] = "Microsoft\\Windows\\CurrentVersion\\Sh
 inline constexpr char kDirectoryMark = '~';
 inline constexpr char kClassesKeyMark = '!'; ///< a key below HKEY_CLASSES_ROOT; read, but written by no installation
 
-inline constexpr char kStringsHeading[] = "[Strings]";
+inline constexpr const char *kStringsHeading = "[Strings]";
 inline constexpr char kTextMark = '~'; ///< before the number of a text, whose lines follow
-inline constexpr char kAssociationsHeading[] = "[Associations]";
+inline constexpr const char *kAssociationsHeading = "[Associations]";
 inline constexpr char kAssociationSeparator[] = "~!~"; ///< between extension, class and verb
-inline constexpr char kAssociationFormat[] = "%s~!~%s~!~%s\r\n";
+inline constexpr const char *kAssociationFormat = "%s~!~%s~!~%s\r\n";
 
 /// Lines of associations that a reader looks at, empty ones included. The first is empty, since it ends the heading's.
 inline constexpr int32_t kMaxAssociationLines = 500;
@@ -44,33 +44,33 @@ inline constexpr int32_t kMaxTextNumber = 1000;
 // -----------------------------------------------------------------------------------------------------
 
 namespace product_value {
-inline constexpr char kUninstallString[] = "UninstallString";
-inline constexpr char kQuietUninstallString[] = "QuietUninstallString";
-inline constexpr char kDisplayName[] = "DisplayName";
-inline constexpr char kInstallSource[] = "InstallSource";
-inline constexpr char kDisplayVersion[] = "DisplayVersion";
-inline constexpr char kPublisher[] = "Publisher";
-inline constexpr char kVersionMajor[] = "VersionMajor";
-inline constexpr char kVersionMinor[] = "VersionMinor";
-inline constexpr char kProductRegistry[] = "ProductRegistry";
-inline constexpr char kProductStartMenu[] = "ProductStartMenu";
-inline constexpr char kSharedPath[] = "SharedPath";
-inline constexpr char kProductFonts[] = "ProductFonts";
-inline constexpr char kProductFlags[] = "ProductFlags"; ///< InstallFlags, as a signed decimal text
-inline constexpr char kUninstallBatch1[] = "UninstallBatch1";
-inline constexpr char kUninstallBatch2[] = "UninstallBatch2";
-inline constexpr char kSharedFiles[] = "SharedFiles";
-inline constexpr char kUninstallSubdir[] = "UninstallSubdir";
-inline constexpr char kShortcutMode[] = "ShortcutMode";
-inline constexpr char kDisplayTitle[] = "DisplayTitle";
-inline constexpr char kTitleColor[] = "TitleColor";
-inline constexpr char kTopColor[] = "TopColor";
-inline constexpr char kBottomColor[] = "BottomColor";
-inline constexpr char kMonoColor[] = "MonoColor";
-inline constexpr char kTitleShadow[] = "TitleShadow";
+inline constexpr const char *kUninstallString = "UninstallString";
+inline constexpr const char *kQuietUninstallString = "QuietUninstallString";
+inline constexpr const char *kDisplayName = "DisplayName";
+inline constexpr const char *kInstallSource = "InstallSource";
+inline constexpr const char *kDisplayVersion = "DisplayVersion";
+inline constexpr const char *kPublisher = "Publisher";
+inline constexpr const char *kVersionMajor = "VersionMajor";
+inline constexpr const char *kVersionMinor = "VersionMinor";
+inline constexpr const char *kProductRegistry = "ProductRegistry";
+inline constexpr const char *kProductStartMenu = "ProductStartMenu";
+inline constexpr const char *kSharedPath = "SharedPath";
+inline constexpr const char *kProductFonts = "ProductFonts";
+inline constexpr const char *kProductFlags = "ProductFlags"; ///< InstallFlags, as a signed decimal text
+inline constexpr const char *kUninstallBatch1 = "UninstallBatch1";
+inline constexpr const char *kUninstallBatch2 = "UninstallBatch2";
+inline constexpr const char *kSharedFiles = "SharedFiles";
+inline constexpr const char *kUninstallSubdir = "UninstallSubdir";
+inline constexpr const char *kShortcutMode = "ShortcutMode";
+inline constexpr const char *kDisplayTitle = "DisplayTitle";
+inline constexpr const char *kTitleColor = "TitleColor";
+inline constexpr const char *kTopColor = "TopColor";
+inline constexpr const char *kBottomColor = "BottomColor";
+inline constexpr const char *kMonoColor = "MonoColor";
+inline constexpr const char *kTitleShadow = "TitleShadow";
 // The archive's own values are written here, and then these two.
-inline constexpr char kInstallLocation[] = "InstallLocation";
-inline constexpr char kInstallDate[] = "InstallDate";
+inline constexpr const char *kInstallLocation = "InstallLocation";
+inline constexpr const char *kInstallDate = "InstallDate";
 } // namespace product_value
 
 /// Those that are written before the archive's own values, which can replace them.

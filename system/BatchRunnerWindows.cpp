@@ -16,12 +16,12 @@ namespace korb {
 namespace {
 
 /// The interpreter of Windows 9x is given 5,000 bytes of environment: the variables need more than its default.
-constexpr char kCommand9x[] = "%s /e:5000 /c \"%s\"";
+constexpr const char *kCommand9x = "%s /e:5000 /c \"%s\"";
 /// The interpreter of Windows NT keeps a lone pair of quotes only where it sees nothing but a plain path between them:
 /// not in "C:\Program Files (x86)". Of two pairs it takes the outer one off, whatever is between them.
-constexpr char kCommandNT[] = "%s /e:5000 /c \"\"%s\"\"";
+constexpr const char *kCommandNT = "%s /e:5000 /c \"\"%s\"\"";
 /// It reads a batch in the code page of its console, which is another than the program's where that asks for UTF-8.
-constexpr char kCommandUtf8[] = "%s /e:5000 /c \"chcp 65001>nul&\"%s\"\"";
+constexpr const char *kCommandUtf8 = "%s /e:5000 /c \"chcp 65001>nul&\"%s\"\"";
 
 } // namespace
 

@@ -10,7 +10,7 @@ namespace {
 /// Nothing to do where the functions are missing: there are no privileges then. Disabling takes every privilege back,
 /// not just this one; the process is about to end.
 void AdjustPrivilege(const char *name, bool enable) {
-  static constexpr char kLibrary[] = "advapi32.dll";
+  static constexpr const char *kLibrary = "advapi32.dll";
   static const auto open = KORB_SYSTEM_FUNCTION(kLibrary, OpenProcessToken);
   static const auto lookup = KORB_SYSTEM_FUNCTION(kLibrary, LookupPrivilegeValueA);
   static const auto adjust = KORB_SYSTEM_FUNCTION(kLibrary, AdjustTokenPrivileges);
@@ -44,7 +44,7 @@ UINT FlagsOf(ExitAction action) {
 } // namespace
 
 bool ExitSystem(ExitAction action, bool force) {
-  static constexpr char kShutdown[] = "SeShutdownPrivilege";
+  static constexpr const char *kShutdown = "SeShutdownPrivilege";
   AdjustPrivilege(kShutdown, true);
   const bool taken = ExitWindowsEx(FlagsOf(action) | (force ? EWX_FORCE : EWX_FORCEIFHUNG), 0) != 0;
   AdjustPrivilege(kShutdown, false);

@@ -19,7 +19,7 @@ DibImage BackgroundImage;
 
 namespace {
 
-constexpr char kClassName[] = "KRB Window Class";
+constexpr const char *kClassName = "KRB Window Class";
 constexpr int kLargestTitle = 26; // points
 constexpr int kSmallestTitle = 6;
 constexpr int kTitleLeft = 2;

@@ -11,7 +11,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kShell[] = "shell32.dll";
+constexpr const char *kShell = "shell32.dll";
 
 int CALLBACK BrowseProcedure(HWND dialog, UINT message, LPARAM, LPARAM path) {
   if (message == BFFM_INITIALIZED) {

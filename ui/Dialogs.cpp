@@ -12,7 +12,7 @@ namespace korb {
 
 namespace {
 
-constexpr char kControls[] = "comctl32.dll";
+constexpr const char *kControls = "comctl32.dll";
 constexpr uint16_t kFirstWithManifests = 0x0501; // major, minor
 
 /// Fits `size` into the screen and gives where it starts.
