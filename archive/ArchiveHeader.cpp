@@ -11,8 +11,9 @@ namespace korb {
 
 namespace {
 
-constexpr const char *kNewerArchive = "The installer version (%d.%d) does not match the version of KORB (%d.%d).  Close all "
-                                 "applications and reinstall KORB.";
+constexpr const char *kNewerArchive =
+    "The installer version (%d.%d) does not match the version of KORB (%d.%d).  Close all "
+    "applications and reinstall KORB.";
 
 /// A signed field that must not be negative.
 int32_t ReadSize(ArchiveCursor &cursor, DamageCode code) {

@@ -11,9 +11,9 @@ namespace korb {
 namespace {
 
 constexpr const char *kNoArchive = "This program performs installations and uninstallations.\r\n"
-                              "There is no installation archive present.\r\n"
-                              "No Uninstallation parameters were specified.\r\n\r\n"
-                              "You should not delete this program or execute it directly.";
+                                   "There is no installation archive present.\r\n"
+                                   "No Uninstallation parameters were specified.\r\n\r\n"
+                                   "You should not delete this program or execute it directly.";
 
 /// A little-endian field of `width` bytes, 0 when it can't be read.
 bool ReadField(ArchiveFile &file, int32_t position, int32_t width, int32_t &value) {

@@ -13,8 +13,13 @@
 
 namespace korb {
 
+// The three kinds of record are read into their lists, and never copied.
+
 /// An old file that goes before anything new is placed.
 struct FileDeletion {
+  FileDeletion() = default;
+  FileDeletion(const FileDeletion &) = delete;
+
   String name;          ///< path variables allowed, relative to InstallDir
   int8_t kind = 0;      ///< DeletionKind
   String value;         ///< a date and time, or a size, by `kind`
@@ -23,6 +28,9 @@ struct FileDeletion {
 
 /// One verb of one file type.
 struct FileAssociation {
+  FileAssociation() = default;
+  FileAssociation(const FileAssociation &) = delete;
+
   uint32_t flags = 0; ///< kDefaultVerb
   String extension;   ///< with or without its leading dot; an empty one is skipped at use
   String file_class;  ///< registry class; empty takes the one that the extension has
@@ -36,6 +44,9 @@ struct FileAssociation {
 
 /// A value that the product adds to its own Uninstall key.
 struct UninstallData {
+  UninstallData() = default;
+  UninstallData(const UninstallData &) = delete;
+
   String name;
   uint8_t kind = 0; ///< UninstallDataKind
   String value;     ///< path variables allowed

@@ -61,12 +61,16 @@ struct ElementType {
 /// Makes an element of `type` at `at`: a copy of `*from`, or a default one.
 void MakeElement(const ElementType &type, void *at, const void *from);
 
+/// A type without copies only comes to be by its default, as a slot that is filled where it stands.
 template <class T>
-void ConstructElement(void *at, const void *from) {
-  if (from)
-    new (at) T(*static_cast<const T *>(from));
-  else
-    new (at) T();
+void ConstructElement(void *at, [[maybe_unused]] const void *from) {
+  if constexpr (std::is_copy_constructible_v<T>) {
+    if (from) {
+      new (at) T(*static_cast<const T *>(from));
+      return;
+    }
+  }
+  new (at) T();
 }
 
 template <class T>
@@ -235,11 +239,17 @@ public:
   const T *prev_value(const CollectionIterator &it) const { return typed(look(it.prev)); }
 
   /// Adds a copy at the end and gives the new element. `value` may be an element of this very collection.
-  T *append(const T &value) { return typed(add_raw(&value, CollectionOp::kAppend)); }
+  T *append(const T &value) {
+    static_assert(std::is_copy_constructible_v<T>);
+    return typed(add_raw(&value, CollectionOp::kAppend));
+  }
   /// As append; a null `value` leaves the new element default-constructed.
   T *append_copy(const T *value) { return typed(add_raw(value, CollectionOp::kAppendCopy)); }
   /// Adds copies of all elements of `other`, which may be this collection, in their order.
-  void append_all(const Collection<T> &other) { add_all(other, CollectionOp::kAppendAll); }
+  void append_all(const Collection<T> &other) {
+    static_assert(std::is_copy_constructible_v<T>);
+    add_all(other, CollectionOp::kAppendAll);
+  }
   /// The same three at the front; prepend_all too keeps the order of `other`.
   T *prepend(const T &value) { return typed(add_raw(&value, CollectionOp::kPrepend)); }
   T *prepend_copy(const T *value) { return typed(add_raw(value, CollectionOp::kPrependCopy)); }

@@ -80,7 +80,10 @@ public:
   const T *first_value() const { return element_or_null(0); }
   T *last_value() { return element_or_null(this->count - 1); }
   const T *last_value() const { return element_or_null(this->count - 1); }
-  T *append(const T &value) { return this->typed(IndexedForm::append(*this, &value)); }
+  T *append(const T &value) {
+    static_assert(std::is_copy_constructible_v<T>);
+    return this->typed(IndexedForm::append(*this, &value));
+  }
   void clear() { IndexedForm::clear(*this); }
   bool remove_last() {
     const bool any = this->count > 0;
@@ -97,7 +100,10 @@ public:
   T &insert_slot(int32_t i) { return *this->typed(IndexedForm::insert(*this, i, nullptr)); }
   /// A null `value` leaves the new element default-constructed.
   T *insert_copy(int32_t i, const T *value) { return this->typed(IndexedForm::insert(*this, i, value)); }
-  T *insert(int32_t i, const T &value) { return insert_copy(i, &value); }
+  T *insert(int32_t i, const T &value) {
+    static_assert(std::is_copy_constructible_v<T>);
+    return insert_copy(i, &value);
+  }
   /// Removes element `i` and returns a copy of it; out of range a default value, and nothing changes.
   T take_at(int32_t i) {
     const T *element = element_or_null(i);

@@ -7,22 +7,32 @@
 
 namespace {
 
+void AppendCopy(const FileAssociation &one, Vector<FileAssociation> &to) {
+  FileAssociation &copy = to.append_slot();
+  copy.flags = one.flags;
+  for (auto text : {&FileAssociation::extension, &FileAssociation::file_class, &FileAssociation::description,
+                    &FileAssociation::verb, &FileAssociation::verb_label, &FileAssociation::command,
+                    &FileAssociation::language, &FileAssociation::icon})
+    copy.*text = one.*text;
+}
+
 struct Types {
   Types() {
     ResetRunValues();
     ProductName = "Thing";
-    FileAssociation open;
+    FileAssociation &open = records.append_slot();
     open.extension = "thg";
     open.file_class = "ThingFile";
     open.verb = "open";
     open.verb_label = "&Open";
     open.command = "%InstallDir%\\a.exe";
-    records.append(open);
   }
 
   void Register() {
-    Vector<FileAssociation> copy(records);
-    RegisterAssociations(copy, notes);
+    Vector<FileAssociation> completed; // in place, while they are registered
+    for (int32_t i = 0; i < records.count; ++i)
+      AppendCopy(records.at(i), completed);
+    RegisterAssociations(completed, notes);
   }
   /// What the record of the registered ones has the uninstaller undo.
   void Restore() {
@@ -80,7 +90,7 @@ TEST_CASE_FIXTURE(Types, "what an extension had comes back, of its own kind, how
 
 TEST_CASE_FIXTURE(Types, "an extension that is given back stays for its second verb, too") {
   machine.Set(".thg", "", "Theirs");
-  records.append(record());
+  AppendCopy(record(), records);
   records.at(1).verb = "print";
   Register();
   Restore();
