@@ -51,9 +51,13 @@ bool SettleTarget(const char *target, MoveOptions flags) {
 bool DeleteOrSchedule(const char *path, DeleteOptions flags) {
   if (!path)
     return false;
+  const bool now = !(flags & DEL_AT_RESTART);
+  // Few files are read-only, so the question waits until it matters.
+  if (now && DeleteFileA(path))
+    return true;
   if (!(flags & DEL_KEEP_READONLY))
     SetReadOnly(path, false);
-  if (!(flags & DEL_AT_RESTART))
+  if (now)
     return DeleteFileA(path) != 0;
   return Register(path, nullptr, MOVEFILE_DELAY_UNTIL_REBOOT);
 }
