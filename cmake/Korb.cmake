@@ -21,6 +21,9 @@ set(KORB_STUB_FLAGS -Oz -fno-tree-dominator-opts -fno-partial-inlining -fno-tree
 # own would align each function there to 4 bytes, and the compiler drops by itself what nobody calls.
 set(KORB_STUB_LTO -flto -fno-fat-lto-objects -fno-function-sections)
 
+# The decoder's, which is to be fast: with the tuning of the rest, for the smallest code, it takes an eighth longer.
+set(KORB_DECODER_FLAGS -O2 $<$<PLATFORM_ID:Windows>:-mtune=i686> $<$<CXX_COMPILER_ID:GNU>:-finline-functions-called-once>)
+
 if(KORB_FUZZ)
   set(KORB_ORDINARY_FLAGS -O1 -g ${KORB_SANITIZERS} -fsanitize=fuzzer-no-link)
 elseif(KORB_SANITIZE)
