@@ -1,5 +1,6 @@
 // How small the packer makes things, how fast, and in how much memory, as a ratio to zlib's level 9 on the same data in
-// the same run; and how time and memory grow from a quarter of the data to the whole.
+// the same run, and how time grows from half of the data to the whole. Prints rows of the table that scripts/bench
+// gathers.
 //
 //     pack [--quick] [--require] [CORPUS]
 //
@@ -17,6 +18,7 @@
 
 #include "archive/UnpackBlock.h"
 #include "bench/Corpus.h"
+#include "bench/Row.h"
 #include "format/Archive.h"
 #include "packer/write/BlockEncoder.h"
 
@@ -27,6 +29,7 @@
 #endif
 
 using korb::bench::Bytes;
+using korb::bench::PrintRow;
 using korb::packer::CompressionLevel;
 
 namespace {
@@ -117,7 +120,7 @@ struct Data {
   bool is_compressible;
 };
 
-// Prints what each level does with a quarter, a half and the whole of `data`. False when a level misses its mark.
+// Prints what each level does with `data`. False when a level misses its mark.
 bool Compare(const Data &data) {
   const std::span<const uint8_t> plain = data.bytes;
   uLongf deflated = compressBound(static_cast<uLong>(plain.size()));
@@ -127,35 +130,28 @@ bool Compare(const Data &data) {
   compress2(buffer.data(), &deflated, plain.data(), static_cast<uLong>(plain.size()), 9);
   const double seconds = Now() - begin, deflate_seconds = ProcessorSeconds(clock_begin);
   buffer = Bytes();
-  printf("%s, %.1f MB; zlib 9: %lu bytes in %.1f s, %.1f s of processor\n", data.name,
-         static_cast<double>(plain.size()) / 1e6, static_cast<unsigned long>(deflated), seconds, deflate_seconds);
 
   bool good = true;
   for (const Level &level : kLevels) {
-    double half = 0; // processor time for it
-    for (size_t part : {4, 2, 1}) {
+    Result half{}, whole{};
+    for (size_t part : {2, 1}) {
       const std::span<const uint8_t> piece = plain.first(plain.size() / part);
-      const Result result = MeasureApart(piece, level.level);
-      if (!result.unpacks) {
-        fprintf(stderr, "pack: the unpacked bytes differ\n");
-        return false;
-      }
-      const double size = static_cast<double>(piece.size()), memory = result.peak / size;
-      printf("%-8s %6.1f MB  %6.2f s, %6.2f s of processor, %5.2f MB/s  %5.1f bytes of memory a byte  %9zu bytes",
-             level.name, size / 1e6, result.seconds, result.processor_seconds, size / 1e6 / result.processor_seconds,
-             memory, result.size);
-      if (part == 2)
-        half = result.processor_seconds;
-      if (part == 1) {
-        const double ratio = static_cast<double>(result.size) / static_cast<double>(deflated);
-        const double longer = result.processor_seconds / deflate_seconds, growth = result.processor_seconds / half;
-        printf("  %.4f of zlib, %.1f times its time, %.2f times that of the half", ratio, longer, growth);
-        good = good && longer <= level.most_deflate_times && growth <= kMostGrowth && memory <= kMostMemory &&
-               (!data.is_compressible || ratio <= level.most_of_deflate);
-      }
-      printf("\n");
-      fflush(stdout);
+      (part == 2 ? half : whole) = MeasureApart(piece, level.level);
     }
+    if (!half.unpacks || !whole.unpacks) {
+      fprintf(stderr, "pack: the unpacked bytes differ\n");
+      return false;
+    }
+    const auto row = [&](const char *what, const char *unit, double yardstick, double ours, double goal) {
+      const std::string title = std::string(data.name) + ", " + level.name + ": " + what;
+      good = PrintRow(title.c_str(), unit, {yardstick}, {ours}, goal) && good;
+    };
+    row("size, against zlib's level 9", "MB", static_cast<double>(deflated) / 1e6,
+        static_cast<double>(whole.size) / 1e6, data.is_compressible ? level.most_of_deflate : 0);
+    row("processor time, against the same", "s", deflate_seconds, whole.processor_seconds, level.most_deflate_times);
+    row("wait, against the same", "s", seconds, whole.seconds, 0);
+    row("processor time, against half of the data", "s", half.processor_seconds, whole.processor_seconds, kMostGrowth);
+    row("memory, against the data", "MB", static_cast<double>(plain.size()) / 1e6, whole.peak / 1e6, kMostMemory);
   }
   return good;
 }
