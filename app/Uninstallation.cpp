@@ -148,8 +148,8 @@ void Uninstallation::ShowWindow() {
     CreateMainWindow(InstanceHandle, nullptr, looks_);
 }
 
-/// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same. One that is
-/// there and can't be read would be lost with all that it tells.
+/// Without the file there is nothing to delete by name, and no text to show; the rest is undone all the same. One that
+/// is there and can't be read would be lost with all that it tells.
 void Uninstallation::ReadRecord() {
   String text;
   const String path = UninstallDataPath(uninstall_dir_);
@@ -277,7 +277,8 @@ void Uninstallation::RemoveWholeDirectory() {
   DeleteDirectoryTree(InstallDir);
 }
 
-/// Only when all is undone: else they tell a second run what is left.
+/// Only when all is undone: else they tell a second run what is left. A product that is still listed keeps its
+/// uninstaller, or nobody could take it off the list.
 void Uninstallation::RemoveRecord() {
   if (!report_.is_empty())
     return;
@@ -288,7 +289,8 @@ void Uninstallation::RemoveRecord() {
       ReportError("%s", complaint);
   }
   RunBatchOnce(product_value::kUninstallBatch2, PathRoot(InstallDir), IF_HIDE_UNINSTALL_BATCH2);
-  key_.DeleteSoftwareChild(kUninstallKeys, name_, false);
+  if (key_.DeleteSoftwareChild(kUninstallKeys, name_, false) != DELETE_DONE)
+    report_.append_format("%s %s\r\n", TextLookup(kTextRemoveFailed), name_);
 }
 
 /// True when nothing is left.

@@ -53,8 +53,8 @@ void RestoreShell(RegistryKey &key, const String &verb, const String &backup_nam
     key.DeleteChild("shell");
 }
 
-/// True when the extension is somebody else's: it had an owner before, who may have it back from a run that didn't come to
-/// its end, or the system doesn't tell.
+/// True when the extension is somebody else's: it had an owner before, who may have it back from a run that didn't come
+/// to its end, or the system doesn't tell.
 bool RestoreExtension(const FileAssociation &association, const String &backup_name) {
   RegistryKey key;
   if (key.Open(HandleOf(RegistryRoot::ClassesRoot), association.extension, RK_OPEN_ONLY) == KEY_NOT_OPENED)

@@ -50,7 +50,8 @@ void WriteOwnValue(RegistryKey &key, const UninstallData &data) {
     key.WriteString(data.name, value, RK_DELETE_EMPTY | (data.kind == kUninstallExpandText ? RK_EXPAND : RK_NONE));
 }
 
-/// False when the key can't be opened, refuses a value, or does not give back what the system starts the uninstaller by.
+/// False when the key can't be opened, refuses a value, or does not give back what the system starts the uninstaller
+/// by.
 bool WriteUninstallKey(const InstallConfig &config, const InstallNotes &notes) {
   RegistryKey key;
   if (key.OpenSoftware(PathJoin(kUninstallKeys, config.uninstall_name), false) == KEY_NOT_OPENED)
