@@ -1,5 +1,5 @@
-// What a refused call, or an end of the program, may leave, and why nothing is done about it. docs/faults.md tells it to
-// people.
+// What a refused call, or an end of the program, may leave, and why nothing is done about it. docs/faults.md tells it
+// to people.
 #pragma once
 
 namespace korb::faults {
@@ -50,6 +50,11 @@ inline constexpr Accepted kAccepted[] = {
 
     // Places that the system doesn't tell have others in their stead. A second run knows nothing of those.
     {"*", "*", "GetSystemDirectoryA", "* value *|SharedFiles", "the same directory in other letters"},
+    {"*", "*", "Reg*", "other file *\\Uninstall.DAT", "the same"},
+    {"*", "*", "Reg*", "other value *\\Uninstall\\*|InstallLocation", "the same"},
+    {"*", "*", "Reg*", "other value *\\Uninstall\\*|DisplayIcon", "the same"},
+    {"*", "*", "Reg*", "other value *\\Uninstall\\*UninstallString", "the same"},
+    {"*", "*", "Reg*", "spoilt value *\\Uninstall\\*", "the same"},
     {"*", "*", "RegCreateKeyExA", "new file C:\\users\\root\\AppData\\Roaming\\Microsoft\\Windows\\Start Menu*",
      "the user's Start menu in place of everybody's; the log tells"},
     {"*", "*", "GetModuleFileNameA", "* value *|InstallSource", "where the installer was is for people"},

@@ -234,6 +234,8 @@ Reference &Driver::ReferenceOf(const RunKind &kind) {
   reference.before = TakeState();
   reference.backup = TakeBackup(reference.before);
   reference.outcome = Start(kind, "");
+  if (LineWith(reference.outcome.report, "calls").empty())
+    throw std::runtime_error("the program does not count its calls");
   reference.log = NewLines(log, LogText());
   if (IsMovePending())
     Restart();

@@ -1,7 +1,7 @@
 // Refuses one system call of the program, or ends the program in front of one.
 //
-// Linked into the very program beside its own entry: it starts first, puts a thunk of its own in front of each import in
-// the table of calls, and lets the program begin. What the program looks up at run time gets a thunk as it is looked
+// Linked into the very program beside its own entry: it starts first, puts a thunk of its own in front of each import
+// in the table of calls, and lets the program begin. What the program looks up at run time gets a thunk as it is looked
 // up, and so do the methods of an object that it creates. An installer's uninstaller has the same image, and the
 // environment comes with it.
 //
@@ -388,20 +388,39 @@ const IMAGE_NT_HEADERS32 &OwnHeaders(BYTE *base) {
   return *reinterpret_cast<IMAGE_NT_HEADERS32 *>(base + reinterpret_cast<IMAGE_DOS_HEADER *>(base)->e_lfanew);
 }
 
+/// The section with the imports as it is in the file: the loaded one has addresses where the names were. Null when it
+/// can't be read.
+BYTE *ReadImports(const IMAGE_SECTION_HEADER &section) {
+  BYTE *bytes = static_cast<BYTE *>(VirtualAlloc(nullptr, section.SizeOfRawData, MEM_COMMIT, PAGE_READWRITE));
+  char path[MAX_PATH];
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  const HANDLE file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  DWORD read = 0;
+  SetFilePointer(file, static_cast<LONG>(section.PointerToRawData), nullptr, FILE_BEGIN);
+  const BOOL done = ReadFile(file, bytes, section.SizeOfRawData, &read, nullptr);
+  CloseHandle(file);
+  return done && read == section.SizeOfRawData ? bytes : nullptr;
+}
+
 void WrapImports(BYTE *base) {
   const IMAGE_NT_HEADERS32 &headers = OwnHeaders(base);
   CodeBegin = reinterpret_cast<DWORD>(base) + headers.OptionalHeader.BaseOfCode;
   CodeEnd = CodeBegin + IMAGE_FIRST_SECTION(&headers)->Misc.VirtualSize;
   const DWORD at = headers.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  const IMAGE_SECTION_HEADER *section = IMAGE_FIRST_SECTION(&headers);
+  while (at < section->VirtualAddress || at >= section->VirtualAddress + section->SizeOfRawData)
+    ++section;
+  const BYTE *names = ReadImports(*section);
+  if (!names)
+    return;
   for (auto *library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR *>(base + at); library->Name; ++library) {
-    auto *name = reinterpret_cast<IMAGE_THUNK_DATA32 *>(base + library->OriginalFirstThunk);
-    auto *address = reinterpret_cast<IMAGE_THUNK_DATA32 *>(base + library->FirstThunk);
-    for (; name->u1.AddressOfData; ++name, ++address)
-      if (!(name->u1.Ordinal & IMAGE_ORDINAL_FLAG32)) {
-        const auto *hint = reinterpret_cast<IMAGE_IMPORT_BY_NAME *>(base + name->u1.AddressOfData);
-        void *wrapped =
-            Wrap(reinterpret_cast<const char *>(hint->Name), reinterpret_cast<void *>(address->u1.Function));
-        address->u1.Function = reinterpret_cast<DWORD>(wrapped);
+    auto *name = reinterpret_cast<const DWORD *>(names + library->FirstThunk - section->VirtualAddress);
+    auto *address = reinterpret_cast<DWORD *>(base + library->FirstThunk);
+    for (; *name; ++name, ++address)
+      if (!(*name & IMAGE_ORDINAL_FLAG32)) {
+        const auto *hint = reinterpret_cast<IMAGE_IMPORT_BY_NAME *>(base + *name);
+        *address = reinterpret_cast<DWORD>(
+            Wrap(reinterpret_cast<const char *>(hint->Name), reinterpret_cast<void *>(*address)));
       }
   }
 }
