@@ -34,8 +34,8 @@ KeyOpened RegistryKey::Open(RegistryHandle root, const char *subkey, RegistryOpt
   const bool exists = Machine().HasKey(path);
   if (!exists && ((options & RK_OPEN_ONLY) || !Machine().MakeKey(path)))
     return KEY_NOT_OPENED;
-  key_stack_.push(current_key_);
-  path_stack_.push(current_path_);
+  key_stack_.append(current_key_);
+  path_stack_.append(current_path_);
   current_key_ = kOpenKey;
   current_path_ = path.c_str();
   return exists ? KEY_OPENED : KEY_CREATED;
@@ -50,8 +50,8 @@ KeyOpened RegistryKey::OpenChild(const char *subkey, RegistryOptions options) {
 }
 
 void RegistryKey::Close() {
-  current_key_ = key_stack_.pop();
-  current_path_ = path_stack_.pop();
+  current_key_ = key_stack_.take_at(key_stack_.count - 1);
+  current_path_ = path_stack_.take_at(path_stack_.count - 1);
 }
 
 void RegistryKey::ReadString(String &text, const char *name, const char *fallback, RegistryOptions) const {
