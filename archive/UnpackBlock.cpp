@@ -104,8 +104,8 @@ public:
 
   bool Run() {
     while (out_ < end_) {
-      FastTokens();
-      if (out_ == end_ || !Step())
+      FastTokens(); // which never reaches the end
+      if (!Step())
         break;
     }
     return out_ == end_;
