@@ -67,12 +67,12 @@ ArchiveLocation LocateArchive(ArchiveFile &file) {
   if (location.section_index == location.section_count)
     FatalMessage(kNoArchive);
 
-  int32_t fields[3] = {}; // VirtualAddress, SizeOfRawData, PointerToRawData
+  int32_t fields[7] = {}; // VirtualAddress, SizeOfRawData, PointerToRawData, three of no use, Characteristics
   file.ReadAt(location.section_entry + pe::kVirtualAddressAt, fields, sizeof fields);
   location.section_address = static_cast<uint32_t>(fields[0]);
   location.section_raw_size = fields[1];
   location.section_file_pos = fields[2];
-  if (location.section_file_pos == 0)
+  if (location.section_file_pos == 0 || (fields[6] & pe::kReadableSection) == 0)
     CorruptInstaller(DamageCode::SectionPlace);
   if (!file.Seek(location.section_file_pos))
     CorruptInstaller(DamageCode::SectionUnreachable);

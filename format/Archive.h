@@ -41,9 +41,10 @@ inline constexpr int32_t kSignatureAlignment = 8; ///< of its place: the file is
 // A section table entry:
 inline constexpr int32_t kSectionEntrySize = 40;
 inline constexpr int32_t kSectionNameSize = 8;
-inline constexpr int32_t kVirtualAddressAt = 0x0C; ///< u32 VirtualAddress
-inline constexpr int32_t kRawSizeAt = 0x10;        ///< u32 SizeOfRawData
-inline constexpr int32_t kRawPointerAt = 0x14;     ///< u32 PointerToRawData
+inline constexpr int32_t kVirtualAddressAt = 0x0C;      ///< u32 VirtualAddress
+inline constexpr int32_t kRawSizeAt = 0x10;             ///< u32 SizeOfRawData
+inline constexpr int32_t kRawPointerAt = 0x14;          ///< u32 PointerToRawData
+inline constexpr int32_t kReadableSection = 0x40000000; ///< of Characteristics, the last u32
 } // namespace pe
 
 /// Name of the archive's section, compared with case. The remaining bytes of the 8 are 0.

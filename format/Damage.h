@@ -54,7 +54,7 @@ struct DamageWords {
 /// What each means, for people. The program shows the number alone; the author's tool adds these words.
 inline constexpr DamageWords kDamageWords[] = {
     {DamageCode::FileDataSize, "a file that is to be written has a negative size"},
-    {DamageCode::SectionPlace, "the archive's section has no place in the file"},
+    {DamageCode::SectionPlace, "the archive's section has no place in the file, or can't be read"},
     {DamageCode::SectionUnreachable, "the archive's section can't be reached"},
     {DamageCode::PhaseTime, "the shortest time of a step is above 9,999 milliseconds"},
     {DamageCode::HeaderMagic, "the archive's header has another magic number"},

@@ -50,6 +50,7 @@ const Damage kDamages[] = {
     {44, "the file ends in front of the section count", CutFile<kPeOffset + 7>},
     {9, "the section has no bytes in the file", Section<pe::kRawPointerAt, 0>},
     {10, "the section stands in front of the file", Section<pe::kRawPointerAt, -4096>},
+    {9, "the section can't be read", Section<0x24, 0x40>},
     {20, "wrong magic", Header<header::kMagicAt, 0>},
     {20, "the section lies outside the image", Section<pe::kVirtualAddressAt, 0x7FFFF000>},
     {20, "the section's size is negative", Section<pe::kRawSizeAt, -1>},
