@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 const std::string kFolder = "C:\\mutant", kHome = "C:\\mutated";
+const std::string kSetup = kFolder + "\\setup.exe";
 
 struct Verdict {
   std::string text; ///< "code 55", the words of a report without one, "sound"
@@ -40,8 +41,8 @@ Verdict Read(const Mutant &mutant) {
 }
 
 /// Runs it silently and answers what it asks: to cancel. What it said that counts.
-Verdict RunSilently(const std::string &setup) {
-  Process process("\"" + setup + "\" /a /d:" + kHome, kFolder);
+Verdict RunSilently() {
+  Process process(kSetup + " /a /d:" + kHome, kFolder);
   Verdict verdict{"sound"};
   const DWORD start = GetTickCount();
   std::optional<DWORD> code;
@@ -73,6 +74,9 @@ bool Fits(const Verdict &read, const Verdict &ran) {
   // The condition of an old file that isn't there is not looked at.
   if (read.text == "code 65")
     return ran.text == "sound";
+  // Windows doesn't start what is cut off; Wine does where it is by less than a page, or the image needs no more.
+  if (read.text.starts_with("the file is cut off"))
+    return true;
   // The packer, who can't ask for it, reports a disk that is missing or another's.
   return ran.asks_for_disk;
 }
@@ -87,6 +91,11 @@ TEST_CASE("spoiled installers end as the packer says") {
   Mutants mutants(Bytes(korb.begin(), korb.end()), true);
   std::map<std::string, int> figures;
   for (uint32_t number = first; number < first + count; ++number) {
+    // One that has just ended may be held for a moment.
+    REQUIRE(WaitUntil(20000, [] {
+      std::error_code error;
+      return fs::remove(kSetup, error) || !error;
+    }));
     const CleanPlace place({kFolder, kHome});
     const Mutant mutant = mutants.Make(number);
     CAPTURE(number);
@@ -95,13 +104,12 @@ TEST_CASE("spoiled installers end as the packer says") {
     for (size_t i = 0; i < mutant.volumes.size(); ++i)
       WriteFileBytes(kFolder + "\\" + Mutants::kVolumeName + std::to_string(i + 2) + ".KRB",
                      std::string(mutant.volumes[i].begin(), mutant.volumes[i].end()));
-    const std::string setup = kFolder + "\\setup.exe";
-    WriteFileBytes(setup, std::string(mutant.executable.begin(), mutant.executable.end()));
+    WriteFileBytes(kSetup, std::string(mutant.executable.begin(), mutant.executable.end()));
     const Verdict read = Read(mutant);
     CAPTURE(read.text);
     Verdict ran;
     try {
-      ran = RunSilently(setup);
+      ran = RunSilently();
     } catch (const std::runtime_error &) { // the loader wants none of it
       ++figures["not started"];
       CHECK((read.text != "sound" || mutant.what == "section entry")); // which is more the loader's than the archive's
