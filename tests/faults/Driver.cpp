@@ -497,7 +497,8 @@ int DoJobs(const char *path, const char *done, int seconds, const char *seed) {
   std::mt19937 random(seed ? static_cast<unsigned>(std::strtoul(seed, nullptr, 16)) : 0);
   Driver driver;
   for (size_t i = 0; i < jobs.size() || seed; ++i) {
-    if (GetTickCount() - start > static_cast<DWORD>(seconds) * 1000)
+    const bool is_told = seed && i < jobs.size(); // those are all tried, and then others as long as there is time
+    if (!is_told && GetTickCount() - start > static_cast<DWORD>(seconds) * 1000)
       break;
     std::string line;
     const bool usable = driver.Do(i < jobs.size() ? jobs[i] : driver.Choose(random), line);
