@@ -23,7 +23,7 @@ inline bool PrintRow(const char *what, const char *unit, const Rounds &yardstick
     ratios.push_back(ours[i] / yardstick[i]);
   const auto [lowest, highest] = std::minmax_element(ratios.begin(), ratios.end());
   const double ratio = Median(ratios);
-  printf("| %s | %.4g %s | %.4g %s | %.2f | %.2f to %.2f |", what, Median(yardstick), unit, Median(ours), unit, ratio,
+  printf("| %s | %.5g %s | %.5g %s | %.2f | %.2f to %.2f |", what, Median(yardstick), unit, Median(ours), unit, ratio,
          *lowest, *highest);
   if (goal > 0)
     printf(" %.2f |\n", goal);
