@@ -115,11 +115,15 @@ function(korb_win32_test name)
 endfunction()
 
 # korb_e2e_test(<name> <source>... [USES <library>...] [WITH <target>...] [BESIDE <file>...] [SCREEN <width>x<height>]
-# [WIN64]): whole runs of the program that ships, which lies beside the test, with the programs of WITH and the files of
-# BESIDE. E: is a small floppy disk, where this machine mounts one. With a screen, the test sees what windows paint. With
-# WIN64 it runs on a 64-bit Windows too, as e2e_<name>_win64.
+# [SMALL_DRIVE <kilobytes>] [WIN64]): whole runs of the program that ships, which lies beside the test, with the programs
+# of WITH and the files of BESIDE. E: is a small floppy disk, or a fixed drive of that size, where this machine mounts one.
+# With a screen, the test sees what windows paint. With WIN64 it runs on a 64-bit Windows too, as e2e_<name>_win64.
 function(korb_e2e_test name)
-  cmake_parse_arguments(arg "WIN64" "SCREEN" "USES;WITH;BESIDE" ${ARGN})
+  cmake_parse_arguments(arg "WIN64" "SCREEN;SMALL_DRIVE" "USES;WITH;BESIDE" ${ARGN})
+  set(drive --floppy 256)
+  if(arg_SMALL_DRIVE)
+    set(drive --small-drive ${arg_SMALL_DRIVE})
+  endif()
   list(TRANSFORM arg_BESIDE PREPEND "--with;")
   list(TRANSFORM arg_WITH REPLACE "(.+)" "--with;$<TARGET_FILE:\\1>" OUTPUT_VARIABLE with)
   if(arg_SCREEN)
@@ -127,7 +131,7 @@ function(korb_e2e_test name)
   endif()
   list(TRANSFORM arg_UNPARSED_ARGUMENTS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/ REGEX "^[^/]")
   set(support ${CMAKE_SOURCE_DIR}/tests/support)
-  set(run_with --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} --floppy 256 ${screen})
+  set(run_with --with $<TARGET_FILE:korb> ${with} ${arg_BESIDE} ${drive} ${screen})
   korb_test_program(e2e_${name} ${support}/Main.cpp ${support}/Desktop.cpp ${support}/PackedProduct.cpp
     ${support}/Process.cpp ${arg_UNPARSED_ARGUMENTS} USES test_support korbpack_lib ${arg_USES}
     RUN_WITH ${run_with})

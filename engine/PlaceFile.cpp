@@ -69,10 +69,10 @@ WriteResult WriteBytes(DiskFile &file, const NewFile &wanted) {
 /// Has the system put the bytes in place at its next start; tells in `message` what came of it. True when it will.
 bool ReplaceAtRestart(const NewFile &wanted, String &message) {
   const String temporary = ShortPath(TempFileName(nullptr));
-  if (!WriteWholeFile(temporary, wanted.data, wanted.size))
-    return false;
-  if (!MoveOrSchedule(temporary, wanted.path, MV_AT_RESTART)) {
-    message.append_format("Failed to register '%s' for replacement: %s\r\n", wanted.path, LastErrorText());
+  const bool written = WriteWholeFile(temporary, wanted.data, wanted.size);
+  if (!written || !MoveOrSchedule(temporary, wanted.path, MV_AT_RESTART)) {
+    if (written)
+      message.append_format("Failed to register '%s' for replacement: %s\r\n", wanted.path, LastErrorText());
     DeleteOrSchedule(temporary);
     return false;
   }
@@ -84,10 +84,16 @@ bool ReplaceAtRestart(const NewFile &wanted, String &message) {
 }
 
 /// `file` may still be open, and its failure is the system's last error.
+///
+/// It is open when the disk took only a part of it, as a full one does. A part would pass for the file, and leave no
+/// room for the log that tells of it.
 void HandleRefusal(DiskFile &file, const NewFile &wanted, Journal &journal) {
   const String reason = LastErrorText();
+  const bool is_part = file.IsOpen();
   // Our own handle would keep the system from replacing the file.
   file.Close();
+  if (is_part)
+    DeleteOrSchedule(wanted.path);
   String message(TextLookup(kTextFileFailed));
   message += ' ';
   message += wanted.path;
