@@ -154,6 +154,10 @@ void CheckInstallDir(const Product &product, Findings &findings) {
   if (LowerCase(text) == "<master>") {
     if (!product.Has(IF_MASTER_PRODUCT))
       findings.Error(place, "\"<master>\" needs a 'product.master_product'");
+    if (product.Has(IF_UNINSTALL) && product.uninstall_subdir.empty())
+      findings.Warn(place, Warning::kDirectoryNotOwn,
+                    "'install.directory' is the master product's: without an 'uninstall.directory', uninstaller and "
+                    "record take the places of its own");
     return;
   }
   std::string sample = text;
@@ -169,6 +173,24 @@ void CheckInstallDir(const Product &product, Findings &findings) {
                   "get among what is there");
 }
 
+// A folder whose name the interpreter cuts or changes where a batch asks for it.
+void CheckFolderInBatches(const Folder &folder, const char *variable, const Product &product, Findings &findings) {
+  const std::string &text = folder.text.empty() ? folder.by_default : folder.text;
+  const std::string path = WithSampleFolders(text);
+  const size_t sign = path.find_first_of("&^%");
+  if (sign == path.npos)
+    return;
+  const char *source = !folder.text.empty() ? folder.key : text == product.name ? "product.name" : "product.publisher";
+  const std::string *const batches[] = {&product.pre_install_batch, &product.post_install_batch, &product.final_batch,
+                                        &product.uninstall_batch1, &product.uninstall_batch2};
+  if (std::any_of(std::begin(batches), std::end(batches),
+                  [&](const std::string *batch) { return ContainsNoCase(*batch, variable); }))
+    findings.Warn(product.PlaceOf(source), Warning::kDirectoryBreaksBatch,
+                  "the folder '" + text + "' holds a '" + path[sign] +
+                      "', at which the interpreter of the batches cuts or changes their '" + variable + "': give '" +
+                      folder.key + "' without it");
+}
+
 void CheckDirectories(const Product &product, Findings &findings) {
   const std::string none;
   const Folder folders[] = {
@@ -180,6 +202,8 @@ void CheckDirectories(const Product &product, Findings &findings) {
       {"uninstall.directory", product.uninstall_subdir, none, false, false}};
   for (const Folder &folder : folders)
     CheckFolder(folder, product, findings);
+  CheckFolderInBatches(folders[0], "%InstallDir%", product, findings);
+  CheckFolderInBatches(folders[1], "%SharedDir%", product, findings);
   CheckInstallDir(product, findings);
   const std::string &subdir = product.uninstall_subdir;
   if (subdir.starts_with('\\'))
