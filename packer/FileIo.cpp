@@ -142,6 +142,9 @@ void WriteOutputFiles(const std::vector<OutputFile> &files) {
 
 void TryOutput(const fs::path &path) {
   RefuseFolder(path);
+  std::error_code error;
+  if (const fs::path folder = path.parent_path(); !folder.empty() && !fs::exists(folder, error))
+    throw CantWrite(path, "there is no folder '" + ShowPath(folder) + "'");
   if (const std::string reason = WhyNotReplaceable(path); !reason.empty())
     throw CantWrite(path, reason);
   PendingFiles pending;

@@ -40,7 +40,7 @@ void Findings::Allow(std::string_view name, const Place &place) {
 void Findings::TellIdleAllowances() {
   for (const auto &[name, allowance] : allowed_)
     if (!allowance.is_used && allowance.place.line != 0)
-      list_.push_back({Severity::kNote, allowance.place, "there is no warning '" + name + "' to allow any more"});
+      list_.push_back({Severity::kNote, allowance.place, "this build has no warning '" + name + "' to allow"});
 }
 
 void Findings::Add(Finding finding) {

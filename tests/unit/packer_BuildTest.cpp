@@ -101,7 +101,7 @@ TEST_CASE("warnings can be made errors") {
                            "'restart-always'?\n") != std::string::npos);
   CHECK(shop.Build("allow = ['restart-always', 'no-effect']\n" + kManifest + "[options]\nreboot_needed = true",
                    "setup.exe"));
-  CHECK(shop.problems.ends_with("m.toml:1:28: note: there is no warning 'no-effect' to allow any more\n"));
+  CHECK(shop.problems.ends_with("m.toml:1:28: note: this build has no warning 'no-effect' to allow\n"));
 }
 
 TEST_CASE("earlier installers that aren't found are told where and as they were named") {
@@ -176,7 +176,7 @@ TEST_CASE("what fails leaves the folder as it was") {
       {kManifest, "korb.exe", "would overwrite a file that it is made from"},
       {kManifest + "[payload]\nvolume_size = 20\nfirst_part_size = 3", "Setup2.KRB",
        "would be the installer and a volume at once"},
-      {kManifest, "no/such/folder.exe", "can't write "},
+      {kManifest, "no/such/folder.exe", "folder.exe': there is no folder '"},
       {kManifest, ".", "is no file that could be replaced"},
       {kManifest + "[payload]\nvolume_size = 20", "new.exe", "alone are larger than a volume"},
       {"[[file]]\nsource = 'a.txt'\n", "new.exe", "error: 'product.name' is missing"},
