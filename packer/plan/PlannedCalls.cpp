@@ -116,7 +116,7 @@ bool CreateDirectoryTree(const char *path) {
   return Machine().MakeFolder(path);
 }
 
-bool RemoveEmptyDirectory(String path) {
+bool RemoveEmptyDirectory(const char *path) {
   return Machine().RemoveFolder(path);
 }
 
@@ -212,7 +212,6 @@ void TellShellOfFolder(const char *) {}
 
 // Nobody looks on, and nobody is asked.
 
-void ShowPendingProgress() {}
 void SetProgress(int32_t) {}
 void SetStepTextArgs(const char *, const FormatArgs &) {}
 

@@ -60,4 +60,6 @@ bool PumpMessages() {
   return false;
 }
 
+void ShowPendingProgress() {}
+
 } // namespace korb

@@ -152,7 +152,8 @@ TEST_CASE("an icon is taken with all its images, and one that can't be shown is 
       {Icon({packed}), use + odd},
       {Icon({deep}), use + odd},
       {Icon({""}), use + odd}};
-  for (const auto &[file, fault] : rows) {
+  for (const auto &row : rows) {
+    const std::string &file = row.first, &fault = row.second;
     CAPTURE(fault);
     CHECK(read(file).report.find("m:2:8: error: 'a.ico' " + fault + "\n") == 0);
   }
