@@ -7,35 +7,36 @@ namespace korb {
 
 // ---- Path variables: replaced, in any case, in the texts that may hold them -----------------------------------------
 
+// Arrays, not pointers: a variable is known by the address of its name, which is one in the whole program.
 namespace path_variable {
-inline constexpr const char *kBootDrive = "%BootDrive%"; ///< with its colon, as %InstallDrive%
-inline constexpr const char *kCommonDir = "%CommonDir%"; ///< the system's folder of common files
-inline constexpr const char *kInstallDir = "%InstallDir%";
-inline constexpr const char *kInstallDrive = "%InstallDrive%";
-inline constexpr const char *kProgramsDir = "%ProgramsDir%";
-inline constexpr const char *kSharedDir = "%SharedDir%"; ///< the archive's CommonDir
-inline constexpr const char *kSystemDir = "%SystemDir%";
-inline constexpr const char *kInstallerDir = "%InstallerDir%";
-inline constexpr const char *kInstallerDrive = "%InstallerDrive%"; ///< the letter alone
-inline constexpr const char *kInstallerFilename = "%InstallerFilename%";
-inline constexpr const char *kInstallerFilepath = "%InstallerFilepath%";
-inline constexpr const char *kDeviceDir = "%DeviceDir%";
-inline constexpr const char *kMediaDir = "%MediaDir%";
-inline constexpr const char *kFavoritesDir = "%FavoritesDir%";
-inline constexpr const char *kFavoritesAllDir = "%FavoritesAllDir%";
-inline constexpr const char *kFontDir = "%FontDir%";
-inline constexpr const char *kDesktopDir = "%DesktopDir%";
-inline constexpr const char *kDesktopAllDir = "%DesktopAllDir%";
-inline constexpr const char *kDocumentDir = "%DocumentDir%";
-inline constexpr const char *kDocumentAllDir = "%DocumentAllDir%";
-inline constexpr const char *kStartMenuDir = "%StartMenuDir%";
-inline constexpr const char *kStartMenuAllDir = "%StartMenuAllDir%";
-inline constexpr const char *kSMProgramsDir = "%SMProgramsDir%";
-inline constexpr const char *kSMProgramsAllDir = "%SMProgramsAllDir%";
-inline constexpr const char *kStartupDir = "%StartupDir%";
-inline constexpr const char *kStartupAllDir = "%StartupAllDir%";
-inline constexpr const char *kTemp = "%Temp%";
-inline constexpr const char *kWinDir = "%WinDir%";
+inline constexpr char kBootDrive[] = "%BootDrive%"; ///< with its colon, as %InstallDrive%
+inline constexpr char kCommonDir[] = "%CommonDir%"; ///< the system's folder of common files
+inline constexpr char kInstallDir[] = "%InstallDir%";
+inline constexpr char kInstallDrive[] = "%InstallDrive%";
+inline constexpr char kProgramsDir[] = "%ProgramsDir%";
+inline constexpr char kSharedDir[] = "%SharedDir%"; ///< the archive's CommonDir
+inline constexpr char kSystemDir[] = "%SystemDir%";
+inline constexpr char kInstallerDir[] = "%InstallerDir%";
+inline constexpr char kInstallerDrive[] = "%InstallerDrive%"; ///< the letter alone
+inline constexpr char kInstallerFilename[] = "%InstallerFilename%";
+inline constexpr char kInstallerFilepath[] = "%InstallerFilepath%";
+inline constexpr char kDeviceDir[] = "%DeviceDir%";
+inline constexpr char kMediaDir[] = "%MediaDir%";
+inline constexpr char kFavoritesDir[] = "%FavoritesDir%";
+inline constexpr char kFavoritesAllDir[] = "%FavoritesAllDir%";
+inline constexpr char kFontDir[] = "%FontDir%";
+inline constexpr char kDesktopDir[] = "%DesktopDir%";
+inline constexpr char kDesktopAllDir[] = "%DesktopAllDir%";
+inline constexpr char kDocumentDir[] = "%DocumentDir%";
+inline constexpr char kDocumentAllDir[] = "%DocumentAllDir%";
+inline constexpr char kStartMenuDir[] = "%StartMenuDir%";
+inline constexpr char kStartMenuAllDir[] = "%StartMenuAllDir%";
+inline constexpr char kSMProgramsDir[] = "%SMProgramsDir%";
+inline constexpr char kSMProgramsAllDir[] = "%SMProgramsAllDir%";
+inline constexpr char kStartupDir[] = "%StartupDir%";
+inline constexpr char kStartupAllDir[] = "%StartupAllDir%";
+inline constexpr char kTemp[] = "%Temp%";
+inline constexpr char kWinDir[] = "%WinDir%";
 } // namespace path_variable
 
 /// All of them, in the order of replacement.
